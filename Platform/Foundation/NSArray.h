@@ -1,0 +1,41 @@
+#pragma once
+
+// Immutable ordered lists.
+
+#include "Platform/Foundation/NSString.h"
+
+#include <vector>
+
+namespace qrv {
+
+class NSArray : public id {
+public:
+    using id::id;
+    NSArray() = default;
+    /// nil elements are not allowed and raise NSInvalidArgumentException.
+    explicit NSArray(std::vector<id> elements);
+    static const ClassInfo& classInfo();
+
+    // + array
+    static NSArray array() { return NSArray(std::vector<id>()); }
+
+    /// 0 for nil.
+    std::size_t count() const { return elements().size(); }
+    // - objectAtIndex:
+    /// Raises NSRangeException beyond the end.
+    id objectAtIndex(std::size_t index) const;
+    // - containsObject:
+    bool containsObject(const id& object) const;
+    // - arrayByAddingObject:
+    NSArray arrayByAddingObject(const id& object) const;
+    // - componentsJoinedByString:
+    /// The elements' descriptions with the separator between neighbours; nil for nil.
+    NSString componentsJoinedByString(const NSString& separator) const;
+
+    /// Empty for nil. Valid as long as any handle on this payload lives.
+    const std::vector<id>& elements() const;
+    auto begin() const { return elements().begin(); }
+    auto end() const { return elements().end(); }
+};
+
+} // namespace qrv

@@ -1,0 +1,128 @@
+// Reading and replacing files.
+
+#include "Platform/Foundation/NSData.h"
+#include "Platform/Foundation/NSError.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace qrv {
+
+namespace {
+
+/// A file descriptor that closes itself.
+class Descriptor {
+public:
+    explicit Descriptor(int fd) : fd_(fd) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (fd_ >= 0) ::close(fd_);
+    }
+    int get() const { return fd_; }
+    /// Closes now; false when the system reports a late write error.
+    bool close() {
+        const int fd = fd_;
+        fd_ = -1;
+        return ::close(fd) == 0;
+    }
+
+private:
+    int fd_;
+};
+
+/// 0, or the errno value of the failure. The size asked for first only saves growing: the file may change meanwhile.
+int readAll(int fd, std::string& bytes) {
+    struct stat status {};
+    if (::fstat(fd, &status) != 0) return errno;
+    if (S_ISDIR(status.st_mode)) return EISDIR;
+    constexpr std::size_t chunk = 1 << 16;
+    bytes.resize(static_cast<std::size_t>(status.st_size) + 1);
+    std::size_t length = 0;
+    for (;;) {
+        if (length == bytes.size()) bytes.resize(bytes.size() + std::max(chunk, bytes.size() / 2));
+        const ssize_t count = ::read(fd, bytes.data() + length, bytes.size() - length);
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return errno;
+        if (count == 0) break;
+        length += static_cast<std::size_t>(count);
+    }
+    bytes.resize(length);
+    return 0;
+}
+
+int writeAll(int fd, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(fd, bytes.data(), bytes.size());
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) return errno;
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return 0;
+}
+
+mode_t currentUmask() {
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    return mask;
+}
+
+int writeDirectly(const std::string& path, std::string_view bytes) {
+    Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    if (file.get() < 0) return errno;
+    if (const int error = writeAll(file.get(), bytes)) return error;
+    return file.close() ? 0 : errno;
+}
+
+/// Writes beside the destination and renames, so that the old contents stay until the new ones are complete.
+int writeAtomically(const std::string& path, std::string_view bytes) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return EISDIR;
+    std::string temporary = path + ".XXXXXX";
+    Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    if (file.get() < 0) return errno;
+    int error = writeAll(file.get(), bytes);
+    if (!error && ::fchmod(file.get(), 0666 & ~currentUmask()) != 0) error = errno;
+    if (!file.close() && !error) error = errno;
+    if (!error && ::rename(temporary.c_str(), path.c_str()) != 0) error = errno;
+    if (error) ::unlink(temporary.c_str());
+    return error;
+}
+
+} // namespace
+
+NSData NSData::initWithContentsOfFile_options_error(const NSString& path, unsigned long /*options*/,
+                                                    NSError* error) {
+    const std::string name = path.utf8();
+    Descriptor file(::open(name.c_str(), O_RDONLY | O_CLOEXEC));
+    std::string bytes;
+    int failure = file.get() < 0 ? errno : 0;
+    if (!failure) {
+        try {
+            failure = readAll(file.get(), bytes);
+        } catch (const std::bad_alloc&) {
+            failure = ENOMEM;
+        } catch (const std::length_error&) {
+            failure = EFBIG;
+        }
+    }
+    if (failure) {
+        setError(error, fileReadError(failure, path));
+        return {};
+    }
+    return NSData(std::move(bytes));
+}
+
+bool NSData::writeToFile_options_error(const NSString& path, NSDataWritingOptions options,
+                                       NSError* error) const {
+    const std::string name = path.utf8();
+    const bool atomic = (options & NSDataWritingAtomic) != 0;
+    const int failure = atomic ? writeAtomically(name, bytes()) : writeDirectly(name, bytes());
+    if (failure) setError(error, fileWriteError(failure, path));
+    return failure == 0;
+}
+
+} // namespace qrv

@@ -1,0 +1,36 @@
+#pragma once
+
+// Moments in time, in seconds since 2001-01-01 00:00:00 UTC (the reference date).
+
+#include "Platform/Foundation/NSString.h"
+
+namespace qrv {
+
+/// Seconds from 1970-01-01 to the reference date (`kCFAbsoluteTimeIntervalSince1970`).
+inline constexpr double NSTimeIntervalSince1970 = 978307200.0;
+
+class NSDate : public id {
+public:
+    using id::id;
+    static const ClassInfo& classInfo();
+
+    // + date
+    /// Now, by the wall clock.
+    static NSDate date();
+    // + dateWithTimeIntervalSinceNow:
+    static NSDate dateWithTimeIntervalSinceNow(double seconds);
+    // + dateWithTimeIntervalSinceReferenceDate:
+    static NSDate dateWithTimeIntervalSinceReferenceDate(double seconds);
+
+    // - timeIntervalSinceReferenceDate
+    /// 0 for nil.
+    double timeIntervalSinceReferenceDate() const;
+    // - compare:
+    NSComparisonResult compare(const NSDate& other) const;
+
+    /// A clock of a test's own in place of the wall clock: seconds since the reference date. Null restores it.
+    using Clock = double (*)();
+    static void setClockForTesting(Clock clock);
+};
+
+} // namespace qrv

@@ -1,0 +1,19 @@
+#pragma once
+
+// The null object: a value that stands for "none" where a collection cannot hold nil.
+
+#include "Platform/Foundation/Object.h"
+
+namespace qrv {
+
+class NSNull : public id {
+public:
+    using id::id;
+    static const ClassInfo& classInfo();
+
+    // + null
+    /// The one null object of the process; described as "<null>".
+    static NSNull null();
+};
+
+} // namespace qrv

@@ -1,0 +1,56 @@
+#include "Platform/Foundation/Object.h"
+
+#include "Platform/Foundation/NSString.h"
+
+namespace qrv {
+
+const ClassInfo Object::classInfo{"NSObject", nullptr};
+
+namespace {
+
+const ClassInfo classClassInfo{"Class", &Object::classInfo};
+
+class ClassObject final : public Object {
+public:
+    explicit ClassObject(const ClassInfo& info) : info_(info) {}
+    const ClassInfo& objectClass() const override { return classClassInfo; }
+    bool isEqual(const Object& other) const override {
+        const auto* o = dynamic_cast<const ClassObject*>(&other);
+        return o && &o->info_ == &info_;
+    }
+    std::size_t hash() const override { return std::hash<const void*>{}(&info_); }
+    NSString description() const override { return NSString::stringWithUTF8String(info_.name); }
+    const ClassInfo& info() const { return info_; }
+
+private:
+    const ClassInfo& info_;
+};
+
+} // namespace
+
+NSString Object::description() const {
+    return NSString::stringWithFormat(u"<%s: %p>", objectClass().name, static_cast<const void*>(this));
+}
+
+bool id::isEqual(const id& other) const {
+    if (!object_ || !other.object_) return false;
+    return object_ == other.object_ || object_->isEqual(*other.object_);
+}
+
+NSString id::description() const { return object_ ? object_->description() : NSString(); }
+
+Class::Class(const ClassInfo& info) : id(std::make_shared<ClassObject>(info)) {}
+
+const ClassInfo& Class::classInfo() { return classClassInfo; }
+
+const ClassInfo* Class::info() const {
+    const auto* object = payload<ClassObject>();
+    return object ? &object->info() : nullptr;
+}
+
+Class Class::of(const id& object) {
+    const ClassInfo* info = object.objectClass();
+    return info ? Class(*info) : Class();
+}
+
+} // namespace qrv

@@ -1,0 +1,12 @@
+# Every library this project builds on, found in one place. Link them PRIVATE: their headers appear in .cpp
+# files only.
+
+find_package(PkgConfig REQUIRED)
+find_package(Threads REQUIRED)
+find_package(Boost 1.81 REQUIRED COMPONENTS json)
+find_package(ICU 72 REQUIRED COMPONENTS uc i18n data)
+find_package(EXPAT REQUIRED)
+pkg_check_modules(QPDF REQUIRED IMPORTED_TARGET libqpdf)
+pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
+find_library(PAPER_LIBRARY paper REQUIRED)
+find_path(PAPER_INCLUDE_DIR paper.h REQUIRED)
