@@ -38,7 +38,9 @@ std::u16string quoted(std::u16string_view text) {
 
 void append(std::u16string& out, const id& value, int depth);
 
-std::u16string indentation(int depth) { return std::u16string(static_cast<std::size_t>(depth) * 4, u' '); }
+std::u16string indentation(int depth) {
+    return std::u16string(static_cast<std::size_t>(depth) * 4, u' ');
+}
 
 void appendArray(std::u16string& out, const NSArray& array, int depth) {
     out.append(u"(\n");

@@ -1,12 +1,12 @@
 #pragma once
 
 // The arguments of a format string, with their types erased into an owning list, so that a format and its
-// arguments can be handed on and kept ("packed") and a wrong conversion prints a visible marker instead of reading
-// memory that is not there.
+// arguments can be handed on and kept ("packed") and a wrong conversion prints a visible marker instead of
+// reading memory that is not there.
 //
-// Conversions: %@ (description of an object, "(null)" for nil), %d %i %u %o %x %X %c %C, with the length modifiers
-// hh h l ll q z t j, %f %F %e %E %g %G %a %A (L for long double), %s (bytes in UTF-8), %S (UTF-16), %p, %%; flags,
-// width, precision and positions ("%2$@") as in printf.
+// Conversions: %@ (description of an object, "(null)" for nil), %d %i %u %o %x %X %c %C, with the length
+// modifiers hh h l ll q z t j, %f %F %e %E %g %G %a %A (L for long double), %s (bytes in UTF-8), %S (UTF-16),
+// %p, %%; flags, width, precision and positions ("%2$@") as in printf.
 
 #include "Platform/Foundation/Object.h"
 
@@ -40,6 +40,7 @@ public:
         list_.reserve(sizeof...(arguments));
         (list_.push_back(erase(arguments)), ...);
     }
+
     const std::vector<FormatArgument>& list() const { return list_; }
 
 private:
@@ -66,10 +67,12 @@ private:
             return FormatPointer{value, {}};
         }
     }
+
     static FormatArgument fromBytes(const char* bytes) {
         return FormatPointer{bytes, bytes ? decltype(FormatPointer::text)(std::string(bytes))
                                           : decltype(FormatPointer::text)()};
     }
+
     static FormatArgument fromUnits(const char16_t* units) {
         return FormatPointer{units, units ? decltype(FormatPointer::text)(std::u16string(units))
                                           : decltype(FormatPointer::text)()};

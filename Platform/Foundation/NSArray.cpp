@@ -14,13 +14,18 @@ const ClassInfo arrayClassInfo{"NSArray", &Object::classInfo};
 class ArrayObject final : public Object, public NSCoding {
 public:
     explicit ArrayObject(std::vector<id>&& elements) : elements_(std::move(elements)) {}
+
     const ClassInfo& objectClass() const override { return arrayClassInfo; }
+
     bool isEqual(const Object& other) const override {
         const auto* o = dynamic_cast<const ArrayObject*>(&other);
         return o && o->elements_ == elements_;
     }
+
     std::size_t hash() const override { return elements_.size(); }
+
     NSString description() const override { return describeCollection(NSArray(elements_)); }
+
     const std::vector<id>& elements() const { return elements_; }
 
 private:
@@ -36,7 +41,9 @@ NSArray::NSArray(std::vector<id> elements) {
     *this = NSArray(std::make_shared<ArrayObject>(std::move(elements)));
 }
 
-const ClassInfo& NSArray::classInfo() { return arrayClassInfo; }
+const ClassInfo& NSArray::classInfo() {
+    return arrayClassInfo;
+}
 
 const std::vector<id>& NSArray::elements() const {
     static const std::vector<id> none;

@@ -21,6 +21,7 @@ public:
 
     /// 0 for nil.
     std::size_t count() const { return elements().size(); }
+
     // - objectAtIndex:
     /// Raises NSRangeException beyond the end.
     id objectAtIndex(std::size_t index) const;
@@ -34,7 +35,9 @@ public:
 
     /// Empty for nil. Valid as long as any handle on this payload lives.
     const std::vector<id>& elements() const;
+
     auto begin() const { return elements().begin(); }
+
     auto end() const { return elements().end(); }
 };
 

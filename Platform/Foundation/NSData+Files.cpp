@@ -17,12 +17,16 @@ namespace {
 class Descriptor {
 public:
     explicit Descriptor(int fd) : fd_(fd) {}
+
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
+
     ~Descriptor() {
         if (fd_ >= 0) ::close(fd_);
     }
+
     int get() const { return fd_; }
+
     /// Closes now; false when the system reports a late write error.
     bool close() {
         const int fd = fd_;
@@ -34,9 +38,11 @@ private:
     int fd_;
 };
 
-/// 0, or the errno value of the failure. The size asked for first only saves growing: the file may change meanwhile.
+/// 0, or the errno value of the failure. The size asked for first only saves growing: the file may change
+/// meanwhile.
 int readAll(int fd, std::string& bytes) {
     struct stat status {};
+
     if (::fstat(fd, &status) != 0) return errno;
     if (S_ISDIR(status.st_mode)) return EISDIR;
     constexpr std::size_t chunk = 1 << 16;
@@ -80,6 +86,7 @@ int writeDirectly(const std::string& path, std::string_view bytes) {
 /// Writes beside the destination and renames, so that the old contents stay until the new ones are complete.
 int writeAtomically(const std::string& path, std::string_view bytes) {
     struct stat status {};
+
     if (::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return EISDIR;
     std::string temporary = path + ".XXXXXX";
     Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));

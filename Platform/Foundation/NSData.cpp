@@ -14,12 +14,16 @@ class DataObject final : public Object, public NSCoding {
 public:
     DataObject(std::shared_ptr<const std::string> storage, std::string_view bytes)
         : storage_(std::move(storage)), bytes_(bytes) {}
+
     const ClassInfo& objectClass() const override { return dataClassInfo; }
+
     bool isEqual(const Object& other) const override {
         const auto* o = dynamic_cast<const DataObject*>(&other);
         return o && o->bytes_ == bytes_;
     }
+
     std::size_t hash() const override { return std::hash<std::string_view>{}(bytes_.substr(0, 80)); }
+
     /// The length and, for long data, only its two ends.
     NSString description() const override {
         constexpr std::size_t shown = 24;
@@ -37,7 +41,9 @@ public:
         return NSString::stringWithFormat(u"{length = %lu, bytes = 0x%@}", bytes_.size(),
                                           NSString(std::move(hex)));
     }
+
     std::string_view bytes() const { return bytes_; }
+
     const std::shared_ptr<const std::string>& storage() const { return storage_; }
 
 private:
@@ -53,7 +59,9 @@ NSData::NSData(std::string bytes) {
     *this = NSData(std::make_shared<DataObject>(std::move(storage), all));
 }
 
-const ClassInfo& NSData::classInfo() { return dataClassInfo; }
+const ClassInfo& NSData::classInfo() {
+    return dataClassInfo;
+}
 
 std::string_view NSData::bytes() const {
     return isNil() ? std::string_view() : static_cast<const DataObject&>(*shared()).bytes();
@@ -73,8 +81,8 @@ NSData NSData::subdataWithRange(NSRange range) const {
     }
     if (isNil()) return {};
     const auto& object = static_cast<const DataObject&>(*shared());
-    return NSData(std::make_shared<DataObject>(object.storage(),
-                                               object.bytes().substr(range.location, range.length)));
+    return NSData(
+        std::make_shared<DataObject>(object.storage(), object.bytes().substr(range.location, range.length)));
 }
 
 bool NSData::writeToFile_atomically(const NSString& path, bool atomically) const {

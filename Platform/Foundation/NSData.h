@@ -27,14 +27,17 @@ public:
 
     // + data
     static NSData data() { return NSData(std::string()); }
+
     // - initWithContentsOfFile:options:error:
     /// The whole file, or nil and an error of NSCocoaErrorDomain (260 no such file, 257 no permission, 256
-    /// otherwise) with the path under NSFilePathErrorKey and the POSIX error under NSUnderlyingErrorKey. Reading a
-    /// directory fails. No options are defined: pass 0.
-    static NSData initWithContentsOfFile_options_error(const NSString& path, unsigned long options, NSError* error);
+    /// otherwise) with the path under NSFilePathErrorKey and the POSIX error under NSUnderlyingErrorKey.
+    /// Reading a directory fails. No options are defined: pass 0.
+    static NSData initWithContentsOfFile_options_error(const NSString& path, unsigned long options,
+                                                       NSError* error);
 
     /// 0 for nil.
     std::size_t length() const { return bytes().size(); }
+
     /// Empty for nil. Valid as long as any handle on this payload lives.
     std::string_view bytes() const;
     std::span<const std::uint8_t> span() const;
@@ -44,8 +47,8 @@ public:
 
     // - writeToFile:options:error:
     /// Replaces the file's contents, with permissions by the umask. On failure false and an error of
-    /// NSCocoaErrorDomain (4 no such folder, 513 no permission, 640 no space, 642 read-only volume, 512 otherwise);
-    /// an atomic write leaves an existing file as it was and no temporary file behind.
+    /// NSCocoaErrorDomain (4 no such folder, 513 no permission, 640 no space, 642 read-only volume, 512
+    /// otherwise); an atomic write leaves an existing file as it was and no temporary file behind.
     bool writeToFile_options_error(const NSString& path, NSDataWritingOptions options, NSError* error) const;
     // - writeToFile:atomically:
     bool writeToFile_atomically(const NSString& path, bool atomically) const;

@@ -14,12 +14,16 @@ const ClassInfo dateClassInfo{"NSDate", &Object::classInfo};
 class DateObject final : public Object, public NSCoding {
 public:
     explicit DateObject(double seconds) : seconds_(seconds) {}
+
     const ClassInfo& objectClass() const override { return dateClassInfo; }
+
     bool isEqual(const Object& other) const override {
         const auto* o = dynamic_cast<const DateObject*>(&other);
         return o && o->seconds_ == seconds_;
     }
+
     std::size_t hash() const override { return std::hash<double>{}(seconds_); }
+
     /// "2001-01-01 00:00:00 +0000", in UTC.
     NSString description() const override {
         const double unixSeconds = std::floor(seconds_ + NSTimeIntervalSince1970);
@@ -32,6 +36,7 @@ public:
         std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S +0000", &parts);
         return NSString::stringWithUTF8String(text);
     }
+
     double seconds() const { return seconds_; }
 
 private:
@@ -47,9 +52,13 @@ std::atomic<NSDate::Clock> currentClock{&wallClock};
 
 } // namespace
 
-const ClassInfo& NSDate::classInfo() { return dateClassInfo; }
+const ClassInfo& NSDate::classInfo() {
+    return dateClassInfo;
+}
 
-NSDate NSDate::date() { return dateWithTimeIntervalSinceNow(0); }
+NSDate NSDate::date() {
+    return dateWithTimeIntervalSinceNow(0);
+}
 
 NSDate NSDate::dateWithTimeIntervalSinceNow(double seconds) {
     return dateWithTimeIntervalSinceReferenceDate(currentClock.load()() + seconds);
@@ -69,6 +78,8 @@ NSComparisonResult NSDate::compare(const NSDate& other) const {
     return a < b ? NSOrderedAscending : a > b ? NSOrderedDescending : NSOrderedSame;
 }
 
-void NSDate::setClockForTesting(Clock clock) { currentClock = clock ? clock : &wallClock; }
+void NSDate::setClockForTesting(Clock clock) {
+    currentClock = clock ? clock : &wallClock;
+}
 
 } // namespace qrv

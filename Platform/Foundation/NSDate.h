@@ -28,7 +28,8 @@ public:
     // - compare:
     NSComparisonResult compare(const NSDate& other) const;
 
-    /// A clock of a test's own in place of the wall clock: seconds since the reference date. Null restores it.
+    /// A clock of a test's own in place of the wall clock: seconds since the reference date. Null restores
+    /// it.
     using Clock = double (*)();
     static void setClockForTesting(Clock clock);
 };

@@ -19,7 +19,8 @@ constexpr std::size_t notThere = static_cast<std::size_t>(-1);
 std::size_t find(const Entries& entries, const Index& index, const id& key) {
     if (key.isNil()) return notThere;
     const auto [first, last] = index.equal_range(key.hash());
-    const auto found = std::find_if(first, last, [&](const auto& e) { return entries[e.second].first == key; });
+    const auto found =
+        std::find_if(first, last, [&](const auto& e) { return entries[e.second].first == key; });
     return found == last ? notThere : found->second;
 }
 
@@ -27,24 +28,30 @@ class DictionaryObject final : public Object, public NSCoding {
 public:
     DictionaryObject(Entries&& entries, Index&& index)
         : entries_(std::move(entries)), index_(std::move(index)) {}
+
     const ClassInfo& objectClass() const override { return dictionaryClassInfo; }
+
     bool isEqual(const Object& other) const override {
         const auto* o = dynamic_cast<const DictionaryObject*>(&other);
         if (!o || o->entries_.size() != entries_.size()) return false;
         return std::all_of(entries_.begin(), entries_.end(),
                            [&](const auto& e) { return o->objectForKey(e.first) == e.second; });
     }
+
     std::size_t hash() const override { return entries_.size(); }
+
     NSString description() const override {
         Entries entries = entries_;
         Index index = index_;
         return describeCollection(
             NSDictionary(std::make_shared<DictionaryObject>(std::move(entries), std::move(index))));
     }
+
     id objectForKey(const id& key) const {
         const std::size_t at = find(entries_, index_, key);
         return at == notThere ? id() : entries_[at].second;
     }
+
     const Entries& entries() const { return entries_; }
 
 private:
@@ -60,7 +67,9 @@ NSDictionary::NSDictionary(std::initializer_list<std::pair<id, id>> entries) {
     *this = std::move(dictionary).copy();
 }
 
-const ClassInfo& NSDictionary::classInfo() { return dictionaryClassInfo; }
+const ClassInfo& NSDictionary::classInfo() {
+    return dictionaryClassInfo;
+}
 
 const NSDictionary::Entries& NSDictionary::entries() const {
     static const Entries none;
@@ -84,7 +93,9 @@ NSMutableDictionary NSDictionary::mutableCopy() const {
     return copy;
 }
 
-std::size_t NSMutableDictionary::indexOf(const id& key) const { return find(entries_, index_, key); }
+std::size_t NSMutableDictionary::indexOf(const id& key) const {
+    return find(entries_, index_, key);
+}
 
 void NSMutableDictionary::setObject_forKey(const id& object, const id& key) {
     if (object.isNil()) {
@@ -123,7 +134,9 @@ id NSMutableDictionary::objectForKey(const id& key) const {
     return at == notThere ? id() : entries_[at].second;
 }
 
-NSDictionary NSMutableDictionary::copy() const& { return NSMutableDictionary(*this).copy(); }
+NSDictionary NSMutableDictionary::copy() const& {
+    return NSMutableDictionary(*this).copy();
+}
 
 NSDictionary NSMutableDictionary::copy() && {
     NSMutableDictionary taken = std::move(*this);

@@ -19,7 +19,8 @@ public:
 
     using id::id;
     NSDictionary() = default;
-    /// Later entries replace earlier ones of an equal key. nil keys or values raise NSInvalidArgumentException.
+    /// Later entries replace earlier ones of an equal key. nil keys or values raise
+    /// NSInvalidArgumentException.
     NSDictionary(std::initializer_list<std::pair<id, id>> entries);
     static const ClassInfo& classInfo();
 
@@ -28,6 +29,7 @@ public:
 
     /// 0 for nil.
     std::size_t count() const { return entries().size(); }
+
     // - objectForKey:
     /// nil when there is none, for a nil key and for nil.
     id objectForKey(const id& key) const;
@@ -39,7 +41,9 @@ public:
 
     /// Empty for nil. Valid as long as any handle on this payload lives.
     const Entries& entries() const;
+
     auto begin() const { return entries().begin(); }
+
     auto end() const { return entries().end(); }
 };
 
@@ -58,10 +62,13 @@ public:
     void addEntriesFromDictionary(const NSDictionary& other);
     // - objectForKey:
     id objectForKey(const id& key) const;
+
     std::size_t count() const { return entries_.size(); }
+
     // - copy
     NSDictionary copy() const&;
     NSDictionary copy() &&;
+
     operator NSDictionary() const { return copy(); }
 
 private:

@@ -112,7 +112,9 @@ bool NSErrorObject::isEqual(const Object& other) const {
     return o && o->domain == domain && o->code == code && o->userInfo == userInfo;
 }
 
-std::size_t NSErrorObject::hash() const { return domain.hash() ^ static_cast<std::size_t>(code); }
+std::size_t NSErrorObject::hash() const {
+    return domain.hash() ^ static_cast<std::size_t>(code);
+}
 
 NSString NSErrorObject::description() const {
     const NSString own = as<NSString>(userInfo.objectForKey(NSString(NSLocalizedDescriptionKey)));
@@ -125,18 +127,26 @@ NSString NSErrorObject::description() const {
                                       own ? own : NSString(u"(null)"), NSString(std::move(entries)));
 }
 
-const ClassInfo& NSError::classInfo() { return errorClassInfo; }
+const ClassInfo& NSError::classInfo() {
+    return errorClassInfo;
+}
 
 NSError NSError::errorWithDomain_code_userInfo(const NSString& domain, long long code,
                                                const NSDictionary& userInfo) {
     return NSError(std::make_shared<NSErrorObject>(domain, code, userInfo));
 }
 
-NSString NSError::domain() const { return isNil() ? NSString() : object(*this)->domain; }
+NSString NSError::domain() const {
+    return isNil() ? NSString() : object(*this)->domain;
+}
 
-long long NSError::code() const { return isNil() ? 0 : object(*this)->code; }
+long long NSError::code() const {
+    return isNil() ? 0 : object(*this)->code;
+}
 
-NSDictionary NSError::userInfo() const { return isNil() ? NSDictionary() : object(*this)->userInfo; }
+NSDictionary NSError::userInfo() const {
+    return isNil() ? NSDictionary() : object(*this)->userInfo;
+}
 
 NSString NSError::localizedDescription() const {
     if (isNil()) return {};
@@ -144,7 +154,9 @@ NSString NSError::localizedDescription() const {
     return own ? own : standardText(*object(*this));
 }
 
-NSString NSError::localizedFailureReason() const { return text(*this, NSLocalizedFailureReasonErrorKey); }
+NSString NSError::localizedFailureReason() const {
+    return text(*this, NSLocalizedFailureReasonErrorKey);
+}
 
 NSString NSError::localizedRecoverySuggestion() const {
     return text(*this, NSLocalizedRecoverySuggestionErrorKey);
@@ -157,25 +169,34 @@ NSError posixError(int number) {
 NSError fileReadError(int number, const NSString& path) {
     switch (number) {
     case ENOENT:
-    case ENOTDIR: return fileError(NSFileReadNoSuchFileError, number, path);
+    case ENOTDIR:
+        return fileError(NSFileReadNoSuchFileError, number, path);
     case EACCES:
-    case EPERM: return fileError(NSFileReadNoPermissionError, number, path);
+    case EPERM:
+        return fileError(NSFileReadNoPermissionError, number, path);
     case EFBIG:
-    case ENOMEM: return fileError(NSFileReadTooLargeError, number, path);
-    default: return fileError(NSFileReadUnknownError, number, path);
+    case ENOMEM:
+        return fileError(NSFileReadTooLargeError, number, path);
+    default:
+        return fileError(NSFileReadUnknownError, number, path);
     }
 }
 
 NSError fileWriteError(int number, const NSString& path) {
     switch (number) {
     case ENOENT:
-    case ENOTDIR: return fileError(NSFileNoSuchFileError, number, path);
+    case ENOTDIR:
+        return fileError(NSFileNoSuchFileError, number, path);
     case EACCES:
-    case EPERM: return fileError(NSFileWriteNoPermissionError, number, path);
+    case EPERM:
+        return fileError(NSFileWriteNoPermissionError, number, path);
     case ENOSPC:
-    case EDQUOT: return fileError(NSFileWriteOutOfSpaceError, number, path);
-    case EROFS: return fileError(NSFileWriteVolumeReadOnlyError, number, path);
-    default: return fileError(NSFileWriteUnknownError, number, path);
+    case EDQUOT:
+        return fileError(NSFileWriteOutOfSpaceError, number, path);
+    case EROFS:
+        return fileError(NSFileWriteVolumeReadOnlyError, number, path);
+    default:
+        return fileError(NSFileWriteUnknownError, number, path);
     }
 }
 

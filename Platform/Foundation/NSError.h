@@ -1,7 +1,7 @@
 #pragma once
 
-// Expected failures as values: a domain, a code and a user-info. An operation that can fail takes an `NSError*`
-// that may be null, and touches it only on failure.
+// Expected failures as values: a domain, a code and a user-info. An operation that can fail takes an
+// `NSError*` that may be null, and touches it only on failure.
 
 #include "Platform/Foundation/NSDictionary.h"
 
@@ -82,7 +82,9 @@ public:
 class NSErrorObject : public Object, public NSCoding {
 public:
     NSErrorObject(NSString domain, long long code, NSDictionary userInfo);
+
     const ClassInfo& objectClass() const override { return NSError::classInfo(); }
+
     /// Same domain, code and user-info.
     bool isEqual(const Object& other) const override;
     std::size_t hash() const override;
@@ -96,10 +98,11 @@ public:
 
 /// An error of NSPOSIXErrorDomain for an errno value, described as the system describes it.
 NSError posixError(int number);
-/// The error of a failed file operation: NSCocoaErrorDomain with the code that fits the errno value, the path under
-/// NSFilePathErrorKey and the POSIX error under NSUnderlyingErrorKey.
+/// The error of a failed file operation: NSCocoaErrorDomain with the code that fits the errno value, the path
+/// under NSFilePathErrorKey and the POSIX error under NSUnderlyingErrorKey.
 NSError fileReadError(int number, const NSString& path);
 NSError fileWriteError(int number, const NSString& path);
+
 /// Stores the error where the caller wants one.
 inline void setError(NSError* destination, const NSError& error) {
     if (destination) *destination = error;

@@ -7,9 +7,9 @@ NSException::NSException(NSString name, NSString reason, NSDictionary userInfo)
       what_(name_.utf8() + ": " + reason_.utf8()) {}
 
 void NSException::doesNotRecognizeSelector(const NSString& className, const NSString& selector) {
-    throw NSException(NSInvalidArgumentException,
-                      NSString::stringWithFormat(u"-[%@ %@]: unrecognized selector sent to instance",
-                                                 className, selector));
+    throw NSException(
+        NSInvalidArgumentException,
+        NSString::stringWithFormat(u"-[%@ %@]: unrecognized selector sent to instance", className, selector));
 }
 
 } // namespace qrv

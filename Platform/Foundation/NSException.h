@@ -19,16 +19,18 @@ public:
 
     // - name
     const NSString& name() const { return name_; }
+
     // - reason
     virtual NSString reason() const { return reason_; }
+
     // - userInfo
     const NSDictionary& userInfo() const { return userInfo_; }
 
     /// "name: reason", in UTF-8.
     const char* what() const noexcept override { return what_.c_str(); }
 
-    /// Raises NSInvalidArgumentException "-[class selector]: unrecognized selector sent to instance", as a call of
-    /// an abstract operation does.
+    /// Raises NSInvalidArgumentException "-[class selector]: unrecognized selector sent to instance", as a
+    /// call of an abstract operation does.
     // - doesNotRecognizeSelector:
     [[noreturn]] static void doesNotRecognizeSelector(const NSString& className, const NSString& selector);
 

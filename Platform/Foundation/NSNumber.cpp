@@ -32,31 +32,39 @@ public:
     explicit NumberObject(Value value) : value_(value) {}
 
     const ClassInfo& objectClass() const override { return numberClassInfo; }
+
     bool isEqual(const Object& other) const override {
         const auto* o = dynamic_cast<const NumberObject*>(&other);
         return o && std::is_eq(compare(*o));
     }
+
     std::size_t hash() const override { return std::hash<double>{}(doubleValue()); }
+
     NSString description() const override {
         if (std::holds_alternative<double>(value_)) return describeDouble(doubleValue());
-        if (isBeyondSigned()) return NSString::stringWithFormat(u"%llu", std::get<unsigned long long>(value_));
+        if (isBeyondSigned())
+            return NSString::stringWithFormat(u"%llu", std::get<unsigned long long>(value_));
         return NSString::stringWithFormat(u"%lld", integerValue());
     }
 
     bool boolValue() const override {
         return std::visit([](auto v) { return static_cast<bool>(v != 0); }, value_);
     }
+
     long long integerValue() const override {
         if (const double* d = std::get_if<double>(&value_)) return truncated(*d);
         return std::visit([](auto v) { return static_cast<long long>(v); }, value_);
     }
+
     double doubleValue() const override {
         return std::visit([](auto v) { return static_cast<double>(v); }, value_);
     }
+
     bool isBeyondSigned() const {
         const auto* v = std::get_if<unsigned long long>(&value_);
         return v && *v > static_cast<unsigned long long>(std::numeric_limits<long long>::max());
     }
+
     std::partial_ordering compare(const NumberObject& other) const {
         const bool anyDouble =
             std::holds_alternative<double>(value_) || std::holds_alternative<double>(other.value_);
@@ -69,6 +77,7 @@ public:
         }
         return integerValue() <=> other.integerValue();
     }
+
     const Value& value() const { return value_; }
 
 private:
@@ -83,21 +92,35 @@ private:
     const Value value_;
 };
 
-const NumberObject* object(const NSNumber& number) { return number.payload<NumberObject>(); }
+const NumberObject* object(const NSNumber& number) {
+    return number.payload<NumberObject>();
+}
 
-NSNumber make(Value value) { return NSNumber(std::make_shared<NumberObject>(value)); }
+NSNumber make(Value value) {
+    return NSNumber(std::make_shared<NumberObject>(value));
+}
 
 } // namespace
 
-const ClassInfo& NSNumber::classInfo() { return numberClassInfo; }
+const ClassInfo& NSNumber::classInfo() {
+    return numberClassInfo;
+}
 
-NSNumber NSNumber::numberWithBool(bool value) { return make(value); }
+NSNumber NSNumber::numberWithBool(bool value) {
+    return make(value);
+}
 
-NSNumber NSNumber::numberWithInteger(long long value) { return make(value); }
+NSNumber NSNumber::numberWithInteger(long long value) {
+    return make(value);
+}
 
-NSNumber NSNumber::numberWithUnsignedInteger(unsigned long long value) { return make(value); }
+NSNumber NSNumber::numberWithUnsignedInteger(unsigned long long value) {
+    return make(value);
+}
 
-NSNumber NSNumber::numberWithDouble(double value) { return make(value); }
+NSNumber NSNumber::numberWithDouble(double value) {
+    return make(value);
+}
 
 bool NSNumber::isBoolean() const {
     const NumberObject* o = object(*this);

@@ -33,7 +33,9 @@ struct NSSize {
 struct NSRect {
     NSPoint origin;
     NSSize size;
+
     bool isEmpty() const { return !(size.width > 0 && size.height > 0); }
+
     friend bool operator==(const NSRect&, const NSRect&) = default;
 };
 

@@ -1,4 +1,5 @@
-// Expansion of formats. The format is walked once; a conversion without a fitting argument prints a marker such as
+// Expansion of formats. The format is walked once; a conversion without a fitting argument prints a marker
+// such as
 // "<%d: missing>" or "<%d: wrong type>".
 
 #include "Platform/Foundation/NSString.h"
@@ -17,7 +18,9 @@ namespace {
 // Wider fields than this are cut: a format is never worth more memory than a page.
 constexpr int maximumWidth = 4096;
 
-bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
+bool isDigit(char16_t c) {
+    return c >= u'0' && c <= u'9';
+}
 
 /// One conversion as written, e.g. "%-8.3lf".
 struct Conversion {
@@ -65,13 +68,16 @@ public:
 
 private:
     char16_t peek() const { return at_ < all_.size() ? all_[at_] : u'\0'; }
+
     char16_t take() { return all_[at_++]; }
+
     std::optional<int> number() {
         if (!isDigit(peek())) return std::nullopt;
         int value = 0;
         while (isDigit(peek())) value = std::min(value * 10 + (take() - u'0'), maximumWidth);
         return value;
     }
+
     void field(std::optional<int>& value, bool& fromArgument) {
         if (peek() == u'*') {
             ++at_;
@@ -145,18 +151,22 @@ private:
 
     bool convert(const Conversion& c, const FormatArgument& argument) {
         switch (c.letter) {
-        case u'@': return object(c, argument);
+        case u'@':
+            return object(c, argument);
         case u'd':
         case u'i':
-        case u'D': return integer(c, argument, true);
+        case u'D':
+            return integer(c, argument, true);
         case u'u':
         case u'U':
         case u'o':
         case u'O':
         case u'x':
-        case u'X': return integer(c, argument, false);
+        case u'X':
+            return integer(c, argument, false);
         case u'c':
-        case u'C': return character(c, argument);
+        case u'C':
+            return character(c, argument);
         case u'f':
         case u'F':
         case u'e':
@@ -164,11 +174,16 @@ private:
         case u'g':
         case u'G':
         case u'a':
-        case u'A': return real(c, argument);
-        case u's': return bytes(c, argument);
-        case u'S': return units(c, argument);
-        case u'p': return pointer(c, argument);
-        default: return false;
+        case u'A':
+            return real(c, argument);
+        case u's':
+            return bytes(c, argument);
+        case u'S':
+            return units(c, argument);
+        case u'p':
+            return pointer(c, argument);
+        default:
+            return false;
         }
     }
 
@@ -196,8 +211,10 @@ private:
         } else {
             // A narrow signed argument is promoted to int first.
             unsigned long long bits = value->bits;
-            if (value->bytes < 4 && width >= 4) bits &= 0xFFFFFFFFULL;
-            else if (bytes < 8) bits &= (1ULL << (8 * bytes)) - 1;
+            if (value->bytes < 4 && width >= 4)
+                bits &= 0xFFFFFFFFULL;
+            else if (bytes < 8)
+                bits &= (1ULL << (8 * bytes)) - 1;
             print(spec.c_str(), bits);
         }
         return true;

@@ -15,7 +15,9 @@ bool isSpace(char16_t c) {
            c == u'\u2029' || c == u'\u3000' || (c >= u'\u2000' && c <= u'\u200A');
 }
 
-bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
+bool isDigit(char16_t c) {
+    return c >= u'0' && c <= u'9';
+}
 
 std::u16string_view skipSpace(std::u16string_view text) {
     const auto first = std::find_if_not(text.begin(), text.end(), isSpace);
@@ -77,7 +79,9 @@ long long NSString::integerValue() const {
     return value == Limits::min() ? Limits::max() : -value;
 }
 
-double NSString::doubleValue() const { return leadingNumber(skipSpace(view())).value; }
+double NSString::doubleValue() const {
+    return leadingNumber(skipSpace(view())).value;
+}
 
 NSString NSStringFromRange(NSRange range) {
     return NSString::stringWithFormat(u"{%lu, %lu}", range.location, range.length);

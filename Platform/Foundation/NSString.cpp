@@ -21,15 +21,22 @@ public:
     explicit StringObject(std::u16string&& text) : text_(std::move(text)) {}
 
     const ClassInfo& objectClass() const override { return stringClassInfo; }
+
     bool isEqual(const Object& other) const override {
         const auto* o = dynamic_cast<const StringObject*>(&other);
         return o && o->text_ == text_;
     }
+
     std::size_t hash() const override { return std::hash<std::u16string>{}(text_); }
+
     NSString description() const override { return NSString(std::u16string_view(text_)); }
+
     bool boolValue() const override { return NSString(std::u16string_view(text_)).boolValue(); }
+
     long long integerValue() const override { return NSString(std::u16string_view(text_)).integerValue(); }
+
     double doubleValue() const override { return NSString(std::u16string_view(text_)).doubleValue(); }
+
     const std::u16string& text() const { return text_; }
 
 private:
@@ -45,13 +52,16 @@ void requireIndex(bool inside, const char16_t* selector, std::size_t index, std:
 
 } // namespace
 
-NSString::NSString(const char16_t* text) : NSString(text ? NSString(std::u16string_view(text)) : NSString()) {}
+NSString::NSString(const char16_t* text)
+    : NSString(text ? NSString(std::u16string_view(text)) : NSString()) {}
 
 NSString::NSString(std::u16string_view text) : id(std::make_shared<StringObject>(std::u16string(text))) {}
 
 NSString::NSString(std::u16string&& text) : id(std::make_shared<StringObject>(std::move(text))) {}
 
-const ClassInfo& NSString::classInfo() { return stringClassInfo; }
+const ClassInfo& NSString::classInfo() {
+    return stringClassInfo;
+}
 
 NSString NSString::stringWithUTF8String(const char* bytes) {
     if (!bytes) return {};
@@ -59,7 +69,9 @@ NSString NSString::stringWithUTF8String(const char* bytes) {
     return text ? NSString(std::move(*text)) : NSString();
 }
 
-NSString NSString::fromUTF8(std::string_view bytes) { return NSString(unicode::fromUTF8Lossy(bytes)); }
+NSString NSString::fromUTF8(std::string_view bytes) {
+    return NSString(unicode::fromUTF8Lossy(bytes));
+}
 
 std::u16string_view NSString::view() const {
     // Every payload that reaches a typed handle is of its class, so no test at run time is needed here.
@@ -71,9 +83,13 @@ char16_t NSString::characterAtIndex(std::size_t index) const {
     return view()[index];
 }
 
-std::string NSString::utf8() const { return unicode::toUTF8Lossy(view()); }
+std::string NSString::utf8() const {
+    return unicode::toUTF8Lossy(view());
+}
 
-bool NSString::isEqualToString(const NSString& other) const { return isEqual(other); }
+bool NSString::isEqualToString(const NSString& other) const {
+    return isEqual(other);
+}
 
 NSComparisonResult NSString::compare(const NSString& other) const {
     const int order = view().compare(other.view());

@@ -48,14 +48,17 @@ public:
     NSString() = default;
     NSString(const char16_t* text);
     NSString(std::u16string_view text);
+
     NSString(const std::u16string& text) : NSString(std::u16string_view(text)) {}
+
     NSString(std::u16string&& text);
     static const ClassInfo& classInfo();
 
     // + stringWithUTF8String:
     /// nil for a null pointer and for bytes that are not UTF-8.
     static NSString stringWithUTF8String(const char* bytes);
-    /// The text with every invalid sequence replaced by U+FFFD: for bytes of unknown origin that must be shown.
+    /// The text with every invalid sequence replaced by U+FFFD: for bytes of unknown origin that must be
+    /// shown.
     static NSString fromUTF8(std::string_view bytes);
 
     // + stringWithFormat:
@@ -64,11 +67,13 @@ public:
     static NSString stringWithFormat(const NSString& format, const Arguments&... arguments) {
         return stringWithFormat_arguments(format, FormatArguments(arguments...));
     }
+
     // + stringWithFormat:arguments:
     static NSString stringWithFormat_arguments(const NSString& format, const FormatArguments& arguments);
 
     /// 0 for nil.
     std::size_t length() const { return view().size(); }
+
     /// The units, valid as long as any handle on this payload lives. Empty for nil.
     std::u16string_view view() const;
     // - characterAtIndex:

@@ -15,12 +15,16 @@ const ClassInfo urlClassInfo{"NSURL", &Object::classInfo};
 class URLObject final : public Object, public NSCoding {
 public:
     explicit URLObject(NSString text) : text_(std::move(text)) {}
+
     const ClassInfo& objectClass() const override { return urlClassInfo; }
+
     bool isEqual(const Object& other) const override {
         const auto* o = dynamic_cast<const URLObject*>(&other);
         return o && o->text_ == text_;
     }
+
     std::size_t hash() const override { return text_.hash(); }
+
     NSString description() const override { return text_; }
 
 private:
@@ -31,7 +35,9 @@ bool isAlphanumeric(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
 }
 
-bool isHex(char c) { return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F'); }
+bool isHex(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
 
 /// Escapes every byte that is neither alphanumeric nor in `kept`.
 std::string escaped(const std::string& bytes, std::string_view kept) {
@@ -90,11 +96,15 @@ Parts split(std::u16string_view url) {
     return parts;
 }
 
-NSURL make(NSString text) { return NSURL(std::make_shared<URLObject>(std::move(text))); }
+NSURL make(NSString text) {
+    return NSURL(std::make_shared<URLObject>(std::move(text)));
+}
 
 } // namespace
 
-const ClassInfo& NSURL::classInfo() { return urlClassInfo; }
+const ClassInfo& NSURL::classInfo() {
+    return urlClassInfo;
+}
 
 NSURL NSURL::URLWithString(const NSString& text) {
     if (text.length() == 0) return {};
@@ -104,7 +114,9 @@ NSURL NSURL::URLWithString(const NSString& text) {
 
 NSURL NSURL::fileURLWithPath(const NSString& path) {
     if (path.length() == 0) return {};
+
     struct stat status {};
+
     const bool isDirectory = ::stat(path.utf8().c_str(), &status) == 0 && S_ISDIR(status.st_mode);
     return fileURLWithPath_isDirectory(path, isDirectory);
 }
@@ -122,7 +134,9 @@ NSURL NSURL::fileURLWithPath_isDirectory(const NSString& path, bool isDirectory)
     return make(NSString::fromUTF8("file://" + escaped(absolute, "-._~/!$&'()*+,=:@")));
 }
 
-NSString NSURL::absoluteString() const { return description(); }
+NSString NSURL::absoluteString() const {
+    return description();
+}
 
 NSString NSURL::scheme() const {
     const NSString text = absoluteString();

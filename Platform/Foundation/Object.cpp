@@ -13,13 +13,18 @@ const ClassInfo classClassInfo{"Class", &Object::classInfo};
 class ClassObject final : public Object {
 public:
     explicit ClassObject(const ClassInfo& info) : info_(info) {}
+
     const ClassInfo& objectClass() const override { return classClassInfo; }
+
     bool isEqual(const Object& other) const override {
         const auto* o = dynamic_cast<const ClassObject*>(&other);
         return o && &o->info_ == &info_;
     }
+
     std::size_t hash() const override { return std::hash<const void*>{}(&info_); }
+
     NSString description() const override { return NSString::stringWithUTF8String(info_.name); }
+
     const ClassInfo& info() const { return info_; }
 
 private:
@@ -37,11 +42,15 @@ bool id::isEqual(const id& other) const {
     return object_ == other.object_ || object_->isEqual(*other.object_);
 }
 
-NSString id::description() const { return object_ ? object_->description() : NSString(); }
+NSString id::description() const {
+    return object_ ? object_->description() : NSString();
+}
 
 Class::Class(const ClassInfo& info) : id(std::make_shared<ClassObject>(info)) {}
 
-const ClassInfo& Class::classInfo() { return classClassInfo; }
+const ClassInfo& Class::classInfo() {
+    return classClassInfo;
+}
 
 const ClassInfo* Class::info() const {
     const auto* object = payload<ClassObject>();

@@ -7,7 +7,9 @@ namespace qrv::unicode {
 namespace {
 
 // The library counts in 32-bit integers; what is longer than that is refused rather than cut.
-bool fits(std::size_t length) { return length <= static_cast<std::size_t>(INT32_MAX / 4); }
+bool fits(std::size_t length) {
+    return length <= static_cast<std::size_t>(INT32_MAX / 4);
+}
 
 std::optional<std::u16string> decode(std::string_view bytes, UChar32 substitute) {
     if (!fits(bytes.size())) return std::nullopt;
@@ -38,13 +40,17 @@ constexpr UChar32 replacementCharacter = 0xFFFD;
 
 } // namespace
 
-std::optional<std::u16string> fromUTF8(std::string_view bytes) { return decode(bytes, noSubstitute); }
+std::optional<std::u16string> fromUTF8(std::string_view bytes) {
+    return decode(bytes, noSubstitute);
+}
 
 std::u16string fromUTF8Lossy(std::string_view bytes) {
     return decode(bytes, replacementCharacter).value_or(std::u16string());
 }
 
-std::optional<std::string> toUTF8(std::u16string_view text) { return encode(text, noSubstitute); }
+std::optional<std::string> toUTF8(std::u16string_view text) {
+    return encode(text, noSubstitute);
+}
 
 std::string toUTF8Lossy(std::u16string_view text) {
     return encode(text, replacementCharacter).value_or(std::string());

@@ -1,7 +1,7 @@
 #pragma once
 
-// The one door to the Unicode library: conversions, boundaries, comparison, dates. Plain standard types, so that
-// the classes above stay free of it.
+// The one door to the Unicode library: conversions, boundaries, comparison, dates. Plain standard types, so
+// that the classes above stay free of it.
 
 #include <cstddef>
 #include <optional>
