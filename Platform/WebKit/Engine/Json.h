@@ -1,0 +1,108 @@
+#pragma once
+
+// A JSON value: immutable, cheap to copy, safe to read from any thread.
+//
+//     auto reply = Json::parse(text);
+//     double width = (*reply)["result"]["cssContentSize"]["width"].number();
+//     Json params = Json::object({{"url", "about:blank"}, {"flatten", true}, {"ids", Json::array({1, 2})}});
+//
+// Every accessor is defined on every kind of value: what is missing reads as null, and null reads as the
+// fallback, so chains need no tests.
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace boost::json {
+class value;
+} // namespace boost::json
+
+namespace qrv::engine {
+
+class Json {
+public:
+    using Member = std::pair<std::string, Json>;
+
+    Json() = default; // null
+
+    Json(std::nullptr_t) {}
+
+    Json(bool value);
+    Json(double value); // null when not finite: JSON has no such number
+    Json(std::string_view value);
+
+    Json(const char* value) : Json(std::string_view(value)) {}
+
+    Json(const std::string& value) : Json(std::string_view(value)) {}
+
+    template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
+    Json(Integer value) : Json(fromInteger(static_cast<std::int64_t>(value))) {}
+
+    // An object; of members with the same key the last one counts.
+    static Json object(std::initializer_list<Member> members);
+    static Json object(const std::vector<Member>& members);
+    static Json array(std::initializer_list<Json> elements);
+    static Json array(const std::vector<Json>& elements);
+
+    // The value that the text stands for; nothing when it is malformed or nested deeper than maxDepth. Bytes
+    // that are not UTF-8 pass unchanged; an escape of half a surrogate pair becomes U+FFFD. Throws only when
+    // out of memory.
+    static std::optional<Json> parse(std::string_view text);
+    static constexpr std::size_t maxDepth = 512;
+
+    std::string serialize() const;
+
+    bool isNull() const;
+    bool isBool() const;
+    bool isNumber() const;
+    bool isString() const;
+    bool isArray() const;
+    bool isObject() const;
+
+    // The member or element; null when there is none.
+    Json operator[](std::string_view key) const;
+
+    Json operator[](const char* key) const { return (*this)[std::string_view(key)]; }
+
+    template <typename Index, std::enable_if_t<std::is_integral_v<Index>, int> = 0>
+    Json operator[](Index index) const {
+        return element(static_cast<std::size_t>(index));
+    }
+
+    bool contains(std::string_view key) const;
+    std::size_t size() const; // of members or elements; 0 for other kinds
+
+    double number(double fallback = 0) const;
+    std::int64_t integer(std::int64_t fallback = 0) const; // fallback also for fractions and beyond the range
+    bool boolean(bool fallback = false) const;
+    std::string string(std::string_view fallback = {}) const;
+    std::string_view
+    stringView() const; // without a copy; empty for other kinds; valid while this value lives
+
+    std::vector<Member> members() const; // in the order of the text; empty for other kinds
+    std::vector<Json> elements() const;
+
+    friend bool operator==(const Json& left, const Json& right);
+
+private:
+    // Points into a document that it keeps alive; empty for null.
+    using Node = std::shared_ptr<const boost::json::value>;
+
+    explicit Json(Node node) : node_(std::move(node)) {}
+
+    explicit Json(boost::json::value value);
+
+    static Json fromInteger(std::int64_t value);
+    Json element(std::size_t index) const;
+
+    Node node_;
+};
+
+} // namespace qrv::engine
