@@ -45,15 +45,15 @@ public:
     template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
     Json(Integer value) : Json(fromInteger(static_cast<std::int64_t>(value))) {}
 
-    // An object; of members with the same key the last one counts.
+    /// An object; of members with the same key the last one counts.
     static Json object(std::initializer_list<Member> members);
     static Json object(const std::vector<Member>& members);
     static Json array(std::initializer_list<Json> elements);
     static Json array(const std::vector<Json>& elements);
 
-    // The value that the text stands for; nothing when it is malformed or nested deeper than maxDepth. Bytes
-    // that are not UTF-8 pass unchanged; an escape of half a surrogate pair becomes U+FFFD. Throws only when
-    // out of memory.
+    /// The value that the text stands for; nothing when it is malformed or nested deeper than maxDepth. Bytes
+    /// that are not UTF-8 pass unchanged; an escape of half a surrogate pair becomes U+FFFD. Throws only when
+    /// out of memory.
     static std::optional<Json> parse(std::string_view text);
     static constexpr std::size_t maxDepth = 512;
 
@@ -66,7 +66,7 @@ public:
     bool isArray() const;
     bool isObject() const;
 
-    // The member or element; null when there is none.
+    /// The member or element; null when there is none.
     Json operator[](std::string_view key) const;
 
     Json operator[](const char* key) const { return (*this)[std::string_view(key)]; }
@@ -92,7 +92,7 @@ public:
     friend bool operator==(const Json& left, const Json& right);
 
 private:
-    // Points into a document that it keeps alive; empty for null.
+    /// Points into a document that it keeps alive; empty for null.
     using Node = std::shared_ptr<const boost::json::value>;
 
     explicit Json(Node node) : node_(std::move(node)) {}
