@@ -1,0 +1,40 @@
+#pragma once
+
+// What becomes of a failed precondition: an exception with the description as its reason.
+
+#include "Platform/Foundation/NSString.h"
+
+namespace qrv {
+
+class NSAssertionHandler {
+public:
+    // + currentHandler
+    /// The handler of the calling thread: the same for all, since it has no state.
+    static NSAssertionHandler& currentHandler();
+
+    // - handleFailureInMethod:object:file:lineNumber:description:
+    /// Raises NSInternalInconsistencyException with the formatted description; its user-info names the
+    /// method, the object (when not nil), the file and the line.
+    template <class... Arguments>
+    [[noreturn]] void handleFailureInMethod_object_file_lineNumber_description(
+        const NSString& selector, const id& object, const NSString& file, long long line,
+        const NSString& format, const Arguments&... arguments) {
+        raise(selector, object, file, line, NSString::stringWithFormat(format, arguments...));
+    }
+
+    // - handleFailureInFunction:file:lineNumber:description:
+    /// The same for a function.
+    template <class... Arguments>
+    [[noreturn]] void
+    handleFailureInFunction_file_lineNumber_description(const NSString& function, const NSString& file,
+                                                        long long line, const NSString& format,
+                                                        const Arguments&... arguments) {
+        raise(function, id(), file, line, NSString::stringWithFormat(format, arguments...));
+    }
+
+private:
+    [[noreturn]] static void raise(const NSString& place, const id& object, const NSString& file,
+                                   long long line, const NSString& description);
+};
+
+} // namespace qrv

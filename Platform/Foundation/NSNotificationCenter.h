@@ -1,0 +1,57 @@
+#pragma once
+
+// Announcements by name, from senders to whoever listens.
+//
+//     NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
+//     center.addObserver_name_object(this, u"Finished", view, [this](const NSNotification& n) { ... });
+//     center.removeObserver(this); // in the destructor
+
+#include "Platform/Foundation/NSString.h"
+
+#include <functional>
+#include <list>
+#include <memory>
+#include <mutex>
+
+namespace qrv {
+
+struct NSNotification {
+    NSString name;
+    /// The sender, for comparison; null when none was given.
+    const void* object = nullptr;
+};
+
+class NSNotificationCenter {
+public:
+    using Handler = std::function<void(const NSNotification&)>;
+
+    NSNotificationCenter() = default;
+    NSNotificationCenter(const NSNotificationCenter&) = delete;
+    NSNotificationCenter& operator=(const NSNotificationCenter&) = delete;
+
+    // + defaultCenter
+    /// The center of the process. Every operation may be called from any thread.
+    static NSNotificationCenter& defaultCenter();
+
+    // - addObserver:selector:name:object:
+    /// Calls `handler` for each notification of this name from `object`, or from anyone when `object` is
+    /// null. The observer, which is only compared, is not kept alive.
+    void addObserver_name_object(const void* observer, const NSString& name, const void* object,
+                                 Handler handler);
+    // - removeObserver:
+    /// Ends every observation of this observer at once. A notification that is being posted does not reach
+    /// it any more either.
+    void removeObserver(const void* observer);
+    // - postNotificationName:object:
+    /// Calls the handlers on this thread, in the order in which they were added; ones that are added
+    /// meanwhile wait for the next notification.
+    void postNotificationName_object(const NSString& name, const void* object);
+
+private:
+    struct Observation;
+
+    std::mutex mutex_; // guards observations_ and their `ended`; never held while a handler runs
+    std::list<std::shared_ptr<Observation>> observations_;
+};
+
+} // namespace qrv

@@ -1,0 +1,123 @@
+#include "Platform/Foundation/NSProcessInfo.h"
+
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include <unistd.h>
+
+namespace qrv {
+
+namespace {
+
+NSArray readCommandLine() {
+    std::ifstream file("/proc/self/cmdline", std::ios::binary);
+    const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::vector<id> arguments;
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = std::min(text.find('\0', start), text.size());
+        arguments.push_back(NSString::fromUTF8(std::string_view(text).substr(start, end - start)));
+        start = end + 1;
+    }
+    // Without /proc the C library still knows the command's name.
+    if (arguments.empty()) arguments.push_back(NSString::fromUTF8(program_invocation_name));
+    return NSArray(std::move(arguments));
+}
+
+const NSArray& commandLine() {
+    static const NSArray arguments = readCommandLine();
+    return arguments;
+}
+
+} // namespace
+
+double NSFoundationVersionNumber() {
+    const NSProcessInfo& info = NSProcessInfo::processInfo();
+    const std::lock_guard lock(info.mutex_);
+    return info.version_.foundation;
+}
+
+NSProcessInfo& NSProcessInfo::processInfo() {
+    static NSProcessInfo instance;
+    return instance;
+}
+
+NSArray NSProcessInfo::arguments() const {
+    const std::lock_guard lock(mutex_);
+    return argumentsOfTest_ ? argumentsOfTest_ : commandLine();
+}
+
+NSString NSProcessInfo::processName() const {
+    {
+        const std::lock_guard lock(mutex_);
+        if (processNameOfTest_) return processNameOfTest_;
+    }
+    const NSArray all = arguments();
+    return all.count() > 0 ? as<NSString>(all.objectAtIndex(0)).lastPathComponent()
+                           : NSString::fromUTF8(program_invocation_short_name);
+}
+
+int NSProcessInfo::processIdentifier() const {
+    return getpid();
+}
+
+NSDictionary NSProcessInfo::environment() const {
+    NSMutableDictionary variables;
+    for (char** entry = environ; entry && *entry; ++entry) {
+        const std::string_view text = *entry;
+        const std::size_t equals = text.find('=');
+        if (equals == std::string_view::npos) continue;
+        const NSString name = NSString::fromUTF8(text.substr(0, equals));
+        // Of variables given twice the first one counts, as in getenv.
+        if (variables.objectForKey(name)) continue;
+        variables.setObject_forKey(NSString::fromUTF8(text.substr(equals + 1)), name);
+    }
+    return std::move(variables).copy();
+}
+
+NSOperatingSystemVersion NSProcessInfo::operatingSystemVersion() const {
+    const std::lock_guard lock(mutex_);
+    return version_.system;
+}
+
+bool NSProcessInfo::isOperatingSystemAtLeastVersion(NSOperatingSystemVersion version) const {
+    return operatingSystemVersion() >= version;
+}
+
+void NSProcessInfo::setAutomaticTerminationSupportEnabled(bool enabled) {
+    const std::lock_guard lock(mutex_);
+    automaticTerminationSupported_ = enabled;
+}
+
+bool NSProcessInfo::automaticTerminationSupportEnabled() const {
+    const std::lock_guard lock(mutex_);
+    return automaticTerminationSupported_;
+}
+
+void NSProcessInfo::disableAutomaticTermination(const NSString& reason) {
+    const std::lock_guard lock(mutex_);
+    terminationReasons_ = terminationReasons_.arrayByAddingObject(reason);
+}
+
+NSArray NSProcessInfo::automaticTerminationDisablingReasons() const {
+    const std::lock_guard lock(mutex_);
+    return terminationReasons_;
+}
+
+void NSProcessInfo::setVersionForTesting(PlatformVersion version) {
+    const std::lock_guard lock(mutex_);
+    version_ = version;
+}
+
+void NSProcessInfo::setArgumentsForTesting(const NSArray& arguments) {
+    const std::lock_guard lock(mutex_);
+    argumentsOfTest_ = arguments;
+}
+
+void NSProcessInfo::setProcessNameForTesting(const NSString& name) {
+    const std::lock_guard lock(mutex_);
+    processNameOfTest_ = name;
+}
+
+} // namespace qrv
