@@ -4,6 +4,7 @@
 // that the classes above stay free of it.
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,5 +19,21 @@ std::u16string fromUTF8Lossy(std::string_view bytes);
 std::optional<std::string> toUTF8(std::u16string_view text);
 /// An unpaired surrogate becomes U+FFFD.
 std::string toUTF8Lossy(std::u16string_view text);
+
+/// A date pattern, ready for use by any thread.
+class DatePattern {
+public:
+    explicit DatePattern(std::u16string_view pattern);
+    ~DatePattern();
+
+    /// In the local time zone as it was when the pattern was made; empty for a moment that no calendar
+    /// reaches.
+    std::u16string format(double secondsSince1970) const;
+
+private:
+    struct Formatter;
+
+    std::unique_ptr<Formatter> formatter_;
+};
 
 } // namespace qrv::unicode
