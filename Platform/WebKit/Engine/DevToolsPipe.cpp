@@ -104,8 +104,8 @@ void DevToolsPipe::takeBytes(std::string_view bytes) {
 // object.
 void DevToolsPipe::deliverNext() {
     if (received_.empty()) {
-        if (ended_ && !std::exchange(closeDelivered_, true)) deliverClose(endReason_);
-        return;
+        if (!ended_ || std::exchange(closeDelivered_, true)) return;
+        return deliverClose(std::string(endReason_)); // a copy: the handler may destroy this object
     }
     std::string message = std::move(received_.front());
     received_.pop_front();
