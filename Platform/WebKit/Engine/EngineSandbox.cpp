@@ -61,6 +61,7 @@ unsigned identityInside(unsigned outside) {
 }
 
 bool mapIdentity(unsigned user, unsigned group) {
+    ::prctl(PR_SET_DUMPABLE, 1, 0, 0, 0); // a change of identity closes /proc/self to the process itself
     return writeFile("/proc/self/setgroups", "deny") &&
            writeMap("/proc/self/uid_map", identityInside(user), user) &&
            writeMap("/proc/self/gid_map", identityInside(group), group);
@@ -77,11 +78,9 @@ bool enterUserNamespace(const LaunchReporter& reporter) {
 }
 
 bool becomeNobody() {
-    if (::syscall(SYS_setgroups, 0, nullptr) != 0 || ::syscall(SYS_setresgid, nobody, nobody, nobody) != 0 ||
-        ::syscall(SYS_setresuid, nobody, nobody, nobody) != 0)
-        return false;
-    // The change of identity closed /proc/self to us, which a user namespace needs.
-    return ::prctl(PR_SET_DUMPABLE, 1, 0, 0, 0) == 0;
+    return ::syscall(SYS_setgroups, 0, nullptr) == 0 &&
+           ::syscall(SYS_setresgid, nobody, nobody, nobody) == 0 &&
+           ::syscall(SYS_setresuid, nobody, nobody, nobody) == 0;
 }
 
 #if defined(__x86_64__)
