@@ -1,0 +1,61 @@
+#pragma once
+
+#include <string>
+
+namespace qrv::engine {
+
+// What the measuring script (PageScripts.h) says of a page, laid out on the screen at the view's size and
+// scrolled to its start. Lengths are CSS px. The script's answer is one flat object whose keys are the names
+// of these fields.
+struct PageMeasurements {
+    double viewWidth = 0;
+    double viewHeight = 0;
+    double scrollWidth = 0; // the scrollable area of the root, overflow included
+    double scrollHeight = 0;
+
+    bool rootIsHtml = false;
+    bool hasBody = false;
+    std::string rootDisplay;
+    std::string rootWritingMode;
+    std::string rootDirection;
+    std::string bodyWritingMode;
+    std::string bodyDirection;
+
+    // The root's box: margins as used (auto resolved), content size as used.
+    double rootMarginTop = 0;
+    double rootMarginBottom = 0;
+    double rootMarginLeft = 0;
+    double rootBorderTop = 0;
+    double rootBorderRight = 0;
+    double rootBorderBottom = 0;
+    double rootBorderLeft = 0;
+    double rootPaddingTop = 0;
+    double rootPaddingRight = 0;
+    double rootPaddingBottom = 0;
+    double rootPaddingLeft = 0;
+    double rootWidth = 0;
+    double rootHeight = 0;
+    bool rootHeightIsAuto = true;
+
+    double bodyMarginLeft = 0; // from the root's content edge, as used
+    double bodyWidth = 0;      // content width, as used
+
+    bool bodyOverflowSpreads = false; // the viewport took the body's overflow
+
+    // The background of the canvas, taken from the root or, where that has none, from the body. The lists are
+    // computed values, one item a layer; the images themselves stay in the page.
+    bool canvasFromBody = false;
+    bool canvasHasImage = false;
+    std::string canvasColor;
+    std::string canvasPositionX;
+    std::string canvasPositionY;
+    std::string canvasSize;
+    std::string canvasRepeat;
+};
+
+// The measurements with every number finite and within what the engine can lay out, and every text that goes
+// into a style sheet replaced by its initial value unless it is a plain CSS value. Pages are hostile:
+// whatever comes from a script's answer passes here.
+PageMeasurements sanitized(PageMeasurements measurements);
+
+} // namespace qrv::engine

@@ -1,0 +1,181 @@
+#include "Platform/WebKit/Engine/PageScripts.h"
+
+#include <array>
+#include <string_view>
+
+namespace qrv::engine {
+namespace {
+
+constexpr std::string_view measuring = R"js((() => {
+    const property = (name) =>
+        Object.getOwnPropertyDescriptor(Document.prototype, name).get.call(document);
+    const root = property('documentElement');
+    const body = property('body') instanceof HTMLBodyElement ? property('body') : null;
+    const scroller = property('scrollingElement') || root;
+    scrollTo({left: 0, top: 0, behavior: 'instant'});
+
+    const rootStyle = getComputedStyle(root);
+    const bodyStyle = body ? getComputedStyle(body) : rootStyle;
+    const px = (style, name) => parseFloat(style[name]) || 0;
+    const edge = (name) => px(rootStyle, name);
+    const isMoved = [rootStyle, bodyStyle].some((style) =>
+        ['transform', 'translate', 'rotate', 'scale'].some((name) => style[name] !== 'none'));
+    const rootBox = root.getBoundingClientRect();
+    const bodyBox = (body || root).getBoundingClientRect();
+    const contentLeft = rootBox.left + edge('borderLeftWidth') + edge('paddingLeft');
+
+    // A box's size as if box-sizing were content-box.
+    const contentSize = (style, size, edges) => {
+        const used = px(style, size);
+        return style.boxSizing === 'border-box'
+            ? Math.max(0, edges.reduce((rest, name) => rest - px(style, name), used)) : used;
+    };
+    const across = ['borderLeftWidth', 'paddingLeft', 'paddingRight', 'borderRightWidth'];
+    const along = ['borderTopWidth', 'paddingTop', 'paddingBottom', 'borderBottomWidth'];
+
+    const isHtml = root instanceof HTMLHtmlElement;
+    const isContained = (style) => style.contain !== 'none' || style.containerType !== 'normal';
+    const canSpread = isHtml && body && !isContained(rootStyle) && !isContained(bodyStyle);
+    const hasBackground = (style) =>
+        style.backgroundImage.replace(/none|[, ]/g, '') !== '' || !isTransparent(style.backgroundColor);
+    const isTransparent = (color) => color === 'rgba(0, 0, 0, 0)';
+    const canvasFromBody = Boolean(canSpread && !hasBackground(rootStyle) && hasBackground(bodyStyle));
+    const canvas = canvasFromBody ? bodyStyle : rootStyle;
+
+    return {
+        viewWidth: innerWidth,
+        viewHeight: innerHeight,
+        scrollWidth: scroller.scrollWidth,
+        scrollHeight: scroller.scrollHeight,
+        rootIsHtml: isHtml,
+        hasBody: Boolean(body),
+        rootDisplay: rootStyle.display,
+        rootWritingMode: rootStyle.writingMode,
+        rootDirection: rootStyle.direction,
+        bodyWritingMode: bodyStyle.writingMode,
+        bodyDirection: bodyStyle.direction,
+        rootMarginTop: edge('marginTop'),
+        rootMarginBottom: edge('marginBottom'),
+        rootMarginLeft: isMoved ? edge('marginLeft') : rootBox.left,
+        rootBorderTop: edge('borderTopWidth'),
+        rootBorderRight: edge('borderRightWidth'),
+        rootBorderBottom: edge('borderBottomWidth'),
+        rootBorderLeft: edge('borderLeftWidth'),
+        rootPaddingTop: edge('paddingTop'),
+        rootPaddingRight: edge('paddingRight'),
+        rootPaddingBottom: edge('paddingBottom'),
+        rootPaddingLeft: edge('paddingLeft'),
+        rootWidth: contentSize(rootStyle, 'width', across),
+        rootHeight: contentSize(rootStyle, 'height', along),
+        rootHeightIsAuto: String(root.computedStyleMap().get('height')) === 'auto',
+        bodyMarginLeft: isMoved ? px(bodyStyle, 'marginLeft') : bodyBox.left - contentLeft,
+        bodyWidth: contentSize(bodyStyle, 'width', across),
+        bodyOverflowSpreads: Boolean(canSpread && rootStyle.overflowX === 'visible'),
+        canvasFromBody,
+        canvasHasImage: canvas.backgroundImage.replace(/none|[, ]/g, '') !== '',
+        canvasColor: canvas.backgroundColor,
+        canvasPositionX: canvas.backgroundPositionX,
+        canvasPositionY: canvas.backgroundPositionY,
+        canvasSize: canvas.backgroundSize,
+        canvasRepeat: canvas.backgroundRepeat,
+    };
+})())js";
+
+// Where a policy forbids style elements, an adopted sheet is still allowed; it comes last, so that only the
+// document's own layers are stronger.
+// Important declarations of style attributes are stronger than any sheet, hence they lose their importance.
+constexpr std::string_view applying = R"js(((text, copiesBodyImage) => {
+    const property = (name) =>
+        Object.getOwnPropertyDescriptor(Document.prototype, name).get.call(document);
+    const root = property('documentElement');
+    const body = property('body');
+    if (copiesBodyImage) {
+        text += '@layer web2pdf-print{html{background-image:' +
+            getComputedStyle(body).backgroundImage + '!important}}';
+    }
+    const element = Document.prototype.createElementNS.call(document, 'http://www.w3.org/1999/xhtml', 'style');
+    element.textContent = text;
+    Element.prototype.prepend.call(property('head') || root, element);
+    let sheet = element.sheet;
+    if (!sheet) {
+        sheet = new CSSStyleSheet();
+        sheet.replaceSync(text);
+        document.adoptedStyleSheets = [sheet, ...document.adoptedStyleSheets];
+    }
+    for (const layer of sheet.cssRules) {
+        for (const rule of layer.cssRules) {
+            const target = {html: root, body}[rule.selectorText];
+            if (!target) continue;
+            for (const name of rule.style) {
+                if (target.style.getPropertyPriority(name) === '') continue;
+                target.style.setProperty(name, target.style.getPropertyValue(name), '');
+            }
+        }
+    }
+    return sheet.cssRules.length > 0;
+})js";
+
+constexpr std::string_view awaiting = R"js(((limit) => {
+    const windows = [];
+    const visit = (frame) => {
+        try {
+            if (!frame.document) return;
+        } catch {
+            return;
+        }
+        windows.push(frame);
+        for (let i = 0; i < frame.length; ++i) visit(frame[i]);
+    };
+    visit(window);
+    const pending = [];
+    for (const {document: content} of windows) {
+        const fonts = Object.getOwnPropertyDescriptor(Document.prototype, 'fonts').get.call(content);
+        pending.push(fonts.ready);
+        for (const image of Document.prototype.querySelectorAll.call(content, 'img')) {
+            if (image.complete) continue;
+            pending.push(new Promise((done) => {
+                image.addEventListener('load', done, {once: true});
+                image.addEventListener('error', done, {once: true});
+            }));
+        }
+    }
+    const answer = (timedOut) => ({waitedFor: pending.length, timedOut});
+    return Promise.race([
+        Promise.all(pending).then(() => answer(false)),
+        new Promise((done) => setTimeout(() => done(answer(true)), limit)),
+    ]);
+}))js";
+
+// A literal that also survives being part of an HTML document.
+std::string scriptString(std::string_view text) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string literal = "'";
+    for (char c : text) {
+        auto code = static_cast<unsigned char>(c);
+        if (code < 0x20 || c == '\'' || c == '\\' || c == '<') {
+            literal += "\\x";
+            literal += digits[code >> 4];
+            literal += digits[code & 15];
+        } else {
+            literal += c;
+        }
+    }
+    return literal + "'";
+}
+
+} // namespace
+
+std::string measuringScript() {
+    return std::string(measuring);
+}
+
+std::string applyingScript(const PrintPlan& plan) {
+    return std::string(applying) + ")(" + scriptString(plan.styleSheet) + "," +
+           (plan.copiesBodyImage ? "true" : "false") + ")";
+}
+
+std::string readinessScript(std::chrono::milliseconds limit) {
+    return std::string(awaiting) + "(" + std::to_string(limit.count()) + ")";
+}
+
+} // namespace qrv::engine

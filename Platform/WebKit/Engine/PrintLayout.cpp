@@ -1,0 +1,263 @@
+#include "Platform/WebKit/Engine/PrintLayout.h"
+
+#include "Platform/WebKit/Engine/StyleText.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+namespace qrv::engine {
+namespace {
+
+constexpr double pointsPerInch = 72;
+constexpr double pixelsPerPoint = 96.0 / 72;
+constexpr double smallestScale = 0.1; // the engine takes no smaller one
+constexpr double smallestContent = 72;
+constexpr double smallestPaper = 72;
+constexpr double largestPaper = 14400;
+// Just enough for a root as high as the view to miss the end of the first page.
+constexpr double pushMargin = 0.05;
+
+struct Paper {
+    double width;
+    double height;
+    double margin;
+
+    double printableWidth() const { return width - 2 * margin; }
+
+    double printableHeight() const { return height - 2 * margin; }
+};
+
+double saneLength(double value, double low, double high) {
+    return std::isnan(value) ? low : std::clamp(value, low, high);
+}
+
+Paper sanePaper(double width, double height, double margin) {
+    Paper paper{saneLength(width, smallestPaper, largestPaper),
+                saneLength(height, smallestPaper, largestPaper), 0};
+    double room = (std::min(paper.width, paper.height) - smallestContent) / 2;
+    paper.margin = saneLength(margin, 0, room);
+    return paper;
+}
+
+bool isVertical(std::string_view writingMode) {
+    return writingMode != "horizontal-tb";
+}
+
+// Tables do not take size containment, so they cannot be pushed in one piece.
+bool canBePushed(const PageMeasurements& m) {
+    return m.rootIsHtml && !isVertical(m.rootWritingMode) && !isVertical(m.bodyWritingMode) &&
+           m.rootDisplay.find("table") == std::string::npos;
+}
+
+double documentWidth(const PageMeasurements& m) {
+    return std::max(m.viewWidth, m.scrollWidth);
+}
+
+double documentHeight(const PageMeasurements& m) {
+    return std::max(m.viewHeight, m.scrollHeight);
+}
+
+// The body's direction is the document's; the viewport takes it from there.
+bool runsRightToLeft(const PageMeasurements& m) {
+    return (m.hasBody ? m.bodyDirection : m.rootDirection) == "rtl";
+}
+
+// How far the document reaches to the left of the view.
+double leftOverflow(const PageMeasurements& m) {
+    return runsRightToLeft(m) ? documentWidth(m) - m.viewWidth : 0;
+}
+
+// What both modes ask of the root: stand in normal flow on pages of our name, with the width it has on the
+// screen, nothing cut off, and overflow to the right only.
+void addRootInPlace(StyleRule& root, const PageMeasurements& m) {
+    root.add("page", "document");
+    root.add("position", "relative");
+    root.add("inset", "auto");
+    root.add("float", "none");
+    root.add("overflow", "visible");
+    root.add("transition", "none");
+    root.add("direction", "ltr");
+    root.add("box-sizing", "content-box");
+    root.add("width", pixels(m.rootWidth));
+    root.add("min-width", "0");
+    root.add("max-width", "none");
+}
+
+void addBody(StyleSheet& sheet, const PageMeasurements& m) {
+    if (!m.hasBody) return;
+    StyleRule body("body");
+    body.add("direction", m.bodyDirection);
+    body.add("writing-mode", m.bodyWritingMode);
+    if (m.bodyOverflowSpreads) body.add("overflow", "visible");
+    if (m.canvasFromBody) body.add("background", "none");
+    if (runsRightToLeft(m)) {
+        body.add("box-sizing", "content-box");
+        body.add("margin-left", pixels(m.bodyMarginLeft));
+        body.add("width", pixels(m.bodyWidth));
+        body.add("min-width", "0");
+        body.add("max-width", "none");
+    }
+    sheet.add(body);
+}
+
+// The canvas is painted from the start of the first page, so its images move with the document.
+void addCanvas(StyleRule& root, const PageMeasurements& m, double right, double down) {
+    if (m.canvasFromBody) {
+        root.add("background-color", m.canvasColor);
+        root.add("background-size", m.canvasSize);
+        root.add("background-repeat", m.canvasRepeat);
+        root.add("background-clip", "border-box");
+    }
+    if (!m.canvasHasImage) return;
+    root.add("background-position-x", shiftedPositions(m.canvasPositionX, right));
+    root.add("background-position-y", shiftedPositions(m.canvasPositionY, down));
+    root.add("background-attachment", "scroll");
+}
+
+// The root's padding box becomes the view exactly, since it is the containing block of everything positioned;
+// what the root is higher than the view is made its border, what it is lower its padding. Its content box
+// keeps its size unless the root is higher than the view.
+void addContainedBox(StyleRule& root, const PageMeasurements& m) {
+    double top = std::max(0.0, m.rootMarginTop) + m.rootPaddingTop;
+    double left = std::max(0.0, m.rootMarginLeft) + m.rootPaddingLeft;
+    double right = std::max(0.0, m.viewWidth - m.rootBorderLeft - m.rootBorderRight - left - m.rootWidth);
+    double rootEnd = m.rootBorderTop + top + m.rootHeight + m.rootPaddingBottom + m.rootBorderBottom +
+                     std::max(0.0, m.rootMarginBottom);
+    double excess = rootEnd - m.viewHeight;
+    bool isTall = excess > 0 && m.rootHeightIsAuto;
+
+    double content = m.rootHeight;
+    double bottom = std::max(0.0, m.viewHeight - m.rootBorderTop - top - m.rootHeight - m.rootBorderBottom);
+    if (isTall) {
+        bottom = m.rootPaddingBottom;
+        content = std::max(0.0, m.viewHeight - m.rootBorderTop - top - bottom);
+        root.add("border-bottom", pixels(excess) + " solid transparent");
+    }
+    root.add("padding", pixels(top) + " " + pixels(right) + " " + pixels(bottom) + " " + pixels(left));
+    root.add("height", m.rootHeightIsAuto ? "auto" : pixels(content));
+    root.add("contain-intrinsic-height", pixels(content));
+    root.add("min-height", "0");
+    root.add("max-height", "none");
+    if (m.canvasHasImage) root.add("background-origin", isTall ? "border-box" : "content-box");
+}
+
+double inches(double points) {
+    return points / pointsPerInch;
+}
+
+PrintPlan wholeDocumentPlan(const PageMeasurements& m) {
+    PrintPlan plan;
+    plan.scale = pixelsPerPoint;
+    plan.pageWidth = documentWidth(m);
+    plan.pageHeight = documentHeight(m);
+    plan.paperWidth = inches(plan.pageWidth);
+    plan.paperHeight = inches(plan.pageHeight);
+    return plan;
+}
+
+// How far the document has to be scaled down to fit the paper's width. The engine goes down to a tenth only:
+// what is wider is printed on larger pages, which are shrunk afterwards.
+void fitWidth(PrintPlan& plan, const Paper& paper, double width) {
+    double available = paper.printableWidth() * pixelsPerPoint;
+    plan.shrink = std::max(1.0, width * smallestScale / available);
+    plan.scale = std::clamp(plan.shrink * available / width, smallestScale, 1.0);
+    plan.pageWidth = paper.width;
+    plan.pageHeight = paper.height;
+    plan.paperWidth = inches(paper.width * plan.shrink);
+    plan.paperHeight = inches(paper.height * plan.shrink);
+}
+
+StyleRule paperRule(std::string_view selector, const Paper& paper, double shrink) {
+    return pageRule(selector, points(paper.width * shrink), points(paper.height * shrink),
+                    points(paper.margin * shrink));
+}
+
+} // namespace
+
+LayoutSize screenView(double paperWidth, double paperHeight) {
+    Paper paper = sanePaper(paperWidth, paperHeight, 0);
+    return {std::round(paper.width), std::round(paper.height)};
+}
+
+LayoutSize paginatedView(double paperWidth, double paperHeight, double margin) {
+    Paper paper = sanePaper(paperWidth, paperHeight, margin);
+    return {std::floor(paper.printableWidth() * pixelsPerPoint),
+            std::floor(paper.printableHeight() * pixelsPerPoint)};
+}
+
+PrintPlan screenPlan(const PageMeasurements& measured) {
+    PageMeasurements m = sanitized(measured);
+    if (!canBePushed(m)) return plainScreenPlan(m);
+    PrintPlan plan = wholeDocumentPlan(m);
+    plan.usesViewportPage = true;
+    plan.pageRanges = "2";
+    plan.copiesBodyImage = m.canvasFromBody && m.canvasHasImage;
+
+    StyleSheet sheet;
+    sheet.add(pageRule("document", points(plan.pageWidth), points(plan.pageHeight), "0"));
+    sheet.add(pageRule("document:first", points(m.viewWidth), points(m.viewHeight), "0"));
+    StyleRule root("html");
+    addRootInPlace(root, m);
+    root.add("contain", "size layout");
+    root.add("margin", pixels(pushMargin) + " 0 0 " + pixels(leftOverflow(m)));
+    addCanvas(root, m, leftOverflow(m), m.viewHeight);
+    addContainedBox(root, m);
+    sheet.add(root);
+    addBody(sheet, m);
+    plan.styleSheet = sheet.text();
+    return plan;
+}
+
+PrintPlan plainScreenPlan(const PageMeasurements& measured) {
+    PageMeasurements m = sanitized(measured);
+    PrintPlan plan = wholeDocumentPlan(m);
+    plan.pageRanges = "1";
+    StyleSheet sheet;
+    sheet.add(pageRule("", points(plan.pageWidth), points(plan.pageHeight), "0"));
+    StyleRule unbroken("*");
+    for (auto property : {"break-before", "break-after", "break-inside"}) unbroken.add(property, "auto");
+    sheet.add(unbroken);
+    plan.styleSheet = sheet.text();
+    return plan;
+}
+
+PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, double paperHeight,
+                        double margin) {
+    PageMeasurements m = sanitized(measured);
+    if (!canBePushed(m)) return plainPaginatedPlan(m, paperWidth, paperHeight, margin);
+    Paper paper = sanePaper(paperWidth, paperHeight, margin);
+    PrintPlan plan;
+    fitWidth(plan, paper, documentWidth(m));
+    plan.usesViewportPage = true;
+    plan.pageRanges = "2-";
+    plan.copiesBodyImage = m.canvasFromBody && m.canvasHasImage;
+
+    StyleSheet sheet;
+    sheet.add(paperRule("document", paper, plan.shrink));
+    sheet.add(
+        pageRule("document:first", pixels(m.viewWidth * plan.scale), pixels(m.viewHeight * plan.scale), "0"));
+    StyleRule root("html");
+    addRootInPlace(root, m);
+    root.add("margin", pixels(m.viewHeight) + " 0 0 " + pixels(m.rootMarginLeft + leftOverflow(m)));
+    addCanvas(root, m, leftOverflow(m), m.viewHeight);
+    sheet.add(root);
+    addBody(sheet, m);
+    plan.styleSheet = sheet.text();
+    return plan;
+}
+
+PrintPlan plainPaginatedPlan(const PageMeasurements& measured, double paperWidth, double paperHeight,
+                             double margin) {
+    PageMeasurements m = sanitized(measured);
+    Paper paper = sanePaper(paperWidth, paperHeight, margin);
+    PrintPlan plan;
+    bool isVerticalText = isVertical(m.rootWritingMode) || isVertical(m.bodyWritingMode);
+    fitWidth(plan, paper, isVerticalText ? m.viewWidth : documentWidth(m));
+    StyleSheet sheet;
+    sheet.add(paperRule("", paper, plan.shrink));
+    plan.styleSheet = sheet.text();
+    return plan;
+}
+
+} // namespace qrv::engine

@@ -1,0 +1,118 @@
+#include "Platform/WebKit/Engine/StyleText.h"
+
+#include <array>
+#include <charconv>
+#include <cstddef>
+
+namespace qrv::engine {
+namespace {
+
+// A thousandth is finer than the engine's own 1/64 px.
+std::string number(double value) {
+    std::array<char, 64> buffer{};
+    auto result =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, 3);
+    std::string text(buffer.data(), result.ptr);
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.back() == '.') text.pop_back();
+    return text;
+}
+
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+    return text;
+}
+
+// One position: a length, or a length after the edge it counts from.
+std::string shiftedPosition(std::string_view position, double shift) {
+    position = trimmed(position);
+    std::string moved = " + " + pixels(shift) + ")";
+    for (std::string_view edge : {"right ", "bottom "}) {
+        if (position.starts_with(edge))
+            return "calc(100% - " + std::string(position.substr(edge.size())) + moved;
+    }
+    for (std::string_view edge : {"left ", "top "}) {
+        if (position.starts_with(edge)) position.remove_prefix(edge.size());
+    }
+    return "calc(" + std::string(position) + moved;
+}
+
+constexpr std::array<std::string_view, 16> marginBoxes = {
+    "@top-left-corner",     "@top-left",     "@top-center",    "@top-right",
+    "@top-right-corner",    "@right-top",    "@right-middle",  "@right-bottom",
+    "@bottom-right-corner", "@bottom-right", "@bottom-center", "@bottom-left",
+    "@bottom-left-corner",  "@left-bottom",  "@left-middle",   "@left-top"};
+
+} // namespace
+
+std::string pixels(double length) {
+    return number(length) + "px";
+}
+
+std::string points(double length) {
+    return number(length) + "pt";
+}
+
+std::string shiftedPositions(std::string_view positions, double shift) {
+    std::string result;
+    std::size_t start = 0;
+    int depth = 0;
+    for (std::size_t i = 0; i <= positions.size(); ++i) {
+        char c = i < positions.size() ? positions[i] : ',';
+        if (c == '(') ++depth;
+        if (c == ')') --depth;
+        if (c != ',' || (depth != 0 && i < positions.size())) continue;
+        if (!result.empty()) result += ',';
+        result += shiftedPosition(positions.substr(start, i - start), shift);
+        start = i + 1;
+    }
+    return result;
+}
+
+StyleRule::StyleRule(std::string_view selector) : selector_(selector) {}
+
+void StyleRule::add(std::string_view property, std::string_view value) {
+    declarations_.append(property).append(":").append(value).append("!important;");
+}
+
+void StyleRule::addNested(const StyleRule& rule) {
+    declarations_ += rule.text();
+}
+
+std::string StyleRule::text() const {
+    return selector_ + "{" + declarations_ + "}";
+}
+
+StyleRule pageRule(std::string_view name, std::string_view width, std::string_view height,
+                   std::string_view margin) {
+    StyleRule rule("@page " + std::string(name));
+    rule.add("size", std::string(width) + " " + std::string(height));
+    rule.add("margin", margin);
+    rule.add("padding", "0");
+    rule.add("border", "none");
+    rule.add("background", "none");
+    rule.add("page-orientation", "upright");
+    for (auto box : marginBoxes) {
+        StyleRule empty(box);
+        empty.add("content", "none");
+        rule.addNested(empty);
+    }
+    return rule;
+}
+
+StyleSheet::StyleSheet() {
+    StyleRule unnamed("*");
+    unnamed.add("page", "auto");
+    add(unnamed);
+}
+
+void StyleSheet::add(const StyleRule& rule) {
+    rules_ += rule.text();
+}
+
+std::string StyleSheet::text() const {
+    return "@layer web2pdf-print{" + rules_ + "}";
+}
+
+} // namespace qrv::engine

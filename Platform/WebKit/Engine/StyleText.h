@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace qrv::engine {
+
+// Lengths as CSS writes them, whatever the locale.
+std::string pixels(double length);
+std::string points(double length);
+
+// A computed background-position-x or -y list, every layer moved by that many px to the right or down.
+std::string shiftedPositions(std::string_view positions, double shift);
+
+// One rule whose declarations are all important.
+class StyleRule {
+public:
+    explicit StyleRule(std::string_view selector);
+
+    void add(std::string_view property, std::string_view value);
+    void addNested(const StyleRule& rule);
+    std::string text() const;
+
+private:
+    std::string selector_;
+    std::string declarations_;
+};
+
+// `@page NAME` with this size and margin on all sides, and nothing else that a document may say of its pages.
+StyleRule pageRule(std::string_view name, std::string_view width, std::string_view height,
+                   std::string_view margin);
+
+// A sheet whose rules stand in one cascade layer. Important declarations of the first layer win over every
+// other rule of the document; so the sheet has to come first in it.
+class StyleSheet {
+public:
+    StyleSheet();
+
+    void add(const StyleRule& rule);
+    std::string text() const;
+
+private:
+    std::string rules_;
+};
+
+} // namespace qrv::engine
