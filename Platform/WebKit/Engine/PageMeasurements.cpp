@@ -53,7 +53,8 @@ PageMeasurements sanitized(PageMeasurements m) {
     keepPlain(m.rootDirection, "ltr");
     keepPlain(m.bodyDirection, m.rootDirection);
     keepPlain(m.rootDisplay, "block");
-    keepPlain(m.canvasColor, "transparent");
+    keepPlain(m.canvasImages, "none");
+    keepPlain(m.canvasColor, "rgba(0, 0, 0, 0)");
     keepPlain(m.canvasPositionX, "0%");
     keepPlain(m.canvasPositionY, "0%");
     keepPlain(m.canvasSize, "auto");

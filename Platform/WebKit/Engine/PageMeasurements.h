@@ -36,6 +36,7 @@ struct PageMeasurements {
     double rootWidth = 0;
     double rootHeight = 0;
     bool rootHeightIsAuto = true;
+    bool rootIsContainer = false; // positioned boxes refer to the root, not to the view
 
     double bodyMarginLeft = 0; // from the root's content edge, as used
     double bodyWidth = 0;      // content width, as used
@@ -46,6 +47,8 @@ struct PageMeasurements {
     // computed values, one item a layer; the images themselves stay in the page.
     bool canvasFromBody = false;
     bool canvasHasImage = false;
+    std::string canvasImages;   // the kinds alone, such as "linear-gradient,url"
+    bool canvasIsFixed = false; // some image is attached to the view
     std::string canvasColor;
     std::string canvasPositionX;
     std::string canvasPositionY;

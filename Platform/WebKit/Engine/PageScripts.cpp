@@ -18,8 +18,9 @@ constexpr std::string_view measuring = R"js((() => {
     const bodyStyle = body ? getComputedStyle(body) : rootStyle;
     const px = (style, name) => parseFloat(style[name]) || 0;
     const edge = (name) => px(rootStyle, name);
-    const isMoved = [rootStyle, bodyStyle].some((style) =>
-        ['transform', 'translate', 'rotate', 'scale'].some((name) => style[name] !== 'none'));
+    const isTransformed = (style) =>
+        ['transform', 'translate', 'rotate', 'scale'].some((name) => style[name] !== 'none');
+    const isMoved = isTransformed(rootStyle) || isTransformed(bodyStyle);
     const rootBox = root.getBoundingClientRect();
     const bodyBox = (body || root).getBoundingClientRect();
     const contentLeft = rootBox.left + edge('borderLeftWidth') + edge('paddingLeft');
@@ -36,9 +37,17 @@ constexpr std::string_view measuring = R"js((() => {
     const isHtml = root instanceof HTMLHtmlElement;
     const isContained = (style) => style.contain !== 'none' || style.containerType !== 'normal';
     const canSpread = isHtml && body && !isContained(rootStyle) && !isContained(bodyStyle);
-    const hasBackground = (style) =>
-        style.backgroundImage.replace(/none|[, ]/g, '') !== '' || !isTransparent(style.backgroundColor);
-    const isTransparent = (color) => color === 'rgba(0, 0, 0, 0)';
+    // The names of the functions that make the layers' images.
+    const imageKinds = (style) => {
+        let kinds = style.backgroundImage.replace(/"[^"\\]*(?:\\.[^"\\]*)*"/g, '').replace(/ /g, '');
+        for (let length = -1; length !== kinds.length;) {
+            length = kinds.length;
+            kinds = kinds.replace(/\([^()]*\)/g, '');
+        }
+        return kinds;
+    };
+    const hasImage = (style) => imageKinds(style).split(',').some((kind) => kind !== 'none');
+    const hasBackground = (style) => hasImage(style) || style.backgroundColor !== 'rgba(0, 0, 0, 0)';
     const canvasFromBody = Boolean(canSpread && !hasBackground(rootStyle) && hasBackground(bodyStyle));
     const canvas = canvasFromBody ? bodyStyle : rootStyle;
 
@@ -68,11 +77,14 @@ constexpr std::string_view measuring = R"js((() => {
         rootWidth: contentSize(rootStyle, 'width', across),
         rootHeight: contentSize(rootStyle, 'height', along),
         rootHeightIsAuto: String(root.computedStyleMap().get('height')) === 'auto',
+        rootIsContainer: rootStyle.position !== 'static' || isTransformed(rootStyle) || isContained(rootStyle),
         bodyMarginLeft: isMoved ? px(bodyStyle, 'marginLeft') : bodyBox.left - contentLeft,
         bodyWidth: contentSize(bodyStyle, 'width', across),
         bodyOverflowSpreads: Boolean(canSpread && rootStyle.overflowX === 'visible'),
         canvasFromBody,
-        canvasHasImage: canvas.backgroundImage.replace(/none|[, ]/g, '') !== '',
+        canvasHasImage: hasImage(canvas),
+        canvasImages: imageKinds(canvas),
+        canvasIsFixed: canvas.backgroundAttachment.includes('fixed'),
         canvasColor: canvas.backgroundColor,
         canvasPositionX: canvas.backgroundPositionX,
         canvasPositionY: canvas.backgroundPositionY,

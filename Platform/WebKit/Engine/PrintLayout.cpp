@@ -1,5 +1,6 @@
 #include "Platform/WebKit/Engine/PrintLayout.h"
 
+#include "Platform/WebKit/Engine/CanvasBackground.h"
 #include "Platform/WebKit/Engine/StyleText.h"
 
 #include <algorithm>
@@ -101,45 +102,123 @@ void addBody(StyleSheet& sheet, const PageMeasurements& m) {
     sheet.add(body);
 }
 
-// The canvas is painted from the start of the first page, so its images move with the document.
-void addCanvas(StyleRule& root, const PageMeasurements& m, double right, double down) {
+struct Edges {
+    double top = 0;
+    double right = 0;
+    double bottom = 0;
+    double left = 0;
+};
+
+std::string text(const Edges& edges) {
+    return pixels(edges.top) + " " + pixels(edges.right) + " " + pixels(edges.bottom) + " " +
+           pixels(edges.left);
+}
+
+// The root as it is to be printed. Its border box begins at the top of the page.
+struct RootBox {
+    double marginLeft = 0;
+    Edges border;
+    Edges padding;
+    double contentHeight = 0;
+
+    double width(double contentWidth) const {
+        return border.left + padding.left + contentWidth + padding.right + border.right;
+    }
+
+    double height() const {
+        return border.top + padding.top + contentHeight + padding.bottom + border.bottom;
+    }
+};
+
+RootBox boxOnScreen(const PageMeasurements& m) {
+    return {m.rootMarginLeft,
+            {m.rootBorderTop, m.rootBorderRight, m.rootBorderBottom, m.rootBorderLeft},
+            {m.rootPaddingTop, m.rootPaddingRight, m.rootPaddingBottom, m.rootPaddingLeft},
+            m.rootHeight};
+}
+
+// Positioned boxes refer to the view: the root's padding box, which contains them when it is printed in one
+// piece, becomes the view exactly. What the root is higher than the view goes into its border, what it is
+// lower or narrower into its padding, margins included. The content box keeps its size where children may ask
+// for it.
+RootBox boxAsView(const PageMeasurements& m) {
+    RootBox box = boxOnScreen(m);
+    box.marginLeft = 0;
+    box.padding.top += std::max(0.0, m.rootMarginTop);
+    box.padding.left += std::max(0.0, m.rootMarginLeft);
+    box.padding.right += std::max(0.0, m.viewWidth - box.width(m.rootWidth));
+    double excess = box.height() + std::max(0.0, m.rootMarginBottom) - m.viewHeight;
+    if (excess > 0 && m.rootHeightIsAuto) {
+        box.contentHeight =
+            std::max(0.0, m.viewHeight - box.border.top - box.padding.top - box.padding.bottom);
+        box.border.bottom = excess;
+    } else {
+        box.padding.bottom += std::max(0.0, m.viewHeight - box.height());
+    }
+    return box;
+}
+
+// Positioned boxes refer to the root: its padding box stays as it is, and what is missing to the view's
+// height goes into its border, as do the margins above and below.
+RootBox boxAsContainer(const PageMeasurements& m) {
+    RootBox box = boxOnScreen(m);
+    box.border.top += std::max(0.0, m.rootMarginTop);
+    box.border.bottom += std::max({0.0, m.rootMarginBottom, m.viewHeight - box.height()});
+    return box;
+}
+
+void addContainedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box) {
+    root.add("contain", "size layout");
+    root.add("margin", pixels(pushMargin) + " 0 0 " + pixels(box.marginLeft));
+    if (box.border.top > m.rootBorderTop) {
+        root.add("border-top", pixels(box.border.top) + " solid transparent");
+    }
+    if (box.border.bottom > m.rootBorderBottom) {
+        root.add("border-bottom", pixels(box.border.bottom) + " solid transparent");
+    }
+    root.add("padding", text(box.padding));
+    root.add("height", m.rootHeightIsAuto ? "auto" : pixels(box.contentHeight));
+    root.add("contain-intrinsic-height", pixels(box.contentHeight));
+    root.add("min-height", "0");
+    root.add("max-height", "none");
+}
+
+struct Area {
+    double left;
+    double top;
+    double width;
+    double height;
+};
+
+// What the canvas's images refer to: the root's padding box, or all that is seen where they do not scroll.
+Area imageArea(const PageMeasurements& m) {
+    if (m.canvasIsFixed) return {0, 0, documentWidth(m), documentHeight(m)};
+    RootBox root = boxOnScreen(m);
+    return {m.rootMarginLeft + leftOverflow(m) + root.border.left, m.rootMarginTop + root.border.top,
+            root.width(m.rootWidth) - root.border.left - root.border.right,
+            root.height() - root.border.top - root.border.bottom};
+}
+
+// The root's background box when it is printed is its border box. The engine places the canvas's images as if
+// the root stood at the start of the first page, hence the shift.
+void addCanvas(StyleRule& root, const PageMeasurements& m, const RootBox& box, double down) {
     if (m.canvasFromBody) {
         root.add("background-color", m.canvasColor);
-        root.add("background-size", m.canvasSize);
         root.add("background-repeat", m.canvasRepeat);
         root.add("background-clip", "border-box");
     }
     if (!m.canvasHasImage) return;
-    root.add("background-position-x", shiftedPositions(m.canvasPositionX, right));
-    root.add("background-position-y", shiftedPositions(m.canvasPositionY, down));
+    Area from = imageArea(m);
+    double newWidth = box.width(m.rootWidth);
+    bool isSameSize = from.width == newWidth && from.height == box.height();
+    root.add("background-origin", "border-box");
     root.add("background-attachment", "scroll");
-}
-
-// The root's padding box becomes the view exactly, since it is the containing block of everything positioned;
-// what the root is higher than the view is made its border, what it is lower its padding. Its content box
-// keeps its size unless the root is higher than the view.
-void addContainedBox(StyleRule& root, const PageMeasurements& m) {
-    double top = std::max(0.0, m.rootMarginTop) + m.rootPaddingTop;
-    double left = std::max(0.0, m.rootMarginLeft) + m.rootPaddingLeft;
-    double right = std::max(0.0, m.viewWidth - m.rootBorderLeft - m.rootBorderRight - left - m.rootWidth);
-    double rootEnd = m.rootBorderTop + top + m.rootHeight + m.rootPaddingBottom + m.rootBorderBottom +
-                     std::max(0.0, m.rootMarginBottom);
-    double excess = rootEnd - m.viewHeight;
-    bool isTall = excess > 0 && m.rootHeightIsAuto;
-
-    double content = m.rootHeight;
-    double bottom = std::max(0.0, m.viewHeight - m.rootBorderTop - top - m.rootHeight - m.rootBorderBottom);
-    if (isTall) {
-        bottom = m.rootPaddingBottom;
-        content = std::max(0.0, m.viewHeight - m.rootBorderTop - top - bottom);
-        root.add("border-bottom", pixels(excess) + " solid transparent");
-    }
-    root.add("padding", pixels(top) + " " + pixels(right) + " " + pixels(bottom) + " " + pixels(left));
-    root.add("height", m.rootHeightIsAuto ? "auto" : pixels(content));
-    root.add("contain-intrinsic-height", pixels(content));
-    root.add("min-height", "0");
-    root.add("max-height", "none");
-    if (m.canvasHasImage) root.add("background-origin", isTall ? "border-box" : "content-box");
+    root.add("background-size",
+             isSameSize ? m.canvasSize : fixedSizes(m.canvasSize, m.canvasImages, from.width, from.height));
+    root.add("background-position-x", movedPositions(m.canvasPositionX, {from.left, from.width},
+                                                     {box.marginLeft, newWidth}, box.marginLeft));
+    root.add("background-position-y",
+             movedPositions(m.canvasPositionY, {from.top, from.height}, {0, box.height()}, down));
 }
 
 double inches(double points) {
@@ -199,10 +278,10 @@ PrintPlan screenPlan(const PageMeasurements& measured) {
     sheet.add(pageRule("document:first", points(m.viewWidth), points(m.viewHeight), "0"));
     StyleRule root("html");
     addRootInPlace(root, m);
-    root.add("contain", "size layout");
-    root.add("margin", pixels(pushMargin) + " 0 0 " + pixels(leftOverflow(m)));
-    addCanvas(root, m, leftOverflow(m), m.viewHeight);
-    addContainedBox(root, m);
+    RootBox box = m.rootIsContainer ? boxAsContainer(m) : boxAsView(m);
+    box.marginLeft += leftOverflow(m);
+    addContainedBox(root, m, box);
+    addCanvas(root, m, box, m.viewHeight);
     sheet.add(root);
     addBody(sheet, m);
     plan.styleSheet = sheet.text();
@@ -239,8 +318,10 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
         pageRule("document:first", pixels(m.viewWidth * plan.scale), pixels(m.viewHeight * plan.scale), "0"));
     StyleRule root("html");
     addRootInPlace(root, m);
-    root.add("margin", pixels(m.viewHeight) + " 0 0 " + pixels(m.rootMarginLeft + leftOverflow(m)));
-    addCanvas(root, m, leftOverflow(m), m.viewHeight);
+    RootBox box = boxOnScreen(m);
+    box.marginLeft += leftOverflow(m);
+    root.add("margin", pixels(m.viewHeight) + " 0 0 " + pixels(box.marginLeft));
+    addCanvas(root, m, box, m.viewHeight);
     sheet.add(root);
     addBody(sheet, m);
     plan.styleSheet = sheet.text();

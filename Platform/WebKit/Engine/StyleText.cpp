@@ -2,7 +2,6 @@
 
 #include <array>
 #include <charconv>
-#include <cstddef>
 
 namespace qrv::engine {
 namespace {
@@ -16,26 +15,6 @@ std::string number(double value) {
     text.erase(text.find_last_not_of('0') + 1);
     if (text.back() == '.') text.pop_back();
     return text;
-}
-
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
-    return text;
-}
-
-// One position: a length, or a length after the edge it counts from.
-std::string shiftedPosition(std::string_view position, double shift) {
-    position = trimmed(position);
-    std::string moved = " + " + pixels(shift) + ")";
-    for (std::string_view edge : {"right ", "bottom "}) {
-        if (position.starts_with(edge))
-            return "calc(100% - " + std::string(position.substr(edge.size())) + moved;
-    }
-    for (std::string_view edge : {"left ", "top "}) {
-        if (position.starts_with(edge)) position.remove_prefix(edge.size());
-    }
-    return "calc(" + std::string(position) + moved;
 }
 
 constexpr std::array<std::string_view, 16> marginBoxes = {
@@ -52,22 +31,6 @@ std::string pixels(double length) {
 
 std::string points(double length) {
     return number(length) + "pt";
-}
-
-std::string shiftedPositions(std::string_view positions, double shift) {
-    std::string result;
-    std::size_t start = 0;
-    int depth = 0;
-    for (std::size_t i = 0; i <= positions.size(); ++i) {
-        char c = i < positions.size() ? positions[i] : ',';
-        if (c == '(') ++depth;
-        if (c == ')') --depth;
-        if (c != ',' || (depth != 0 && i < positions.size())) continue;
-        if (!result.empty()) result += ',';
-        result += shiftedPosition(positions.substr(start, i - start), shift);
-        start = i + 1;
-    }
-    return result;
 }
 
 StyleRule::StyleRule(std::string_view selector) : selector_(selector) {}

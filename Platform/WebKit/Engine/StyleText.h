@@ -9,9 +9,6 @@ namespace qrv::engine {
 std::string pixels(double length);
 std::string points(double length);
 
-// A computed background-position-x or -y list, every layer moved by that many px to the right or down.
-std::string shiftedPositions(std::string_view positions, double shift);
-
 // One rule whose declarations are all important.
 class StyleRule {
 public:
