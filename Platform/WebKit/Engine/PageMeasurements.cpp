@@ -48,10 +48,8 @@ PageMeasurements sanitized(PageMeasurements m) {
     for (double* margin : {&m.rootMarginTop, &m.rootMarginBottom, &m.rootMarginLeft, &m.bodyMarginLeft}) {
         *margin = std::isnan(*margin) ? 0 : std::clamp(*margin, -maximumLength, maximumLength);
     }
-    keepPlain(m.rootWritingMode, "horizontal-tb");
-    keepPlain(m.bodyWritingMode, m.rootWritingMode);
-    keepPlain(m.rootDirection, "ltr");
-    keepPlain(m.bodyDirection, m.rootDirection);
+    keepPlain(m.bodyWritingMode, "horizontal-tb");
+    keepPlain(m.bodyDirection, "ltr");
     keepPlain(m.rootDisplay, "block");
     keepPlain(m.canvasImages, "none");
     keepPlain(m.canvasColor, "rgba(0, 0, 0, 0)");

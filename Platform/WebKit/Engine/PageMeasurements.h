@@ -16,9 +16,7 @@ struct PageMeasurements {
     bool rootIsHtml = false;
     bool hasBody = false;
     std::string rootDisplay;
-    std::string rootWritingMode;
-    std::string rootDirection;
-    std::string bodyWritingMode;
+    std::string bodyWritingMode; // the root's without a body
     std::string bodyDirection;
 
     // The root's box: margins as used (auto resolved), content size as used.

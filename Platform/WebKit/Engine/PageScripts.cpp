@@ -59,8 +59,6 @@ constexpr std::string_view measuring = R"js((() => {
         rootIsHtml: isHtml,
         hasBody: Boolean(body),
         rootDisplay: rootStyle.display,
-        rootWritingMode: rootStyle.writingMode,
-        rootDirection: rootStyle.direction,
         bodyWritingMode: bodyStyle.writingMode,
         bodyDirection: bodyStyle.direction,
         rootMarginTop: edge('marginTop'),

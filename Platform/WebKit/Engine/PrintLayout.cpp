@@ -41,14 +41,15 @@ Paper sanePaper(double width, double height, double margin) {
     return paper;
 }
 
-bool isVertical(std::string_view writingMode) {
-    return writingMode != "horizontal-tb";
+// The body's writing mode is the document's; the viewport takes it from there.
+bool isVertical(const PageMeasurements& m) {
+    return m.bodyWritingMode != "horizontal-tb";
 }
 
-// Tables do not take size containment, so they cannot be pushed in one piece.
+// Tables do not take size containment, so they cannot be pushed in one piece; and pages of vertical text
+// follow each other from side to side.
 bool canBePushed(const PageMeasurements& m) {
-    return m.rootIsHtml && !isVertical(m.rootWritingMode) && !isVertical(m.bodyWritingMode) &&
-           m.rootDisplay.find("table") == std::string::npos;
+    return m.rootIsHtml && !isVertical(m) && m.rootDisplay.find("table") == std::string::npos;
 }
 
 double documentWidth(const PageMeasurements& m) {
@@ -59,9 +60,9 @@ double documentHeight(const PageMeasurements& m) {
     return std::max(m.viewHeight, m.scrollHeight);
 }
 
-// The body's direction is the document's; the viewport takes it from there.
+// The body's direction is the document's, too.
 bool runsRightToLeft(const PageMeasurements& m) {
-    return (m.hasBody ? m.bodyDirection : m.rootDirection) == "rtl";
+    return m.bodyDirection == "rtl";
 }
 
 // How far the document reaches to the left of the view.
@@ -79,6 +80,7 @@ void addRootInPlace(StyleRule& root, const PageMeasurements& m) {
     root.add("overflow", "visible");
     root.add("transition", "none");
     root.add("direction", "ltr");
+    root.add("writing-mode", "horizontal-tb");
     root.add("box-sizing", "content-box");
     root.add("width", pixels(m.rootWidth));
     root.add("min-width", "0");
@@ -143,7 +145,7 @@ RootBox boxOnScreen(const PageMeasurements& m) {
 // for it.
 RootBox boxAsView(const PageMeasurements& m) {
     RootBox box = boxOnScreen(m);
-    box.marginLeft = 0;
+    box.marginLeft = std::min(0.0, m.rootMarginLeft);
     box.padding.top += std::max(0.0, m.rootMarginTop);
     box.padding.left += std::max(0.0, m.rootMarginLeft);
     box.padding.right += std::max(0.0, m.viewWidth - box.width(m.rootWidth));
@@ -225,13 +227,15 @@ double inches(double points) {
     return points / pointsPerInch;
 }
 
-PrintPlan wholeDocumentPlan(const PageMeasurements& m) {
+// One page for the whole document, printed larger by `shrink` than wanted.
+PrintPlan wholeDocumentPlan(const PageMeasurements& m, double shrink) {
     PrintPlan plan;
-    plan.scale = pixelsPerPoint;
+    plan.shrink = shrink;
+    plan.scale = shrink * pixelsPerPoint;
     plan.pageWidth = documentWidth(m);
     plan.pageHeight = documentHeight(m);
-    plan.paperWidth = inches(plan.pageWidth);
-    plan.paperHeight = inches(plan.pageHeight);
+    plan.paperWidth = inches(plan.pageWidth * shrink);
+    plan.paperHeight = inches(plan.pageHeight * shrink);
     return plan;
 }
 
@@ -268,7 +272,7 @@ LayoutSize paginatedView(double paperWidth, double paperHeight, double margin) {
 PrintPlan screenPlan(const PageMeasurements& measured) {
     PageMeasurements m = sanitized(measured);
     if (!canBePushed(m)) return plainScreenPlan(m);
-    PrintPlan plan = wholeDocumentPlan(m);
+    PrintPlan plan = wholeDocumentPlan(m, 1);
     plan.usesViewportPage = true;
     plan.pageRanges = "2";
     plan.copiesBodyImage = m.canvasFromBody && m.canvasHasImage;
@@ -290,10 +294,11 @@ PrintPlan screenPlan(const PageMeasurements& measured) {
 
 PrintPlan plainScreenPlan(const PageMeasurements& measured) {
     PageMeasurements m = sanitized(measured);
-    PrintPlan plan = wholeDocumentPlan(m);
+    // At any scale but 1 the engine misplaces documents whose text runs in columns from the right.
+    PrintPlan plan = wholeDocumentPlan(m, 1 / pixelsPerPoint);
     plan.pageRanges = "1";
     StyleSheet sheet;
-    sheet.add(pageRule("", points(plan.pageWidth), points(plan.pageHeight), "0"));
+    sheet.add(pageRule("", pixels(plan.pageWidth), pixels(plan.pageHeight), "0"));
     StyleRule unbroken("*");
     for (auto property : {"break-before", "break-after", "break-inside"}) unbroken.add(property, "auto");
     sheet.add(unbroken);
@@ -333,8 +338,7 @@ PrintPlan plainPaginatedPlan(const PageMeasurements& measured, double paperWidth
     PageMeasurements m = sanitized(measured);
     Paper paper = sanePaper(paperWidth, paperHeight, margin);
     PrintPlan plan;
-    bool isVerticalText = isVertical(m.rootWritingMode) || isVertical(m.bodyWritingMode);
-    fitWidth(plan, paper, isVerticalText ? m.viewWidth : documentWidth(m));
+    fitWidth(plan, paper, isVertical(m) ? m.viewWidth : documentWidth(m));
     StyleSheet sheet;
     sheet.add(paperRule("", paper, plan.shrink));
     plan.styleSheet = sheet.text();

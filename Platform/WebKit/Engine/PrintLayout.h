@@ -22,8 +22,8 @@ namespace qrv::engine {
 // The page is not restored afterwards: nothing is done with it once it is printed.
 //
 // What is left to do on the PDF, for each page, in this order:
-//   1. shrink > 1: scale the content and every annotation's rectangle (and quad points, destinations of
-//   links)
+//   1. shrink other than 1: scale the content and every annotation's rectangle (and quad points, destinations
+//   of links)
 //      by 1 / shrink about the top left corner of the MediaBox;
 //   2. set the MediaBox to pageWidth x pageHeight, keeping its top left corner: [x0, y1 - pageHeight,
 //      x0 + pageWidth, y1]. The engine rounds page sizes to 1/300 in, so the box differs by up to 0.24 pt,
@@ -38,7 +38,7 @@ struct PrintPlan {
     double paperHeight = 0;       // printToPDF: paperHeight, inches
     double pageWidth = 0;         // exact MediaBox wanted, points
     double pageHeight = 0;
-    double shrink = 1; // factor by which the printed pages are too large
+    double shrink = 1; // factor by which the printed pages are too large (or, below 1, too small)
     bool usesViewportPage = false;
 };
 
@@ -54,8 +54,8 @@ LayoutSize screenView(double paperWidth, double paperHeight);
 // The same before paginatedPlan(): the paper less the margins, 96 px an inch.
 LayoutSize paginatedView(double paperWidth, double paperHeight, double margin);
 
-// One page that holds the whole document as the screen shows it, one CSS px a point. Falls back to
-// plainScreenPlan() for vertical writing modes, roots that are not html, and tables as roots.
+// One page that holds the whole document as the screen shows it, one CSS px a point. Is
+// plainScreenPlan() where the root is not html, or is a table, and for vertical writing modes.
 PrintPlan screenPlan(const PageMeasurements& measured);
 
 // The same without a viewport page: the document is laid out once more in a view as large as itself.
