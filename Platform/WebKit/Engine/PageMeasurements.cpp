@@ -42,7 +42,7 @@ PageMeasurements sanitized(PageMeasurements m) {
     m.scrollHeight = clampedLength(m.scrollHeight, 0, maximumLength);
     for (double* length : {&m.rootBorderTop, &m.rootBorderRight, &m.rootBorderBottom, &m.rootBorderLeft,
                            &m.rootPaddingTop, &m.rootPaddingRight, &m.rootPaddingBottom, &m.rootPaddingLeft,
-                           &m.rootWidth, &m.rootHeight, &m.bodyWidth}) {
+                           &m.rootWidth, &m.rootHeight, &m.bodyWidth, &m.bodyHeight}) {
         *length = clampedLength(*length, 0, maximumLength);
     }
     for (double* margin : {&m.rootMarginTop, &m.rootMarginBottom, &m.rootMarginLeft, &m.bodyMarginLeft}) {

@@ -13,6 +13,7 @@ struct PageMeasurements {
     double scrollWidth = 0; // the scrollable area of the root, overflow included
     double scrollHeight = 0;
 
+    bool isQuirky = false; // no document type: html and body fill the view, percentage heights refer to it
     bool rootIsHtml = false;
     bool hasBody = false;
     std::string rootDisplay;
@@ -37,7 +38,8 @@ struct PageMeasurements {
     bool rootIsContainer = false; // positioned boxes refer to the root, not to the view
 
     double bodyMarginLeft = 0; // from the root's content edge, as used
-    double bodyWidth = 0;      // content width, as used
+    double bodyWidth = 0;      // content size, as used
+    double bodyHeight = 0;
 
     bool bodyOverflowSpreads = false; // the viewport took the body's overflow
 

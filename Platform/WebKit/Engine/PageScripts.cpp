@@ -10,8 +10,10 @@ constexpr std::string_view measuring = R"js((() => {
     const property = (name) =>
         Object.getOwnPropertyDescriptor(Document.prototype, name).get.call(document);
     const root = property('documentElement');
+    if (!root) return {viewWidth: innerWidth, viewHeight: innerHeight};
     const body = property('body') instanceof HTMLBodyElement ? property('body') : null;
     const scroller = property('scrollingElement') || root;
+    const scrolled = (name) => Object.getOwnPropertyDescriptor(Element.prototype, name).get.call(scroller);
     scrollTo({left: 0, top: 0, behavior: 'instant'});
 
     const rootStyle = getComputedStyle(root);
@@ -54,8 +56,9 @@ constexpr std::string_view measuring = R"js((() => {
     return {
         viewWidth: innerWidth,
         viewHeight: innerHeight,
-        scrollWidth: scroller.scrollWidth,
-        scrollHeight: scroller.scrollHeight,
+        scrollWidth: scrolled('scrollWidth'),
+        scrollHeight: scrolled('scrollHeight'),
+        isQuirky: property('compatMode') === 'BackCompat',
         rootIsHtml: isHtml,
         hasBody: Boolean(body),
         rootDisplay: rootStyle.display,
@@ -78,6 +81,7 @@ constexpr std::string_view measuring = R"js((() => {
         rootIsContainer: rootStyle.position !== 'static' || isTransformed(rootStyle) || isContained(rootStyle),
         bodyMarginLeft: isMoved ? px(bodyStyle, 'marginLeft') : bodyBox.left - contentLeft,
         bodyWidth: contentSize(bodyStyle, 'width', across),
+        bodyHeight: contentSize(bodyStyle, 'height', along),
         bodyOverflowSpreads: Boolean(canSpread && rootStyle.overflowX === 'visible'),
         canvasFromBody,
         canvasHasImage: hasImage(canvas),
@@ -95,8 +99,8 @@ constexpr std::string_view measuring = R"js((() => {
 // document's own layers are stronger.
 // Important declarations of style attributes are stronger than any sheet, hence they lose their importance.
 constexpr std::string_view applying = R"js(((text, copiesBodyImage) => {
-    const property = (name) =>
-        Object.getOwnPropertyDescriptor(Document.prototype, name).get.call(document);
+    const accessor = (name) => Object.getOwnPropertyDescriptor(Document.prototype, name);
+    const property = (name) => accessor(name).get.call(document);
     const root = property('documentElement');
     const body = property('body');
     if (copiesBodyImage) {
@@ -105,12 +109,12 @@ constexpr std::string_view applying = R"js(((text, copiesBodyImage) => {
     }
     const element = Document.prototype.createElementNS.call(document, 'http://www.w3.org/1999/xhtml', 'style');
     element.textContent = text;
-    Element.prototype.prepend.call(property('head') || root, element);
+    if (root) Element.prototype.prepend.call(property('head') || root, element);
     let sheet = element.sheet;
     if (!sheet) {
         sheet = new CSSStyleSheet();
         sheet.replaceSync(text);
-        document.adoptedStyleSheets = [sheet, ...document.adoptedStyleSheets];
+        accessor('adoptedStyleSheets').set.call(document, [sheet, ...property('adoptedStyleSheets')]);
     }
     for (const layer of sheet.cssRules) {
         for (const rule of layer.cssRules) {

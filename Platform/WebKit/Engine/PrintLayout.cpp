@@ -87,20 +87,21 @@ void addRootInPlace(StyleRule& root, const PageMeasurements& m) {
     root.add("max-width", "none");
 }
 
-void addBody(StyleSheet& sheet, const PageMeasurements& m) {
+void addBody(StyleSheet& sheet, const PageMeasurements& m, bool keepsHeight) {
     if (!m.hasBody) return;
     StyleRule body("body");
     body.add("direction", m.bodyDirection);
     body.add("writing-mode", m.bodyWritingMode);
     if (m.bodyOverflowSpreads) body.add("overflow", "visible");
     if (m.canvasFromBody) body.add("background", "none");
-    if (runsRightToLeft(m)) {
+    if (runsRightToLeft(m) || keepsHeight) {
         body.add("box-sizing", "content-box");
         body.add("margin-left", pixels(m.bodyMarginLeft));
         body.add("width", pixels(m.bodyWidth));
         body.add("min-width", "0");
         body.add("max-width", "none");
     }
+    if (keepsHeight) body.add("height", pixels(m.bodyHeight));
     sheet.add(body);
 }
 
@@ -287,7 +288,7 @@ PrintPlan screenPlan(const PageMeasurements& measured) {
     addContainedBox(root, m, box);
     addCanvas(root, m, box, m.viewHeight);
     sheet.add(root);
-    addBody(sheet, m);
+    addBody(sheet, m, false);
     plan.styleSheet = sheet.text();
     return plan;
 }
@@ -326,9 +327,12 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     RootBox box = boxOnScreen(m);
     box.marginLeft += leftOverflow(m);
     root.add("margin", pixels(m.viewHeight) + " 0 0 " + pixels(box.marginLeft));
+    // Without a document type html and body fill the view, but not behind the viewport page unless told so.
+    bool keepsHeight = m.isQuirky && documentHeight(m) <= m.viewHeight;
+    if (keepsHeight) root.add("height", pixels(m.rootHeight));
     addCanvas(root, m, box, m.viewHeight);
     sheet.add(root);
-    addBody(sheet, m);
+    addBody(sheet, m, keepsHeight);
     plan.styleSheet = sheet.text();
     return plan;
 }
