@@ -21,8 +21,8 @@ public:
     NSDateFormatter() = default;
 
     // - setDateFormat:
-    /// nil and the empty pattern give empty texts; a letter without a meaning ends the text. Takes the local
-    /// time zone as it is now.
+    /// nil and the empty pattern give empty texts; a letter without a meaning prints nothing, nor do the
+    /// fields after it. Takes the local time zone as it is now.
     void setDateFormat(const NSString& format);
     // - stringFromDate:
     /// nil for nil.

@@ -86,8 +86,8 @@ TEST(NSDateFormatter, WithoutAPatternEveryDateGivesTheEmptyText) {
     EXPECT_EQ(f.stringFromDate(at(0)), NSString(u""));
 }
 
-TEST(NSDateFormatter, ALetterWithoutMeaningEndsTheText) {
-    EXPECT_EQ(formatter(u"yyyy/I/yyyy").stringFromDate(at(86400)), NSString(u"2001/"));
+TEST(NSDateFormatter, AFieldWithoutMeaningPrintsNothingNorDoThoseAfterIt) {
+    EXPECT_EQ(formatter(u"yyyy/I/yyyy").stringFromDate(at(86400)), NSString(u"2001//"));
 }
 
 TEST(NSDateFormatter, ManyThreadsShareOneFormatter) {

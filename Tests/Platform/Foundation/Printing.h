@@ -4,11 +4,13 @@
 
 #include "Platform/Foundation/NSString.h"
 
+#include <concepts>
 #include <ostream>
 
 namespace qrv {
 
-inline void PrintTo(const id& value, std::ostream* out) {
+template <std::derived_from<id> T>
+void PrintTo(const T& value, std::ostream* out) {
     *out << (value.isNil() ? "nil" : "\"" + value.description().utf8() + "\"");
 }
 
