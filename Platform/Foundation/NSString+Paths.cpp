@@ -1,6 +1,7 @@
 // Paths as text. None of these touches the disk.
 
 #include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Unicode.h"
 
 namespace qrv {
 
@@ -28,6 +29,11 @@ NSString NSString::stringByDeletingLastPathComponent() const {
     const std::size_t slash = path.rfind(u'/');
     if (slash == std::u16string_view::npos) return u"";
     return NSString(slash == 0 ? path.substr(0, 1) : withoutTrailingSlashes(path.substr(0, slash)));
+}
+
+std::string NSString::fileSystemRepresentation() const {
+    if (view().find(u'\0') != std::u16string_view::npos) return {};
+    return unicode::toUTF8(view()).value_or(std::string());
 }
 
 } // namespace qrv

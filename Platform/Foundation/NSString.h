@@ -128,6 +128,10 @@ public:
     NSString lastPathComponent() const;
     // - stringByDeletingLastPathComponent
     NSString stringByDeletingLastPathComponent() const;
+    // - fileSystemRepresentation
+    /// The bytes that name the file: UTF-8. Empty, which names nothing, for nil and for text that no path can
+    /// be: with U+0000 or an unpaired surrogate.
+    std::string fileSystemRepresentation() const;
 };
 
 } // namespace qrv

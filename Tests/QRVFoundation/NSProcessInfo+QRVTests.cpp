@@ -3,7 +3,7 @@
 #include "Platform/Foundation/NSException.h"
 #include "Platform/Foundation/ProcessTable.h"
 #include "Platform/Foundation/Sysctl.h"
-#include "Tests/Platform/Foundation/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -237,12 +237,12 @@ TEST_F(ProcessInfoQRV, IsInXcodeWhenTheVariableIsThereEvenEmpty) {
 
 TEST_F(ProcessInfoQRV, HardwareModelIsTheSystems) {
     folder.write("sys/class/dmi/id/product_name", "Model 7\n");
-    setSystemFolderForTesting(folder.path());
+    setSystemFolderForTesting(folder.path().string());
     EXPECT_EQ(qrvHardwareModel(), NSString(u"Model 7"));
 }
 
 TEST_F(ProcessInfoQRV, HardwareModelIsUnknownWhenTheQueryFails) {
-    setSystemFolderForTesting(folder.path());
+    setSystemFolderForTesting(folder.path().string());
     EXPECT_EQ(qrvHardwareModel(), NSString(u"unknown"));
 }
 
@@ -250,7 +250,7 @@ TEST_F(ProcessInfoQRV, ProcessorCountAndFrequencyAreTheNamedValues) {
     folder.write("sys/devices/system/cpu/cpu0/topology/thread_siblings_list", "0-1\n");
     folder.write("sys/devices/system/cpu/cpu1/topology/thread_siblings_list", "0-1\n");
     folder.write("sys/devices/system/cpu/cpu0/cpufreq/cpuinfo_max_freq", "2900000\n");
-    setSystemFolderForTesting(folder.path());
+    setSystemFolderForTesting(folder.path().string());
     EXPECT_EQ(qrvMaxPhysicalProcessorCount(), 1);
     EXPECT_EQ(qrvMaxProcessorFrequency(), 2'900'000'000);
 }
@@ -265,7 +265,7 @@ TEST_F(ProcessInfoQRV, SysctlStringIsTheValueUpToItsZeroByte) {
 
 TEST_F(ProcessInfoQRV, SysctlStringThatIsNotUTF8IsNil) {
     folder.write("sys/class/dmi/id/product_name", "Model \xFF\n");
-    setSystemFolderForTesting(folder.path());
+    setSystemFolderForTesting(folder.path().string());
     EXPECT_TRUE(qrvSysctlStringForKey(u"hw.model").isNil());
     EXPECT_EQ(qrvHardwareModel(), NSString(u"unknown"));
 }
@@ -285,7 +285,7 @@ namespace {
 class NamedProcess {
 public:
     NamedProcess(const TemporaryFolder& folder, const std::string& name) {
-        const std::string program = folder.path() + "/" + name;
+        const std::string program = folder.path().string() + "/" + name;
         std::filesystem::copy_file("/bin/sleep", program);
         int ready[2];
         if (pipe2(ready, O_CLOEXEC) != 0) return;
@@ -339,7 +339,7 @@ TEST_F(ProcessInfoQRV, AProcessOfAnotherUserIsNotSeen) {
     folder.write("10/comm", "others\n");
     folder.write("11/status", "Uid:\t" + std::to_string(getuid()) + "\t0\t0\t0\n");
     folder.write("11/comm", "own\n");
-    setProcessFolderForTesting(folder.path());
+    setProcessFolderForTesting(folder.path().string());
     EXPECT_FALSE(qrvIsBSDProcessRunning(u"others"));
     EXPECT_TRUE(qrvIsBSDProcessRunning(u"own"));
 }
@@ -350,7 +350,7 @@ TEST_F(ProcessInfoQRV, NoProcessHasAnEmptyOrNilName) {
 }
 
 TEST_F(ProcessInfoQRV, AProcessTableThatCannotBeReadRaises) {
-    setProcessFolderForTesting(folder.path() + "/missing");
+    setProcessFolderForTesting(folder.path().string() + "/missing");
     try {
         qrvIsBSDProcessRunning(u"any");
         FAIL() << "did not raise";

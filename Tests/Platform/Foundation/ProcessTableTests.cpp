@@ -1,6 +1,6 @@
 #include "Platform/Foundation/ProcessTable.h"
 
-#include "Tests/Platform/Foundation/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ namespace {
 
 class ProcessTable : public testing::Test {
 protected:
-    ProcessTable() { setProcessFolderForTesting(folder.path()); }
+    ProcessTable() { setProcessFolderForTesting(folder.path().string()); }
 
     ~ProcessTable() override { setProcessFolderForTesting(); }
 
@@ -27,7 +27,7 @@ protected:
                                                  std::to_string(realUser) + "\t0\t0\t0\n");
         folder.write(identifier + "/comm", name + "\n");
         if (!executable.empty())
-            symlink(executable.c_str(), (folder.path() + "/" + identifier + "/exe").c_str());
+            symlink(executable.c_str(), (folder.path().string() + "/" + identifier + "/exe").c_str());
     }
 
     std::vector<std::string> namesOf(uid_t user) {
@@ -82,7 +82,7 @@ TEST_F(ProcessTable, NamesMayHoldAnyByte) {
 }
 
 TEST_F(ProcessTable, AFolderThatCannotBeReadIsAnErrorWithoutAList) {
-    setProcessFolderForTesting(folder.path() + "/missing");
+    setProcessFolderForTesting(folder.path().string() + "/missing");
     std::optional<std::vector<std::string>> names;
     EXPECT_EQ(readProcessTable(7, names), ENOENT);
     EXPECT_FALSE(names);

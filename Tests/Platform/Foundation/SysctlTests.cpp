@@ -1,6 +1,6 @@
 #include "Platform/Foundation/Sysctl.h"
 
-#include "Tests/Platform/Foundation/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -42,7 +42,7 @@ class Sysctl : public testing::Test {
 protected:
     ~Sysctl() override { setSystemFolderForTesting(); }
 
-    void useOwnSystem() { setSystemFolderForTesting(folder.path()); }
+    void useOwnSystem() { setSystemFolderForTesting(folder.path().string()); }
 
     TemporaryFolder folder;
 };
