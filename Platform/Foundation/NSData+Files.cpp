@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fcntl.h>
+#include <random>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -70,12 +71,6 @@ int writeAll(int fd, std::string_view bytes) {
     return 0;
 }
 
-mode_t currentUmask() {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return mask;
-}
-
 int writeDirectly(const std::string& path, std::string_view bytes) {
     Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
     if (file.get() < 0) return errno;
@@ -83,16 +78,38 @@ int writeDirectly(const std::string& path, std::string_view bytes) {
     return file.close() ? 0 : errno;
 }
 
+/// Opens a new file beside `path`, with permissions by the umask. -1 and errno on failure.
+int openBeside(const std::string& path, std::string& name) {
+    const std::string folder = path.substr(0, path.rfind('/') + 1);
+    std::random_device random;
+    for (;;) {
+        name = folder + ".new-" + std::to_string(random()) + "-" + std::to_string(random());
+        const int fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd >= 0 || errno != EEXIST) return fd;
+    }
+}
+
+/// Where a symbolic link leads, so that the link stays and its target is replaced.
+std::string resolved(const std::string& path) {
+    char* target = ::realpath(path.c_str(), nullptr);
+    if (!target) return path;
+    std::string result = target;
+    std::free(target); // NOLINT: the system allocated it
+    return result;
+}
+
 /// Writes beside the destination and renames, so that the old contents stay until the new ones are complete.
-int writeAtomically(const std::string& path, std::string_view bytes) {
+int writeAtomically(const std::string& destination, std::string_view bytes) {
+    const std::string path = resolved(destination);
+
     struct stat status {};
 
-    if (::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return EISDIR;
-    std::string temporary = path + ".XXXXXX";
-    Descriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
+    // Only a file can be replaced; a device or pipe is written to.
+    if (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) return writeDirectly(path, bytes);
+    std::string temporary;
+    Descriptor file(openBeside(path, temporary));
     if (file.get() < 0) return errno;
     int error = writeAll(file.get(), bytes);
-    if (!error && ::fchmod(file.get(), 0666 & ~currentUmask()) != 0) error = errno;
     if (!file.close() && !error) error = errno;
     if (!error && ::rename(temporary.c_str(), path.c_str()) != 0) error = errno;
     if (error) ::unlink(temporary.c_str());
@@ -103,7 +120,7 @@ int writeAtomically(const std::string& path, std::string_view bytes) {
 
 NSData NSData::initWithContentsOfFile_options_error(const NSString& path, unsigned long /*options*/,
                                                     NSError* error) {
-    const std::string name = path.utf8();
+    const std::string name = path.fileSystemRepresentation();
     Descriptor file(::open(name.c_str(), O_RDONLY | O_CLOEXEC));
     std::string bytes;
     int failure = file.get() < 0 ? errno : 0;
@@ -125,7 +142,7 @@ NSData NSData::initWithContentsOfFile_options_error(const NSString& path, unsign
 
 bool NSData::writeToFile_options_error(const NSString& path, NSDataWritingOptions options,
                                        NSError* error) const {
-    const std::string name = path.utf8();
+    const std::string name = path.fileSystemRepresentation();
     const bool atomic = (options & NSDataWritingAtomic) != 0;
     const int failure = atomic ? writeAtomically(name, bytes()) : writeDirectly(name, bytes());
     if (failure) setError(error, fileWriteError(failure, path));

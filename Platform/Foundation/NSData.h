@@ -30,8 +30,8 @@ public:
 
     // - initWithContentsOfFile:options:error:
     /// The whole file, or nil and an error of NSCocoaErrorDomain (260 no such file, 257 no permission, 256
-    /// otherwise) with the path under NSFilePathErrorKey and the POSIX error under NSUnderlyingErrorKey.
-    /// Reading a directory fails. No options are defined: pass 0.
+    /// otherwise) with the path, unless nil, under NSFilePathErrorKey and the POSIX error under
+    /// NSUnderlyingErrorKey. Reading a directory fails. No options are defined: pass 0.
     static NSData initWithContentsOfFile_options_error(const NSString& path, unsigned long options,
                                                        NSError* error);
 
@@ -48,7 +48,8 @@ public:
     // - writeToFile:options:error:
     /// Replaces the file's contents, with permissions by the umask. On failure false and an error of
     /// NSCocoaErrorDomain (4 no such folder, 513 no permission, 640 no space, 642 read-only volume, 512
-    /// otherwise); an atomic write leaves an existing file as it was and no temporary file behind.
+    /// otherwise); an atomic write then leaves an existing file as it was and no temporary file behind. A
+    /// symbolic link stays and its target is replaced; devices and pipes are written to.
     bool writeToFile_options_error(const NSString& path, NSDataWritingOptions options, NSError* error) const;
     // - writeToFile:atomically:
     bool writeToFile_atomically(const NSString& path, bool atomically) const;

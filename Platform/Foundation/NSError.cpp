@@ -91,9 +91,10 @@ NSString text(const NSError& error, const char16_t* key) {
 }
 
 NSError fileError(long long code, int number, const NSString& path) {
-    return NSError::errorWithDomain_code_userInfo(
-        NSCocoaErrorDomain, code,
-        {{NSString(NSFilePathErrorKey), path}, {NSString(NSUnderlyingErrorKey), posixError(number)}});
+    NSMutableDictionary userInfo;
+    if (path) userInfo.setObject_forKey(path, NSString(NSFilePathErrorKey));
+    userInfo.setObject_forKey(posixError(number), NSString(NSUnderlyingErrorKey));
+    return NSError::errorWithDomain_code_userInfo(NSCocoaErrorDomain, code, userInfo);
 }
 
 } // namespace

@@ -99,7 +99,7 @@ public:
 /// An error of NSPOSIXErrorDomain for an errno value, described as the system describes it.
 NSError posixError(int number);
 /// The error of a failed file operation: NSCocoaErrorDomain with the code that fits the errno value, the path
-/// under NSFilePathErrorKey and the POSIX error under NSUnderlyingErrorKey.
+/// (unless nil) under NSFilePathErrorKey and the POSIX error under NSUnderlyingErrorKey.
 NSError fileReadError(int number, const NSString& path);
 NSError fileWriteError(int number, const NSString& path);
 

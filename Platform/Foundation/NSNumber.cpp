@@ -1,9 +1,9 @@
 #include "Platform/Foundation/NSNumber.h"
 
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <compare>
-#include <cstdio>
-#include <cstdlib>
 #include <limits>
 #include <variant>
 
@@ -14,6 +14,11 @@ namespace {
 const ClassInfo numberClassInfo{"NSNumber", &Object::classInfo};
 
 using Value = std::variant<bool, long long, unsigned long long, double>;
+
+// Holds every value of every kind exactly, so that equality is the same whichever way three numbers are
+// compared.
+using Exact = long double;
+static_assert(std::numeric_limits<Exact>::digits >= 64);
 
 long long truncated(double value) {
     constexpr double limit = 9223372036854775808.0; // 2^63
@@ -38,7 +43,10 @@ public:
         return o && std::is_eq(compare(*o));
     }
 
-    std::size_t hash() const override { return std::hash<double>{}(doubleValue()); }
+    std::size_t hash() const override {
+        const double value = doubleValue();
+        return std::isnan(value) ? 0 : std::hash<double>{}(value);
+    }
 
     NSString description() const override {
         if (std::holds_alternative<double>(value_)) return describeDouble(doubleValue());
@@ -65,28 +73,46 @@ public:
         return v && *v > static_cast<unsigned long long>(std::numeric_limits<long long>::max());
     }
 
-    std::partial_ordering compare(const NumberObject& other) const {
-        const bool anyDouble =
-            std::holds_alternative<double>(value_) || std::holds_alternative<double>(other.value_);
-        if (anyDouble) return doubleValue() <=> other.doubleValue();
-        if (isBeyondSigned() != other.isBeyondSigned()) {
-            return isBeyondSigned() ? std::partial_ordering::greater : std::partial_ordering::less;
-        }
-        if (isBeyondSigned()) {
-            return std::get<unsigned long long>(value_) <=> std::get<unsigned long long>(other.value_);
-        }
-        return integerValue() <=> other.integerValue();
+    unsigned long long unsignedValue() const {
+        const double* d = std::get_if<double>(&value_);
+        constexpr double limit = 18446744073709551616.0; // 2^64
+        if (!d || !(*d > 0)) return static_cast<unsigned long long>(integerValue());
+        return *d < limit ? static_cast<unsigned long long>(*d)
+                          : std::numeric_limits<unsigned long long>::max();
+    }
+
+    /// Not-a-number is equal to itself and stands before every number.
+    std::weak_ordering compare(const NumberObject& other) const {
+        const Exact a = exact();
+        const Exact b = other.exact();
+        if (std::isnan(a) || std::isnan(b)) return std::isnan(b) <=> std::isnan(a);
+        return a < b   ? std::weak_ordering::less
+               : a > b ? std::weak_ordering::greater
+                       : std::weak_ordering::equivalent;
     }
 
     const Value& value() const { return value_; }
 
 private:
-    /// The shortest of 16 and 17 significant digits that reads back as the same value.
+    Exact exact() const {
+        return std::visit([](auto v) { return static_cast<Exact>(v); }, value_);
+    }
+
+    /// 16 significant digits, or 17 where 16 would read back as another value; "inf", "nan". The same in
+    /// every locale.
     static NSString describeDouble(double value) {
-        char text[40];
-        std::snprintf(text, sizeof text, "%.16g", value);
-        if (std::strtod(text, nullptr) != value) std::snprintf(text, sizeof text, "%.17g", value);
-        return NSString::stringWithUTF8String(text);
+        if (std::isnan(value)) return u"nan";
+        std::array<char, 40> text{};
+        char* end = nullptr;
+        for (const int digits : {16, 17}) {
+            end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general,
+                                digits)
+                      .ptr;
+            double readBack = 0;
+            std::from_chars(text.data(), end, readBack);
+            if (readBack == value) break;
+        }
+        return NSString::fromUTF8({text.data(), end});
     }
 
     const Value value_;
@@ -148,7 +174,8 @@ long long NSNumber::integerValue() const {
 }
 
 unsigned long long NSNumber::unsignedIntegerValue() const {
-    return static_cast<unsigned long long>(integerValue());
+    const NumberObject* o = object(*this);
+    return o ? o->unsignedValue() : 0;
 }
 
 double NSNumber::doubleValue() const {
@@ -160,7 +187,7 @@ NSComparisonResult NSNumber::compare(const NSNumber& other) const {
     const NumberObject* a = object(*this);
     const NumberObject* b = object(other);
     if (!a || !b) return a ? NSOrderedDescending : b ? NSOrderedAscending : NSOrderedSame;
-    const std::partial_ordering order = a->compare(*b);
+    const std::weak_ordering order = a->compare(*b);
     return order < 0 ? NSOrderedAscending : order > 0 ? NSOrderedDescending : NSOrderedSame;
 }
 

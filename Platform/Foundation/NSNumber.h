@@ -1,6 +1,7 @@
 #pragma once
 
-// Numbers and booleans. Numbers compare by value whatever their kind: 1, 1.0 and true are equal.
+// Numbers and booleans. Numbers compare by value whatever their kind, and exactly: 1, 1.0 and true are equal,
+// 2^53 + 1 and the double 2^53 are not. Not-a-number is equal to itself.
 
 #include "Platform/Foundation/NSString.h"
 
@@ -34,11 +35,12 @@ public:
     /// Truncated towards zero and held to the 64-bit range; 0 for nil and for no-numbers.
     long long integerValue() const;
     // - unsignedIntegerValue
-    /// A negative value wraps, as the platform has it.
+    /// A negative value wraps, as the platform has it; a larger floating-point value is held to the range.
     unsigned long long unsignedIntegerValue() const;
     // - doubleValue
     double doubleValue() const;
     // - compare:
+    /// Not-a-number stands before every number, nil before everything.
     NSComparisonResult compare(const NSNumber& other) const;
 };
 

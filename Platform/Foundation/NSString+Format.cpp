@@ -2,6 +2,7 @@
 // such as
 // "<%d: missing>" or "<%d: wrong type>".
 
+#include "Platform/Foundation/DecimalPoint.h"
 #include "Platform/Foundation/NSString.h"
 #include "Platform/Foundation/Unicode.h"
 
@@ -202,20 +203,17 @@ private:
     bool integer(const Conversion& c, const FormatArgument& argument, bool isSigned) {
         const auto* value = std::get_if<FormatInteger>(&argument);
         if (!value) return false;
-        // The conversion's own width, when it is narrower than the argument, cuts the value as printf would.
-        const unsigned width = std::min<unsigned>(lengthInBytes(c), 8);
-        const unsigned bytes = value->bytes <= 4 && width >= 4 ? value->bytes : width;
+        // The bits are those of the value as a 64-bit integer; a narrower conversion cuts them as printf
+        // does.
+        const unsigned width = lengthInBytes(c);
         const std::string spec = "%" + fields(c) + "ll" + static_cast<char>(toPrintf(c.letter));
         if (isSigned) {
-            print(spec.c_str(), signExtended(value->bits, bytes));
+            print(spec.c_str(), signExtended(value->bits, width));
         } else {
-            // A narrow signed argument is promoted to int first.
-            unsigned long long bits = value->bits;
-            if (value->bytes < 4 && width >= 4)
-                bits &= 0xFFFFFFFFULL;
-            else if (bytes < 8)
-                bits &= (1ULL << (8 * bytes)) - 1;
-            print(spec.c_str(), bits);
+            // A negative number shows the bits it has after promotion to int, not those of the conversion.
+            const unsigned promoted = std::max<unsigned>(value->bytes, 4);
+            const unsigned bytes = value->isSigned ? std::min(width, promoted) : width;
+            print(spec.c_str(), value->bits & (~0ULL >> (64 - 8 * bytes)));
         }
         return true;
     }
@@ -229,6 +227,7 @@ private:
     }
 
     bool real(const Conversion& c, const FormatArgument& argument) {
+        const DecimalPoint decimalPoint;
         const std::string prefix = "%" + fields(c);
         if (const auto* value = std::get_if<double>(&argument)) {
             print((prefix + static_cast<char>(c.letter)).c_str(), *value);

@@ -1,9 +1,10 @@
 // Numbers read from the beginning of a text, and geometry in its text form.
 
+#include "Platform/Foundation/DecimalPoint.h"
 #include "Platform/Foundation/NSString.h"
 
 #include <algorithm>
-#include <charconv>
+#include <cstdlib>
 #include <limits>
 
 namespace qrv {
@@ -31,22 +32,20 @@ struct LeadingNumber {
 };
 
 LeadingNumber leadingNumber(std::u16string_view text) {
-    std::string ascii;
-    std::size_t sign = 0;
-    if (!text.empty() && (text[0] == u'+' || text[0] == u'-')) sign = 1;
-    for (const char16_t c : text.substr(sign)) {
-        if (!isDigit(c) && c != u'.' && c != u'e' && c != u'E' && c != u'+' && c != u'-') break;
-        ascii.push_back(static_cast<char>(c));
-    }
+    const std::size_t sign = !text.empty() && (text[0] == u'+' || text[0] == u'-') ? 1 : 0;
+    const std::u16string_view digits = text.substr(sign);
     // A second sign is no number, and "infinity" is a word; both are kept from the conversion.
-    if (ascii.empty() || ascii[0] == '+' || ascii[0] == '-') return {};
+    const bool isNumber = !digits.empty() && (isDigit(digits[0]) ||
+                                              (digits[0] == u'.' && digits.size() > 1 && isDigit(digits[1])));
+    if (!isNumber) return {};
+    const std::size_t end = digits.find_first_not_of(u"0123456789.eE+-");
+    const std::u16string_view candidate = digits.substr(0, end);
+    const std::string ascii(candidate.begin(), candidate.end());
+    const DecimalPoint decimalPoint;
+    char* stop = nullptr;
     LeadingNumber number;
-    const auto [end, error] = std::from_chars(ascii.data(), ascii.data() + ascii.size(), number.value);
-    if (end == ascii.data()) return {};
-    if (error == std::errc::result_out_of_range) {
-        number.value = std::strtod(ascii.c_str(), nullptr);
-    }
-    number.units = sign + static_cast<std::size_t>(end - ascii.data());
+    number.value = std::strtod(ascii.c_str(), &stop);
+    number.units = sign + static_cast<std::size_t>(stop - ascii.c_str());
     if (sign && text[0] == u'-') number.value = -number.value;
     return number;
 }

@@ -1,5 +1,6 @@
 #include "Platform/Foundation/NSString.h"
 
+#include "Platform/Foundation/LiteralSearch.h"
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSException.h"
 #include "Platform/Foundation/Unicode.h"
@@ -105,7 +106,8 @@ bool NSString::hasSuffix(const NSString& suffix) const {
 }
 
 NSRange NSString::rangeOfString(const NSString& other) const {
-    const std::size_t found = other.length() ? view().find(other.view()) : std::u16string_view::npos;
+    if (other.length() == 0) return {NSNotFound, 0};
+    const std::size_t found = LiteralSearch(other.view()).find(view());
     return found == std::u16string_view::npos ? NSRange{NSNotFound, 0} : NSRange{found, other.length()};
 }
 
@@ -134,10 +136,11 @@ NSString NSString::stringByReplacingOccurrencesOfString_withString(const NSStrin
                                                                    const NSString& replacement) const {
     if (isNil() || search.length() == 0) return *this;
     const std::u16string_view text = view();
+    const LiteralSearch pattern(search.view());
     std::u16string result;
     std::size_t from = 0;
-    for (std::size_t at = text.find(search.view()); at != std::u16string_view::npos;
-         at = text.find(search.view(), from)) {
+    for (std::size_t at = pattern.find(text); at != std::u16string_view::npos;
+         at = pattern.find(text, from)) {
         result.append(text, from, at - from).append(replacement.view());
         from = at + search.length();
     }
@@ -148,9 +151,10 @@ NSArray NSString::componentsSeparatedByString(const NSString& separator) const {
     if (isNil()) return {};
     std::vector<id> pieces;
     const std::u16string_view text = view();
+    const LiteralSearch pattern(separator.view());
     std::size_t from = 0;
     while (separator.length() > 0) {
-        const std::size_t at = text.find(separator.view(), from);
+        const std::size_t at = pattern.find(text, from);
         if (at == std::u16string_view::npos) break;
         pieces.push_back(NSString(text.substr(from, at - from)));
         from = at + separator.length();

@@ -3,6 +3,7 @@
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -77,11 +78,21 @@ struct Parts {
     std::u16string_view path;
 };
 
+bool isLetter(char16_t c) {
+    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+}
+
+bool isScheme(std::u16string_view text) {
+    return !text.empty() && isLetter(text[0]) && std::all_of(text.begin(), text.end(), [](char16_t c) {
+        return isLetter(c) || (c >= u'0' && c <= u'9') || c == u'+' || c == u'-' || c == u'.';
+    });
+}
+
 Parts split(std::u16string_view url) {
     Parts parts;
     std::u16string_view rest = url.substr(0, url.find_first_of(u"?#"));
     const std::size_t colon = rest.find_first_of(u":/");
-    if (colon != std::u16string_view::npos && colon > 0 && rest[colon] == u':') {
+    if (colon != std::u16string_view::npos && rest[colon] == u':' && isScheme(rest.substr(0, colon))) {
         parts.scheme = rest.substr(0, colon);
         rest.remove_prefix(colon + 1);
     }
@@ -117,7 +128,8 @@ NSURL NSURL::fileURLWithPath(const NSString& path) {
 
     struct stat status {};
 
-    const bool isDirectory = ::stat(path.utf8().c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    const bool isDirectory =
+        ::stat(path.fileSystemRepresentation().c_str(), &status) == 0 && S_ISDIR(status.st_mode);
     return fileURLWithPath_isDirectory(path, isDirectory);
 }
 
@@ -171,7 +183,10 @@ NSString NSURL::path() const {
 
 bool NSURL::isFileURL() const {
     const NSString text = absoluteString();
-    return split(text.view()).scheme == u"file";
+    const std::u16string_view scheme = split(text.view()).scheme;
+    constexpr std::u16string_view file = u"file";
+    return std::equal(scheme.begin(), scheme.end(), file.begin(), file.end(),
+                      [](char16_t a, char16_t b) { return (a | 0x20) == b; });
 }
 
 } // namespace qrv

@@ -43,6 +43,7 @@ public:
     /// has no path.
     NSString path() const;
     // - isFileURL
+    /// The scheme is "file", in capital or small letters.
     bool isFileURL() const;
 };
 

@@ -43,6 +43,8 @@ bool id::isEqual(const id& other) const {
 }
 
 NSString id::description() const {
+    // A string is its own description; its payload could only give a copy.
+    if (const NSString text = as<NSString>(*this)) return text;
     return object_ ? object_->description() : NSString();
 }
 
