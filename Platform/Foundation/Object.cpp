@@ -60,6 +60,7 @@ const ClassInfo* Class::info() const {
 }
 
 Class Class::of(const id& object) {
+    if (const Class itself = as<Class>(object)) return itself;
     const ClassInfo* info = object.objectClass();
     return info ? Class(*info) : Class();
 }

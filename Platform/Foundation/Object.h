@@ -116,7 +116,7 @@ public:
 
     /// The class meant; null for nil.
     const ClassInfo* info() const;
-    /// The class of a value; nil for nil.
+    /// The class of a value, a class being its own; nil for nil.
     static Class of(const id& object);
 };
 

@@ -1,0 +1,38 @@
+#pragma once
+
+// The sending end of a log daemon's datagram socket.
+
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace qrv {
+
+/// Connects at the first datagram and again after the daemon was restarted. A daemon that is not there or
+/// does not keep up loses datagrams; the sender never waits. Any thread.
+class LogSocket {
+public:
+    explicit LogSocket(std::string path) : path_(std::move(path)) {}
+
+    ~LogSocket();
+    LogSocket(const LogSocket&) = delete;
+    LogSocket& operator=(const LogSocket&) = delete;
+
+    /// False when nobody took it. What is too long for one datagram is handed over in a sealed memory file,
+    /// where the daemon knows that way.
+    bool send(std::string_view datagram, bool mayPassMemoryFile);
+
+    /// Another place for the following datagrams.
+    void setPath(std::string path);
+
+private:
+    bool connect();
+    void disconnect();
+    bool sendOnce(std::string_view datagram, bool mayPassMemoryFile);
+
+    std::mutex mutex_;
+    std::string path_;
+    int descriptor_ = -1;
+};
+
+} // namespace qrv

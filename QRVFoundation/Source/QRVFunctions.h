@@ -1,0 +1,107 @@
+#pragma once
+
+// Programming errors: exceptions that carry their place in the source, failed assertions, and simple
+// diagnostic lines through a replaceable sink.
+//
+//     if (!(key)) QRVFunctions::assertionFailedForFile_line_object_selector_format(
+//         "QRVFoundation/Source/Unit", __LINE__, self, "objectForKey:", u"No key for %@", object);
+//
+// `file` is a source path, `selector` a method's name, both null-terminated UTF-8; a null file counts as
+// empty, a null selector as none. The operations may be called from any thread.
+
+#include "Platform/Foundation/NSException.h"
+
+namespace qrv {
+
+inline constexpr char16_t QRVExceptionName[] = u"QRVException";
+inline constexpr char16_t QRVAssertionFailedException[] = u"QRVAssertionFailedException";
+/// Key of an exception's user-info: where it was raised, as `describe` writes it.
+inline constexpr char16_t QRVExceptionLocationKey[] = u"QRVExceptionLocation";
+
+/// "file:line -selector" with the file's own name, "+" where the object is a class; "file:line " with a blank
+/// at the end without object or selector.
+NSString describe(const char* file, unsigned long line, const id& object, const char* selector);
+
+/// What QRVFunctions raises.
+class QRVException : public NSException {
+public:
+    using NSException::NSException;
+
+    // - reason
+    /// "reason at location".
+    NSString reason() const override;
+
+    // - qrvReason
+    /// The reason that it was made with.
+    NSString qrvReason() const { return NSException::reason(); }
+};
+
+/// Takes the diagnostic lines in place of the system log.
+struct QRVLoggingDelegate {
+    virtual ~QRVLoggingDelegate() = default;
+    // - logString:
+    virtual void logString(const NSString& string) = 0;
+};
+
+class QRVFunctions {
+public:
+    static const ClassInfo classInfo;
+
+    QRVFunctions() = delete;
+
+    // + raiseFile:line:object:selector:name:userInfo:format:
+    /// Raises a QRVException with the format's expansion as its reason, under the name ("QRVException" for
+    /// nil), with the user-info (nil adds nothing) and the location.
+    template <class... Arguments>
+    [[noreturn]] static void raiseFile_line_object_selector_name_userInfo_format(
+        const char* file, unsigned long line, const id& object, const char* selector, const NSString& name,
+        const NSDictionary& userInfo, const NSString& format, const Arguments&... arguments) {
+        raise(describe(file, line, object, selector), name, userInfo,
+              NSString::stringWithFormat(format, arguments...));
+    }
+
+    // + assertionFailedForFile:line:object:selector:format:
+    /// Logs "location: Assertion Failed: message" and raises a QRVAssertionFailedException with the message
+    /// as its reason.
+    template <class... Arguments>
+    [[noreturn]] static void
+    assertionFailedForFile_line_object_selector_format(const char* file, unsigned long line, const id& object,
+                                                       const char* selector, const NSString& format,
+                                                       const Arguments&... arguments) {
+        failAssertion(describe(file, line, object, selector),
+                      NSString::stringWithFormat(format, arguments...));
+    }
+
+    // + logFile:line:object:selector:format:
+    /// Logs "location] message".
+    template <class... Arguments>
+    static void logFile_line_object_selector_format(const char* file, unsigned long line, const id& object,
+                                                    const char* selector, const NSString& format,
+                                                    const Arguments&... arguments) {
+        logString(NSString::stringWithFormat(u"%@] %@", describe(file, line, object, selector),
+                                             NSString::stringWithFormat(format, arguments...)));
+    }
+
+    // + logFunction:format:
+    /// Logs "function message".
+    template <class... Arguments>
+    static void logFunction_format(const char* function, const NSString& format,
+                                   const Arguments&... arguments) {
+        logString(NSString::stringWithFormat(u"%@ %@", NSString::stringWithUTF8String(function),
+                                             NSString::stringWithFormat(format, arguments...)));
+    }
+
+    // + logString:
+    /// To the logging delegate, or to the system log when there is none.
+    static void logString(const NSString& string);
+    // + setLoggingDelegate:
+    /// Held without ownership; null restores the system log. To be set once at start-up.
+    static void setLoggingDelegate(QRVLoggingDelegate* delegate);
+
+private:
+    [[noreturn]] static void raise(const NSString& location, const NSString& name,
+                                   const NSDictionary& userInfo, const NSString& reason);
+    [[noreturn]] static void failAssertion(const NSString& location, const NSString& message);
+};
+
+} // namespace qrv
