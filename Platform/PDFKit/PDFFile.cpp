@@ -1,0 +1,51 @@
+#include "Platform/PDFKit/PDFFile.h"
+
+#include <qpdf/Buffer.hh>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFWriter.hh>
+
+namespace qrv {
+
+namespace {
+
+/// A document whose lifetime holds on to the bytes that it reads its objects from, as they are needed.
+std::shared_ptr<QPDF> makeDocument(const NSData& bytes) {
+    const std::shared_ptr<QPDF> document = QPDF::create();
+    document->setSuppressWarnings(true);
+    document->setAttemptRecovery(false);
+    document->processMemoryFile("PDF", bytes.bytes().data(), bytes.length());
+    QPDF* const address = document.get();
+    return {address, [document, bytes](QPDF*) {}};
+}
+
+} // namespace
+
+std::shared_ptr<QPDF> openPDF(const NSData& bytes) {
+    try {
+        std::shared_ptr<QPDF> document = makeDocument(bytes);
+        document->getAllPages();
+        // Whatever the library only warns of is damage that it went past.
+        if (document->isEncrypted() || document->anyWarnings()) return nullptr;
+        return document;
+    } catch (const std::exception&) {
+        return nullptr;
+    }
+}
+
+NSData serializePDF(QPDF& document) {
+    try {
+        QPDFWriter writer(document);
+        writer.setOutputMemory();
+        writer.setObjectStreamMode(qpdf_o_generate);
+        writer.setDeterministicID(true);
+        writer.write();
+        if (document.anyWarnings()) return {};
+        const std::shared_ptr<Buffer> buffer = writer.getBufferSharedPointer();
+        const auto* bytes = buffer->getBuffer();
+        return NSData(std::string(bytes, bytes + buffer->getSize()));
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+} // namespace qrv
