@@ -27,7 +27,7 @@ id attributeFromPDF(const std::string& name, QPDFObjectHandle value) {
     if (value.isName()) return nameFromPDF(value.getName());
     if (!value.isString()) return {};
     if (name == "/CreationDate" || name == "/ModDate") {
-        if (const NSDate date = dateFromPDFText(value.getStringValue())) return date;
+        if (NSDate date = dateFromPDFText(value.getStringValue())) return date;
     }
     return NSString::fromUTF8(value.getUTF8Value());
 }
