@@ -1,0 +1,100 @@
+"""Judges PDF files through poppler's tools: pages, boxes, text, attributes and sampled pixels."""
+
+import re
+import subprocess
+from dataclasses import dataclass
+
+
+def _run(*command):
+    done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
+    if done.returncode != 0:
+        raise AssertionError(f"{command[0]} refused the file: {done.stderr.decode(errors='replace')}")
+    return done.stdout
+
+
+@dataclass
+class Word:
+    text: str
+    page: int
+    left: float
+    top: float
+    right: float
+    bottom: float
+
+
+@dataclass
+class Picture:
+    """A rendered page: rows of RGB bytes."""
+    width: int
+    height: int
+    rgb: bytes
+
+    def pixel(self, x, y):
+        at = (int(y) * self.width + int(x)) * 3
+        return tuple(self.rgb[at:at + 3])
+
+
+class PDF:
+    def __init__(self, path):
+        self.path = str(path)
+        self._info = _run("pdfinfo", "-enc", "UTF-8", "-f", "1", "-l", "1000000", "-box", self.path).decode()
+
+    @property
+    def page_count(self):
+        return int(self.attribute("Pages"))
+
+    def attribute(self, name):
+        """A line of the document's information; None when the file has none of that name."""
+        found = re.search(rf"^{re.escape(name)}:[ ]*(.*)$", self._info, re.MULTILINE)
+        return found.group(1) if found else None
+
+    def information(self):
+        """The entries of the document's information dictionary, read from the file itself."""
+        return {name: text for name in ("Title", "Subject", "Keywords", "Author", "Creator", "Producer")
+                if (text := self.attribute(name)) is not None}
+
+    def box(self, name="MediaBox", page=1):
+        """A page's box: left, bottom, right, top in points."""
+        found = re.search(rf"^Page +{page} +{name}:(.*)$", self._info, re.MULTILINE)
+        if not found:
+            raise AssertionError(f"page {page} has no {name}")
+        return tuple(float(number) for number in found.group(1).split())
+
+    def size(self, page=1):
+        left, bottom, right, top = self.box("MediaBox", page)
+        return (right - left, top - bottom)
+
+    def text(self, page=None):
+        span = [] if page is None else ["-f", str(page), "-l", str(page)]
+        return _run("pdftotext", "-enc", "UTF-8", *span, self.path, "-").decode()
+
+    def words(self):
+        """Every word with its place, in points from the page's top left."""
+        html = _run("pdftotext", "-enc", "UTF-8", "-bbox", self.path, "-").decode()
+        page, words = 0, []
+        for line in html.splitlines():
+            if "<page " in line:
+                page += 1
+            found = re.search(r'<word xMin="([^"]+)" yMin="([^"]+)" xMax="([^"]+)" yMax="([^"]+)">(.*)</word>',
+                              line)
+            if found:
+                words.append(Word(found.group(5), page, *(float(found.group(n)) for n in range(1, 5))))
+        return words
+
+    def picture(self, page=1, dpi=72):
+        """The page as pixels; at 72 dpi one pixel is one point."""
+        data = _run("pdftoppm", "-r", str(dpi), "-f", str(page), "-l", str(page), self.path)
+        return read_ppm(data)
+
+
+def read_ppm(data):
+    """A binary PPM with one byte per sample."""
+    found = re.match(rb"P6\s+(\d+)\s+(\d+)\s+255\s", data)
+    if not found:
+        raise AssertionError("not a picture of the expected form")
+    return Picture(int(found.group(1)), int(found.group(2)), data[found.end():])
+
+
+def near(colour, expected, tolerance=12):
+    """True when every channel of a sampled colour lies close to the expected one."""
+    return all(abs(one - other) <= tolerance for one, other in zip(colour, expected))

@@ -1,0 +1,187 @@
+"""Tests of the helpers themselves: what they build and what they would overlook."""
+
+import fcntl
+import os
+import plistlib
+import signal
+import subprocess
+import sys
+import tempfile
+import unittest
+
+import engine
+import images
+import keyedarchive
+import pages
+import pdf
+import processes
+import webarchive
+from tool import Log, read_result
+
+
+class ArchiveTests(unittest.TestCase):
+    def test_nested_archive_survives_both_forms(self):
+        archive = pages.three_levels_of_frames()
+        for xml in (False, True):
+            root = plistlib.loads(archive.bytes(xml))
+            inner = root["WebSubframeArchives"][0]["WebSubframeArchives"][0]
+            self.assertEqual(inner["WebMainResource"]["WebResourceFrameName"], "innermost")
+            self.assertIn(b"LevelThree", inner["WebMainResource"]["WebResourceData"])
+
+    def test_label_does_not_touch_the_bytes(self):
+        resource = pages.in_character_set("shift_jis", label="UTF-8").plist()["WebMainResource"]
+        self.assertEqual(resource["WebResourceTextEncodingName"], "UTF-8")
+        self.assertIn("日本語".encode("shift_jis"), resource["WebResourceData"])
+
+    def test_fields_of_none_are_left_out(self):
+        resource = webarchive.Resource(None, b"x", "image/png")
+        self.assertEqual(resource.plist(), {"WebResourceData": b"x", "WebResourceMIMEType": "image/png"})
+
+    def test_malformed_files_break_the_rule_they_name(self):
+        files = webarchive.malformed()
+        for name in ("empty", "text", "zeros", "truncated binary", "truncated in the header", "truncated xml",
+                     "offset table out of range"):
+            with self.subTest(name), self.assertRaises(Exception):
+                plistlib.loads(files.pop(name))
+        for name, data in files.items():
+            with self.subTest(name):
+                plistlib.loads(data)
+
+
+class ImageTests(unittest.TestCase):
+    def test_gif_and_png_have_their_size(self):
+        self.assertEqual(images.gif(20, 10, (1, 2, 3))[6:10], b"\x14\0\x0a\0")
+        self.assertEqual(images.png(20, 10, (1, 2, 3))[16:24], b"\0\0\0\x14\0\0\0\x0a")
+
+
+class PictureTests(unittest.TestCase):
+    def test_pixels_are_found_by_column_and_row(self):
+        picture = pdf.read_ppm(b"P6\n2 2\n255\n" + bytes([1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12]))
+        self.assertEqual(picture.pixel(1, 0), (4, 5, 6))
+        self.assertEqual(picture.pixel(0, 1), (7, 8, 9))
+
+    def test_near_tells_colours_apart(self):
+        self.assertTrue(pdf.near((250, 10, 10), (255, 0, 0)))
+        self.assertFalse(pdf.near((230, 10, 10), (255, 0, 0)))
+
+
+class LogTests(unittest.TestCase):
+    def test_lines_continuations_and_strangers(self):
+        start = "2026-01-02 03:04:05.678 [org.quillvane.web2pdf] "
+        log = Log(f"{start}[LogWeb2PDF] done loading: (\n)\n{start} no area\nTrouble\n")
+        self.assertEqual(log.messages, ["done loading: (\n)"])
+        self.assertEqual(log.unnamed, "no area")
+        self.assertEqual(log.strangers, ["Trouble"])
+
+    def test_answer_must_be_an_xml_property_list(self):
+        with self.assertRaises(AssertionError):
+            read_result(b"chatter\n" + plistlib.dumps({"succeeded": True}))
+
+
+class KeyedArchiveTests(unittest.TestCase):
+    @staticmethod
+    def archive(error_class):
+        uid = plistlib.UID
+        return plistlib.dumps({
+            "$version": 100000, "$archiver": "NSKeyedArchiver", "$top": {"root": uid(1)},
+            "$objects": ["$null",
+                         {"$class": uid(7), "NSDomain": uid(2), "NSCode": -999, "NSUserInfo": uid(3)},
+                         "NSURLErrorDomain",
+                         {"$class": uid(8), "NS.keys": [uid(4)], "NS.objects": [uid(5)]},
+                         "NSURL",
+                         {"$class": uid(9), "NS.base": uid(0), "NS.relative": uid(6)},
+                         "http://a.example/",
+                         {"$classname": error_class, "$classes": [error_class, "NSObject"]},
+                         {"$classname": "NSDictionary", "$classes": ["NSDictionary", "NSObject"]},
+                         {"$classname": "NSURL", "$classes": ["NSURL", "NSObject"]}]},
+            fmt=plistlib.FMT_BINARY)
+
+    def test_error_with_an_address(self):
+        error = keyedarchive.read_error(self.archive("NSError"))
+        self.assertEqual((error.domain, error.code), ("NSURLErrorDomain", -999))
+        self.assertEqual(error.user_info, {"NSURL": "http://a.example/"})
+
+    def test_another_class_is_refused(self):
+        with self.assertRaises(AssertionError):
+            keyedarchive.read_error(self.archive("NSString"))
+
+
+class ProcessTests(unittest.TestCase):
+    def test_orphan_of_a_dead_child_is_found(self):
+        processes.adopt_orphans()
+        child = subprocess.Popen([sys.executable, "-c",
+                                  "import subprocess as s\n"
+                                  "p = s.Popen(['sleep', '600'], stdout=s.DEVNULL, stderr=s.DEVNULL)\n"
+                                  "print(p.pid)"],
+                                 stdout=subprocess.PIPE, start_new_session=True,
+                                 env={**os.environ, "WEB2PDF_TEST_RUN": "orphan-of-a-dead-child"})
+        orphan = int(child.communicate(timeout=30)[0])
+        try:
+            self.assertEqual(processes.wait_until_none(1), {orphan: "sleep"})
+            self.assertEqual(processes.carrying("WEB2PDF_TEST_RUN", "orphan-of-a-dead-child"),
+                             {orphan: "sleep"})
+        finally:
+            os.kill(orphan, signal.SIGKILL)
+            os.waitpid(orphan, 0)
+        self.assertEqual(processes.wait_until_none(5), {})
+
+
+class EngineProxyTests(unittest.TestCase):
+    """The stand-in engines answer over file descriptors 3 and 4."""
+
+    @staticmethod
+    def high_pipe():
+        """A pipe whose numbers do not get in the way of 3 and 4."""
+        ends = os.pipe()
+        moved = tuple(fcntl.fcntl(end, fcntl.F_DUPFD_CLOEXEC, 20) for end in ends)
+        for end in ends:
+            os.close(end)
+        return moved
+
+    def exchange(self, text, message):
+        """The first answer (nothing: the engine died) and, after the pipe is closed, the exit status."""
+        with tempfile.TemporaryDirectory(prefix="web2pdf-test-") as folder:
+            path = os.path.join(folder, "engine")
+            with open(path, "w", encoding="utf-8") as file:
+                file.write(text)
+            os.chmod(path, 0o755)
+            to_engine, from_engine = self.high_pipe(), self.high_pipe()
+            shell = f'exec "$0" "$@" 3<&{to_engine[0]} 4>&{from_engine[1]} {to_engine[1]}>&- {from_engine[0]}<&-'
+            child = subprocess.Popen(
+                ["/bin/bash", "-c", shell, path, "--remote-debugging-pipe", "--no-sandbox", "--disable-gpu"],
+                pass_fds=(*to_engine, *from_engine), stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            os.close(to_engine[0])
+            os.close(from_engine[1])
+            os.write(to_engine[1], message + b"\0")
+            answer = b""
+            while not answer.endswith(b"\0") and (data := os.read(from_engine[0], 65536)):
+                answer += data
+            os.close(to_engine[1])
+            os.close(from_engine[0])
+            return answer, child.wait(timeout=30)
+
+    def setUp(self):
+        processes.adopt_orphans()
+
+    def tearDown(self):
+        self.assertEqual(processes.wait_until_none(10), {})
+        processes.reap()
+
+    def test_other_calls_pass(self):
+        answer, _ = self.exchange(engine.proxy("Page.printToPDF", "die"), b'{"id":7,"method":"Browser.getVersion"}')
+        self.assertIn(b'"id":7', answer)
+        self.assertIn(b"product", answer)
+
+    def test_named_call_is_refused(self):
+        answer, _ = self.exchange(engine.proxy("Browser.getVersion", "refuse"),
+                                  b'{"id":7,"method":"Browser.getVersion"}')
+        self.assertIn(b"Refused by the test", answer)
+
+    def test_named_call_kills(self):
+        answer, status = self.exchange(engine.proxy("Browser.getVersion", "die"),
+                                       b'{"id":7,"method":"Browser.getVersion"}')
+        self.assertEqual((answer, status), (b"", 9))
+
+
+if __name__ == "__main__":
+    unittest.main()
