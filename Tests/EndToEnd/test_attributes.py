@@ -1,0 +1,136 @@
+"""The document attributes: Creator, Title, Subject and Author, to the letter."""
+
+import unittest
+
+from pages import SITE, document, frame_archive, main_resource, page
+from tool import ToolTestCase
+from webarchive import HTML, Archive, Resource, html_archive
+
+
+class AttributesTests(ToolTestCase):
+    def attributes(self, archive, **options):
+        pdf = self.convert(archive, **options).pdf
+        return tuple(pdf.attribute(name) for name in ("Creator", "Title", "Subject", "Author"))
+
+    def assert_author(self, url, author, subject=None):
+        self.assertEqual(self.attributes(html_archive("<title>T</title><p>x</p>", url)),
+                         ("Quillvane", "T", subject or url, author))
+
+    def test_both_modes(self):
+        for mode in ("screen", "print"):
+            with self.subTest(mode):
+                self.assertEqual(self.attributes(page("<p>x</p>", "http://www.site.example/a?b=c#d"), mode=mode),
+                                 ("Quillvane", "A page", "http://www.site.example/a?b=c#d", "site.example"))
+
+    def test_entries_of_the_renderer_are_kept(self):
+        pdf = self.convert(page("<p>x</p>")).pdf
+        self.assertTrue(pdf.attribute("Producer"))
+        self.assertTrue(pdf.attribute("CreationDate"))
+
+    def test_host_without_www(self):
+        self.assert_author("https://site.example/a/b.html", "site.example")
+
+    def test_www_is_removed_once(self):
+        self.assert_author("http://www.www.site.example/", "www.site.example")
+
+    def test_www_in_capitals_stays(self):
+        self.assert_author("http://WWW.site.example/", "WWW.site.example")
+
+    def test_host_that_only_begins_like_it(self):
+        self.assert_author("http://wwwsite.example/", "wwwsite.example")
+
+    def test_port_is_no_part_of_the_host(self):
+        self.assert_author("http://www.site.example:8080/", "site.example")
+
+    def test_file_address_has_no_host(self):
+        self.assert_author("file:///home/me/page.html", "")
+
+    def test_unknown_scheme(self):
+        self.assert_author("feed-reader://www.site.example/item/7", "site.example")
+
+    def test_about_blank(self):
+        self.assert_author("about:blank", "")
+
+    def test_no_address_at_all(self):
+        archive = Archive(Resource(None, "<title>T</title><p>Text</p>"))
+        self.assertEqual(self.attributes(archive), ("Quillvane", "T", "", ""))
+
+    def test_untitled_page(self):
+        self.assertEqual(self.attributes(page("<p>x</p>", title=None))[1], "")
+
+    def test_title_of_a_sub_frame_is_no_title(self):
+        archive = page('<iframe src="inner.html"></iframe>', title=None)
+        archive.add_frame(frame_archive(None, SITE + "inner.html", "Inner"))
+        self.assertEqual(self.attributes(archive)[1], "")
+
+    def test_title_in_many_scripts(self):
+        title = "Žluťoučký “kůň” Ω Ж العربية 漢字 😀"
+        self.assertEqual(self.attributes(page("<p>x</p>", title=title))[1], title)
+
+    def test_title_with_characters_of_the_format(self):
+        self.assertEqual(self.attributes(page("<p>x</p>", title="a (b) \\ c) /d"))[1], "a (b) \\ c) /d")
+
+    def test_title_set_by_a_script(self):
+        archive = page("<p>x</p><script>document.title = 'From the script'</script>")
+        self.assertEqual(self.attributes(archive)[1], "From the script")
+
+    def test_page_cannot_name_the_creator(self):
+        archive = page("<p>x</p>", head='<meta name="generator" content="Forged"><meta name="author" content="Forged">')
+        self.assertEqual(self.attributes(archive), ("Quillvane", "A page", SITE + "page.html", "site.example"))
+
+
+class MainResourceTests(ToolTestCase):
+    """Main resources that are no HTML, and addresses that the engine cannot be asked for."""
+
+    def assert_text(self, archive, *words):
+        text = self.convert(archive).pdf.text()
+        for word in words:
+            self.assertIn(word, text)
+
+    def test_plain_text(self):
+        self.assert_text(main_resource(SITE + "a.txt", "PlainText <b>not bold</b>", "text/plain"),
+                         "PlainText", "<b>not bold</b>")
+
+    def test_style_sheet_and_data_are_shown_as_text(self):
+        for mime in ("text/css", "text/csv", "application/json", "text/javascript"):
+            with self.subTest(mime):
+                self.assert_text(main_resource(SITE + "a.bin", "body { one: two }", mime), "body { one: two }")
+
+    def test_drawing(self):
+        from images import svg
+        self.assert_text(main_resource(SITE + "a.svg", svg(300, 100, (20, 160, 70), "Drawn"), "image/svg+xml"), "Drawn")
+
+    def test_picture(self):
+        from images import png
+        from pdf import near
+        pdf = self.convert(main_resource(SITE + "a.png", png(200, 100, (20, 160, 70)), "image/png", None)).pdf
+        picture = pdf.picture()
+        green = sum(near(picture.pixel(x, y), (20, 160, 70)) for x in range(0, picture.width, 10)
+                    for y in range(0, picture.height, 10))
+        self.assertGreaterEqual(green, 150)
+
+    def test_xhtml(self):
+        html = ('<?xml version="1.0"?><html xmlns="http://www.w3.org/1999/xhtml"><head><title>X</title></head>'
+                "<body><p>StrictText</p></body></html>")
+        self.assert_text(main_resource(SITE + "a.xhtml", html, "application/xhtml+xml"), "StrictText")
+
+    def test_addresses_of_every_kind(self):
+        for url in ("file:///home/me/page.html", "about:blank", "feed-reader://site.example/item/7", "x:y",
+                    "data:text/html,other", "http://site.example:99999/", "javascript:alert(1)", "no address"):
+            with self.subTest(url):
+                html = document('<p>Shown</p><img src="a.png">')
+                self.assert_text(Archive(Resource(url, html, HTML)), "Shown")
+
+    def test_resources_beside_an_odd_address(self):
+        from images import png
+        from pdf import near
+        for url, beside in (("feed-reader://site.example/item/7", "feed-reader://site.example/item/a.png"),
+                            ("file:///home/me/page.html", "file:///home/me/a.png")):
+            with self.subTest(url):
+                html = "<!DOCTYPE html><style>body{margin:0}</style><img src='a.png' width=100 height=100>"
+                archive = html_archive(html, url).add(Resource(beside, png(4, 4, (20, 160, 70)), "image/png"))
+                self.assertTrue(near(self.convert(archive).pdf.picture().pixel(50, 50), (20, 160, 70)))
+
+
+if __name__ == "__main__":
+    unittest.main()
