@@ -2,7 +2,9 @@
 
 import unittest
 
+from images import png, svg
 from pages import SITE, document, frame_archive, main_resource, page
+from pdf import near
 from tool import ToolTestCase
 from webarchive import HTML, Archive, Resource, html_archive
 
@@ -97,12 +99,9 @@ class MainResourceTests(ToolTestCase):
                 self.assert_text(main_resource(SITE + "a.bin", "body { one: two }", mime), "body { one: two }")
 
     def test_drawing(self):
-        from images import svg
         self.assert_text(main_resource(SITE + "a.svg", svg(300, 100, (20, 160, 70), "Drawn"), "image/svg+xml"), "Drawn")
 
     def test_picture(self):
-        from images import png
-        from pdf import near
         pdf = self.convert(main_resource(SITE + "a.png", png(200, 100, (20, 160, 70)), "image/png", None)).pdf
         picture = pdf.picture()
         green = sum(near(picture.pixel(x, y), (20, 160, 70)) for x in range(0, picture.width, 10)
@@ -122,8 +121,6 @@ class MainResourceTests(ToolTestCase):
                 self.assert_text(Archive(Resource(url, html, HTML)), "Shown")
 
     def test_resources_beside_an_odd_address(self):
-        from images import png
-        from pdf import near
         for url, beside in (("feed-reader://site.example/item/7", "feed-reader://site.example/item/a.png"),
                             ("file:///home/me/page.html", "file:///home/me/a.png")):
             with self.subTest(url):

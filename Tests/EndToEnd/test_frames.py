@@ -2,7 +2,9 @@
 
 import unittest
 
+from images import png
 from pages import SITE, blank_frame_with_content, frame_archive, page, three_levels_of_frames
+from pdf import near
 from tool import ToolTestCase
 from webarchive import Resource
 
@@ -73,8 +75,6 @@ class FramesTests(ToolTestCase):
         self.assertIn("FromTheList", self.text(archive))
 
     def test_frame_looks_in_its_own_archive_first(self):
-        from images import png
-        from pdf import near
         style = "<style>body{margin:0}iframe{border:0;display:block}</style>"
         archive = page('<iframe src="inner.html" width=200 height=100></iframe>'
                        '<img src="a.png" width=200 height=100 style="display:block">', head=style)
@@ -87,8 +87,6 @@ class FramesTests(ToolTestCase):
         self.assertTrue(near(picture.pixel(100, 150), (30, 60, 200)), picture.pixel(100, 150))
 
     def test_resource_only_in_another_frames_archive(self):
-        from images import png
-        from pdf import near
         archive = page('<img src="a.png" style="position:absolute;left:0;top:0" width=100 height=100>'
                        '<iframe src="inner.html" style="margin-top:120px"></iframe>')
         inner = frame_archive(None, SITE + "inner.html", "Inner")

@@ -1,6 +1,7 @@
 """Character sets and the resources of a page: pictures, style sheets, fonts."""
 
 import codecs
+import os
 import pathlib
 import subprocess
 import unittest
@@ -146,7 +147,6 @@ class ResourceTests(ToolTestCase):
 
     def test_large_picture(self):
         archive = page('<style>body{margin:0}</style><img src="a.png" width=100 height=100>')
-        import os
         noise = png(5, 5, GREEN) + os.urandom(40 << 20)
         self.assert_pixels(archive.add(Resource(SITE + "a.png", noise, "image/png")), {(50, 50): GREEN})
 
