@@ -1,15 +1,18 @@
-"""Small pictures made by rule: PNG, GIF and SVG of one colour."""
+"""Small pictures made by rule: PNG, GIF and SVG, as a rule of one colour."""
 
 import struct
 import zlib
 
 
-def png(width, height, colour):
-    """A PNG of one colour, an (r, g, b) triple."""
-    row = b"\0" + bytes(colour) * width
+def png(width, height, colour=None, pixels=None):
+    """A PNG of one (r, g, b) colour, or of the colour that pixels(x, y) gives."""
+    if pixels is None:
+        rows = (b"\0" + bytes(colour) * width) * height
+    else:
+        rows = b"".join(b"\0" + b"".join(bytes(pixels(x, y)) for x in range(width)) for y in range(height))
     header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
     return (b"\x89PNG\r\n\x1a\n" + _chunk(b"IHDR", header)
-            + _chunk(b"IDAT", zlib.compress(row * height)) + _chunk(b"IEND", b""))
+            + _chunk(b"IDAT", zlib.compress(rows)) + _chunk(b"IEND", b""))
 
 
 def _chunk(kind, data):
