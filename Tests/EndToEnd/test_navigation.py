@@ -16,6 +16,7 @@ class RefusedTests(NavigationTestCase):
     """What a person would do to leave the page is refused, whoever does it."""
 
     def assert_stays(self, archive):
+        destination(archive, "next.html?")
         self.assertEqual(self.words(destination(archive)), ["StillHere"])
 
     def test_link_clicked_by_a_script(self):
