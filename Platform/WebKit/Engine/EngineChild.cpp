@@ -165,13 +165,15 @@ void EngineChild::terminate() {
     terminated_ = true;
 }
 
-// Whether nothing is left of the engine.
+// Whether nothing is left of the engine. It comes first, and by its own number: only then is its end known,
+// and it may have died before it led its group.
 bool EngineChild::reap() {
     if (!reaped_) reaped_ = ::waitpid(pid_, &status_, WNOHANG) == pid_;
+    if (!reaped_) return false;
     pid_t descendant = 0;
     do descendant = ::waitpid(-pid_, nullptr, WNOHANG);
-    while (descendant > 0 && descendant != pid_);
-    return reaped_ && descendant < 0;
+    while (descendant > 0);
+    return descendant < 0;
 }
 
 std::string EngineChild::endText() const {

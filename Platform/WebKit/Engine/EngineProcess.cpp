@@ -75,7 +75,7 @@ void EngineProcess::connectionEnded() {
     bool canStart = !logSteps();
     std::string reason = "the web engine " + child_->endText();
     if (!answered_ && canStart && starts_ < mostStarts) {
-        if (options_.log) options_.log(reason + " before its first message; it is started again");
+        log(reason + " before its first message; it is started again");
         try {
             start();
             for (const auto& message : unanswered_) pipe_->send(message);
@@ -93,9 +93,14 @@ bool EngineProcess::logSteps() {
     bool fatal = false;
     for (const LaunchStep& step : child_->takeSteps()) {
         fatal = fatal || step.isFatal();
-        if (options_.log) options_.log(step.text());
+        log(step.text());
     }
     return fatal;
+}
+
+// Each line once: another start meets the same refusals.
+void EngineProcess::log(const std::string& line) {
+    if (logged_.insert(line).second && options_.log) options_.log(line);
 }
 
 void EngineProcess::terminate() {

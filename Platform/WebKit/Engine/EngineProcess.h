@@ -22,6 +22,7 @@
 
 #include <functional>
 #include <memory>
+#include <set>
 #include <string>
 #include <variant>
 #include <vector>
@@ -64,6 +65,7 @@ private:
     void messageArrived(std::string_view message);
     void connectionEnded();
     bool logSteps();
+    void log(const std::string& line);
 
     EngineExecutable executable_;
     EngineOptions options_;
@@ -71,6 +73,7 @@ private:
     std::unique_ptr<EngineChild> child_;
     std::unique_ptr<DevToolsPipe> pipe_;
     int starts_ = 0;
+    std::set<std::string> logged_;
     bool answered_ = false;
     bool ended_ = false;
     std::vector<std::string> unanswered_; // what was sent before the first message came, for another start
