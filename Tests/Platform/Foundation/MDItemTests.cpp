@@ -1,7 +1,7 @@
 #include "Platform/Foundation/MDItem.h"
 
 #include "Tests/Platform/Foundation/Printing.h"
-#include "Tests/Platform/Foundation/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ namespace qrv {
 TEST(KeywordsOfFile, NilWithoutTheAttribute) {
     const TemporaryFolder folder;
     EXPECT_TRUE(keywordsOfFile(folder.write("file", "x")).isNil());
-    EXPECT_TRUE(keywordsOfFile(folder.entry("missing")).isNil());
+    EXPECT_TRUE(keywordsOfFile(folder.pathOf("missing")).isNil());
     EXPECT_TRUE(keywordsOfFile(NSString()).isNil());
     EXPECT_TRUE(keywordsOfFile(u"/proc/self/status").isNil());
 }

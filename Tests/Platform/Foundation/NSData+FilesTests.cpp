@@ -1,7 +1,7 @@
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSError.h"
 #include "Tests/Platform/Foundation/Printing.h"
-#include "Tests/Platform/Foundation/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <cerrno>
 #include <csignal>
@@ -51,21 +51,21 @@ TEST_F(NSDataFiles, ReadsAFileWhoseSizeTheSystemDoesNotTell) {
 }
 
 TEST_F(NSDataFiles, AMissingFileIsNoSuchFile) {
-    const NSString path = folder.entry("missing");
+    const NSString path = folder.pathOf("missing");
     EXPECT_TRUE(read(path).isNil());
     expectError(NSFileReadNoSuchFileError, ENOENT, path);
     EXPECT_TRUE(NSData::initWithContentsOfFile_options_error(path, 0, nullptr).isNil());
 }
 
 TEST_F(NSDataFiles, AFolderCannotBeRead) {
-    EXPECT_TRUE(read(folder.entry("")).isNil());
-    expectError(NSFileReadUnknownError, EISDIR, folder.entry(""));
+    EXPECT_TRUE(read(folder.pathOf("")).isNil());
+    expectError(NSFileReadUnknownError, EISDIR, folder.pathOf(""));
 }
 
 TEST_F(NSDataFiles, AFileBelowAFileIsNoSuchFile) {
     folder.write("file", "x");
-    EXPECT_TRUE(read(folder.entry("file/below")).isNil());
-    expectError(NSFileReadNoSuchFileError, ENOTDIR, folder.entry("file/below"));
+    EXPECT_TRUE(read(folder.pathOf("file/below")).isNil());
+    expectError(NSFileReadNoSuchFileError, ENOTDIR, folder.pathOf("file/below"));
 }
 
 TEST_F(NSDataFiles, NilAndAPathWithANulNameNoFile) {
@@ -81,20 +81,20 @@ TEST_F(NSDataFiles, NilAndAPathWithANulNameNoFile) {
 }
 
 TEST_F(NSDataFiles, WritesBothWays) {
-    EXPECT_TRUE(write(folder.entry("a"), "one", NSDataWritingAtomic));
-    EXPECT_TRUE(write(folder.entry("b"), "two", NSDataWritingDirect));
+    EXPECT_TRUE(write(folder.pathOf("a"), "one", NSDataWritingAtomic));
+    EXPECT_TRUE(write(folder.pathOf("b"), "two", NSDataWritingDirect));
     EXPECT_EQ(folder.read("a") + folder.read("b"), "onetwo");
-    EXPECT_TRUE(NSData("three").writeToFile_atomically(folder.entry("a"), true));
-    EXPECT_TRUE(NSData().writeToFile_atomically(folder.entry("b"), false));
+    EXPECT_TRUE(NSData("three").writeToFile_atomically(folder.pathOf("a"), true));
+    EXPECT_TRUE(NSData().writeToFile_atomically(folder.pathOf("b"), false));
     EXPECT_EQ(folder.read("a") + folder.read("b"), "three");
-    EXPECT_EQ(folder.countOfEntries(), 2u);
+    EXPECT_EQ(folder.count(), 2u);
     EXPECT_TRUE(error.isNil());
 }
 
 TEST_F(NSDataFiles, PermissionsFollowTheUmask) {
     const mode_t before = ::umask(027);
-    EXPECT_TRUE(write(folder.entry("atomic"), "x", NSDataWritingAtomic));
-    EXPECT_TRUE(write(folder.entry("direct"), "x", NSDataWritingDirect));
+    EXPECT_TRUE(write(folder.pathOf("atomic"), "x", NSDataWritingAtomic));
+    EXPECT_TRUE(write(folder.pathOf("direct"), "x", NSDataWritingDirect));
     ::umask(before);
     for (const char* name : {"atomic", "direct"}) {
         EXPECT_EQ(fs::status(folder.path() / name).permissions(), fs::perms(0640));
@@ -104,7 +104,7 @@ TEST_F(NSDataFiles, PermissionsFollowTheUmask) {
 TEST_F(NSDataFiles, AnAtomicWriteReplacesTheFileInOneStep) {
     folder.write("file", "old");
     const int open = ::open((folder.path() / "file").c_str(), O_RDONLY | O_CLOEXEC);
-    EXPECT_TRUE(write(folder.entry("file"), "new"));
+    EXPECT_TRUE(write(folder.pathOf("file"), "new"));
     char text[4] = {};
     EXPECT_EQ(::read(open, text, 3), 3);
     ::close(open);
@@ -122,18 +122,18 @@ TEST_F(NSDataFiles, AFailedAtomicWriteLeavesTheOldFileAndNoTemporaryOne) {
         ::setrlimit(RLIMIT_FSIZE, &limit);
         const bool written =
             NSData(std::string(100'000, 'x'))
-                .writeToFile_options_error(folder.entry("file"), NSDataWritingAtomic, &error);
+                .writeToFile_options_error(folder.pathOf("file"), NSDataWritingAtomic, &error);
         ::_exit(!written && error.code() == NSFileWriteUnknownError ? 0 : 1);
     }
     int status = -1;
     ASSERT_EQ(::waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0);
     EXPECT_EQ(folder.read("file"), "old");
-    EXPECT_EQ(folder.countOfEntries(), 1u);
+    EXPECT_EQ(folder.count(), 1u);
 }
 
 TEST_F(NSDataFiles, AMissingFolderIsNoSuchFile) {
-    const NSString path = folder.entry("missing/file");
+    const NSString path = folder.pathOf("missing/file");
     for (const auto options : {NSDataWritingAtomic, NSDataWritingDirect}) {
         error = NSError();
         EXPECT_FALSE(write(path, "x", options));
@@ -145,18 +145,18 @@ TEST_F(NSDataFiles, AMissingFolderIsNoSuchFile) {
 TEST_F(NSDataFiles, AFolderIsNotReplaced) {
     fs::create_directory(folder.path() / "folder");
     for (const auto options : {NSDataWritingAtomic, NSDataWritingDirect}) {
-        EXPECT_FALSE(write(folder.entry("folder"), "x", options));
-        expectError(NSFileWriteUnknownError, EISDIR, folder.entry("folder"));
+        EXPECT_FALSE(write(folder.pathOf("folder"), "x", options));
+        expectError(NSFileWriteUnknownError, EISDIR, folder.pathOf("folder"));
     }
     EXPECT_TRUE(fs::is_directory(folder.path() / "folder"));
-    EXPECT_EQ(folder.countOfEntries(), 1u);
+    EXPECT_EQ(folder.count(), 1u);
 }
 
 TEST_F(NSDataFiles, ALinkStaysAndItsTargetIsReplaced) {
     fs::create_directory(folder.path() / "elsewhere");
     folder.write("elsewhere/target", "old");
     fs::create_symlink("elsewhere/target", folder.path() / "link");
-    EXPECT_TRUE(write(folder.entry("link"), "new"));
+    EXPECT_TRUE(write(folder.pathOf("link"), "new"));
     EXPECT_TRUE(fs::is_symlink(folder.path() / "link"));
     EXPECT_EQ(folder.read("elsewhere/target"), "new");
 }
@@ -166,7 +166,7 @@ TEST_F(NSDataFiles, ADeviceOrPipeIsWrittenToNotReplaced) {
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
     ASSERT_EQ(::mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
     const int reader = ::open((folder.path() / "pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    EXPECT_TRUE(write(folder.entry("pipe"), "through"));
+    EXPECT_TRUE(write(folder.pathOf("pipe"), "through"));
     char text[16] = {};
     EXPECT_EQ(::read(reader, text, sizeof text - 1), 7);
     ::close(reader);
@@ -174,9 +174,9 @@ TEST_F(NSDataFiles, ADeviceOrPipeIsWrittenToNotReplaced) {
 }
 
 TEST_F(NSDataFiles, ANameOfTheLongestLengthCanBeWritten) {
-    EXPECT_TRUE(write(folder.entry(std::string(255, 'n')), "x"));
-    EXPECT_FALSE(write(folder.entry(std::string(256, 'n')), "x"));
-    EXPECT_EQ(folder.countOfEntries(), 1u);
+    EXPECT_TRUE(write(folder.pathOf(std::string(255, 'n')), "x"));
+    EXPECT_FALSE(write(folder.pathOf(std::string(256, 'n')), "x"));
+    EXPECT_EQ(folder.count(), 1u);
 }
 
 } // namespace qrv

@@ -3,7 +3,7 @@
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "Tests/Platform/Foundation/Printing.h"
-#include "Tests/Platform/Foundation/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <clocale>
 #include <cmath>

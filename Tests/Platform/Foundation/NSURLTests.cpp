@@ -1,7 +1,7 @@
 #include "Platform/Foundation/NSURL.h"
 
 #include "Tests/Platform/Foundation/Printing.h"
-#include "Tests/Platform/Foundation/TemporaryFolder.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -105,8 +105,8 @@ TEST(NSURL, FileURLsOfFoldersEndInASlash) {
     folder.write("file", "x");
     const NSString root = NSString::fromUTF8(folder.path().string());
     EXPECT_TRUE(NSURL::fileURLWithPath(root).absoluteString().hasSuffix(u"/"));
-    EXPECT_FALSE(NSURL::fileURLWithPath(folder.entry("file")).absoluteString().hasSuffix(u"/"));
-    EXPECT_FALSE(NSURL::fileURLWithPath(folder.entry("missing")).absoluteString().hasSuffix(u"/"));
+    EXPECT_FALSE(NSURL::fileURLWithPath(folder.pathOf("file")).absoluteString().hasSuffix(u"/"));
+    EXPECT_FALSE(NSURL::fileURLWithPath(folder.pathOf("missing")).absoluteString().hasSuffix(u"/"));
     EXPECT_EQ(NSURL::fileURLWithPath_isDirectory(u"/x/", true).absoluteString(), NSString(u"file:///x/"));
     EXPECT_EQ(NSURL::fileURLWithPath_isDirectory(u"/x", true).path(), NSString(u"/x"));
 }
