@@ -2,12 +2,14 @@
 
 #include "Tests/Platform/WebKit/Engine/EngineTestSupport.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <cstdio>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <grp.h>
 #include <netinet/in.h>
-#include <poll.h>
+#include <sched.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -61,6 +63,17 @@ void becomeOrdinaryUser() {
         throw std::runtime_error("root can not be given up");
 }
 
+// Becomes root of a user namespace in which there is nobody else.
+void becomeOnlyRoot() {
+    std::string user = std::to_string(::geteuid());
+    std::string group = std::to_string(::getegid());
+    if (::unshare(CLONE_NEWUSER) != 0) throw std::runtime_error("no user namespace");
+    std::ofstream("/proc/self/setgroups") << "deny";
+    std::ofstream("/proc/self/uid_map") << "0 " + user + " 1\n";
+    std::ofstream("/proc/self/gid_map") << "0 " + group + " 1\n";
+    if (::geteuid() != 0) throw std::runtime_error("root is not mapped");
+}
+
 class EngineSandboxTest : public ::testing::Test {
 protected:
     EngineSandboxTest() {
@@ -84,14 +97,17 @@ protected:
     }
 
     // Whether a process in the engine's place gets through to the listener. Zero when it is barred.
-    int probe() {
+    int probe() { return firstWordsOf(prober_) == "barred" ? 0 : 1; }
+
+    // The first message of the program, or why none came.
+    std::string firstWordsOf(const std::string& program) {
         NSRunLoop loop;
-        auto engine = launch(options(prober_), loop);
+        auto engine = launch(options(program), loop);
         std::string said;
         engine->setMessageHandler([&said](std::string_view message) { said = message; });
         engine->setCloseHandler([&said](const std::string& reason) { said = reason; });
         loop.runUntil([&said] { return !said.empty(); }, std::chrono::steady_clock::now() + patience);
-        return said == "barred" ? 0 : 1;
+        return said;
     }
 
     // Has a page of the real engine try everything; zero when it ran and was barred.
@@ -187,6 +203,38 @@ TEST_F(EngineSandboxTest, WithoutUserNamespacesTheNetworkIsBarredAllTheSame) {
               }),
               0);
     EXPECT_EQ(listener_.connections(), 0);
+}
+
+TEST_F(EngineSandboxTest, WhereThereIsOnlyRootTheEngineIsSomebodyElseInAnotherNamespace) {
+    std::string script = directory_.addScript("whoami", "say \"$(id -u)\"; receive");
+    EXPECT_EQ(inChildProcess([this, &script] {
+                  becomeOnlyRoot();
+                  return (firstWordsOf(script) == "65534" ? 0 : 4) + probe() + browse() +
+                         (log_.empty() ? 0 : 10);
+              }),
+              0);
+    EXPECT_EQ(listener_.connections(), 0);
+}
+
+TEST_F(EngineSandboxTest, TheEngineNeverRunsAsRoot) {
+    std::string script = directory_.addScript("whoami", "say \"$(id -u)\"; receive");
+    EXPECT_EQ(inChildProcess([this, &script] {
+                  becomeOnlyRoot();
+                  refuseNamespaces(Refused::allNamespaces);
+                  return (firstWordsOf(script) == "the web engine exited with status 127" ? 0 : 4) +
+                         logHas("the engine can not be started without the rights of root");
+              }),
+              0);
+}
+
+TEST_F(EngineSandboxTest, EachStepIsLoggedOnce) {
+    EXPECT_EQ(inChildProcess([this] {
+                  refuseNamespaces(Refused::allNamespaces);
+                  int failed = browse(); // takes two starts
+                  std::string text = "a system call filter keeps it from the network";
+                  return failed + (log_.find(text) == log_.rfind(text) ? 0 : 4) + logHas(text);
+              }),
+              0);
 }
 
 TEST_F(EngineSandboxTest, StepsHaveTextsOfTheirOwn) {
