@@ -1,22 +1,95 @@
 #include "Platform/WebKit/Engine/PageMeasurements.h"
 
+#include "Platform/WebKit/Engine/Json.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <initializer_list>
 #include <string_view>
 
 namespace qrv::engine {
 namespace {
 
-constexpr double minimumView = 16;
-constexpr double maximumView = 20000;
-// The engine's lengths end at 2^25 px; the document stands below a page as high as the view.
-constexpr double maximumLength = 33'000'000;
-constexpr std::size_t longestValue = 16384;
+using M = PageMeasurements;
 
-double clampedLength(double value, double low, double high) {
-    return std::isnan(value) ? low : std::clamp(value, low, high);
+constexpr double smallestView = 16;
+constexpr double largestView = 20'000;
+// The engine's page sizes end at 2^25 times 3/4 pt, and a px is printed as a pt.
+constexpr double longest = 25'000'000;
+constexpr std::size_t longestValue = 16'384;
+
+struct NumberField {
+    const char* name;
+    double M::*member;
+    double low;
+    double high;
+};
+
+struct TextField {
+    const char* name;
+    std::string M::*member;
+    std::string_view initial;
+};
+
+struct FlagField {
+    const char* name;
+    bool M::*member;
+};
+
+constexpr NumberField numberFields[] = {
+    {"viewWidth", &M::viewWidth, smallestView, largestView},
+    {"viewHeight", &M::viewHeight, smallestView, largestView},
+    {"scrollWidth", &M::scrollWidth, 0, longest},
+    {"scrollHeight", &M::scrollHeight, 0, longest},
+    {"rootMarginTop", &M::rootMarginTop, -longest, longest},
+    {"rootMarginBottom", &M::rootMarginBottom, -longest, longest},
+    {"rootMarginLeft", &M::rootMarginLeft, -longest, longest},
+    {"rootBorderTop", &M::rootBorderTop, 0, longest},
+    {"rootBorderRight", &M::rootBorderRight, 0, longest},
+    {"rootBorderBottom", &M::rootBorderBottom, 0, longest},
+    {"rootBorderLeft", &M::rootBorderLeft, 0, longest},
+    {"rootPaddingTop", &M::rootPaddingTop, 0, longest},
+    {"rootPaddingRight", &M::rootPaddingRight, 0, longest},
+    {"rootPaddingBottom", &M::rootPaddingBottom, 0, longest},
+    {"rootPaddingLeft", &M::rootPaddingLeft, 0, longest},
+    {"rootWidth", &M::rootWidth, 0, longest},
+    {"rootHeight", &M::rootHeight, 0, longest},
+    {"bodyMarginLeft", &M::bodyMarginLeft, -longest, longest},
+    {"bodyWidth", &M::bodyWidth, 0, longest},
+    {"bodyHeight", &M::bodyHeight, 0, longest},
+};
+
+constexpr TextField textFields[] = {
+    {"rootDisplay", &M::rootDisplay, "block"},
+    {"bodyWritingMode", &M::bodyWritingMode, "horizontal-tb"},
+    {"bodyDirection", &M::bodyDirection, "ltr"},
+    {"canvasImages", &M::canvasImages, "none"},
+    {"canvasColor", &M::canvasColor, "rgba(0, 0, 0, 0)"},
+    {"canvasPositionX", &M::canvasPositionX, "0%"},
+    {"canvasPositionY", &M::canvasPositionY, "0%"},
+    {"canvasSize", &M::canvasSize, "auto"},
+    {"canvasRepeat", &M::canvasRepeat, "repeat"},
+};
+
+constexpr FlagField flagFields[] = {
+    {"isQuirky", &M::isQuirky},
+    {"rootIsHtml", &M::rootIsHtml},
+    {"hasBody", &M::hasBody},
+    {"rootHeightIsAuto", &M::rootHeightIsAuto},
+    {"rootIsContainer", &M::rootIsContainer},
+    {"bodyOverflowSpreads", &M::bodyOverflowSpreads},
+    {"canvasFromBody", &M::canvasFromBody},
+    {"canvasHasImage", &M::canvasHasImage},
+    {"canvasIsFixed", &M::canvasIsFixed},
+};
+
+bool hasBalancedParentheses(std::string_view text) {
+    int depth = 0;
+    for (char c : text) {
+        if (c == '(') ++depth;
+        if (c == ')' && --depth < 0) return false;
+    }
+    return depth == 0;
 }
 
 // Computed values of these properties never hold quotes, braces, semicolons or escapes.
@@ -25,39 +98,31 @@ bool isPlainValue(std::string_view text) {
         "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789 .,%()+-*/#";
     return !text.empty() && text.size() <= longestValue &&
            text.find_first_not_of(allowed) == std::string_view::npos &&
-           text.find("/*") == std::string_view::npos &&
-           std::count(text.begin(), text.end(), '(') == std::count(text.begin(), text.end(), ')');
-}
-
-void keepPlain(std::string& text, std::string_view initial) {
-    if (!isPlainValue(text)) text = initial;
+           text.find("/*") == std::string_view::npos && hasBalancedParentheses(text);
 }
 
 } // namespace
 
-PageMeasurements sanitized(PageMeasurements m) {
-    m.viewWidth = clampedLength(m.viewWidth, minimumView, maximumView);
-    m.viewHeight = clampedLength(m.viewHeight, minimumView, maximumView);
-    m.scrollWidth = clampedLength(m.scrollWidth, 0, maximumLength);
-    m.scrollHeight = clampedLength(m.scrollHeight, 0, maximumLength);
-    for (double* length : {&m.rootBorderTop, &m.rootBorderRight, &m.rootBorderBottom, &m.rootBorderLeft,
-                           &m.rootPaddingTop, &m.rootPaddingRight, &m.rootPaddingBottom, &m.rootPaddingLeft,
-                           &m.rootWidth, &m.rootHeight, &m.bodyWidth, &m.bodyHeight}) {
-        *length = clampedLength(*length, 0, maximumLength);
+PageMeasurements sanitized(PageMeasurements measurements) {
+    for (const auto& field : numberFields) {
+        double& value = measurements.*field.member;
+        value = std::isnan(value) ? std::max(0.0, field.low) : std::clamp(value, field.low, field.high);
     }
-    for (double* margin : {&m.rootMarginTop, &m.rootMarginBottom, &m.rootMarginLeft, &m.bodyMarginLeft}) {
-        *margin = std::isnan(*margin) ? 0 : std::clamp(*margin, -maximumLength, maximumLength);
+    for (const auto& field : textFields) {
+        std::string& value = measurements.*field.member;
+        if (!isPlainValue(value)) value = field.initial;
     }
-    keepPlain(m.bodyWritingMode, "horizontal-tb");
-    keepPlain(m.bodyDirection, "ltr");
-    keepPlain(m.rootDisplay, "block");
-    keepPlain(m.canvasImages, "none");
-    keepPlain(m.canvasColor, "rgba(0, 0, 0, 0)");
-    keepPlain(m.canvasPositionX, "0%");
-    keepPlain(m.canvasPositionY, "0%");
-    keepPlain(m.canvasSize, "auto");
-    keepPlain(m.canvasRepeat, "repeat");
-    return m;
+    return measurements;
+}
+
+PageMeasurements pageMeasurementsFromJson(const Json& answer) {
+    PageMeasurements measurements;
+    for (const auto& field : numberFields) measurements.*field.member = answer[field.name].number();
+    for (const auto& field : textFields) measurements.*field.member = answer[field.name].string();
+    for (const auto& field : flagFields) {
+        measurements.*field.member = answer[field.name].boolean(measurements.*field.member);
+    }
+    return sanitized(measurements);
 }
 
 } // namespace qrv::engine

@@ -4,6 +4,8 @@
 
 namespace qrv::engine {
 
+class Json;
+
 // What the measuring script (PageScripts.h) says of a page, laid out on the screen at the view's size and
 // scrolled to its start. Lengths are CSS px. The script's answer is one flat object whose keys are the names
 // of these fields.
@@ -20,7 +22,7 @@ struct PageMeasurements {
     std::string bodyWritingMode; // the root's without a body
     std::string bodyDirection;
 
-    // The root's box: margins as used (auto resolved), content size as used.
+    // The root's box: margins as used, position offsets included; content size as used.
     double rootMarginTop = 0;
     double rootMarginBottom = 0;
     double rootMarginLeft = 0;
@@ -57,8 +59,10 @@ struct PageMeasurements {
 };
 
 // The measurements with every number finite and within what the engine can lay out, and every text that goes
-// into a style sheet replaced by its initial value unless it is a plain CSS value. Pages are hostile:
-// whatever comes from a script's answer passes here.
+// into a style sheet replaced by its initial value unless it is a plain CSS value. Pages are hostile.
 PageMeasurements sanitized(PageMeasurements measurements);
+
+// The measuring script's answer, sanitized. What is missing or of another kind has its initial value.
+PageMeasurements pageMeasurementsFromJson(const Json& answer);
 
 } // namespace qrv::engine

@@ -64,7 +64,7 @@ constexpr std::string_view measuring = R"js((() => {
         rootDisplay: rootStyle.display,
         bodyWritingMode: bodyStyle.writingMode,
         bodyDirection: bodyStyle.direction,
-        rootMarginTop: edge('marginTop'),
+        rootMarginTop: isMoved ? edge('marginTop') : rootBox.top,
         rootMarginBottom: edge('marginBottom'),
         rootMarginLeft: isMoved ? edge('marginLeft') : rootBox.left,
         rootBorderTop: edge('borderTopWidth'),
@@ -103,6 +103,8 @@ constexpr std::string_view applying = R"js(((text, copiesBodyImage) => {
     const property = (name) => accessor(name).get.call(document);
     const root = property('documentElement');
     const body = property('body');
+    const takeBack = Symbol.for('web2pdf-print');
+    globalThis[takeBack]?.();
     if (copiesBodyImage) {
         text += '@layer web2pdf-print{html{background-image:' +
             getComputedStyle(body).backgroundImage + '!important}}';
@@ -116,6 +118,11 @@ constexpr std::string_view applying = R"js(((text, copiesBodyImage) => {
         sheet.replaceSync(text);
         accessor('adoptedStyleSheets').set.call(document, [sheet, ...property('adoptedStyleSheets')]);
     }
+    globalThis[takeBack] = () => {
+        element.remove();
+        accessor('adoptedStyleSheets').set.call(
+            document, property('adoptedStyleSheets').filter((adopted) => adopted !== sheet));
+    };
     for (const layer of sheet.cssRules) {
         for (const rule of layer.cssRules) {
             const target = {html: root, body}[rule.selectorText];

@@ -19,8 +19,8 @@ std::string measuringScript();
 std::string applyingScript(const PrintPlan& plan);
 
 // A promise (awaitPromise) for the fonts in use and the images of the page and of all its frames of the same
-// origin, or for the time to be over. Answers {"waitedFor": number of fonts sets and images, "timedOut":
-// bool}.
+// origin, or for the time to be over. To be evaluated before the page's scripts are switched off: without
+// them the timer never ends. Answers {"waitedFor": number of font sets and images, "timedOut": bool}.
 std::string readinessScript(std::chrono::milliseconds limit);
 
 } // namespace qrv::engine

@@ -90,6 +90,7 @@ void addRootInPlace(StyleRule& root, const PageMeasurements& m) {
 void addBody(StyleSheet& sheet, const PageMeasurements& m, bool keepsHeight) {
     if (!m.hasBody) return;
     StyleRule body("body");
+    body.add("transition", "none");
     body.add("direction", m.bodyDirection);
     body.add("writing-mode", m.bodyWritingMode);
     if (m.bodyOverflowSpreads) body.add("overflow", "visible");
@@ -326,6 +327,9 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     addRootInPlace(root, m);
     RootBox box = boxOnScreen(m);
     box.marginLeft += leftOverflow(m);
+    // A page break swallows margins.
+    box.padding.top += std::max(0.0, m.rootMarginTop);
+    root.add("padding", text(box.padding));
     root.add("margin", pixels(m.viewHeight) + " 0 0 " + pixels(box.marginLeft));
     // Without a document type html and body fill the view, but not behind the viewport page unless told so.
     bool keepsHeight = m.isQuirky && documentHeight(m) <= m.viewHeight;

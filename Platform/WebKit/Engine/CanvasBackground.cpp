@@ -1,0 +1,106 @@
+#include "Platform/WebKit/Engine/CanvasBackground.h"
+
+#include "Platform/WebKit/Engine/StyleText.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <vector>
+
+namespace qrv::engine {
+namespace {
+
+std::string_view trimmed(std::string_view text) {
+    while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+    while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+    return text;
+}
+
+// The items of a list, separators inside parentheses not counted. Never empty.
+std::vector<std::string_view> split(std::string_view list, char separator) {
+    std::vector<std::string_view> items;
+    std::size_t start = 0;
+    int depth = 0;
+    for (std::size_t i = 0; i < list.size(); ++i) {
+        if (list[i] == '(') ++depth;
+        if (list[i] == ')') --depth;
+        if (list[i] != separator || depth != 0) continue;
+        items.push_back(trimmed(list.substr(start, i - start)));
+        start = i + 1;
+    }
+    items.push_back(trimmed(list.substr(start)));
+    return items;
+}
+
+double leadingNumber(std::string_view text) {
+    double value = 0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+// The share of the free space in a position: what stands before its percent sign.
+double freeShare(std::string_view position) {
+    auto percent = position.find('%');
+    if (percent == std::string_view::npos) return 0;
+    auto start = position.find_last_not_of("0123456789.-", percent - 1);
+    return leadingNumber(position.substr(start == std::string_view::npos ? 0 : start + 1)) / 100;
+}
+
+std::string movedPosition(std::string_view position, BackgroundAxis from, BackgroundAxis to, double shift) {
+    std::string value(position);
+    auto space = position.find(' ');
+    auto edge = position.substr(0, space);
+    bool countsFromEnd = edge == "right" || edge == "bottom";
+    if (countsFromEnd || edge == "left" || edge == "top") {
+        auto offset = space == std::string_view::npos ? std::string_view("0px") : position.substr(space + 1);
+        value = (countsFromEnd ? "100% - " : "0% + ") + std::string(offset);
+    }
+    double distance = from.start - to.start + shift - freeShare(value) * (to.length - from.length);
+    return "calc(" + value + " + " + pixels(distance) + ")";
+}
+
+bool isPercentage(std::string_view text) {
+    return text.find_first_not_of("0123456789.%") == std::string_view::npos && text.ends_with('%');
+}
+
+std::string fixedSize(std::string_view size, bool isGradient, double width, double height) {
+    bool isKeyword = size == "cover" || size == "contain";
+    if (isKeyword) return isGradient ? pixels(width) + " " + pixels(height) : std::string(size);
+    auto parts = split(size, ' ');
+    parts.resize(2, "auto");
+    std::string result;
+    for (double whole : {width, height}) {
+        auto part = parts[result.empty() ? 0 : 1];
+        if (!result.empty()) result += ' ';
+        if (isPercentage(part)) {
+            result += pixels(whole * leadingNumber(part) / 100);
+        } else {
+            result += isGradient && part == "auto" ? pixels(whole) : std::string(part);
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+std::string movedPositions(std::string_view positions, BackgroundAxis from, BackgroundAxis to, double shift) {
+    std::string result;
+    for (auto position : split(positions, ',')) {
+        if (!result.empty()) result += ',';
+        result += movedPosition(position, from, to, shift);
+    }
+    return result;
+}
+
+std::string fixedSizes(std::string_view sizes, std::string_view images, double width, double height) {
+    auto perLayer = split(sizes, ',');
+    std::string result;
+    std::size_t layer = 0;
+    for (auto image : split(images, ',')) {
+        if (!result.empty()) result += ',';
+        result += fixedSize(perLayer[layer++ % perLayer.size()], image.ends_with("gradient"), width, height);
+    }
+    return result;
+}
+
+} // namespace qrv::engine

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace qrv::engine {
+
+// One axis of the box that background positions and sizes refer to, px.
+struct BackgroundAxis {
+    double start = 0;
+    double length = 0;
+};
+
+// A computed background-position-x or -y list for images that shall appear where they did relative to the
+// axis `from`, when the engine places them relative to the axis `to`; and all moved on by `shift`.
+std::string movedPositions(std::string_view positions, BackgroundAxis from, BackgroundAxis to, double shift);
+
+// A computed background-size list for the same images: whatever is relative to the box, gradients without a
+// size of their own included, becomes px. `images` names each layer's kind, as in "linear-gradient,url".
+// Images that cover or fit the box go on doing so with the new one, since their own size is not known here.
+std::string fixedSizes(std::string_view sizes, std::string_view images, double width, double height);
+
+} // namespace qrv::engine

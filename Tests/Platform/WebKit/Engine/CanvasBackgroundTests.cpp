@@ -1,0 +1,61 @@
+#include "Platform/WebKit/Engine/CanvasBackground.h"
+
+#include <gtest/gtest.h>
+
+namespace qrv::engine {
+namespace {
+
+TEST(CanvasBackground, MovesPositions) {
+    struct {
+        const char* positions;
+        const char* moved;
+    } cases[] = {
+        {"0px", "calc(0px + 792px)"},
+        {"12px", "calc(12px + 792px)"},
+        {"0%, 50%", "calc(0% + 792px),calc(50% + 792px)"},
+        {"right 10px", "calc(100% - 10px + 792px)"},
+        {"bottom", "calc(100% - 0px + 792px)"},
+        {"left 5px, top", "calc(0% + 5px + 792px),calc(0% + 0px + 792px)"},
+        {"calc(100% - 10px), 3px", "calc(calc(100% - 10px) + 792px),calc(3px + 792px)"},
+        {"min(1px, 2%)", "calc(min(1px, 2%) + 792px)"},
+    };
+
+    for (const auto& c : cases) EXPECT_EQ(movedPositions(c.positions, {0, 500}, {0, 500}, 792), c.moved);
+}
+
+// An image of 30 px in a box of 100 px that begins at 20 stands at 20 + p * 70; in one of 400 px that begins
+// at 5 it has to stand there still.
+TEST(CanvasBackground, KeepsPlacesInABoxOfAnotherSize) {
+    BackgroundAxis from{20, 100};
+    BackgroundAxis to{5, 400};
+    EXPECT_EQ(movedPositions("0%", from, to, 0), "calc(0% + 15px)");
+    EXPECT_EQ(movedPositions("100%", from, to, 0), "calc(100% + -285px)");
+    EXPECT_EQ(movedPositions("25%", from, to, 1), "calc(25% + -59px)");
+    EXPECT_EQ(movedPositions("right 10px", from, to, 0), "calc(100% - 10px + -285px)");
+    EXPECT_EQ(movedPositions("calc(50% + 3px)", from, to, 0), "calc(calc(50% + 3px) + -135px)");
+    EXPECT_EQ(movedPositions("7px", from, to, 0), "calc(7px + 15px)");
+}
+
+TEST(CanvasBackground, FixesSizes) {
+    struct {
+        const char* sizes;
+        const char* images;
+        const char* fixed;
+    } cases[] = {
+        {"auto", "url", "auto auto"},
+        {"auto", "linear-gradient", "200px 50px"},
+        {"cover", "radial-gradient", "200px 50px"},
+        {"contain", "url", "contain"},
+        {"50% 20%", "url", "100px 10px"},
+        {"50%", "url", "100px auto"},
+        {"50%", "conic-gradient", "100px 50px"},
+        {"30px 40px", "linear-gradient", "30px 40px"},
+        {"calc(50% + 1px) auto", "url", "calc(50% + 1px) auto"},
+        {"auto, 10px", "linear-gradient,url,linear-gradient", "200px 50px,10px auto,200px 50px"},
+    };
+
+    for (const auto& c : cases) EXPECT_EQ(fixedSizes(c.sizes, c.images, 200, 50), c.fixed);
+}
+
+} // namespace
+} // namespace qrv::engine

@@ -1,0 +1,39 @@
+#include "Platform/WebKit/Engine/PageScripts.h"
+
+#include <gtest/gtest.h>
+
+namespace qrv::engine {
+namespace {
+
+TEST(PageScripts, MeasuringScriptNamesEveryField) {
+    std::string script = measuringScript();
+    for (
+        const char* name :
+        {"viewWidth",        "viewHeight",       "scrollWidth",    "scrollHeight",        "isQuirky",
+         "rootIsHtml",       "hasBody",          "rootDisplay",    "bodyWritingMode",     "bodyDirection",
+         "rootMarginTop",    "rootMarginBottom", "rootMarginLeft", "rootBorderTop",       "rootBorderRight",
+         "rootBorderBottom", "rootBorderLeft",   "rootPaddingTop", "rootPaddingRight",    "rootPaddingBottom",
+         "rootPaddingLeft",  "rootWidth",        "rootHeight",     "rootHeightIsAuto",    "rootIsContainer",
+         "bodyMarginLeft",   "bodyWidth",        "bodyHeight",     "bodyOverflowSpreads", "canvasHasImage",
+         "canvasImages",     "canvasIsFixed",    "canvasColor",    "canvasPositionX",     "canvasPositionY",
+         "canvasSize",       "canvasRepeat"}) {
+        EXPECT_NE(script.find(std::string(name) + ":"), std::string::npos) << name;
+    }
+    EXPECT_NE(script.find("canvasFromBody,"), std::string::npos);
+}
+
+TEST(PageScripts, ApplyingScriptQuotesTheSheet) {
+    PrintPlan plan;
+    plan.styleSheet = "a{content:'\\'}\n</style>";
+    std::string call = R"--(('a{content:\x27\x5c\x27}\x0a\x3c/style>',false))--";
+    EXPECT_TRUE(applyingScript(plan).ends_with(call)) << applyingScript(plan);
+    plan.copiesBodyImage = true;
+    EXPECT_TRUE(applyingScript(plan).ends_with("',true)"));
+}
+
+TEST(PageScripts, ReadinessScriptIsBounded) {
+    EXPECT_TRUE(readinessScript(std::chrono::milliseconds(2500)).ends_with(")(2500)"));
+}
+
+} // namespace
+} // namespace qrv::engine

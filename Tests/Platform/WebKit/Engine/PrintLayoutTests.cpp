@@ -1,0 +1,341 @@
+#include "Platform/WebKit/Engine/PrintLayout.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace qrv::engine {
+namespace {
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+
+// An ordinary page: no document-wide styles but the engine's own.
+PageMeasurements page(double width, double height, double viewWidth = 612, double viewHeight = 792) {
+    PageMeasurements m;
+    m.viewWidth = viewWidth;
+    m.viewHeight = viewHeight;
+    m.scrollWidth = width;
+    m.scrollHeight = height;
+    m.rootIsHtml = true;
+    m.hasBody = true;
+    m.rootWidth = viewWidth;
+    m.rootHeight = height;
+    m.bodyMarginLeft = 8;
+    m.bodyWidth = viewWidth - 16;
+    m.bodyHeight = height - 16;
+    return m;
+}
+
+// The declarations of the rule with this selector, found as whole words in the sheet.
+std::string ruleOf(const PrintPlan& plan, const std::string& selector) {
+    for (const char* before : {"}", "{"}) {
+        auto start = plan.styleSheet.find(before + selector + "{");
+        if (start == std::string::npos) continue;
+        start += selector.size() + 2;
+        auto end = plan.styleSheet.find('}', start);
+        return ";" + plan.styleSheet.substr(start, end - start);
+    }
+    return {};
+}
+
+// The value that a rule gives to a property last, without its importance; "" when none.
+std::string valueOf(const PrintPlan& plan, const std::string& selector, const std::string& property) {
+    std::string rule = ruleOf(plan, selector);
+    auto start = rule.rfind(";" + property + ":");
+    if (start == std::string::npos) return {};
+    start += property.size() + 2;
+    return rule.substr(start, rule.find("!important", start) - start);
+}
+
+TEST(PrintLayout, ScreenViewIsThePaperInPixels) {
+    EXPECT_EQ(screenView(612, 792).width, 612);
+    EXPECT_EQ(screenView(612, 792).height, 792);
+    EXPECT_EQ(screenView(595.28, 841.89).width, 595);
+    EXPECT_EQ(screenView(595.28, 841.89).height, 842);
+    EXPECT_EQ(screenView(nan, infinity).width, 72);
+    EXPECT_EQ(screenView(nan, infinity).height, 14400);
+}
+
+TEST(PrintLayout, PaginatedViewIsWhatTheMarginsLeave) {
+    struct {
+        double width, height, margin, viewWidth, viewHeight;
+    } cases[] = {
+        {612, 792, 36, 720, 960},   {595, 842, 36, 697, 1026},     {612, 792, 0, 816, 1056},
+        {612, 792, -10, 816, 1056}, {612, 792, nan, 816, 1056},    {612, 792, 1e9, 96, 336},
+        {612, 792, 300, 96, 336},   {612, 792, infinity, 96, 336}, {10, 10, 36, 96, 96},
+    };
+
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.width << " x " << c.height << " margin " << c.margin);
+        LayoutSize view = paginatedView(c.width, c.height, c.margin);
+        EXPECT_EQ(view.width, c.viewWidth);
+        EXPECT_EQ(view.height, c.viewHeight);
+    }
+}
+
+TEST(PrintLayout, ScreenPageIsTheLargerOfViewAndDocument) {
+    struct {
+        double width, height, pageWidth, pageHeight;
+    } cases[] = {{612, 3000, 612, 3000}, {612, 200, 612, 792},     {3000, 100, 3000, 792},
+                 {0, 0, 612, 792},       {900, 50000, 900, 50000}, {infinity, nan, 25'000'000, 792}};
+
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.width << " x " << c.height);
+        for (const PrintPlan& plan :
+             {screenPlan(page(c.width, c.height)), plainScreenPlan(page(c.width, c.height))}) {
+            EXPECT_EQ(plan.pageWidth, c.pageWidth);
+            EXPECT_EQ(plan.pageHeight, c.pageHeight);
+            EXPECT_DOUBLE_EQ(plan.paperWidth, c.pageWidth * plan.shrink / 72);
+            EXPECT_DOUBLE_EQ(plan.paperHeight, c.pageHeight * plan.shrink / 72);
+        }
+    }
+}
+
+TEST(PrintLayout, ScreenPlanPrintsThePageBehindTheViewport) {
+    PrintPlan plan = screenPlan(page(900, 3000));
+    EXPECT_TRUE(plan.usesViewportPage);
+    EXPECT_EQ(plan.pageRanges, "2");
+    EXPECT_DOUBLE_EQ(plan.scale, 4.0 / 3);
+    EXPECT_EQ(plan.shrink, 1);
+    EXPECT_FALSE(plan.copiesBodyImage);
+    EXPECT_EQ(valueOf(plan, "@page document:first", "size"), "612pt 792pt");
+    EXPECT_EQ(valueOf(plan, "@page document", "size"), "900pt 3000pt");
+    EXPECT_EQ(valueOf(plan, "html", "page"), "document");
+    EXPECT_EQ(valueOf(plan, "html", "contain"), "size layout");
+    EXPECT_EQ(valueOf(plan, "html", "width"), "612px");
+    EXPECT_EQ(valueOf(plan, "html", "margin"), "0.05px 0 0 0px");
+}
+
+// The padding box is always the view, the border box reaches at least its end.
+TEST(PrintLayout, RootsPaddingBoxBecomesTheView) {
+    struct {
+        const char* name;
+        double height, margin, padding;
+        bool isAuto;
+        const char *paddings, *content, *cssHeight, *border;
+    } cases[] = {
+        {"tall", 3000, 0, 0, true, "0px 0px 0px 0px", "792px", "auto", "2208px solid transparent"},
+        {"short", 200, 0, 0, true, "0px 0px 592px 0px", "200px", "auto", ""},
+        {"as high as the view", 792, 0, 0, true, "0px 0px 0px 0px", "792px", "auto", ""},
+        {"tall, padded", 3000, 0, 10, true, "10px 10px 10px 10px", "772px", "auto",
+         "2228px solid transparent"},
+        {"short, with margins", 200, 20, 0, true, "20px 20px 572px 20px", "200px", "auto", ""},
+        {"tall, with margins", 3000, 20, 5, true, "25px 25px 5px 25px", "762px", "auto",
+         "2258px solid transparent"},
+        {"of fixed height", 792, 0, 0, false, "0px 0px 0px 0px", "792px", "792px", ""},
+        {"fixed and short", 300, 0, 0, false, "0px 0px 492px 0px", "300px", "300px", ""},
+    };
+
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        PageMeasurements m = page(612, c.height + 2 * (c.margin + c.padding));
+        m.rootMarginTop = m.rootMarginBottom = m.rootMarginLeft = c.margin;
+        m.rootPaddingTop = m.rootPaddingRight = m.rootPaddingBottom = m.rootPaddingLeft = c.padding;
+        m.rootWidth = 612 - 2 * (c.margin + c.padding);
+        m.rootHeight = c.height;
+        m.rootHeightIsAuto = c.isAuto;
+        PrintPlan plan = screenPlan(m);
+        EXPECT_EQ(valueOf(plan, "html", "padding"), c.paddings);
+        EXPECT_EQ(valueOf(plan, "html", "contain-intrinsic-height"), c.content);
+        EXPECT_EQ(valueOf(plan, "html", "height"), c.cssHeight);
+        EXPECT_EQ(valueOf(plan, "html", "border-bottom"), c.border);
+    }
+}
+
+TEST(PrintLayout, RootThatContainsPositionedBoxesKeepsItsPaddingBox) {
+    PageMeasurements m = page(612, 3000);
+    m.rootIsContainer = true;
+    m.rootMarginTop = 30;
+    PrintPlan plan = screenPlan(m);
+    EXPECT_EQ(valueOf(plan, "html", "contain-intrinsic-height"), "3000px");
+    EXPECT_EQ(valueOf(plan, "html", "padding"), "0px 0px 0px 0px");
+    EXPECT_EQ(valueOf(plan, "html", "border-top"), "30px solid transparent");
+    EXPECT_EQ(valueOf(plan, "html", "border-bottom"), "");
+
+    PageMeasurements low = page(612, 200);
+    low.rootIsContainer = true;
+    EXPECT_EQ(valueOf(screenPlan(low), "html", "border-bottom"), "592px solid transparent");
+}
+
+TEST(PrintLayout, RightToLeftPagesReachToTheLeftOfTheView) {
+    PageMeasurements m = page(1500, 900);
+    m.bodyDirection = "rtl";
+    PrintPlan plan = screenPlan(m);
+    EXPECT_EQ(valueOf(plan, "html", "margin"), "0.05px 0 0 888px");
+    EXPECT_EQ(valueOf(plan, "html", "direction"), "ltr");
+    EXPECT_EQ(valueOf(plan, "body", "direction"), "rtl");
+    EXPECT_EQ(valueOf(plan, "body", "margin-left"), "8px");
+    EXPECT_EQ(valueOf(plan, "body", "width"), "596px");
+    EXPECT_EQ(valueOf(screenPlan(page(1500, 900)), "body", "width"), "");
+
+    m.viewWidth = 720;
+    m.viewHeight = 960;
+    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "html", "margin"), "960px 0 0 780px");
+}
+
+TEST(PrintLayout, BodysBackgroundMovesToTheRoot) {
+    PageMeasurements m = page(612, 3000);
+    m.canvasFromBody = true;
+    m.canvasColor = "rgb(1, 2, 3)";
+    PrintPlan plan = screenPlan(m);
+    EXPECT_EQ(valueOf(plan, "html", "background-color"), "rgb(1, 2, 3)");
+    EXPECT_EQ(valueOf(plan, "html", "background-position-y"), "");
+    EXPECT_EQ(valueOf(plan, "body", "background"), "none");
+    EXPECT_FALSE(plan.copiesBodyImage);
+
+    m.canvasHasImage = true;
+    m.canvasImages = "url";
+    m.canvasSize = "cover";
+    m.canvasRepeat = "no-repeat";
+    m.canvasPositionX = "50%";
+    m.canvasPositionY = "0%";
+    plan = screenPlan(m);
+    EXPECT_TRUE(plan.copiesBodyImage);
+    EXPECT_EQ(valueOf(plan, "html", "background-size"), "cover");
+    EXPECT_EQ(valueOf(plan, "html", "background-repeat"), "no-repeat");
+    EXPECT_EQ(valueOf(plan, "html", "background-origin"), "border-box");
+    EXPECT_EQ(valueOf(plan, "html", "background-position-x"), "calc(50% + 0px)");
+    EXPECT_EQ(valueOf(plan, "html", "background-position-y"), "calc(0% + 792px)");
+    EXPECT_TRUE(paginatedPlan(m, 612, 792, 36).copiesBodyImage);
+}
+
+TEST(PrintLayout, RootsBackgroundStaysWithTheRoot) {
+    PageMeasurements m = page(612, 200);
+    m.canvasHasImage = true;
+    m.canvasImages = "linear-gradient";
+    PrintPlan plan = screenPlan(m);
+    EXPECT_FALSE(plan.copiesBodyImage);
+    EXPECT_EQ(valueOf(plan, "body", "background"), "");
+    EXPECT_EQ(valueOf(plan, "html", "background-color"), "");
+    EXPECT_EQ(valueOf(plan, "html", "background-size"),
+              "612px 200px"); // repeats below the root, as on the screen
+
+    m.canvasIsFixed = true;
+    EXPECT_EQ(valueOf(screenPlan(m), "html", "background-size"), "auto"); // refers to the view
+}
+
+TEST(PrintLayout, SpreadOverflowStaysWithTheViewport) {
+    PageMeasurements m = page(612, 3000);
+    EXPECT_EQ(valueOf(screenPlan(m), "body", "overflow"), "");
+    m.bodyOverflowSpreads = true;
+    EXPECT_EQ(valueOf(screenPlan(m), "body", "overflow"), "visible");
+    m.hasBody = false;
+    EXPECT_EQ(ruleOf(screenPlan(m), "body"), "");
+}
+
+TEST(PrintLayout, WhatCannotBePushedIsPrintedPlainly) {
+    PageMeasurements image = page(800, 1200);
+    image.rootIsHtml = false;
+    PageMeasurements vertical = page(800, 1200);
+    vertical.bodyWritingMode = "vertical-rl";
+    PageMeasurements table = page(800, 1200);
+    table.rootDisplay = "table";
+    for (const auto& m : {image, vertical, table}) {
+        PrintPlan plan = screenPlan(m);
+        EXPECT_FALSE(plan.usesViewportPage);
+        EXPECT_EQ(plan.pageRanges, "1");
+        EXPECT_DOUBLE_EQ(plan.scale, 1);
+        EXPECT_DOUBLE_EQ(plan.shrink, 0.75);
+        EXPECT_EQ(valueOf(plan, "@page ", "size"), "800px 1200px");
+        EXPECT_EQ(ruleOf(plan, "html"), "");
+
+        PrintPlan paginated = paginatedPlan(m, 612, 792, 36);
+        EXPECT_FALSE(paginated.usesViewportPage);
+        EXPECT_EQ(paginated.pageRanges, "");
+        EXPECT_EQ(valueOf(paginated, "@page ", "margin"), "36pt");
+    }
+    // Columns of vertical text go on to the next page instead of being scaled.
+    vertical.viewWidth = 720;
+    vertical.scrollWidth = 5000;
+    EXPECT_EQ(paginatedPlan(vertical, 612, 792, 36).scale, 1);
+}
+
+TEST(PrintLayout, PaginatedPlanFitsTheWidth) {
+    struct {
+        double width, scale, shrink;
+    } cases[] = {{720, 1, 1},    {100, 1, 1},     {1440, 0.5, 1},
+                 {7200, 0.1, 1}, {14400, 0.1, 2}, {10000, 0.1, 10000 / 7200.0}};
+
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.width);
+        PrintPlan plan = paginatedPlan(page(c.width, 3000, 720, 960), 612, 792, 36);
+        EXPECT_TRUE(plan.usesViewportPage);
+        EXPECT_EQ(plan.pageRanges, "2-");
+        EXPECT_NEAR(plan.scale, c.scale, 1e-12);
+        EXPECT_NEAR(plan.shrink, c.shrink, 1e-12);
+        EXPECT_EQ(plan.pageWidth, 612);
+        EXPECT_EQ(plan.pageHeight, 792);
+        EXPECT_NEAR(plan.paperWidth, 8.5 * c.shrink, 1e-12);
+        // The document is as wide as the space between the margins of the page that is printed.
+        double printed = std::max(c.width, 720.0) * plan.scale * 0.75;
+        EXPECT_NEAR(printed, 540 * plan.shrink, 1e-9);
+        EXPECT_EQ(valueOf(plan, "html", "contain"), "");
+    }
+}
+
+TEST(PrintLayout, PaginatedPagesHaveThePapersSizeAndMargins) {
+    PrintPlan plan = paginatedPlan(page(1440, 3000, 720, 960), 612, 792, 36);
+    EXPECT_EQ(valueOf(plan, "@page document", "size"), "612pt 792pt");
+    EXPECT_EQ(valueOf(plan, "@page document", "margin"), "36pt");
+    EXPECT_EQ(valueOf(plan, "@page document:first", "size"), "360px 480px"); // 720 x 960 at scale 0.5
+    EXPECT_EQ(valueOf(plan, "@page document:first", "margin"), "0");
+    EXPECT_EQ(valueOf(plan, "html", "margin"), "960px 0 0 0px");
+
+    PrintPlan shrunk = paginatedPlan(page(14400, 3000, 720, 960), 612, 792, 36);
+    EXPECT_EQ(valueOf(shrunk, "@page document", "size"), "1224pt 1584pt");
+    EXPECT_EQ(valueOf(shrunk, "@page document", "margin"), "72pt");
+
+    PrintPlan a4 = paginatedPlan(page(697, 3000, 697, 1026), 595, 842, 36);
+    EXPECT_EQ(a4.scale, 1);
+    EXPECT_EQ(valueOf(a4, "@page document", "size"), "595pt 842pt");
+    EXPECT_EQ(valueOf(a4, "@page document:first", "size"), "697px 1026px");
+}
+
+TEST(PrintLayout, MarginsLeaveRoomForContent) {
+    struct {
+        double margin;
+        const char* used;
+    } cases[] = {{0, "0pt"},     {-72, "0pt"},   {nan, "0pt"},       {20.5, "20.5pt"},
+                 {270, "270pt"}, {271, "270pt"}, {infinity, "270pt"}};
+
+    for (const auto& c : cases) {
+        PrintPlan plan = paginatedPlan(page(96, 96, 96, 96), 612, 792, c.margin);
+        EXPECT_EQ(valueOf(plan, "@page document", "margin"), c.used) << c.margin;
+    }
+}
+
+TEST(PrintLayout, QuirkyPagesKeepTheirHeightWhenTheyFillTheView) {
+    PageMeasurements m = page(720, 960, 720, 960);
+    m.isQuirky = true;
+    PrintPlan plan = paginatedPlan(m, 612, 792, 36);
+    EXPECT_EQ(valueOf(plan, "html", "height"), "960px");
+    EXPECT_EQ(valueOf(plan, "body", "height"), "944px");
+    m.scrollHeight = 961;
+    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "body", "height"), "");
+}
+
+TEST(PrintLayout, HostileMeasurementsStillMakeAPlan) {
+    PageMeasurements m = page(nan, infinity, -infinity, nan);
+    m.rootWidth = infinity;
+    m.rootHeight = -1;
+    m.rootMarginLeft = nan;
+    m.canvasHasImage = m.canvasFromBody = true;
+    m.canvasPositionX = "0}*{";
+    m.canvasSize = "';alert(1)";
+    for (const PrintPlan& plan :
+         {screenPlan(m), plainScreenPlan(m), paginatedPlan(m, nan, infinity, -infinity),
+          plainPaginatedPlan(m, 612, 792, 36)}) {
+        EXPECT_GE(plan.scale, 0.1);
+        EXPECT_LE(plan.scale, 2);
+        EXPECT_GE(plan.pageWidth, 16);
+        EXPECT_LE(plan.pageHeight, 25'000'000);
+        EXPECT_EQ(plan.styleSheet.find("nan"), std::string::npos);
+        EXPECT_EQ(plan.styleSheet.find("inf"), std::string::npos);
+        EXPECT_EQ(plan.styleSheet.find("alert"), std::string::npos);
+        EXPECT_EQ(plan.styleSheet.find("0}*{"), std::string::npos);
+    }
+}
+
+} // namespace
+} // namespace qrv::engine
