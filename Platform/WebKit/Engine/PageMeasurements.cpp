@@ -41,6 +41,8 @@ constexpr NumberField numberFields[] = {
     {"viewHeight", &M::viewHeight, smallestView, largestView},
     {"scrollWidth", &M::scrollWidth, 0, longest},
     {"scrollHeight", &M::scrollHeight, 0, longest},
+    {"rootZoom", &M::rootZoom, 0.01, 100},
+    {"bodyZoom", &M::bodyZoom, 0.01, 100},
     {"rootMarginTop", &M::rootMarginTop, -longest, longest},
     {"rootMarginBottom", &M::rootMarginBottom, -longest, longest},
     {"rootMarginLeft", &M::rootMarginLeft, -longest, longest},
@@ -117,7 +119,9 @@ PageMeasurements sanitized(PageMeasurements measurements) {
 
 PageMeasurements pageMeasurementsFromJson(const Json& answer) {
     PageMeasurements measurements;
-    for (const auto& field : numberFields) measurements.*field.member = answer[field.name].number();
+    for (const auto& field : numberFields) {
+        measurements.*field.member = answer[field.name].number(measurements.*field.member);
+    }
     for (const auto& field : textFields) measurements.*field.member = answer[field.name].string();
     for (const auto& field : flagFields) {
         measurements.*field.member = answer[field.name].boolean(measurements.*field.member);

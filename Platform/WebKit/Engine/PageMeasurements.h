@@ -19,6 +19,8 @@ struct PageMeasurements {
     bool rootIsHtml = false;
     bool hasBody = false;
     std::string rootDisplay;
+    double rootZoom = 1;
+    double bodyZoom = 1;         // without the root's
     std::string bodyWritingMode; // the root's without a body
     std::string bodyDirection;
 

@@ -19,7 +19,9 @@ constexpr std::string_view measuring = R"js((() => {
     const rootStyle = getComputedStyle(root);
     const bodyStyle = body ? getComputedStyle(body) : rootStyle;
     const px = (style, name) => parseFloat(style[name]) || 0;
-    const edge = (name) => px(rootStyle, name);
+    const rootZoom = px(rootStyle, 'zoom') || 1;
+    const bodyZoom = body && px(bodyStyle, 'zoom') || 1;
+    const edge = (name) => px(rootStyle, name) * rootZoom;
     const isTransformed = (style) =>
         ['transform', 'translate', 'rotate', 'scale'].some((name) => style[name] !== 'none');
     const isMoved = isTransformed(rootStyle) || isTransformed(bodyStyle);
@@ -62,6 +64,8 @@ constexpr std::string_view measuring = R"js((() => {
         rootIsHtml: isHtml,
         hasBody: Boolean(body),
         rootDisplay: rootStyle.display,
+        rootZoom,
+        bodyZoom,
         bodyWritingMode: bodyStyle.writingMode,
         bodyDirection: bodyStyle.direction,
         rootMarginTop: isMoved ? edge('marginTop') : rootBox.top,
@@ -75,11 +79,11 @@ constexpr std::string_view measuring = R"js((() => {
         rootPaddingRight: edge('paddingRight'),
         rootPaddingBottom: edge('paddingBottom'),
         rootPaddingLeft: edge('paddingLeft'),
-        rootWidth: contentSize(rootStyle, 'width', across),
-        rootHeight: contentSize(rootStyle, 'height', along),
+        rootWidth: contentSize(rootStyle, 'width', across) * rootZoom,
+        rootHeight: contentSize(rootStyle, 'height', along) * rootZoom,
         rootHeightIsAuto: String(root.computedStyleMap().get('height')) === 'auto',
         rootIsContainer: rootStyle.position !== 'static' || isTransformed(rootStyle) || isContained(rootStyle),
-        bodyMarginLeft: isMoved ? px(bodyStyle, 'marginLeft') : bodyBox.left - contentLeft,
+        bodyMarginLeft: isMoved ? px(bodyStyle, 'marginLeft') : (bodyBox.left - contentLeft) / rootZoom / bodyZoom,
         bodyWidth: contentSize(bodyStyle, 'width', across),
         bodyHeight: contentSize(bodyStyle, 'height', along),
         bodyOverflowSpreads: Boolean(canSpread && rootStyle.overflowX === 'visible'),

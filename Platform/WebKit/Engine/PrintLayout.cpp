@@ -79,6 +79,7 @@ void addRootInPlace(StyleRule& root, const PageMeasurements& m) {
     root.add("float", "none");
     root.add("overflow", "visible");
     root.add("transition", "none");
+    root.add("zoom", "1"); // the engine drops it, hence the body's
     root.add("direction", "ltr");
     root.add("writing-mode", "horizontal-tb");
     root.add("box-sizing", "content-box");
@@ -91,6 +92,7 @@ void addBody(StyleSheet& sheet, const PageMeasurements& m, bool keepsHeight) {
     if (!m.hasBody) return;
     StyleRule body("body");
     body.add("transition", "none");
+    if (m.rootZoom != 1) body.add("zoom", number(m.rootZoom * m.bodyZoom));
     body.add("direction", m.bodyDirection);
     body.add("writing-mode", m.bodyWritingMode);
     if (m.bodyOverflowSpreads) body.add("overflow", "visible");

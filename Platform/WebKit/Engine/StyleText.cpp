@@ -6,6 +6,14 @@
 namespace qrv::engine {
 namespace {
 
+constexpr std::array<std::string_view, 16> marginBoxes = {
+    "@top-left-corner",     "@top-left",     "@top-center",    "@top-right",
+    "@top-right-corner",    "@right-top",    "@right-middle",  "@right-bottom",
+    "@bottom-right-corner", "@bottom-right", "@bottom-center", "@bottom-left",
+    "@bottom-left-corner",  "@left-bottom",  "@left-middle",   "@left-top"};
+
+} // namespace
+
 // A thousandth is finer than the engine's own 1/64 px.
 std::string number(double value) {
     std::array<char, 64> buffer{};
@@ -16,14 +24,6 @@ std::string number(double value) {
     if (text.back() == '.') text.pop_back();
     return text;
 }
-
-constexpr std::array<std::string_view, 16> marginBoxes = {
-    "@top-left-corner",     "@top-left",     "@top-center",    "@top-right",
-    "@top-right-corner",    "@right-top",    "@right-middle",  "@right-bottom",
-    "@bottom-right-corner", "@bottom-right", "@bottom-center", "@bottom-left",
-    "@bottom-left-corner",  "@left-bottom",  "@left-middle",   "@left-top"};
-
-} // namespace
 
 std::string pixels(double length) {
     return number(length) + "px";

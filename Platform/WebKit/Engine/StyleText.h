@@ -5,7 +5,8 @@
 
 namespace qrv::engine {
 
-// Lengths as CSS writes them, whatever the locale.
+// Numbers and lengths as CSS writes them, whatever the locale.
+std::string number(double value);
 std::string pixels(double length);
 std::string points(double length);
 

@@ -12,7 +12,7 @@ TEST(PageMeasurements, AreReadFromTheAnswer) {
     auto answer =
         Json::parse(R"json({"viewWidth":612,"viewHeight":792,"scrollWidth":900,"scrollHeight":3000.5,
         "isQuirky":true,"rootIsHtml":true,"hasBody":true,"rootDisplay":"flex","bodyWritingMode":"vertical-rl",
-        "bodyDirection":"rtl","rootMarginTop":1,"rootMarginBottom":2,"rootMarginLeft":-3,"rootBorderTop":4,
+        "bodyDirection":"rtl","rootZoom":1.5,"bodyZoom":0.5,"rootMarginTop":1,"rootMarginBottom":2,"rootMarginLeft":-3,"rootBorderTop":4,
         "rootBorderRight":5,"rootBorderBottom":6,"rootBorderLeft":7,"rootPaddingTop":8,"rootPaddingRight":9,
         "rootPaddingBottom":10,"rootPaddingLeft":11,"rootWidth":12,"rootHeight":13,"rootHeightIsAuto":false,
         "rootIsContainer":true,"bodyMarginLeft":-14,"bodyWidth":15,"bodyHeight":16,"bodyOverflowSpreads":true,
@@ -31,6 +31,8 @@ TEST(PageMeasurements, AreReadFromTheAnswer) {
     EXPECT_EQ(m.rootDisplay, "flex");
     EXPECT_EQ(m.bodyWritingMode, "vertical-rl");
     EXPECT_EQ(m.bodyDirection, "rtl");
+    EXPECT_EQ(m.rootZoom, 1.5);
+    EXPECT_EQ(m.bodyZoom, 0.5);
     EXPECT_EQ(m.rootMarginTop, 1);
     EXPECT_EQ(m.rootMarginBottom, 2);
     EXPECT_EQ(m.rootMarginLeft, -3);
@@ -72,6 +74,7 @@ TEST(PageMeasurements, OfNothingAreInitialValues) {
         EXPECT_FALSE(m.rootIsHtml);
         EXPECT_FALSE(m.hasBody);
         EXPECT_TRUE(m.rootHeightIsAuto);
+        EXPECT_EQ(m.rootZoom, 1);
         EXPECT_EQ(m.bodyWritingMode, "horizontal-tb");
         EXPECT_EQ(m.bodyDirection, "ltr");
         EXPECT_EQ(m.canvasColor, "rgba(0, 0, 0, 0)");

@@ -19,7 +19,9 @@ TEST(PageScripts, MeasuringScriptNamesEveryField) {
          "canvasSize",       "canvasRepeat"}) {
         EXPECT_NE(script.find(std::string(name) + ":"), std::string::npos) << name;
     }
-    EXPECT_NE(script.find("canvasFromBody,"), std::string::npos);
+    for (const char* name : {"rootZoom,", "bodyZoom,", "canvasFromBody,"}) {
+        EXPECT_NE(script.find(std::string("        ") + name), std::string::npos) << name;
+    }
 }
 
 TEST(PageScripts, ApplyingScriptQuotesTheSheet) {

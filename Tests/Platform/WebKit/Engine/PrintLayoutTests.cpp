@@ -215,6 +215,15 @@ TEST(PrintLayout, RootsBackgroundStaysWithTheRoot) {
     EXPECT_EQ(valueOf(screenPlan(m), "html", "background-size"), "auto"); // refers to the view
 }
 
+TEST(PrintLayout, RootsZoomMovesToTheBody) {
+    PageMeasurements m = page(612, 3000);
+    m.bodyZoom = 0.5;
+    EXPECT_EQ(valueOf(screenPlan(m), "body", "zoom"), "");
+    m.rootZoom = 1.5;
+    EXPECT_EQ(valueOf(screenPlan(m), "html", "zoom"), "1");
+    EXPECT_EQ(valueOf(screenPlan(m), "body", "zoom"), "0.75");
+}
+
 TEST(PrintLayout, SpreadOverflowStaysWithTheViewport) {
     PageMeasurements m = page(612, 3000);
     EXPECT_EQ(valueOf(screenPlan(m), "body", "overflow"), "");
