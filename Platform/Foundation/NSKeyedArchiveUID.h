@@ -1,0 +1,21 @@
+#pragma once
+
+// The reference from one object of a keyed archive to another: an index into the archive's list of objects.
+// It exists in binary property lists only.
+
+#include "Platform/Foundation/NSString.h"
+
+namespace qrv {
+
+class NSKeyedArchiveUID : public id {
+public:
+    using id::id;
+    static const ClassInfo& classInfo();
+
+    static NSKeyedArchiveUID uidWithValue(unsigned long long value);
+
+    /// 0 for nil.
+    unsigned long long value() const;
+};
+
+} // namespace qrv

@@ -1,0 +1,174 @@
+#include "Platform/Foundation/PropertyList/XMLWriter.h"
+
+#include "Platform/Foundation/Base64.h"
+#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/NSDictionary.h"
+#include "Platform/Foundation/NSNumber.h"
+#include "Platform/Foundation/NSPropertyListSerialization.h"
+#include "Platform/Foundation/PropertyList/PropertyListFailure.h"
+#include "Platform/Foundation/PropertyList/XMLDate.h"
+#include "Platform/Foundation/Unicode.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+namespace qrv::plist {
+
+namespace {
+
+constexpr std::string_view header = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                    "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
+                                    "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+                                    "<plist version=\"1.0\">\n";
+
+// A few shared objects can stand for any number of elements, since this form repeats what is shared.
+constexpr std::size_t maximumLength = std::size_t{1} << 30;
+
+class Writer {
+public:
+    NSData write(const id& root) {
+        out_ = header;
+        writeObject(root, 0);
+        out_ += "</plist>\n";
+        return NSData(std::move(out_));
+    }
+
+private:
+    void indent(std::size_t depth) { out_.append(depth, '\t'); }
+
+    /// "<tag>content</tag>"; the content is markup already.
+    void writeElement(std::string_view tag, std::string_view content, std::size_t depth) {
+        indent(depth);
+        out_.append("<").append(tag).append(">").append(content).append("</").append(tag).append(">\n");
+    }
+
+    void writeEmptyElement(std::string_view tag, std::size_t depth) {
+        indent(depth);
+        out_.append("<").append(tag).append("/>\n");
+    }
+
+    void writeObject(const id& object, std::size_t depth) {
+        if (out_.size() > maximumLength) throw PropertyListFailure("too large");
+        if (const auto string = as<NSString>(object)) {
+            writeElement("string", escaped(string), depth);
+        } else if (const auto number = as<NSNumber>(object)) {
+            writeNumber(number, depth);
+        } else if (const auto data = as<NSData>(object)) {
+            writeData(data, depth);
+        } else if (const auto date = as<NSDate>(object)) {
+            const auto text = formatXMLDate(date.timeIntervalSinceReferenceDate());
+            if (!text) throw PropertyListFailure("date out of range");
+            writeElement("date", *text, depth);
+        } else if (const auto array = as<NSArray>(object)) {
+            writeArray(array, depth);
+        } else if (const auto dictionary = as<NSDictionary>(object)) {
+            writeDictionary(dictionary, depth);
+        } else {
+            throw PropertyListFailure("an object that no XML property list can hold");
+        }
+    }
+
+    static std::string escaped(const NSString& text) {
+        const auto bytes = unicode::toUTF8(text.view());
+        if (!bytes) throw PropertyListFailure("text with an unpaired surrogate");
+        const auto isForbidden = [](char16_t c) {
+            return (c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r') || c == 0xFFFE || c == 0xFFFF;
+        };
+        if (std::any_of(text.view().begin(), text.view().end(), isForbidden)) {
+            throw PropertyListFailure("text with a character that XML cannot hold");
+        }
+        std::string result;
+        result.reserve(bytes->size());
+        for (const char c : *bytes) {
+            switch (c) {
+            case '&':
+                result += "&amp;";
+                break;
+            case '<':
+                result += "&lt;";
+                break;
+            case '>':
+                result += "&gt;";
+                break;
+            case '\r':
+                result += "&#13;";
+                break; // a bare one would read back as a line feed
+            default:
+                result.push_back(c);
+            }
+        }
+        return result;
+    }
+
+    void writeNumber(const NSNumber& number, std::size_t depth) {
+        if (number.isBoolean()) {
+            writeEmptyElement(number.boolValue() ? "true" : "false", depth);
+        } else if (number.isFloatingPoint()) {
+            writeElement("real", realText(number.doubleValue()), depth);
+        } else {
+            writeElement("integer", number.description().utf8(), depth);
+        }
+    }
+
+    static std::string realText(double value) {
+        if (std::isnan(value)) return "nan";
+        if (std::isinf(value)) return value > 0 ? "+infinity" : "-infinity";
+        char text[32];
+        return std::string(text, std::to_chars(text, text + sizeof text, value).ptr);
+    }
+
+    /// In lines that end at the 76th column, a tab counting as eight, but not in lines of less than 16.
+    void writeData(const NSData& data, std::size_t depth) {
+        indent(depth);
+        out_ += "<data>\n";
+        const std::string text = base64Encode(data.bytes());
+        const std::size_t length =
+            std::max<std::size_t>(16, 76 - std::min<std::size_t>(76, depth * 8)) / 4 * 4;
+        for (std::size_t i = 0; i < text.size(); i += length) {
+            indent(depth);
+            out_.append(text, i, length).push_back('\n');
+        }
+        indent(depth);
+        out_ += "</data>\n";
+    }
+
+    static void checkDepth(std::size_t depth) {
+        if (depth >= maximumPropertyListDepth) throw PropertyListFailure("containers nested too deep");
+    }
+
+    void writeArray(const NSArray& array, std::size_t depth) {
+        checkDepth(depth);
+        if (array.count() == 0) return writeEmptyElement("array", depth);
+        indent(depth);
+        out_ += "<array>\n";
+        for (const id& element : array) writeObject(element, depth + 1);
+        indent(depth);
+        out_ += "</array>\n";
+    }
+
+    void writeDictionary(const NSDictionary& dictionary, std::size_t depth) {
+        checkDepth(depth);
+        if (dictionary.count() == 0) return writeEmptyElement("dict", depth);
+        indent(depth);
+        out_ += "<dict>\n";
+        for (const auto& [key, value] : dictionary) {
+            const auto name = as<NSString>(key);
+            if (!name) throw PropertyListFailure("key that is no string");
+            writeElement("key", escaped(name), depth + 1);
+            writeObject(value, depth + 1);
+        }
+        indent(depth);
+        out_ += "</dict>\n";
+    }
+
+    std::string out_;
+};
+
+} // namespace
+
+NSData writeXML(const id& root) {
+    return Writer().write(root);
+}
+
+} // namespace qrv::plist
