@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qrv::unicode {
 
@@ -19,6 +20,10 @@ std::u16string fromUTF8Lossy(std::string_view bytes);
 std::optional<std::string> toUTF8(std::u16string_view text);
 /// An unpaired surrogate becomes U+FFFD.
 std::string toUTF8Lossy(std::u16string_view text);
+
+/// Where each composed character sequence (what a reader takes for one character: a letter with its marks, an
+/// emoji with modifiers and joiners, a flag) ends, in order, the text's end last. Empty for an empty text.
+std::vector<std::size_t> composedSequenceEnds(std::u16string_view text);
 
 /// A date pattern, ready for use by any thread.
 class DatePattern {

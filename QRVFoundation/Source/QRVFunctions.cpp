@@ -19,8 +19,7 @@ NSString describe(const char* file, unsigned long line, const id& object, const 
     const NSString place = NSString::stringWithFormat(u"%@:%lu", name, line);
     if (!object || !selector) return NSString::stringWithFormat(u"%@ %@", place, NSString(u""));
     const char16_t marker = Class::of(object) == object ? u'+' : u'-';
-    const NSString method =
-        NSString::stringWithFormat(u"%C%@", marker, NSString::fromUTF8(selector));
+    const NSString method = NSString::stringWithFormat(u"%C%@", marker, NSString::fromUTF8(selector));
     return NSString::stringWithFormat(u"%@ %@", place, method);
 }
 

@@ -1,0 +1,19 @@
+#pragma once
+
+// The call-site shorthand of the logger.
+//
+//     QRV_LOG("Source/Tools/web2pdf", "int main(int, char **)", u"LogWeb2PDF", u"started with %@", path);
+
+#include "QRVFoundation/Source/QRVLogger.h"
+
+/// Logs a line of the area (nil: always enabled) with the source unit and function given and the line of the
+/// call. The format and its arguments are evaluated only when the area is enabled.
+#define QRV_LOG(unit, function, area, ...)                                                                   \
+    do {                                                                                                     \
+        const std::shared_ptr<::qrv::QRVLogger> qrvSharedLogger = ::qrv::QRVLogger::sharedLogger();          \
+        const ::qrv::NSString qrvArea = (area);                                                              \
+        if (qrvSharedLogger->isEnabledForArea(qrvArea)) {                                                    \
+            qrvSharedLogger->logFile_line_function_area_format(unit, __LINE__, function, qrvArea,            \
+                                                               __VA_ARGS__);                                 \
+        }                                                                                                    \
+    } while (false)

@@ -1,0 +1,89 @@
+#pragma once
+
+// The library's logger: decides for each named area whether a line is wanted, builds the line's prefix and
+// hands both to a log writer. Its settings are fixed when it is made. Call sites use the shorthand of
+// QRVLog.h.
+
+#include "Platform/Foundation/NSDictionary.h"
+#include "QRVFoundation/Source/QRVLogWriter.h"
+
+#include <memory>
+
+namespace qrv {
+
+// Keys of the settings, beside those that are area names. Values are anything with a boolean value; the
+// prefix is any object and shown by its description.
+inline constexpr char16_t QRVLoggerAllAreas[] = u"QRVLoggerAllAreas";
+inline constexpr char16_t QRVLoggerIncludeFile[] = u"QRVLoggerIncludeFile";
+inline constexpr char16_t QRVLoggerIncludeLine[] = u"QRVLoggerIncludeLine";
+inline constexpr char16_t QRVLoggerIncludeThread[] = u"QRVLoggerIncludeThread";
+inline constexpr char16_t QRVLoggerIncludeFunction[] = u"QRVLoggerIncludeFunction";
+inline constexpr char16_t QRVLoggerIncludeArea[] = u"QRVLoggerIncludeArea";
+inline constexpr char16_t QRVLoggerPrefix[] = u"QRVLoggerPrefix";
+
+/// Every operation may be called from any thread. The logging operations log whatever they are given: to ask
+/// `isEnabledForArea` first is the caller's duty, so that arguments of a disabled line are never formatted.
+class QRVLogger : public Object, public std::enable_shared_from_this<QRVLogger> {
+public:
+    static const ClassInfo classInfo;
+
+    // + sharedLogger
+    /// The installed logger, or a new disposable one with every area enabled when there is none.
+    static std::shared_ptr<QRVLogger> sharedLogger();
+    // + setSharedLogger:
+    /// Installs a logger; null empties the slot again.
+    static void setSharedLogger(std::shared_ptr<QRVLogger> logger);
+
+    // - initDisposableLogger
+    /// With every area enabled.
+    static std::shared_ptr<QRVLogger> initDisposableLogger();
+    // - initWithDefaultsDictionary:
+    /// The area is included and nothing else, unless the dictionary says otherwise; nil adds nothing. Lines
+    /// go to the unified log where it is available, else to the system log.
+    explicit QRVLogger(const NSDictionary& defaults);
+    /// With a writer of one's own, which must not be null.
+    QRVLogger(const NSDictionary& defaults, std::unique_ptr<QRVLogWriter> writer);
+
+    const ClassInfo& objectClass() const override { return classInfo; }
+
+    // - logFile:line:function:area:format:
+    /// `file` is a source path and `function` the caller's name, in UTF-8; null counts as empty. A nil format
+    /// logs "(null)".
+    template <class... Arguments>
+    void logFile_line_function_area_format(const char* file, unsigned long line, const char* function,
+                                           const NSString& area, const NSString& format,
+                                           const Arguments&... arguments) {
+        logFile_line_function_area_format_arguments(file, line, function, area, format,
+                                                    FormatArguments(arguments...));
+    }
+
+    // - logFile:line:function:area:format:arguments:
+    void logFile_line_function_area_format_arguments(const char* file, unsigned long line,
+                                                     const char* function, const NSString& area,
+                                                     const NSString& format,
+                                                     const FormatArguments& arguments);
+    // - logFile:line:function:area:message:
+    /// The object's description as it is, percent signs and all.
+    void logFile_line_function_area_message(const char* file, unsigned long line, const char* function,
+                                            const NSString& area, const id& message);
+    // - logPrefix:message:area:
+    /// Hands all three to the writer. A nil prefix is reported to the assertion handler, which raises.
+    void logPrefix_message_area(const NSString& prefix, const NSString& message, const NSString& area);
+
+    // - isEnabledForArea:
+    /// A nil area always is; any other when all are or its own switch is on.
+    bool isEnabledForArea(const NSString& area) const;
+    // - isOptionEnabled:
+    /// False for what is absent, for values without a boolean value and for nil.
+    bool isOptionEnabled(const NSString& key) const;
+
+    const QRVLogWriter& writer() const { return *_writer; }
+
+private:
+    NSString prefix(const char* file, unsigned long line, const char* function, const NSString& area) const;
+
+    const NSDictionary _defaultsDictionary;
+    const std::unique_ptr<QRVLogWriter> _writer;
+};
+
+} // namespace qrv

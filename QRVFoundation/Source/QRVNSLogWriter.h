@@ -1,0 +1,17 @@
+#pragma once
+
+// Log lines through the system log, for systems without the unified log.
+
+#include "QRVFoundation/Source/QRVLogWriter.h"
+
+namespace qrv {
+
+class QRVNSLogWriter : public QRVLogWriter {
+public:
+    // - writePrefix:message:area:
+    /// One line whatever its length; the area is not shown.
+    void writePrefix_message_area(const NSString& prefix, const NSString& message,
+                                  const NSString& area) override;
+};
+
+} // namespace qrv

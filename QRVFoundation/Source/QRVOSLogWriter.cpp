@@ -1,0 +1,132 @@
+#include "QRVFoundation/Source/QRVOSLogWriter.h"
+
+#include "Platform/Foundation/NSProcessInfo.h"
+#include "Platform/Foundation/Unicode.h"
+#include "Platform/Logging/StandardError.h"
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+
+namespace qrv {
+
+namespace {
+
+/// Lines of more bytes are split.
+constexpr std::size_t entryByteLimit = 255;
+/// The length in UTF-16 units beyond which a piece of a long line ends.
+constexpr unsigned long chunkLength = 128;
+
+std::optional<std::string> utf8Form(const NSString& string) {
+    if (!string) return std::nullopt;
+    std::optional<std::string> text = unicode::toUTF8(string.view());
+    // As a C string it ends at the first zero.
+    if (text) text->resize(std::min(text->size(), text->find('\0')));
+    return text;
+}
+
+/// The string in the non-lossy ASCII encoding: what is not ASCII as "\ooo" or "\uxxxx", unit by unit.
+std::string escaped(std::u16string_view text) {
+    std::string result;
+    for (const char16_t unit : text) {
+        if (unit < 0x80 && unit != u'\\') {
+            result.push_back(static_cast<char>(unit));
+            continue;
+        }
+        std::array<char, 8> escape{'\\', '\\'};
+        if (unit >= 0x100) {
+            std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(unit));
+        } else if (unit >= 0x80) {
+            std::snprintf(escape.data(), escape.size(), "\\%03o", static_cast<unsigned>(unit));
+        }
+        result.append(escape.data());
+    }
+    return result;
+}
+
+} // namespace
+
+QRVOSLogWriter::QRVOSLogWriter() : _log(os_log_create(subsystem().utf8(), "QRVLogger")) {
+    _dateFormatter.setDateFormat(u"yyyy-MM-dd HH:mm:ss.SSS");
+}
+
+bool QRVOSLogWriter::isOSLogAvailable() {
+    return std::floor(NSFoundationVersionNumber()) > 1056.0 &&
+           NSProcessInfo::processInfo().isOperatingSystemAtLeastVersion({10, 12, 0});
+}
+
+NSString QRVOSLogWriter::subsystem() const {
+    return NSString::stringWithFormat(u"org.quillvane.%@", NSProcessInfo::processInfo().processName());
+}
+
+os_log_t QRVOSLogWriter::logForArea(const NSString& area) {
+    if (!area) return _log;
+    const std::lock_guard lock(logsByAreaMutex_);
+    os_log_t& log = _logsByArea[std::u16string(area.view())];
+    if (!log) {
+        log = os_log_create(subsystem().utf8(), NSString::stringWithFormat(u"QRVLogger.%@", area).utf8());
+    }
+    return log;
+}
+
+std::optional<std::string> QRVOSLogWriter::cStringFromString(const NSString& string) const {
+    if (!string) return std::nullopt;
+    if (const std::optional<std::string> text = utf8Form(string)) return text;
+    const NSString ascii = NSString::fromUTF8(escaped(string.view()));
+    return utf8Form(NSString::stringWithFormat(u"UTF-8 error: %@", ascii));
+}
+
+void QRVOSLogWriter::writePrefix_message_area(const NSString& prefix, const NSString& message,
+                                              const NSString& area) {
+    writePrefix_message_area_checkLength(prefix, message, area, true);
+}
+
+void QRVOSLogWriter::writePrefix_message_area_checkLength(const NSString& prefix, const NSString& message,
+                                                          const NSString& area, bool checkLength) {
+    const std::optional<std::string> line = cStringFromString(combinePrefix_andMessage(prefix, message));
+    if (!line) {
+        logCString_area("Fallback UTF-8 conversion failed.", area);
+    } else if (checkLength && line->size() > entryByteLimit) {
+        for (const id& piece : splitMessage(message)) {
+            writePrefix_message_area_checkLength(prefix, as<NSString>(piece), area, false);
+        }
+    } else {
+        logCString_area(*line, area);
+    }
+}
+
+NSArray QRVOSLogWriter::splitMessage(const NSString& message) const {
+    std::vector<id> pieces;
+    for (const id& line : message.componentsSeparatedByString(u"\n")) {
+        const NSArray chunks = splitLine_length(as<NSString>(line), chunkLength);
+        pieces.insert(pieces.end(), chunks.begin(), chunks.end());
+    }
+    return NSArray(std::move(pieces));
+}
+
+NSArray QRVOSLogWriter::splitLine_length(const NSString& line, unsigned long length) const {
+    std::vector<id> chunks;
+    const std::u16string_view text = line.view();
+    std::size_t chunkStart = 0;
+    std::size_t sequenceStart = 0;
+    for (const std::size_t sequenceEnd : unicode::composedSequenceEnds(text)) {
+        // Looked at before the sequence joins the chunk, so that a closed chunk is longer than the length.
+        if (sequenceStart - chunkStart > length) {
+            chunks.emplace_back(NSString(text.substr(chunkStart, sequenceStart - chunkStart)));
+            chunkStart = sequenceStart;
+        }
+        sequenceStart = sequenceEnd;
+    }
+    if (chunkStart < text.size()) chunks.emplace_back(NSString(text.substr(chunkStart)));
+    return NSArray(std::move(chunks));
+}
+
+void QRVOSLogWriter::logCString_area(const std::string& line, const NSString& area) {
+    const os_log_t log = logForArea(area);
+    if (!_isInXcode) os_log_with_type(log, OS_LOG_TYPE_ERROR, line);
+    const NSString date = _dateFormatter.stringFromDate(NSDate::date());
+    writeStandardErrorLine(utf8Form(date).value_or("unknown date") + " [" +
+                           utf8Form(subsystem()).value_or("QRVLogger") + "] " + line + "\n");
+}
+
+} // namespace qrv
