@@ -98,6 +98,19 @@ public:
     /// Held without ownership; null restores the system log. To be set once at start-up.
     static void setLoggingDelegate(QRVLoggingDelegate* delegate);
 
+    // + stringFromPointer:typeEncoding:
+    /// The value at the pointer as text, by the encoding of its type:
+    ///
+    ///     c s S i I q Q f d D        char, short, int and 64-bit integers, float, double, long double;
+    ///                                a char of 1 or 0 reads YES or NO
+    ///     * r*  [8c]  ^v             const char*, characters in place, const void*
+    ///     : #                        const char* (a selector's name), Class
+    ///     @ ^{__CFString=} r^{__CFString=}   id, or any handle derived from it
+    ///     {_NSRange=QQ} {CGPoint=dd} {CGSize=dd} {CGRect={CGPoint=dd}{CGSize=dd}}
+    ///
+    /// Any other encoding, and a null pointer, fail an assertion of this class.
+    static NSString stringFromPointer_typeEncoding(const void* pointer, const char* typeEncoding);
+
 private:
     [[noreturn]] static void raise(const NSString& location, const NSString& name,
                                    const NSDictionary& userInfo, const NSString& reason);
