@@ -1,0 +1,42 @@
+#include "Platform/AppKit/DefaultPaper.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <memory>
+#include <paper.h>
+
+namespace qrv {
+
+namespace {
+
+constexpr NSSize usLetter{612, 792};
+
+/// Holds the library's tables while they are read.
+class PaperLibrary {
+public:
+    PaperLibrary() { ::paperinit(); }
+
+    PaperLibrary(const PaperLibrary&) = delete;
+    PaperLibrary& operator=(const PaperLibrary&) = delete;
+
+    ~PaperLibrary() { ::paperdone(); }
+
+    const paper* preferred() const {
+        const auto release = [](char* name) { std::free(name); };
+        const std::unique_ptr<char, decltype(release)> name(::systempapername(), release);
+        const paper* found = name ? ::paperinfo(name.get()) : nullptr;
+        return found ? found : ::paperinfo(::defaultpapername());
+    }
+};
+
+} // namespace
+
+NSSize defaultPaperSize() {
+    const PaperLibrary library;
+    const paper* const preferred = library.preferred();
+    if (!preferred) return usLetter;
+    const NSSize size{std::round(::paperpswidth(preferred)), std::round(::paperpsheight(preferred))};
+    return NSRect{{}, size}.isEmpty() ? usLetter : size;
+}
+
+} // namespace qrv

@@ -1,0 +1,119 @@
+#pragma once
+
+// Print settings: paper, margins, how pages are made and where they go. A value; copies are independent.
+//
+//     NSMutableDictionary settings = NSPrintInfo::sharedPrintInfo().dictionary().mutableCopy();
+//     settings.setObject_forKey(NSString(NSPrintSaveJob), NSString(NSPrintJobDisposition));
+//     NSPrintInfo info(settings);
+//     info.setTopMargin(36);
+
+#include "Platform/Foundation/NSDictionary.h"
+#include "Platform/Foundation/NSURL.h"
+
+namespace qrv {
+
+/// What is done with contents that are larger than the page.
+enum NSPrintingPaginationMode : unsigned long {
+    NSPrintingPaginationModeAutomatic = 0, // broken into pages
+    NSPrintingPaginationModeFit = 1,       // scaled to the page
+    NSPrintingPaginationModeClip = 2,      // cut off
+};
+
+// Keys of the dictionary.
+inline constexpr char16_t NSPrintPaperSize[] = u"NSPaperSize"; // NSString, as of NSStringFromSize, in points
+inline constexpr char16_t NSPrintTopMargin[] = u"NSTopMargin"; // NSNumber, in points, as the next three
+inline constexpr char16_t NSPrintBottomMargin[] = u"NSBottomMargin";
+inline constexpr char16_t NSPrintLeftMargin[] = u"NSLeftMargin";
+inline constexpr char16_t NSPrintRightMargin[] = u"NSRightMargin";
+inline constexpr char16_t NSPrintHorizontalPagination[] = u"NSHorizontalPagination"; // NSNumber, a mode
+inline constexpr char16_t NSPrintVerticalPagination[] = u"NSVerticalPagination";
+inline constexpr char16_t NSPrintHorizontallyCentered[] = u"NSHorizontallyCentered"; // NSNumber, a boolean
+inline constexpr char16_t NSPrintVerticallyCentered[] = u"NSVerticallyCentered";
+inline constexpr char16_t NSPrintJobDisposition[] = u"NSPrintJobDisposition"; // NSString, a disposition
+inline constexpr char16_t NSPrintJobSavingURL[] = u"NSJobSavingURL";          // NSURL of a file
+
+// Dispositions.
+inline constexpr char16_t NSPrintSpoolJob[] = u"NSPrintSpoolJob";
+inline constexpr char16_t NSPrintSaveJob[] = u"NSPrintSaveJob";
+
+class NSPrintInfo {
+public:
+    // + sharedPrintInfo
+    /// The settings a process starts from: this machine's default paper (read once), margins of an inch at
+    /// the sides and an inch and a quarter above and below, contents centred, clipped at the sides and broken
+    /// into pages, for a printer. They never change.
+    static const NSPrintInfo& sharedPrintInfo();
+
+    // - initWithDictionary:
+    /// Entries that are missing are the shared settings'; nil gives those. An entry of the wrong kind counts
+    /// as zero, no or nil, and as the shared settings' where it is the paper's size.
+    explicit NSPrintInfo(const NSDictionary& dictionary);
+
+    // - dictionary
+    /// Every setting under its key, and whatever else the dictionary held that these settings were made from.
+    NSDictionary dictionary() const { return settings_.copy(); }
+
+    // - paperSize
+    /// In points.
+    NSSize paperSize() const;
+
+    // - topMargin
+    double topMargin() const { return number(NSPrintTopMargin); }
+
+    // - bottomMargin
+    double bottomMargin() const { return number(NSPrintBottomMargin); }
+
+    // - leftMargin
+    double leftMargin() const { return number(NSPrintLeftMargin); }
+
+    // - rightMargin
+    double rightMargin() const { return number(NSPrintRightMargin); }
+
+    // - horizontalPagination
+    NSPrintingPaginationMode horizontalPagination() const { return mode(NSPrintHorizontalPagination); }
+
+    // - verticalPagination
+    NSPrintingPaginationMode verticalPagination() const { return mode(NSPrintVerticalPagination); }
+
+    // - isHorizontallyCentered
+    bool isHorizontallyCentered() const { return number(NSPrintHorizontallyCentered) != 0; }
+
+    // - isVerticallyCentered
+    bool isVerticallyCentered() const { return number(NSPrintVerticallyCentered) != 0; }
+
+    // - jobDisposition
+    NSString jobDisposition() const;
+    /// Where the job is saved; nil when that is not said.
+    NSURL jobSavingURL() const;
+
+    // - setTopMargin:
+    void setTopMargin(double points) { setNumber(NSPrintTopMargin, points); }
+
+    // - setBottomMargin:
+    void setBottomMargin(double points) { setNumber(NSPrintBottomMargin, points); }
+
+    // - setLeftMargin:
+    void setLeftMargin(double points) { setNumber(NSPrintLeftMargin, points); }
+
+    // - setRightMargin:
+    void setRightMargin(double points) { setNumber(NSPrintRightMargin, points); }
+
+    // - setHorizontalPagination:
+    void setHorizontalPagination(NSPrintingPaginationMode mode);
+    // - setVerticalPagination:
+    void setVerticalPagination(NSPrintingPaginationMode mode);
+    // - setHorizontallyCentered:
+    void setHorizontallyCentered(bool centred);
+    // - setVerticallyCentered:
+    void setVerticallyCentered(bool centred);
+
+private:
+    double number(const char16_t* key) const;
+    NSPrintingPaginationMode mode(const char16_t* key) const;
+    void setNumber(const char16_t* key, double value);
+
+    // The dictionary is the one place where the settings are kept, so that it cannot disagree with them.
+    NSMutableDictionary settings_;
+};
+
+} // namespace qrv

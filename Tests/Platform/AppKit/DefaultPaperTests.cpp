@@ -1,0 +1,66 @@
+#include "Platform/AppKit/DefaultPaper.h"
+
+#include "Tests/Support/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <optional>
+
+namespace qrv {
+
+namespace {
+
+/// An environment variable with another value for one test.
+class Variable {
+public:
+    Variable(const char* name, const char* value) : name_(name) {
+        if (const char* old = ::getenv(name)) old_ = old;
+        set(value);
+    }
+
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+
+    ~Variable() { set(old_ ? old_->c_str() : nullptr); }
+
+private:
+    void set(const char* value) { value ? ::setenv(name_, value, 1) : ::unsetenv(name_); }
+
+    const char* const name_;
+    std::optional<std::string> old_;
+};
+
+NSSize paperNamed(const char* name) {
+    const Variable variable("PAPERSIZE", name);
+    return defaultPaperSize();
+}
+
+} // namespace
+
+TEST(DefaultPaper, IsThatOfTheEnvironmentInWholePoints) {
+    EXPECT_EQ(paperNamed("a4"), (NSSize{595, 842}));
+    EXPECT_EQ(paperNamed("A4"), (NSSize{595, 842}));
+    EXPECT_EQ(paperNamed("letter"), (NSSize{612, 792}));
+    EXPECT_EQ(paperNamed("legal"), (NSSize{612, 1008}));
+    EXPECT_EQ(paperNamed("a5"), (NSSize{420, 595}));
+}
+
+TEST(DefaultPaper, IsLetterForANameThatIsUnknown) {
+    EXPECT_EQ(paperNamed("papyrus"), (NSSize{612, 792}));
+    EXPECT_EQ(paperNamed(""), (NSSize{612, 792}));
+}
+
+TEST(DefaultPaper, IsThatOfTheConfigurationFile) {
+    const TemporaryFolder folder;
+    const Variable none("PAPERSIZE", nullptr);
+    const Variable file("PAPERCONF", folder.write("papersize", "# ours\na3\n").utf8().c_str());
+    EXPECT_EQ(defaultPaperSize(), (NSSize{842, 1191}));
+}
+
+TEST(DefaultPaper, IsLetterWithoutAnyConfiguration) {
+    const TemporaryFolder folder;
+    const Variable none("PAPERSIZE", nullptr);
+    const Variable file("PAPERCONF", folder.pathOf("missing").utf8().c_str());
+    EXPECT_EQ(defaultPaperSize(), (NSSize{612, 792}));
+}
+
+} // namespace qrv
