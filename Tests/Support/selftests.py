@@ -1,7 +1,10 @@
 """Tests of the helpers themselves: what they build and what they would overlook."""
 
 import fcntl
+import importlib.machinery
+import importlib.util
 import os
+import pathlib
 import plistlib
 import signal
 import subprocess
@@ -104,6 +107,45 @@ class KeyedArchiveTests(unittest.TestCase):
     def test_another_class_is_refused(self):
         with self.assertRaises(AssertionError):
             keyedarchive.read_error(self.archive("NSString"))
+
+
+class SourceCheckTests(unittest.TestCase):
+    """The check of include directions finds what it is there for."""
+
+    @classmethod
+    def setUpClass(cls):
+        path = pathlib.Path(__file__).resolve().parents[2] / "script" / "check-sources"
+        loader = importlib.machinery.SourceFileLoader("check_sources", str(path))
+        cls.check = importlib.util.module_from_spec(importlib.util.spec_from_loader("check_sources", loader))
+        loader.exec_module(cls.check)
+
+    def found(self, path, *included):
+        text = "#pragma once\n" + "".join(f"#include {name}\n" for name in included)
+        return list(self.check.problems_of(path, text))
+
+    def test_downward_is_allowed(self):
+        self.assertEqual(self.found("Source/Tools/loader.cpp", '"Platform/WebKit/WebView.h"',
+                                    '"QRVFoundation/Source/QRVLogger.h"', "<vector>"), [])
+        self.assertEqual(self.found("Platform/WebKit/WebView.cpp", '"Platform/WebKit/Engine/Page.h"',
+                                    '"Platform/Foundation/NSString.h"', "<boost/json.hpp>"), [])
+
+    def test_upward_is_found(self):
+        for path, name in (("Platform/Foundation/NSData.cpp", '"QRVFoundation/Source/QRVLogger.h"'),
+                           ("Platform/Foundation/NSData.cpp", '"Platform/WebKit/WebView.h"'),
+                           ("QRVFoundation/Source/QRVLogger.cpp", '"Source/Tools/loader.h"'),
+                           ("Platform/Logging/UnifiedLog.h", '"Platform/AppKit/NSWindow.h"')):
+            with self.subTest(path=path, name=name):
+                self.assertEqual(len(self.found(path, name)), 1)
+
+    def test_engine_is_private(self):
+        self.assertEqual(len(self.found("Source/Tools/loader.cpp", '"Platform/WebKit/Engine/Page.h"')), 1)
+
+    def test_library_in_a_header_is_found(self):
+        self.assertEqual(len(self.found("Platform/WebKit/Engine/Page.h", "<boost/json.hpp>")), 1)
+        self.assertEqual(len(self.found("QRVFoundation/Source/QRVLogger.cpp", "<gtest/gtest.h>")), 1)
+
+    def test_header_without_guard_is_found(self):
+        self.assertEqual(len(list(self.check.problems_of("Platform/AppKit/NSWindow.h", "int x;\n"))), 1)
 
 
 class ProcessTests(unittest.TestCase):
