@@ -147,8 +147,15 @@ class ResourceTests(ToolTestCase):
 
     def test_large_picture(self):
         archive = page('<style>body{margin:0}</style><img src="a.png" width=100 height=100>')
-        noise = png(5, 5, GREEN) + os.urandom(40 << 20)
-        self.assert_pixels(archive.add(Resource(SITE + "a.png", noise, "image/png")), {(50, 50): GREEN})
+        padded = png(5, 5, GREEN) + os.urandom(40 << 20)
+        self.assert_pixels(archive.add(Resource(SITE + "a.png", padded, "image/png")), {(50, 50): GREEN})
+
+    def test_picture_too_large_for_the_engine_costs_only_itself(self):
+        archive = page('<style>body{margin:0}</style><img src="a.png" width=100 height=100>'
+                       '<img src="b.png" width=100 height=100>')
+        archive.add(Resource(SITE + "a.png", png(5, 5, RED) + bytes(120 << 20), "image/png"),
+                    Resource(SITE + "b.png", png(5, 5, GREEN), "image/png"))
+        self.assert_pixels(archive, {(150, 50): GREEN})
 
 
 if __name__ == "__main__":

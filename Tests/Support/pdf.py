@@ -81,6 +81,11 @@ class PDF:
                 words.append(Word(found.group(5), page, *(float(found.group(n)) for n in range(1, 5))))
         return words
 
+    def links(self):
+        """The addresses of the page's outward links, in order."""
+        lines = _run("pdfinfo", "-url", self.path).decode().splitlines()[1:]
+        return [line.split(maxsplit=2)[2] for line in lines]
+
     def picture(self, page=1, dpi=72):
         """The page as pixels; at 72 dpi one pixel is one point."""
         data = _run("pdftoppm", "-r", str(dpi), "-f", str(page), "-l", str(page), self.path)

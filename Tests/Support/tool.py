@@ -218,7 +218,8 @@ class ToolTestCase(unittest.TestCase):
         processes.reap()
         for name in ("tmp", "home"):
             self.assertEqual(sorted(os.listdir(self.folder / name)), [], f"files left in {name}")
-        strays = [entry for entry in os.listdir(self.folder / "out") if not entry.endswith((".pdf", ".plist"))]
+        strays = [entry for entry in os.listdir(self.folder / "out")
+                  if entry.startswith(".") or not entry.endswith((".pdf", ".plist"))]
         self.assertEqual(strays, [], "files left beside the output")
 
     def as_nobody(self):
