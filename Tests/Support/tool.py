@@ -100,6 +100,7 @@ class ToolTestCase(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         processes.adopt_orphans()
+        os.umask(0o022)
 
     def setUp(self):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="web2pdf-test-"))
