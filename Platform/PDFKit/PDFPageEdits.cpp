@@ -118,7 +118,7 @@ private:
     void moveDestinations(QPDFObjectHandle object) {
         if (object.isArray()) {
             moveDestination(object);
-            for (QPDFObjectHandle item : object.aitems()) {
+            for (const QPDFObjectHandle& item : object.aitems()) {
                 if (!item.isIndirect()) moveDestinations(item);
             }
         } else if (object.isDictionary()) {
