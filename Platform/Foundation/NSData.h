@@ -11,6 +11,8 @@
 
 namespace qrv {
 
+class NSError;
+
 /// Options of reading and writing, with the platform's values.
 enum NSDataWritingOptions : unsigned long {
     NSDataWritingDirect = 0,

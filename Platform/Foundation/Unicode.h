@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace qrv::unicode {
 
@@ -21,9 +20,64 @@ std::optional<std::string> toUTF8(std::u16string_view text);
 /// An unpaired surrogate becomes U+FFFD.
 std::string toUTF8Lossy(std::u16string_view text);
 
-/// Where each composed character sequence (what a reader takes for one character: a letter with its marks, an
-/// emoji with modifiers and joiners, a flag) ends, in order, the text's end last. Empty for an empty text.
-std::vector<std::size_t> composedSequenceEnds(std::u16string_view text);
+/// The units [start, end) of a text.
+struct Span {
+    std::size_t start = 0;
+    std::size_t end = 0;
+};
+
+/// The composed character sequence (one user-perceived character) that holds the unit, which has to be inside
+/// the text. Looks only as far around as the sequence makes necessary.
+Span composedSequenceAt(std::u16string_view text, std::size_t index);
+
+/// All composed character sequences of a text from its start on, in linear time. The text has to live as
+/// long.
+class ComposedSequences {
+public:
+    explicit ComposedSequences(std::u16string_view text);
+    ComposedSequences(const ComposedSequences&) = delete;
+    ComposedSequences& operator=(const ComposedSequences&) = delete;
+    ~ComposedSequences();
+
+    /// nullopt at the end.
+    std::optional<Span> next();
+
+private:
+    struct Iterator;
+
+    std::u16string_view text_;
+    std::size_t at_ = 0;
+    std::unique_ptr<Iterator> iterator_;
+};
+
+/// Canonical decomposition (form D).
+std::u16string decomposed(std::u16string_view text);
+/// The length of the canonical decomposition, in linear time for every text.
+std::size_t decomposedLength(std::u16string_view text);
+
+/// What a comparison takes no notice of. Canonically equivalent texts are the same in any case.
+struct Indifference {
+    bool letterCase = false;
+    bool diacritics = false;
+    bool width = false;
+};
+
+/// The first place where the pattern stands as whole characters (with their marks), in linear time. An empty
+/// pattern is found nowhere; `anchored` looks at the start only.
+std::optional<Span> find(std::u16string_view text, std::u16string_view pattern, Indifference indifference,
+                         bool anchored);
+/// Less than, equal to or greater than 0.
+int compare(std::u16string_view a, std::u16string_view b, Indifference indifference);
+/// By the rules of the user's language; with `numeric` numbers inside the texts compare by value.
+int compareLocalized(std::u16string_view a, std::u16string_view b, bool caseInsensitive, bool numeric);
+
+/// nullopt when the bytes are not text in this encoding (a value of NSStringEncoding) or the encoding is not
+/// known.
+std::optional<std::u16string> decode(std::string_view bytes, unsigned long encoding);
+/// nullopt when the encoding can't hold the text whole or is not known.
+std::optional<std::string> encode(std::u16string_view text, unsigned long encoding);
+/// The encoding with an IANA character set name, whatever its case; nullopt for one that is not known.
+std::optional<unsigned long> encodingOfCharset(const std::string& name);
 
 /// A date pattern, ready for use by any thread.
 class DatePattern {

@@ -108,14 +108,13 @@ NSArray QRVOSLogWriter::splitLine_length(const NSString& line, unsigned long len
     std::vector<id> chunks;
     const std::u16string_view text = line.view();
     std::size_t chunkStart = 0;
-    std::size_t sequenceStart = 0;
-    for (const std::size_t sequenceEnd : unicode::composedSequenceEnds(text)) {
+    unicode::ComposedSequences sequences(text);
+    while (const auto sequence = sequences.next()) {
         // Looked at before the sequence joins the chunk, so that a closed chunk is longer than the length.
-        if (sequenceStart - chunkStart > length) {
-            chunks.emplace_back(NSString(text.substr(chunkStart, sequenceStart - chunkStart)));
-            chunkStart = sequenceStart;
+        if (sequence->start - chunkStart > length) {
+            chunks.emplace_back(NSString(text.substr(chunkStart, sequence->start - chunkStart)));
+            chunkStart = sequence->start;
         }
-        sequenceStart = sequenceEnd;
     }
     if (chunkStart < text.size()) chunks.emplace_back(NSString(text.substr(chunkStart)));
     return NSArray(std::move(chunks));

@@ -1,0 +1,27 @@
+// Texts from bytes and back.
+
+#include "Platform/Foundation/NSData.h"
+#include "Platform/Foundation/NSString.h"
+#include "Platform/Foundation/Unicode.h"
+
+namespace qrv {
+
+NSString NSString::initWithData_encoding(const NSData& data, unsigned long encoding) {
+    if (data.isNil()) return {};
+    auto text = unicode::decode(data.bytes(), encoding);
+    return text ? NSString(std::move(*text)) : NSString();
+}
+
+NSData NSString::dataUsingEncoding(unsigned long encoding) const {
+    if (isNil()) return {};
+    auto bytes = unicode::encode(view(), encoding);
+    return bytes ? NSData(std::move(*bytes)) : NSData();
+}
+
+NSString NSString::stringWithFileSystemRepresentation_length(const char* bytes, std::size_t length) {
+    if (!bytes) return {};
+    auto text = unicode::fromUTF8({bytes, length});
+    return text ? NSString(std::move(*text)) : NSString();
+}
+
+} // namespace qrv
