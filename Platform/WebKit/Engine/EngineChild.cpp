@@ -20,7 +20,8 @@ namespace {
 
 constexpr int firstFreeDescriptor = 6; // 0 to 2 lead nowhere, 3 and 4 to us, 5 tells of the steps
 constexpr int stepsDescriptor = 5;
-constexpr auto reapingTime = std::chrono::seconds(2);
+constexpr auto reapingTime =
+    std::chrono::seconds(10); // seen: 0.03, and 2 on a machine with far too much to do
 constexpr auto reapingStep = std::chrono::microseconds(200);
 
 int checked(int result, const char* what) {

@@ -51,7 +51,7 @@ public:
 
     SendResult send(std::string message) override;
 
-    /// Kills the engine with all its descendants and waits for their end, for two seconds at most. No handler
+    /// Kills the engine with all its descendants and waits for their end, for ten seconds at most. No handler
     /// is called any more. The destructor does the same.
     void terminate();
 
