@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <tuple>
 
 #include <unistd.h>
 
@@ -82,7 +83,10 @@ NSOperatingSystemVersion NSProcessInfo::operatingSystemVersion() const {
 }
 
 bool NSProcessInfo::isOperatingSystemAtLeastVersion(NSOperatingSystemVersion version) const {
-    return operatingSystemVersion() >= version;
+    const auto pieces = [](const NSOperatingSystemVersion& v) {
+        return std::tuple(v.majorVersion, v.minorVersion, v.patchVersion);
+    };
+    return pieces(operatingSystemVersion()) >= pieces(version);
 }
 
 void NSProcessInfo::setAutomaticTerminationSupportEnabled(bool enabled) {

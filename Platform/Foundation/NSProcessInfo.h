@@ -13,7 +13,7 @@ struct NSOperatingSystemVersion {
     long long minorVersion = 0;
     long long patchVersion = 0;
 
-    friend auto operator<=>(const NSOperatingSystemVersion&, const NSOperatingSystemVersion&) = default;
+    friend bool operator==(const NSOperatingSystemVersion&, const NSOperatingSystemVersion&) = default;
 };
 
 /// The version that this layer states: that of the generation of services it offers, not the kernel's.

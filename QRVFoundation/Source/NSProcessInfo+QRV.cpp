@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/Gestalt.h"
 #include "Platform/Foundation/NSAssertionHandler.h"
+#include "Platform/Foundation/NSUserDefaults.h"
 #include "Platform/Foundation/ProcessTable.h"
 #include "Platform/Foundation/Sysctl.h"
 
@@ -137,6 +138,10 @@ void qrvSetMaximumOpenFilesCount(std::uint64_t count) {
 
 bool qrvIsMacAppStoreVersion() {
     return false;
+}
+
+bool qrvIsInAppSandbox() {
+    return NSUserDefaults::standardUserDefaults().boolForKey(u"QRVAppSandbox");
 }
 
 bool qrvIsInXcode() {

@@ -65,6 +65,10 @@ void qrvSetMaximumOpenFilesCount(std::uint64_t count);
 /// Always false.
 bool qrvIsMacAppStoreVersion();
 
+// + qrvIsInAppSandbox
+/// The boolean "QRVAppSandbox" of the standard user defaults.
+bool qrvIsInAppSandbox();
+
 // + qrvIsInXcode
 /// Whether the environment holds "__XCODE_BUILT_PRODUCTS_DIR_PATHS", whatever its value.
 bool qrvIsInXcode();

@@ -1,6 +1,8 @@
 #include "QRVFoundation/Source/NSProcessInfo+QRV.h"
 
 #include "Platform/Foundation/NSException.h"
+#include "Platform/Foundation/NSNumber.h"
+#include "Platform/Foundation/NSUserDefaults.h"
 #include "Platform/Foundation/ProcessTable.h"
 #include "Platform/Foundation/Sysctl.h"
 #include "Tests/Support/TemporaryFolder.h"
@@ -223,6 +225,16 @@ TEST_F(ProcessInfoQRV, SettingTheMaximumSetsBothLimits) {
 
 TEST_F(ProcessInfoQRV, IsNeverTheStoresVersion) {
     EXPECT_FALSE(qrvIsMacAppStoreVersion());
+}
+
+TEST_F(ProcessInfoQRV, IsInAppSandboxWhenTheSettingSaysSo) {
+    const NSUserDefaults defaults = NSUserDefaults::standardUserDefaults();
+    EXPECT_FALSE(qrvIsInAppSandbox());
+    defaults.registerDefaults(NSDictionary{{NSString(u"QRVAppSandbox"), NSNumber::numberWithBool(true)}});
+    EXPECT_TRUE(qrvIsInAppSandbox());
+    defaults.registerDefaults(NSDictionary{{NSString(u"QRVAppSandbox"), NSString(u"no")}});
+    EXPECT_FALSE(qrvIsInAppSandbox());
+    defaults.resetForTesting();
 }
 
 TEST_F(ProcessInfoQRV, IsInXcodeWhenTheVariableIsThereEvenEmpty) {

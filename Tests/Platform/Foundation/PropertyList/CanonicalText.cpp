@@ -2,8 +2,11 @@
 
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/NSError.h"
 #include "Platform/Foundation/NSKeyedArchiveUID.h"
+#include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSNumber.h"
+#include "Platform/Foundation/NSURL.h"
 
 #include <bit>
 #include <cstdint>
@@ -66,7 +69,23 @@ std::string canonicalText(const id& object) {
         }
         return text + "}";
     }
+    if (const auto url = as<NSURL>(object)) return "l" + hex(url.absoluteString().view());
+    if (const auto error = as<NSError>(object)) {
+        return "e" + std::to_string(error.code()) + canonicalText(error.domain()) +
+               canonicalText(error.userInfo());
+    }
+    if (as<NSNull>(object)) return "null";
     return object ? "?" : "nil";
+}
+
+std::string runPlistsHelper(const std::string& arguments) {
+    std::string text;
+    std::FILE* pipe = popen(("/usr/bin/python3 " PLISTS_HELPER " " + arguments + " 2>&1").c_str(), "r");
+    if (!pipe) return "cannot start";
+    char buffer[4096];
+    while (std::fgets(buffer, sizeof buffer, pipe)) text += buffer;
+    pclose(pipe);
+    return text;
 }
 
 } // namespace qrv

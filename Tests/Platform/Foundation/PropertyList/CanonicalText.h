@@ -11,4 +11,7 @@ namespace qrv {
 
 std::string canonicalText(const id& object);
 
+/// What plists.py prints, its complaints included.
+std::string runPlistsHelper(const std::string& arguments);
+
 } // namespace qrv

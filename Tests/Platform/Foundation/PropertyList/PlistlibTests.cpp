@@ -9,31 +9,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <limits>
 #include <random>
-#include <sstream>
 
 namespace qrv {
 
 namespace {
-
-/// What the helper prints.
-std::string runHelper(const std::string& arguments) {
-    std::string text;
-    std::FILE* pipe = popen(("/usr/bin/python3 " PLISTS_HELPER " " + arguments + " 2>&1").c_str(), "r");
-    if (!pipe) return "cannot start";
-    char buffer[4096];
-    while (std::fgets(buffer, sizeof buffer, pipe)) text += buffer;
-    pclose(pipe);
-    return text;
-}
-
-std::string contents(const std::string& path) {
-    std::ostringstream stream;
-    stream << std::ifstream(path, std::ios::binary).rdbuf();
-    return stream.str();
-}
 
 class Generator {
 public:
@@ -106,14 +87,14 @@ void write(const TemporaryFolder& folder, const std::string& name, const id& pli
 TEST(Plistlib, WhatItWritesReadsTheSameHere) {
     const TemporaryFolder folder;
     constexpr int count = 30;
-    ASSERT_EQ(runHelper("make " + folder.path() + " " + std::to_string(count)), "");
+    ASSERT_EQ(runPlistsHelper("make " + folder.path().string() + " " + std::to_string(count)), "");
     for (int n = 0; n < count; ++n) {
-        const std::string stem = folder.path() + "/" + std::to_string(n);
+        const std::string stem = std::to_string(n);
         for (const char* kind : {".binary", ".xml"}) {
             NSError error;
             const id plist =
-                NSPropertyListSerialization::propertyListWithData(NSData(contents(stem + kind)), &error);
-            EXPECT_EQ(canonicalText(plist), contents(stem + ".text"))
+                NSPropertyListSerialization::propertyListWithData(NSData(folder.read(stem + kind)), &error);
+            EXPECT_EQ(canonicalText(plist), folder.read(stem + ".text"))
                 << n << kind << error.description().utf8();
         }
     }
@@ -125,7 +106,7 @@ TEST(Plistlib, ReadsTheSameFromWhatIsWrittenHere) {
         write(folder, "b" + std::to_string(n), Generator(n, false).value(4), NSPropertyListBinaryFormat_v1_0);
         write(folder, "x" + std::to_string(n), Generator(n, true).value(4), NSPropertyListXMLFormat_v1_0);
     }
-    EXPECT_EQ(runHelper("check " + folder.path()), "checked 60\n");
+    EXPECT_EQ(runPlistsHelper("check " + folder.path().string()), "checked 60\n");
 }
 
 TEST(Plistlib, WhatIsWrittenHereReadsTheSameHere) {

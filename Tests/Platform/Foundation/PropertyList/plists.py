@@ -3,6 +3,7 @@
 
 plists.py make FOLDER COUNT   writes COUNT lists as N.binary, N.xml and N.text
 plists.py check FOLDER        reads every N.binary and N.xml and compares with N.text; prints the differences
+plists.py archive FILE        prints the root object of a keyed archive
 """
 import datetime
 import pathlib
@@ -95,8 +96,46 @@ def check(folder):
     print("checked", checked)
 
 
+def resolved(archive, reference):
+    """The canonical text of an object of a keyed archive."""
+    objects = archive["$objects"]
+    form = objects[reference.data]
+    if not isinstance(form, dict):
+        return canonical(form)
+
+    def parts(key):
+        return [resolved(archive, part) for part in form[key]]
+
+    kind = objects[form["$class"].data]
+    assert kind["$classname"] == kind["$classes"][0] and kind["$classes"][-1] == "NSObject"
+    name = kind["$classname"]
+    if name == "NSNull":
+        return "null"
+    if name == "NSDate":
+        return "t" + bits(form["NS.time"])
+    if name == "NSURL":
+        assert objects[form["NS.base"].data] == "$null"
+        return "l" + resolved(archive, form["NS.relative"])[1:]
+    if name == "NSArray":
+        return "[" + "".join(p + "," for p in parts("NS.objects")) + "]"
+    if name == "NSDictionary":
+        return "{" + "".join(k + "=" + v + "," for k, v in zip(parts("NS.keys"), parts("NS.objects"))) + "}"
+    assert name == "NSError"
+    return "e%d" % form["NSCode"] + resolved(archive, form["NSDomain"]) + resolved(archive, form["NSUserInfo"])
+
+
+def show_archive(file):
+    archive = plistlib.loads(file.read_bytes(), fmt=plistlib.FMT_BINARY)
+    assert list(archive) == ["$version", "$archiver", "$top", "$objects"]
+    assert archive["$version"] == 100000 and archive["$archiver"] == "NSKeyedArchiver"
+    assert archive["$objects"][0] == "$null"
+    print(resolved(archive, archive["$top"]["root"]), end="")
+
+
 if __name__ == "__main__":
     if sys.argv[1] == "make":
         make(pathlib.Path(sys.argv[2]), int(sys.argv[3]))
+    elif sys.argv[1] == "archive":
+        show_archive(pathlib.Path(sys.argv[2]))
     else:
         check(pathlib.Path(sys.argv[2]))

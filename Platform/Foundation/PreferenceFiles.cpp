@@ -1,0 +1,149 @@
+#include "Platform/Foundation/PreferenceFiles.h"
+
+#include "Platform/Foundation/CFPreferences.h"
+#include "Platform/Foundation/NSPropertyListSerialization.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <ctime>
+#include <mutex>
+#include <set>
+#include <tuple>
+#include <unordered_map>
+
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace qrv {
+
+namespace {
+
+/// Changes whenever the file does, except for a change within the same tick of the file system's clock.
+using Stamp = std::tuple<dev_t, ino_t, off_t, time_t, long, time_t, long>;
+
+struct Known {
+    Stamp stamp;
+    NSDictionary contents;
+};
+
+struct State {
+    std::mutex mutex;
+    std::unordered_map<std::string, Known> files;
+    std::set<std::string> warned;
+    void (*warn)(const NSString&) = nullptr;
+};
+
+State& state() {
+    static State instance;
+    return instance;
+}
+
+Stamp stampOf(const struct stat& s) {
+    return {s.st_dev,          s.st_ino,         s.st_size,        s.st_mtim.tv_sec,
+            s.st_mtim.tv_nsec, s.st_ctim.tv_sec, s.st_ctim.tv_nsec};
+}
+
+/// Long enough ago that the next change gets another stamp on every file system.
+bool isSettled(const struct stat& s) {
+    constexpr time_t coarsestTick = 2;
+    return std::time(nullptr) - s.st_ctim.tv_sec > coarsestTick;
+}
+
+std::string homeFolder() {
+    if (const char* home = std::getenv("HOME"); home && *home) return home;
+    passwd entry = {};
+    passwd* found = nullptr;
+    char buffer[4096];
+    getpwuid_r(getuid(), &entry, buffer, sizeof buffer, &found);
+    return found && found->pw_dir ? found->pw_dir : "";
+}
+
+/// The folders that a variable lists; relative ones do not count.
+std::vector<std::string> foldersOf(const char* variable, const std::string& standard) {
+    const char* value = std::getenv(variable);
+    std::string list = value && *value ? value : standard;
+    std::vector<std::string> folders;
+    for (std::size_t start = 0; start < list.size();) {
+        const std::size_t end = std::min(list.find(':', start), list.size());
+        if (list[start] == '/') folders.push_back(list.substr(start, end - start));
+        start = end + 1;
+    }
+    return folders;
+}
+
+void warnOnce(const std::string& path, const NSString& reason) {
+    void (*warn)(const NSString&) = nullptr;
+    {
+        State& s = state();
+        const std::lock_guard lock(s.mutex);
+        if (!s.warn || !s.warned.insert(path).second) return;
+        warn = s.warn;
+    }
+    warn(NSString::stringWithFormat(u"Preferences %s cannot be read: %@", path.c_str(), reason));
+}
+
+NSDictionary parse(const std::string& path) {
+    NSError error;
+    const NSData data = NSData::initWithContentsOfFile_options_error(NSString::fromUTF8(path), 0, &error);
+    if (!data) {
+        warnOnce(path, error.localizedDescription());
+        return {};
+    }
+    const id plist = NSPropertyListSerialization::propertyListWithData(data, &error);
+    const auto contents = as<NSDictionary>(plist);
+    if (!contents) {
+        warnOnce(path, plist ? NSString(u"it holds no dictionary")
+                             : as<NSString>(error.userInfo().objectForKey(NSString(u"NSDebugDescription"))));
+    }
+    return contents;
+}
+
+} // namespace
+
+void setPreferencesWarning(void (*warn)(const NSString& message)) {
+    const std::lock_guard lock(state().mutex);
+    state().warn = warn;
+}
+
+std::vector<std::string> preferenceFiles(const NSString& domain) {
+    const std::string name = domain.utf8();
+    if (name.empty() || name.find_first_of(std::string_view("/\0", 2)) != std::string::npos) return {};
+    // XDG_CONFIG_HOME is one folder, whatever characters it has.
+    const char* own = std::getenv("XDG_CONFIG_HOME");
+    std::vector<std::string> folders = {own && *own == '/' ? own : homeFolder() + "/.config"};
+    const std::vector<std::string> shared = foldersOf("XDG_CONFIG_DIRS", "/etc/xdg");
+    folders.insert(folders.end(), shared.begin(), shared.end());
+    for (std::string& folder : folders) folder += "/preferences/" + name + ".plist";
+    return folders;
+}
+
+NSDictionary readPreferenceFile(const std::string& path) {
+    struct stat status {};
+
+    if (stat(path.c_str(), &status) != 0) {
+        if (errno != ENOENT && errno != ENOTDIR && errno != ENAMETOOLONG) {
+            warnOnce(path, posixError(errno).localizedDescription());
+        }
+        return {};
+    }
+    // Whatever else has the name, a pipe say, might never end.
+    if (!S_ISREG(status.st_mode)) {
+        warnOnce(path, u"it is no file");
+        return {};
+    }
+    State& s = state();
+    {
+        const std::lock_guard lock(s.mutex);
+        const auto known = s.files.find(path);
+        if (known != s.files.end() && known->second.stamp == stampOf(status)) return known->second.contents;
+    }
+    NSDictionary contents = parse(path);
+    if (isSettled(status)) {
+        const std::lock_guard lock(s.mutex);
+        s.files[path] = {stampOf(status), contents};
+    }
+    return contents;
+}
+
+} // namespace qrv
