@@ -44,11 +44,20 @@ std::string escaped(std::u16string_view text) {
     return result;
 }
 
+/// Made once: loggers are made line by line, and a pattern takes longer to make than a line.
+const NSDateFormatter& lineDateFormatter() {
+    static const NSDateFormatter& instance = []() -> NSDateFormatter& {
+        auto& made = *new NSDateFormatter; // never destroyed: lines may come until the very end
+        made.setDateFormat(u"yyyy-MM-dd HH:mm:ss.SSS");
+        return made;
+    }();
+    return instance;
+}
+
 } // namespace
 
-QRVOSLogWriter::QRVOSLogWriter() : _log(os_log_create(subsystem().utf8(), "QRVLogger")) {
-    _dateFormatter.setDateFormat(u"yyyy-MM-dd HH:mm:ss.SSS");
-}
+QRVOSLogWriter::QRVOSLogWriter()
+    : _log(os_log_create(subsystem().utf8(), "QRVLogger")), _dateFormatter(lineDateFormatter()) {}
 
 bool QRVOSLogWriter::isOSLogAvailable() {
     return std::floor(NSFoundationVersionNumber()) > 1056.0 &&

@@ -64,7 +64,7 @@ private:
     const os_log_t _log;
     std::mutex logsByAreaMutex_;
     std::unordered_map<std::u16string, os_log_t> _logsByArea;
-    NSDateFormatter _dateFormatter;
+    const NSDateFormatter _dateFormatter;
 };
 
 } // namespace qrv

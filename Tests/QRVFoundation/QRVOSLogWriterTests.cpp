@@ -16,10 +16,12 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
+/// The zone of a line is the one that the process begins with.
+[[maybe_unused]] const int zone = setenv("TZ", "UTC", 1);
+
 class OSLogWriter : public testing::Test {
 protected:
     OSLogWriter() {
-        setenv("TZ", "UTC", 1);
         setJournalSocketForTesting(journal.path());
         NSProcessInfo::processInfo().setProcessNameForTesting(u"tool");
         NSDate::setClockForTesting([] { return 815270400.123; }); // 2026-11-02 00:00:00.123

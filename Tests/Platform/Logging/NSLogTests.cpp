@@ -6,18 +6,18 @@
 #include "Tests/Platform/Logging/LogReceiver.h"
 
 #include <cstdlib>
-#include <ctime>
 #include <gtest/gtest.h>
 
 namespace qrv {
 
 namespace {
 
+/// The zone of a line is the one that the process begins with.
+[[maybe_unused]] const int zone = setenv("TZ", "UTC", 1);
+
 class SystemLog : public testing::Test {
 protected:
     SystemLog() {
-        setenv("TZ", "UTC", 1);
-        tzset();
         setSystemLogSocketForTesting(syslog.path());
         NSProcessInfo::processInfo().setProcessNameForTesting(u"some tool");
         NSDate::setClockForTesting([] { return 815270400.123; }); // 2026-11-02 00:00:00.123
