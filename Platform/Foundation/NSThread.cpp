@@ -1,18 +1,22 @@
 #include "Platform/Foundation/NSThread.h"
 
 #include <array>
-#include <cstdint>
 #include <pthread.h>
 #include <unistd.h>
 
 namespace qrv {
 
+namespace {
+
+/// Something of which each thread has its own.
+thread_local const char mark = 0;
+
+} // namespace
+
 NSThread NSThread::currentThread() {
-    const pthread_t thread = pthread_self();
     std::array<char, 16> name{};
-    pthread_getname_np(thread, name.data(), name.size());
-    static_assert(sizeof(thread) == sizeof(std::uintptr_t));
-    return {NSString::fromUTF8(name.data()), reinterpret_cast<const void*>(thread)};
+    pthread_getname_np(pthread_self(), name.data(), name.size());
+    return {NSString::fromUTF8(name.data()), &mark};
 }
 
 bool NSThread::isMainThread() {
