@@ -4,9 +4,8 @@
 #include "Platform/Foundation/Unicode.h"
 #include "Platform/Logging/StandardError.h"
 
-#include <array>
+#include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 namespace qrv {
 
@@ -23,25 +22,6 @@ std::optional<std::string> utf8Form(const NSString& string) {
     // As a C string it ends at the first zero.
     if (text) text->resize(std::min(text->size(), text->find('\0')));
     return text;
-}
-
-/// The string in the non-lossy ASCII encoding: what is not ASCII as "\ooo" or "\uxxxx", unit by unit.
-std::string escaped(std::u16string_view text) {
-    std::string result;
-    for (const char16_t unit : text) {
-        if (unit < 0x80 && unit != u'\\') {
-            result.push_back(static_cast<char>(unit));
-            continue;
-        }
-        std::array<char, 8> escape{'\\', '\\'};
-        if (unit >= 0x100) {
-            std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(unit));
-        } else if (unit >= 0x80) {
-            std::snprintf(escape.data(), escape.size(), "\\%03o", static_cast<unsigned>(unit));
-        }
-        result.append(escape.data());
-    }
-    return result;
 }
 
 /// Made once: loggers are made line by line, and a pattern takes longer to make than a line.
@@ -81,7 +61,9 @@ os_log_t QRVOSLogWriter::logForArea(const NSString& area) {
 std::optional<std::string> QRVOSLogWriter::cStringFromString(const NSString& string) const {
     if (!string) return std::nullopt;
     if (const std::optional<std::string> text = utf8Form(string)) return text;
-    const NSString ascii = NSString::fromUTF8(escaped(string.view()));
+    const std::optional<std::string> escaped = unicode::encode(string.view(), NSNonLossyASCIIStringEncoding);
+    if (!escaped) return std::nullopt;
+    const NSString ascii = NSString::fromUTF8(*escaped);
     return utf8Form(NSString::stringWithFormat(u"UTF-8 error: %@", ascii));
 }
 
