@@ -79,6 +79,11 @@ std::optional<std::string> encode(std::u16string_view text, unsigned long encodi
 /// The encoding with an IANA character set name, whatever its case; nullopt for one that is not known.
 std::optional<unsigned long> encodingOfCharset(const std::string& name);
 
+/// The text in bytes of a named character set. A byte-order mark beats the name; without both, and for a name that
+/// is not known, bytes that are UTF-8 are read as that and others as windows-1252. What cannot be decoded becomes
+/// U+FFFD.
+std::u16string decodeWebText(std::string_view bytes, const std::string& charset);
+
 /// A date pattern, ready for use by any thread.
 class DatePattern {
 public:

@@ -1,0 +1,329 @@
+#include "Platform/WebKit/Engine/EnginePage.h"
+
+#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Logging/NSLog.h"
+#include "Platform/WebKit/Engine/EngineProcess.h"
+#include "Platform/WebKit/Engine/FrameTracker.h"
+#include "Platform/WebKit/Engine/NetErrors.h"
+#include "Platform/WebKit/Engine/PageRenderer.h"
+#include "Platform/WebKit/Engine/RequestServer.h"
+#include "Platform/WebKit/Engine/ResourceURL.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <random>
+#include <utility>
+
+namespace qrv::engine {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// A frame's title is waited for this long before its load counts as finished all the same.
+constexpr milliseconds titleLimit{2000};
+
+milliseconds startLimit() {
+    constexpr double defaultSeconds = 30;
+    const char* text = std::getenv("WEB2PDF_ENGINE_START_TIMEOUT");
+    const double seconds = text ? std::strtod(text, nullptr) : 0;
+    return milliseconds(static_cast<long long>((seconds > 0 ? seconds : defaultSeconds) * 1000));
+}
+
+NSError notInstalledError(const std::string& message) {
+    return NSError::errorWithDomain_code_userInfo(
+        NSCocoaErrorDomain, NSFileNoSuchFileError,
+        {{NSString(NSLocalizedDescriptionKey), NSString::fromUTF8(message)}});
+}
+
+/// A host label that no page can have guessed when it was saved.
+std::string randomToken() {
+    std::random_device device;
+    std::string token;
+    for (int i = 0; i < 4; ++i) token += "abcdefghijklmnopqrstuvwxyz234567"[device() % 32];
+    return token + std::to_string(device());
+}
+
+class EnginePage final : public Page {
+public:
+    explicit EnginePage(PageClient& client);
+
+    void loadArchive(const WebArchive& archive) override;
+    void setViewSize(NSSize size) override;
+    void setMediaStyle(const NSString& mediaStyle) override;
+    void setPrintsBackgrounds(bool prints) override;
+    NSString ownerElementName(const FrameID& frame) override;
+    NSSize documentSize() override;
+    NSData screenPDF() override;
+    NSData paginatedPDF(NSSize paper, double margin) override;
+
+private:
+    using Handler = void (EnginePage::*)(const Json&);
+
+    void start();
+    void connect();
+    void targetCreated(const Json& event);
+    void attached(const std::string& target, const std::string& session);
+    void listen(const std::string& session, const char* method, Handler handler);
+    void workerAttached(const Json& event);
+    void dialogOpened(const Json& event);
+    void pageCrashed(const Json& event);
+    void resourceDone(const Json& event);
+    void enter();
+    void fail(const NSError& error);
+    bool canRender();
+    void queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer);
+    NSURL storedURL(std::string_view engineURL) const;
+    std::string storedLink(const std::string& link) const;
+
+    PageClient& client_;
+    NSRunLoop& loop_;
+    std::unique_ptr<EngineProcess> process_;
+    std::unique_ptr<DevToolsClient> devTools_;
+    FrameTracker frames_;
+    std::unique_ptr<RequestServer> requests_;
+    std::unique_ptr<PageRenderer> renderer_;
+    std::string session_; // empty until the page is attached to
+    std::string mainFrameID_;
+    std::optional<StandInAddress> address_;
+    WebArchive archive_;
+    NSError failure_; // why the engine is not there
+    NSSize viewSize_;
+    std::size_t finishedRequests_ = 0;
+    std::vector<DevToolsClient::Subscription> subscriptions_;
+    NSRunLoop::Timer startTimer_;
+    std::vector<NSRunLoop::Timer> titleTimers_;
+    std::shared_ptr<bool> alive_ =
+        std::make_shared<bool>(true); // for posted functions, which may come too late
+};
+
+EnginePage::EnginePage(PageClient& client)
+    : client_(client), loop_(NSRunLoop::currentRunLoop()),
+      frames_(client,
+              {.queryTitle = [this](const FrameID& frame,
+                                    std::function<void(NSString)> answer) { queryTitle(frame, answer); },
+               .completeMainFrame =
+                   [this](std::function<void()> done) { requests_->fillBlankFrames(std::move(done)); },
+               .storedURL = [this](std::string_view url) { return storedURL(url); }}) {
+    start();
+}
+
+void EnginePage::start() {
+    EngineOptions options;
+    options.log = [](const std::string& line) { NSLog(u"%s", line.c_str()); };
+    auto launched = EngineProcess::launch(std::move(options), loop_);
+    if (const auto* error = std::get_if<EngineLaunchError>(&launched)) {
+        failure_ = error->kind == EngineLaunchError::Kind::notInstalled
+                       ? notInstalledError(error->message)
+                       : urlError(NSURLErrorNetworkConnectionLost, {}, NSString::fromUTF8(error->message));
+        return;
+    }
+    process_ = std::move(std::get<std::unique_ptr<EngineProcess>>(launched));
+    devTools_ = std::make_unique<DevToolsClient>(*process_, loop_);
+    devTools_->setClosedHandler([this](const std::string& reason) {
+        fail(urlError(NSURLErrorNetworkConnectionLost, {},
+                      NSString::stringWithFormat(u"The web engine ended unexpectedly: %s", reason.c_str())));
+    });
+    startTimer_ = loop_.scheduleTimer(startLimit(), [this] {
+        process_->terminate();
+        fail(urlError(NSURLErrorTimedOut, {}, u"The web engine did not answer in time."));
+    });
+    connect();
+}
+
+void EnginePage::connect() {
+    listen({}, "Target.targetCreated", &EnginePage::targetCreated);
+    devTools_->send({}, "Target.setDiscoverTargets", Json::object({{"discover", true}}));
+    // A page that the engine cannot show would be saved instead, to no use.
+    devTools_->send({}, "Browser.setDownloadBehavior", Json::object({{"behavior", "deny"}}));
+}
+
+void EnginePage::listen(const std::string& session, const char* method, Handler handler) {
+    subscriptions_.push_back(
+        devTools_->listen(session, method, [this, handler](const Json& event) { (this->*handler)(event); }));
+}
+
+/// The engine opens one page by itself; it is the one to use.
+void EnginePage::targetCreated(const Json& event) {
+    const Json target = event["targetInfo"];
+    if (target["type"].string() != "page" || !mainFrameID_.empty()) return;
+    mainFrameID_ = target["targetId"].string();
+    devTools_->send({}, "Target.attachToTarget",
+                    Json::object({{"targetId", mainFrameID_}, {"flatten", true}}),
+                    [this](const DevToolsReply& reply) {
+                        if (reply.ok()) attached(mainFrameID_, reply.result["sessionId"].string());
+                    });
+}
+
+void EnginePage::attached(const std::string& target, const std::string& session) {
+    startTimer_.cancel();
+    session_ = session;
+    frames_.attach(*devTools_, session_, target);
+    requests_ = std::make_unique<RequestServer>(*devTools_, frames_, client_);
+    renderer_ = std::make_unique<PageRenderer>(*devTools_, session_, target);
+    renderer_->setViewSize(viewSize_);
+    renderer_->setLinkMapping([this](const std::string& link) { return storedLink(link); });
+
+    listen(session_, "Target.attachedToTarget", &EnginePage::workerAttached);
+    listen(session_, "Page.javascriptDialogOpening", &EnginePage::dialogOpened);
+    listen(session_, "Inspector.targetCrashed", &EnginePage::pageCrashed);
+    listen(session_, "Network.loadingFinished", &EnginePage::resourceDone);
+    listen(session_, "Network.loadingFailed", &EnginePage::resourceDone);
+    devTools_->send(session_, "Page.enable");
+    devTools_->send(session_, "Inspector.enable");
+    devTools_->send(session_, "Network.enable",
+                    Json::object({{"maxTotalBufferSize", 0}, {"maxResourceBufferSize", 0}}));
+    requests_->setPage(session_, target);
+    // Workers stop until their requests are intercepted as well.
+    devTools_->send(
+        session_, "Target.setAutoAttach",
+        Json::object({{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}}));
+    if (archive_) enter();
+}
+
+void EnginePage::workerAttached(const Json& event) {
+    const std::string session = event["sessionId"].string();
+    requests_->attach(session);
+    listen(session, "Target.attachedToTarget", &EnginePage::workerAttached);
+    devTools_->send(
+        session, "Target.setAutoAttach",
+        Json::object({{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}}));
+    devTools_->send(session, "Runtime.runIfWaitingForDebugger");
+}
+
+void EnginePage::dialogOpened(const Json& /*event*/) {
+    devTools_->send(session_, "Page.handleJavaScriptDialog", Json::object({{"accept", false}}));
+}
+
+/// After a crash every further command would hang or bring the rest of the engine down.
+void EnginePage::pageCrashed(const Json& /*event*/) {
+    fail(urlError(NSURLErrorNetworkConnectionLost, {}, u"The web engine's page process ended unexpectedly."));
+}
+
+void EnginePage::resourceDone(const Json& /*event*/) {
+    ++finishedRequests_;
+    const std::size_t asked = std::max(requests_->asked(), finishedRequests_);
+    client_.progressChanged(static_cast<double>(finishedRequests_) / static_cast<double>(asked));
+}
+
+void EnginePage::fail(const NSError& error) {
+    if (failure_) return;
+    failure_ = error;
+    startTimer_.cancel();
+    if (archive_) frames_.failAll(error);
+}
+
+void EnginePage::loadArchive(const WebArchive& archive) {
+    archive_ = archive;
+    if (failure_) {
+        loop_.performSoon([this, alive = std::weak_ptr<bool>(alive_)] {
+            if (!alive.expired()) frames_.failAll(failure_);
+        });
+    } else if (!session_.empty()) {
+        enter();
+    }
+}
+
+// location.replace from the page that the engine starts with: the history then has one entry, and going back
+// leads nowhere. Only local files cannot be reached that way.
+void EnginePage::enter() {
+    const std::string stored = archive_.mainResource().URL().absoluteString().utf8();
+    address_.emplace(stored.empty() ? "about:blank" : stored, randomToken());
+    requests_->serve(archive_, *address_);
+    frames_.expectOwnLoad();
+    const std::string& url = address_->engineURL();
+    if (schemeOf(url) == "file") {
+        devTools_->send(session_, "Page.navigate", Json::object({{"url", url}}));
+        return;
+    }
+    devTools_->send(session_, "Runtime.evaluate",
+                    Json::object({{"expression", "location.replace(" + Json(url).serialize() + ")"}}));
+}
+
+NSURL EnginePage::storedURL(std::string_view engineURL) const {
+    return NSURL::URLWithString(
+        NSString::fromUTF8(address_ ? address_->storedURL(engineURL) : std::string(engineURL)));
+}
+
+std::string EnginePage::storedLink(const std::string& link) const {
+    return address_ ? address_->storedURL(link) : link;
+}
+
+/// In a world of the frame's own scripts do not reach. What does not answer in time has no title.
+void EnginePage::queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer) {
+    const auto once = std::make_shared<std::function<void(NSString)>>(std::move(answer));
+    const auto reply = [once](const NSString& title) {
+        if (const auto waiting = std::exchange(*once, nullptr)) waiting(title);
+    };
+    titleTimers_.push_back(loop_.scheduleTimer(titleLimit, [reply] { reply({}); }));
+    devTools_->send(session_, "Page.createIsolatedWorld",
+                    Json::object({{"frameId", engineFrame}, {"worldName", "web2pdf"}}),
+                    [this, reply](const DevToolsReply& world) {
+                        if (!world.ok()) {
+                            reply({});
+                            return;
+                        }
+                        devTools_->send(session_, "Runtime.evaluate",
+                                        Json::object({{"expression", "document.title"},
+                                                      {"contextId", world.result["executionContextId"]},
+                                                      {"returnByValue", true}}),
+                                        [reply](const DevToolsReply& title) {
+                                            const std::string text = title.result["result"]["value"].string();
+                                            reply(text.empty() ? NSString() : NSString::fromUTF8(text));
+                                        });
+                    });
+}
+
+void EnginePage::setViewSize(NSSize size) {
+    viewSize_ = size;
+    if (renderer_) renderer_->setViewSize(size);
+}
+
+void EnginePage::setMediaStyle(const NSString& mediaStyle) {
+    if (renderer_) renderer_->setMediaStyle(mediaStyle.utf8());
+}
+
+void EnginePage::setPrintsBackgrounds(bool prints) {
+    if (renderer_) renderer_->setPrintsBackgrounds(prints);
+}
+
+NSString EnginePage::ownerElementName(const FrameID& frame) {
+    if (!canRender() || frame == mainFrame) return {};
+    const milliseconds limit(5000);
+    devTools_->call(session_, "DOM.enable", {}, limit);
+    const DevToolsReply owner =
+        devTools_->call(session_, "DOM.getFrameOwner", Json::object({{"frameId", frame}}), limit);
+    if (!owner.ok()) return {};
+    const DevToolsReply node =
+        devTools_->call(session_, "DOM.describeNode",
+                        Json::object({{"backendNodeId", owner.result["backendNodeId"]}}), limit);
+    const std::string name = node.result["node"]["nodeName"].string();
+    return name.empty() ? NSString() : NSString::fromUTF8(name);
+}
+
+bool EnginePage::canRender() {
+    return renderer_ && failure_.isNil();
+}
+
+NSSize EnginePage::documentSize() {
+    if (!canRender()) return {};
+    client_.titleChanged(mainFrame, renderer_->title());
+    return canRender() ? renderer_->documentSize() : NSSize();
+}
+
+NSData EnginePage::screenPDF() {
+    return canRender() ? renderer_->screenPDF() : NSData();
+}
+
+NSData EnginePage::paginatedPDF(NSSize paper, double margin) {
+    return canRender() ? renderer_->paginatedPDF(paper, margin) : NSData();
+}
+
+} // namespace
+
+std::unique_ptr<Page> makeEnginePage(PageClient& client) {
+    return std::make_unique<EnginePage>(client);
+}
+
+} // namespace qrv::engine

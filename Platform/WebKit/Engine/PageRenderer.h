@@ -1,0 +1,64 @@
+#pragma once
+
+// Turns a loaded page into PDF. Every operation runs the loop until the engine has answered. Once the first
+// one has been called, the page's scripts stand still: what is measured is what is printed.
+
+#include "Platform/Foundation/NSData.h"
+#include "Platform/Foundation/NSRange.h"
+#include "Platform/WebKit/Engine/DevToolsClient.h"
+#include "Platform/WebKit/Engine/PageMeasurements.h"
+#include "Platform/WebKit/Engine/PrintLayout.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace qrv::engine {
+
+class PageRenderer {
+public:
+    using LinkMapping = std::function<std::string(const std::string&)>;
+
+    /// The client must outlive the renderer. `mainFrameID` is the engine's name of the main frame.
+    PageRenderer(DevToolsClient& devTools, std::string session, std::string mainFrameID);
+
+    /// Lays the page out in a view of this size from now on.
+    void setViewSize(NSSize size);
+
+    void setMediaStyle(std::string mediaStyle) { mediaStyle_ = std::move(mediaStyle); }
+
+    void setPrintsBackgrounds(bool prints) { printsBackgrounds_ = prints; }
+
+    /// Changes the addresses that links in the PDF lead to.
+    void setLinkMapping(LinkMapping mapping) { linkMapping_ = std::move(mapping); }
+
+    /// The laid-out document in CSS pixels; zero when the page does not answer.
+    NSSize documentSize();
+    NSData screenPDF();
+    NSData paginatedPDF(NSSize paper, double margin);
+    /// The page's title; nil when it has none or does not answer.
+    NSString title();
+
+private:
+    void settle();
+    std::optional<PageMeasurements> measure(LayoutSize view);
+    Json evaluate(const std::string& script, bool awaitsPromise);
+    bool makeWorld();
+    NSData print(const PrintPlan& plan, const PrintPlan& plain);
+    std::optional<NSData> attempt(const PrintPlan& plan);
+    NSData edited(const NSData& pdf, const PrintPlan& plan) const;
+    DevToolsReply call(const char* method, const Json& params);
+
+    DevToolsClient& devTools_;
+    std::string session_;
+    std::string mainFrameID_;
+    NSSize viewSize_{612, 792};
+    std::string mediaStyle_;
+    bool printsBackgrounds_ = false;
+    LinkMapping linkMapping_;
+    bool settled_ = false;
+    std::int64_t world_ = 0; // the isolated world in which scripts run; 0 when there is none
+    std::optional<PageMeasurements> screen_;
+};
+
+} // namespace qrv::engine

@@ -1,0 +1,36 @@
+#pragma once
+
+// What a frame loads or has loaded: the request, the main resource's type and the page's title.
+
+#include "Platform/Foundation/NSURLRequest.h"
+#include "Platform/WebKit/WebResource.h"
+
+namespace qrv {
+
+class WebDataSource {
+public:
+    explicit WebDataSource(NSURLRequest request, WebResource mainResource = {})
+        : request_(std::move(request)), mainResource_(std::move(mainResource)) {}
+
+    // - request
+    const NSURLRequest& request() const { return request_; }
+
+    // - mainResource
+    /// nil until the first byte has arrived. Only its type and URL are kept, not its bytes.
+    const WebResource& mainResource() const { return mainResource_; }
+
+    // - pageTitle
+    /// nil for a page without a title.
+    const NSString& pageTitle() const { return pageTitle_; }
+
+    void setMainResource(WebResource resource) { mainResource_ = std::move(resource); }
+
+    void setPageTitle(NSString title) { pageTitle_ = std::move(title); }
+
+private:
+    NSURLRequest request_;
+    WebResource mainResource_;
+    NSString pageTitle_;
+};
+
+} // namespace qrv

@@ -1,0 +1,93 @@
+#pragma once
+
+// An off-screen view that loads a page and lays it out: the page model over an engine. Everything belongs to
+// the thread whose run loop is current when the view is made, and all callbacks arrive there.
+
+#include "Platform/AppKit/NSView.h"
+#include "Platform/WebKit/Engine/Page.h"
+#include "Platform/WebKit/WebDelegates.h"
+#include "Platform/WebKit/WebFrame.h"
+#include "Platform/WebKit/WebPreferences.h"
+
+#include <map>
+#include <memory>
+
+namespace qrv {
+
+/// Posted with the view as its object when the last loading frame has finished or failed.
+inline constexpr char16_t WebViewProgressFinishedNotification[] = u"WebProgressFinishedNotification";
+
+class WebView : public NSView, private engine::PageClient {
+public:
+    // - initWithFrame:frameName:groupName:
+    /// Starts the engine, which boots while the caller goes on. The names may be nil; they mean nothing in a
+    /// view without windows.
+    WebView(NSRect frame, const NSString& frameName, const NSString& groupName);
+    ~WebView() override;
+
+    // - setFrameLoadDelegate:
+    void setFrameLoadDelegate(WebFrameLoadDelegate* delegate) { frameLoadDelegate_ = delegate; }
+
+    // - setPolicyDelegate:
+    void setPolicyDelegate(WebPolicyDelegate* delegate) { policyDelegate_ = delegate; }
+
+    // - setResourceLoadDelegate:
+    void setResourceLoadDelegate(WebResourceLoadDelegate* delegate) { resourceLoadDelegate_ = delegate; }
+
+    // - mainFrame
+    /// Never null.
+    const WebFramePtr& mainFrame() const { return mainFrame_; }
+
+    // - estimatedProgress
+    /// From 0 to 1; 0 before the first load.
+    double estimatedProgress() const { return estimatedProgress_; }
+
+    // - preferences
+    WebPreferences& preferences() { return preferences_; }
+
+    // - setMediaStyle:
+    /// The media type whose style sheets count ("screen", "print", ...); nil for the view's own.
+    void setMediaStyle(const NSString& mediaStyle);
+
+    // - setFrame:
+    /// The page is laid out anew in the new size.
+    void setFrame(NSRect frame) override;
+
+    /// The engine's page, for the views of this layer.
+    engine::Page& page();
+
+    /// Makes pages from now on; an empty function stands for the real engine.
+    static void setPageFactoryForTesting(engine::PageFactory factory);
+
+private:
+    friend class WebFrame;
+
+    // PageClient
+    void frameAttached(const engine::FrameID& frame, const engine::FrameID& parent) override;
+    void frameDetached(const engine::FrameID& frame) override;
+    void loadStarted(const engine::FrameID& frame, const NSURL& url) override;
+    void loadCommitted(const engine::FrameID& frame, const NSURL& url, const NSString& mimeType) override;
+    void titleChanged(const engine::FrameID& frame, const NSString& title) override;
+    void loadFinished(const engine::FrameID& frame) override;
+    void loadFailed(const engine::FrameID& frame, const NSError& error) override;
+    bool shouldNavigate(const engine::FrameID& frame, WebNavigationType type, const NSURL& url) override;
+    void windowRequested(const NSURL& url, const NSString& frameName) override;
+    void authenticationRequired(const engine::FrameID& frame, const NSURL& url) override;
+    void progressChanged(double estimated) override;
+
+    void loadArchiveInFrame(const WebArchive& archive, WebFrame& frame);
+    WebFramePtr frameWithID(const engine::FrameID& frame) const;
+    void detach(const WebFramePtr& frame);
+    void endLoading(const WebFramePtr& frame);
+
+    WebPreferences preferences_;
+    std::map<engine::FrameID, WebFramePtr> frames_;
+    WebFramePtr mainFrame_;
+    WebFrameLoadDelegate* frameLoadDelegate_ = nullptr;
+    WebPolicyDelegate* policyDelegate_ = nullptr;
+    WebResourceLoadDelegate* resourceLoadDelegate_ = nullptr;
+    double estimatedProgress_ = 0;
+    std::unique_ptr<engine::Page> page_; // last: it calls back until it is gone
+};
+
+} // namespace qrv
