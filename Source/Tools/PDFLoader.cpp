@@ -1,0 +1,143 @@
+#include "Source/Tools/PDFLoader.h"
+
+#include "Platform/AppKit/NSPrintInfo.h"
+#include "Platform/AppKit/NSPrintOperation.h"
+#include "Platform/Foundation/NSProcessInfo.h"
+#include "Platform/PDFKit/PDFDocument.h"
+#include "QRVFoundation/Source/NSError+QRV.h"
+#include "QRVFoundation/Source/NSString+QRVBasics/NSString+QRVFilesBasics.h"
+#include "Source/Tools/web2pdf.h"
+
+#include <algorithm>
+
+namespace qrv {
+
+namespace {
+
+/// nil and the empty text are the same for a reader of the attributes.
+NSString orEmpty(const NSString& text) {
+    return text ? text : NSString(u"");
+}
+
+WebArchive archiveAtPath(const NSString& path) {
+    NSError error;
+    const NSData data = NSData::initWithContentsOfFile_options_error(path, 0, &error);
+    if (!data) finishWithError(error);
+    return WebArchive::initWithData(data);
+}
+
+} // namespace
+
+PDFLoader::~PDFLoader() {
+    _window.reset();
+    _uid = {};
+    _url = {};
+}
+
+NSString PDFLoader::logArea() const {
+    return LogWeb2PDF;
+}
+
+bool PDFLoader::isShowingFrames() const {
+    // A copy, since asking for an element lets callbacks arrive that may change the list.
+    const std::vector<WebFramePtr> frames = _view->mainFrame()->childFrames();
+    return std::any_of(frames.begin(), frames.end(), [](const WebFramePtr& frame) {
+        return frame->frameElement().isKindOfClass(DOMHTMLFrameElement::classInfo());
+    });
+}
+
+void PDFLoader::loadWebArchivePath_uid(const NSString& path, const NSString& uid) {
+    _uid = uid;
+    const bool enablesPlugIns = shouldEnablePlugIns();
+    {
+        const WebArchive archive = archiveAtPath(path);
+        if (!archive) finishWithError(makeBadArchiveError(path));
+        _url = archive.mainResource().URL();
+        _view->preferences().setPlugInsEnabled(enablesPlugIns);
+        _view->mainFrame()->loadArchive(archive);
+        waitUntilDone();
+    }
+    // Before the error: a frameset is refused as such even when its load failed, too.
+    if (isShowingFrames()) finishWithError(makeFramesError(path));
+    if (qrvHasDomain_code(_error, NSURLErrorDomain, NSURLErrorCancelled)) return;
+    if (_error) finishWithError(_error);
+}
+
+void PDFLoader::setupWindow() {
+    constexpr double slack = 200;
+    const NSSize paper = NSPrintInfo::sharedPrintInfo().paperSize();
+    _window = std::make_unique<NSWindow>(NSRect{{0, 0}, {paper.width + slack, paper.height + slack}},
+                                         NSWindowStyleMaskBorderless, NSBackingStoreRetained, false);
+    _view->setFrameSize(paper);
+    _window->contentView().addSubview(*_view);
+}
+
+bool PDFLoader::createScreenPDFs() const {
+    return NSProcessInfo::processInfo().arguments().objectAtIndex(1).isEqual(NSString(u"screen"));
+}
+
+void PDFLoader::savePDF(const NSString& path) {
+    setupWindow();
+    _view->setMediaStyle(u"screen"); // in both modes
+    _view->preferences().setShouldPrintBackgrounds(true);
+    WebFrameView* frameView = _view->mainFrame()->frameView();
+    NSView* documentView = frameView ? frameView->documentView() : nullptr;
+    if (createScreenPDFs()) {
+        writeScreenPDF(documentView, path);
+    } else {
+        printToFile(documentView, path);
+    }
+    if (!qrvFileExists(path)) finishWithError(makePrintFailedError(path));
+    setAttributesOfPDF(path);
+    finishWithErrorAndPath({}, path);
+}
+
+void PDFLoader::writeScreenPDF(NSView* documentView, const NSString& path) const {
+    if (!documentView) return;
+    documentView->setFrame(documentView->bounds());
+    documentView->layout();
+    const NSData pdf = documentView->dataWithPDFInsideRect(documentView->bounds());
+    if (pdf) pdf.writeToFile_atomically(path, true);
+}
+
+void PDFLoader::printToFile(NSView* documentView, const NSString& path) const {
+    if (!documentView) return;
+    NSMutableDictionary settings = NSPrintInfo::sharedPrintInfo().dictionary().mutableCopy();
+    settings.setObject_forKey(NSString(NSPrintSaveJob), NSString(NSPrintJobDisposition));
+    settings.setObject_forKey(NSURL::fileURLWithPath(path), NSString(NSPrintJobSavingURL));
+    NSPrintInfo printInfo(settings.copy());
+    printInfo.setHorizontalPagination(NSPrintingPaginationModeFit);
+    printInfo.setVerticalPagination(NSPrintingPaginationModeAutomatic);
+    printInfo.setHorizontallyCentered(false);
+    printInfo.setVerticallyCentered(false);
+    const double width = margin();
+    printInfo.setTopMargin(width);
+    printInfo.setBottomMargin(width);
+    printInfo.setLeftMargin(width);
+    printInfo.setRightMargin(width);
+    NSPrintOperation operation = NSPrintOperation::printOperationWithView_printInfo(*documentView, printInfo);
+    operation.setShowsPrintPanel(false);
+    operation.setShowsProgressPanel(false);
+    operation.runOperation();
+}
+
+/// A file that is no readable PDF stays as it is.
+void PDFLoader::setAttributesOfPDF(const NSString& path) const {
+    const auto document = PDFDocument::initWithURL(NSURL::fileURLWithPath(path));
+    if (!document) return;
+    NSMutableDictionary attributes = document->documentAttributes().mutableCopy();
+    attributes.setObject_forKey(NSString(u"Quillvane"), NSString(PDFDocumentCreatorAttribute));
+    attributes.setObject_forKey(orEmpty(pageTitle()), NSString(PDFDocumentTitleAttribute));
+    attributes.setObject_forKey(orEmpty(_url.description()), NSString(PDFDocumentSubjectAttribute));
+    attributes.setObject_forKey(author(), NSString(PDFDocumentAuthorAttribute));
+    document->setDocumentAttributes(attributes);
+    document->writeToFile(path);
+}
+
+NSString PDFLoader::author() const {
+    const NSString prefix = u"www.";
+    const NSString host = orEmpty(_url.host());
+    return host.hasPrefix(prefix) ? host.substringFromIndex(prefix.length()) : host;
+}
+
+} // namespace qrv

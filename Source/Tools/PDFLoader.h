@@ -1,0 +1,57 @@
+#pragma once
+
+// The tool's loader: turns one web archive into one PDF file. Every failure, and the success, ends the
+// process through the finish functions (web2pdf.h).
+//
+//     PDFLoader loader;
+//     loader.loadWebArchivePath_uid(archivePath, uid);
+//     loader.savePDF(pdfPath);
+
+#include "Source/Tools/loader.h"
+
+#include "Platform/AppKit/NSWindow.h"
+
+namespace qrv {
+
+class PDFLoader : public Loader {
+public:
+    // - dealloc
+    ~PDFLoader() override;
+
+    // - logArea
+    NSString logArea() const override;
+
+    // - isShowingFrames
+    /// Whether the page is a frameset: inline frames do not count. Runs the run loop.
+    bool isShowingFrames() const;
+
+    // - loadWebArchivePath:uid:
+    /// Returns when the page is ready to be rendered; a cancelled load counts as such. Ends the process with
+    /// the read error, the bad-archive error, the frames error or the load's error.
+    void loadWebArchivePath_uid(const NSString& path, const NSString& uid);
+
+    // - setupWindow
+    /// Puts the view, in the default paper's size, into a window that is never shown.
+    void setupWindow();
+
+    // - createScreenPDFs
+    /// Whether the tool's first argument asks for one tall page as on a screen.
+    bool createScreenPDFs() const;
+
+    // - savePDF:
+    /// Renders into the file, sets its document attributes and ends the process: with success, or with the
+    /// print-failed error if no file is there.
+    [[noreturn]] void savePDF(const NSString& path);
+
+private:
+    void writeScreenPDF(NSView* documentView, const NSString& path) const;
+    void printToFile(NSView* documentView, const NSString& path) const;
+    void setAttributesOfPDF(const NSString& path) const;
+    NSString author() const;
+
+    std::unique_ptr<NSWindow> _window;
+    NSString _uid;
+    NSURL _url;
+};
+
+} // namespace qrv

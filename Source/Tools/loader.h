@@ -1,0 +1,145 @@
+#pragma once
+
+// Drives one off-screen web view until the page in it has finished loading, and brings what the tool has to
+// tell to the program that started it.
+//
+// A subclass starts a load in the view's main frame and calls waitUntilDone, which runs the current run loop
+// until no frame has been loading for a while; then it reads _error and _view. Everything belongs to one
+// thread.
+
+#include "Platform/Foundation/NSData.h"
+#include "Platform/Foundation/NSDate.h"
+#include "Platform/Foundation/NSNotificationCenter.h"
+#include "Platform/WebKit/WebView.h"
+
+#include <memory>
+#include <vector>
+
+namespace qrv {
+
+/// The preferences domain of the application that starts the tool: all of the tool's settings are there.
+inline constexpr char16_t QuillvaneSettingsDomain[] = u"org.quillvane.Quillvane";
+
+class Loader : public WebFrameLoadDelegate, public WebPolicyDelegate, public WebResourceLoadDelegate {
+public:
+    // - init
+    /// Empties and switches off the URL cache, then makes the view (612 by 612 points) with the loader as its
+    /// delegate.
+    Loader();
+    Loader(const Loader&) = delete;
+    Loader& operator=(const Loader&) = delete;
+    // - dealloc
+    ~Loader() override;
+
+    // - logArea
+    /// The area of the loader's log lines. A subclass must have one: here it raises
+    /// NSInvalidArgumentException.
+    virtual NSString logArea() const;
+
+    // - logFile:line:function:format:
+    /// Logs through the shared logger if the loader's area is enabled.
+    template <class... Arguments>
+    void logFile_line_function_format(const char* file, unsigned long line, const char* function,
+                                      const NSString& format, const Arguments&... arguments) const {
+        logPacked(file, line, function, format, FormatArguments(arguments...));
+    }
+
+    // - clearURLCache
+    void clearURLCache();
+
+    // - startLoading
+    /// Makes the wait last until a frame has begun to load: for subclasses whose load starts later.
+    void startLoading();
+
+    // - waitUntilDone
+    /// Runs the current run loop in slices of 0.2 seconds until no frame has been loading for
+    /// webToolExtraLoadingTime; the outcome is in _error and in the view. Lasts as long as a frame is
+    /// loading, unless _timeoutDate is set.
+    void waitUntilDone();
+
+    // - extendFinishDate:
+    /// The wait may end this many seconds from now.
+    void extendFinishDate(double seconds);
+
+    // - progressFinished:
+    void progressFinished(const NSNotification& notification);
+
+    // - postProgress:
+    /// Told the view's progress (0 to 1) before each slice of the wait. Does nothing here.
+    virtual void postProgress(double progress);
+
+    // - pageTitle
+    /// The title of the main frame's page, or nil.
+    NSString pageTitle() const;
+
+    // - hasPageTitle
+    bool hasPageTitle() const;
+
+    // The settings, read anew at each call.
+
+    // - webToolTimeout
+    /// WebToolTimeout, in seconds; 10 when unset. For subclasses that want a deadline.
+    long long webToolTimeout() const;
+    // - shouldEnablePlugIns
+    /// WebToolEnableWebPlugIns; false when unset.
+    bool shouldEnablePlugIns() const;
+    // - maxTriesBeforeTimeout
+    /// WebToolMaxTriesBeforeTimeout; 3 when unset. For subclasses that try again.
+    unsigned long long maxTriesBeforeTimeout() const;
+    // - webToolExtraLoadingTime
+    /// WebToolExtraLoadingTime, in seconds; 2 when unset, 0 for a loader that just wants the title.
+    long long webToolExtraLoadingTime() const;
+    // - margin
+    /// Web2PDFPageMargin, in points; 36 when unset.
+    double margin() const;
+
+    void webView_didStartProvisionalLoadForFrame(WebView& sender, const WebFramePtr& frame) override;
+    void webView_didFinishLoadForFrame(WebView& sender, const WebFramePtr& frame) override;
+    void webView_didFailProvisionalLoadWithError_forFrame(WebView& sender, const NSError& error,
+                                                          const WebFramePtr& frame) override;
+    void webView_didFailLoadWithError_forFrame(WebView& sender, const NSError& error,
+                                               const WebFramePtr& frame) override;
+    void webView_didReceiveTitle_forFrame(WebView& sender, const NSString& title,
+                                          const WebFramePtr& frame) override;
+    /// Lets what the page itself starts by script pass, and refuses links, forms, history and reloads.
+    void webView_decidePolicyForNavigationAction_request_frame_decisionListener(
+        WebView& sender, const NSDictionary& actionInformation, const NSURLRequest& request,
+        const WebFramePtr& frame, WebPolicyDecisionListener& listener) override;
+    void webView_decidePolicyForNewWindowAction_request_newFrameName_decisionListener(
+        WebView& sender, const NSDictionary& actionInformation, const NSURLRequest& request,
+        const NSString& frameName, WebPolicyDecisionListener& listener) override;
+    /// No credential is ever offered: the challenge is cancelled and the load counts as failed.
+    void webView_resource_didReceiveAuthenticationChallenge_fromDataSource(
+        WebView& sender, const id& identifier, const NSURLAuthenticationChallenge& challenge,
+        const std::shared_ptr<WebDataSource>& dataSource) override;
+
+protected:
+    /// What is still loading: a WebFrame for each load that it has begun, and the string "rootPage" while the
+    /// first has not.
+    std::vector<id> _objectsLoading;
+    /// The latest error of the main frame's load or of an authentication, or nil.
+    NSError _error;
+    std::unique_ptr<WebView> _view;
+    /// When the wait gives up; nil for never.
+    NSDate _timeoutDate;
+    /// The wait may end as soon as a title is known.
+    bool _justTitle = false;
+    bool _receivedTitle = false;
+    /// When the wait may end if nothing is loading; nil outside a wait and before the list was empty in it.
+    NSDate _finishDate;
+
+private:
+    void logPacked(const char* file, unsigned long line, const char* function, const NSString& format,
+                   const FormatArguments& arguments) const;
+    void logObjectsLoading() const;
+    void logObject(const id& object) const;
+    bool extraTimeHasPassed();
+    void removeFromLoading(const id& object);
+};
+
+// finishWithData
+/// Delivers the result: into the file that the environment variable OutPath names (written atomically; a
+/// failure is logged), else to standard output, which is closed then.
+void finishWithData(const NSData& data);
+
+} // namespace qrv

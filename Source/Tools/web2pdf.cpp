@@ -1,0 +1,126 @@
+#include "Source/Tools/web2pdf.h"
+
+#include "Platform/AppKit/NSApplication.h"
+#include "Platform/Foundation/NSAutoreleasePool.h"
+#include "Platform/Foundation/NSException.h"
+#include "Platform/Foundation/NSKeyedArchiver.h"
+#include "Platform/Foundation/NSNumber.h"
+#include "Platform/Foundation/NSProcessInfo.h"
+#include "Platform/Foundation/NSPropertyListSerialization.h"
+#include "QRVFoundation/Source/NSError+QRVDescription.h"
+#include "QRVFoundation/Source/QRVLog.h"
+#include "Source/Tools/PDFLoader.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <new>
+
+namespace qrv {
+
+namespace {
+
+ProcessExit exitOfTest = nullptr;
+
+[[noreturn]] void exitProcess(int status) {
+    if (exitOfTest) exitOfTest(status);
+    std::exit(status);
+}
+
+NSError fileError(const NSString& domain, long long code, const NSString& path) {
+    return NSError::errorWithDomain_code_userInfo(domain, code, {{NSString(NSFilePathErrorKey), path}});
+}
+
+NSError toolError(long long code, const NSString& description) {
+    return NSError::errorWithDomain_code_userInfo(Web2PDFErrorDomain, code,
+                                                  {{NSString(NSLocalizedDescriptionKey), description}});
+}
+
+[[noreturn]] void convert() {
+    const NSAutoreleasePool pool; // of the whole run
+    NSApplicationLoad();
+    const NSArray arguments = NSProcessInfo::processInfo().arguments();
+    if (arguments.count() != 5) finishWithBadArguments();
+    const auto archivePath = as<NSString>(arguments.objectAtIndex(2));
+    const auto pdfPath = as<NSString>(arguments.objectAtIndex(3));
+    const auto uid = as<NSString>(arguments.objectAtIndex(4));
+    PDFLoader loader;
+    loader.loadWebArchivePath_uid(archivePath, uid);
+    loader.savePDF(pdfPath);
+}
+
+} // namespace
+
+void runWeb2PDF() {
+    try {
+        convert();
+    } catch (const NSException& exception) {
+        finishWithError(qrvErrorFromException(exception));
+    } catch (const std::bad_alloc&) {
+        finishWithError(posixError(ENOMEM));
+    } catch (const std::exception& exception) {
+        finishWithError(toolError(Web2PDFInternalError, NSString::fromUTF8(exception.what())));
+    }
+}
+
+void finishWithErrorAndPath(const NSError& error, const NSString& path) {
+    QRV_LOG("Source/Tools/web2pdf", "void finishWithErrorAndPath(NSError *, NSString *)", LogWeb2PDF,
+            u"finish with error: %@", error);
+    NSMutableDictionary result;
+    result.setObject_forKey(NSNumber::numberWithBool(error.isNil()), NSString(u"succeeded"));
+    if (error) {
+        result.setObject_forKey(archiveError(error), NSString(u"errorData"));
+        result.setObject_forKey(error.localizedDescription(), NSString(u"errorString"));
+    }
+    if (path) result.setObject_forKey(path, NSString(u"path"));
+    finishWithData(dataFromPropertyList(result.copy()));
+    exitProcess(EXIT_SUCCESS); // failures, too: the result alone tells the outcome
+}
+
+void finishWithError(const NSError& error) {
+    finishWithErrorAndPath(error, {});
+}
+
+void finishWithBadArguments() {
+    finishWithError(toolError(Web2PDFBadArgumentsError, u"wrong number of arguments"));
+}
+
+NSError makeFramesError(const NSString& path) {
+    return fileError(Web2PDFFramesErrorDomain, 0, path);
+}
+
+NSError makeBadArchiveError(const NSString& path) {
+    return fileError(NSCocoaErrorDomain, NSFileReadCorruptFileError, path);
+}
+
+NSError makePrintFailedError(const NSString& path) {
+    return fileError(NSCocoaErrorDomain, NSFileWriteUnknownError, path);
+}
+
+NSData archiveError(const NSError& error) {
+    // What the receiver may know: nothing of the program's insides.
+    const NSString keys[] = {
+        NSURLErrorFailingURLStringErrorKey,
+        NSLocalizedDescriptionKey,
+        NSFilePathErrorKey,
+        NSURLErrorKey,
+        NSLocalizedFailureReasonErrorKey,
+        NSLocalizedRecoverySuggestionErrorKey,
+    };
+    NSMutableDictionary userInfo;
+    for (const NSString& key : keys) {
+        if (const id value = error.userInfo().objectForKey(key)) userInfo.setObject_forKey(value, key);
+    }
+    return NSKeyedArchiver::archivedDataWithRootObject(
+        NSError::errorWithDomain_code_userInfo(error.domain(), error.code(), userInfo));
+}
+
+NSData dataFromPropertyList(const id& propertyList) {
+    return NSPropertyListSerialization::dataFromPropertyList_format_errorDescription(
+        propertyList, NSPropertyListXMLFormat_v1_0, nullptr);
+}
+
+void setProcessExitForTesting(ProcessExit processExit) {
+    exitOfTest = processExit;
+}
+
+} // namespace qrv
