@@ -1,0 +1,300 @@
+#include "Source/Tools/loader.h"
+
+#include "Platform/Foundation/NSException.h"
+#include "Platform/Foundation/NSURLCache.h"
+#include "Tests/Tools/LoaderTest.h"
+
+#include <gmock/gmock.h>
+
+namespace qrv {
+namespace {
+
+using engine::mainFrame;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+// Creation and end
+
+TEST_F(LoaderTest, IsEmptyAfterInit) {
+    EXPECT_THAT(loader._objectsLoading, IsEmpty());
+    EXPECT_TRUE(loader._error.isNil());
+    EXPECT_TRUE(loader._timeoutDate.isNil());
+    EXPECT_TRUE(loader._finishDate.isNil());
+    EXPECT_FALSE(loader._justTitle);
+    EXPECT_FALSE(loader._receivedTitle);
+}
+
+TEST_F(LoaderTest, MakesAViewOf612By612) {
+    EXPECT_EQ(loader._view->frame().size.width, 612);
+    EXPECT_EQ(loader._view->frame().size.height, 612);
+    EXPECT_EQ(loader._view->frame().origin.x, 0);
+    EXPECT_EQ(loader._view->frame().origin.y, 0);
+}
+
+TEST_F(LoaderTest, EmptiesAndSwitchesOffTheCache) {
+    NSURLCache& cache = NSURLCache::sharedURLCache();
+    cache.setDiskCapacity(5);
+    cache.setMemoryCapacity(6);
+    const std::size_t removals = cache.removals();
+    const TestLoader another;
+    EXPECT_EQ(cache.removals(), removals + 1);
+    EXPECT_EQ(cache.diskCapacity(), 0U);
+    EXPECT_EQ(cache.memoryCapacity(), 0U);
+}
+
+TEST_F(LoaderTest, APlainLoaderHasNoLogArea) {
+    const Loader plain;
+    EXPECT_THROW(plain.logArea(), NSException);
+}
+
+TEST_F(LoaderTest, ObservesItsOwnViewOnlyAndOnlyWhileItLives) {
+    NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
+    const void* viewOfAnother = nullptr;
+    {
+        const TestLoader another;
+        viewOfAnother = another._view.get();
+        log.clear();
+        center.postNotificationName_object(WebViewProgressFinishedNotification, viewOfAnother);
+        EXPECT_THAT(log.lines(), ElementsAre("[LogTest] Progress finished"));
+    }
+    log.clear();
+    center.postNotificationName_object(WebViewProgressFinishedNotification, viewOfAnother);
+    center.postNotificationName_object(u"Other", loader._view.get());
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+// What is loading
+
+TEST_F(LoaderTest, AFrameThatStartsTwiceAndFinishesOnceLeavesCompletely) {
+    startMainFrame();
+    startMainFrame();
+    EXPECT_THAT(loader._objectsLoading, SizeIs(2));
+    finishMainFrame();
+    EXPECT_THAT(loader._objectsLoading, IsEmpty());
+}
+
+TEST_F(LoaderTest, FramesLeaveOneByOneAndInTheirOwnOrder) {
+    startMainFrame();
+    attachChild();
+    client().loadStarted("child", url(u"https://a.example/child"));
+    EXPECT_THAT(loader._objectsLoading, ElementsAre(id(loader._view->mainFrame()), id(child())));
+    client().loadCommitted("child", url(u"https://a.example/child"), u"text/html");
+    client().loadFinished("child");
+    EXPECT_THAT(loader._objectsLoading, ElementsAre(id(loader._view->mainFrame())));
+    EXPECT_TRUE(log.contains("[LogTest] didFinishLoadForFrame: " + text(child())));
+}
+
+TEST_F(LoaderTest, LogsAStartWithTheFrameAndItsURL) {
+    startMainFrame();
+    EXPECT_TRUE(log.contains("[LogTest] didStartProvisionalLoadForFrame: " + mainFrameText() +
+                             " https://a.example/"));
+}
+
+TEST_F(LoaderTest, AboutURLsAreNotWaitedFor) {
+    client().loadStarted(mainFrame, url(u"about:blank"));
+    EXPECT_THAT(loader._objectsLoading, IsEmpty());
+    EXPECT_TRUE(
+        log.contains("[LogTest] didStartProvisionalLoadForFrame: " + mainFrameText() + " about:blank"));
+}
+
+TEST_F(LoaderTest, TheSchemeAboutIsComparedExactly) {
+    client().loadStarted(mainFrame, url(u"ABOUT:blank"));
+    EXPECT_THAT(loader._objectsLoading, SizeIs(1));
+}
+
+TEST_F(LoaderTest, AFrameWithoutURLIsWaitedFor) {
+    client().loadStarted(mainFrame, {});
+    EXPECT_THAT(loader._objectsLoading, SizeIs(1));
+    EXPECT_TRUE(log.contains("[LogTest] didStartProvisionalLoadForFrame: " + mainFrameText() + " (null)"));
+}
+
+TEST_F(LoaderTest, AFrameWithoutProvisionalDataSourceIsWaitedFor) {
+    loader.webView_didStartProvisionalLoadForFrame(*loader._view, loader._view->mainFrame());
+    EXPECT_THAT(loader._objectsLoading, SizeIs(1));
+}
+
+TEST_F(LoaderTest, NoFrameIsLoggedWithoutAreaAndNotWaitedFor) {
+    loader.startLoading();
+    loader.webView_didStartProvisionalLoadForFrame(*loader._view, nullptr);
+    EXPECT_THAT(loader._objectsLoading, IsEmpty());
+    EXPECT_THAT(log.lines(), ElementsAre(" didStartProvisionalLoadForFrame got nil frame",
+                                         "[LogTest] didStartProvisionalLoadForFrame: (null) (null)"));
+}
+
+TEST_F(LoaderTest, TheMarkerHoldsTheWaitUntilAFrameStarts) {
+    setSettings("<key>WebToolExtraLoadingTime</key><integer>0</integer>");
+    loader.startLoading();
+    loader.startLoading();
+    EXPECT_THAT(loader._objectsLoading, ElementsAre(id(NSString(u"rootPage")), id(NSString(u"rootPage"))));
+    time.inNextSlice([] {});
+    time.inNextSlice([&] { client().loadStarted(mainFrame, url(u"about:blank")); });
+    loader.waitUntilDone();
+    EXPECT_EQ(time.slices, 2);
+    EXPECT_EQ(log.count("[LogTest]     rootPage"), 4);
+}
+
+// Failures
+
+TEST_F(LoaderTest, AFailingSubframeIsLoggedAndForgotten) {
+    startMainFrame();
+    attachChild();
+    client().loadStarted("child", url(u"https://a.example/child"));
+    client().loadFailed("child", urlError(NSURLErrorCannotFindHost));
+    EXPECT_TRUE(loader._error.isNil());
+    EXPECT_THAT(loader._objectsLoading, ElementsAre(id(loader._view->mainFrame())));
+    EXPECT_THAT(
+        log.startingWith("[LogTest] didFailProvisionalLoadWithError: <NSError Domain=NSURLErrorDomain "
+                         "Code=-1003 "),
+        SizeIs(1));
+}
+
+TEST_F(LoaderTest, AMainFrameThatFailsBeforeItArrivesStoresItsError) {
+    startMainFrame();
+    startMainFrame();
+    client().loadFailed(mainFrame, urlError(NSURLErrorUnsupportedURL));
+    EXPECT_EQ(loader._error, urlError(NSURLErrorUnsupportedURL));
+    EXPECT_THAT(loader._objectsLoading, IsEmpty());
+}
+
+TEST_F(LoaderTest, AMainFrameThatFailsWhileItArrivesStoresItsError) {
+    startMainFrame();
+    client().loadCommitted(mainFrame, url(u"https://a.example/"), u"text/html");
+    client().loadFailed(mainFrame, urlError(NSURLErrorNetworkConnectionLost));
+    EXPECT_EQ(loader._error, urlError(NSURLErrorNetworkConnectionLost));
+    EXPECT_THAT(loader._objectsLoading, IsEmpty());
+    EXPECT_THAT(
+        log.startingWith("[LogTest] didFailLoadWithError: <NSError Domain=NSURLErrorDomain Code=-1005 "),
+        SizeIs(1));
+}
+
+TEST_F(LoaderTest, ALaterErrorOfTheMainFrameReplacesTheFirst) {
+    startMainFrame();
+    client().loadFailed(mainFrame, urlError(NSURLErrorUnsupportedURL));
+    startMainFrame();
+    client().loadFailed(mainFrame, urlError(NSURLErrorCancelled));
+    EXPECT_EQ(loader._error, urlError(NSURLErrorCancelled));
+}
+
+// Policy and authentication
+
+TEST_F(LoaderTest, OnlyLoadsOfTypeOtherAreAllowed) {
+    const NSURL target = url(u"https://b.example/");
+    EXPECT_TRUE(client().shouldNavigate(mainFrame, WebNavigationTypeOther, target));
+    for (const auto type :
+         {WebNavigationTypeLinkClicked, WebNavigationTypeFormSubmitted, WebNavigationTypeBackForward,
+          WebNavigationTypeReload, WebNavigationTypeFormResubmitted}) {
+        EXPECT_FALSE(client().shouldNavigate(mainFrame, type, target)) << type;
+    }
+}
+
+struct RecordingListener final : WebPolicyDecisionListener {
+    void use() override { answers += "use "; }
+
+    void ignore() override { answers += "ignore "; }
+
+    std::string answers;
+};
+
+TEST_F(LoaderTest, ANavigationOfUnknownTypeIsIgnored) {
+    RecordingListener listener;
+    loader.webView_decidePolicyForNavigationAction_request_frame_decisionListener(
+        *loader._view, NSDictionary::dictionary(), {}, loader._view->mainFrame(), listener);
+    EXPECT_EQ(listener.answers, "ignore ");
+}
+
+TEST_F(LoaderTest, WindowsAreNeverOpened) {
+    RecordingListener listener;
+    loader.webView_decidePolicyForNewWindowAction_request_newFrameName_decisionListener(
+        *loader._view, {{NSString(WebActionNavigationTypeKey), NSNumber::numberWithInteger(5)}}, {},
+        u"_blank", listener);
+    EXPECT_EQ(listener.answers, "ignore ");
+}
+
+struct RecordingSender final : NSURLAuthenticationChallengeSender {
+    void cancelAuthenticationChallenge(const NSURLAuthenticationChallenge& challenge) override {
+        cancelled.push_back(&challenge);
+    }
+
+    std::vector<const NSURLAuthenticationChallenge*> cancelled;
+};
+
+TEST_F(LoaderTest, AuthenticationIsCancelledAndCountsAsAnError) {
+    loader._error = urlError(NSURLErrorCannotFindHost);
+    RecordingSender sender;
+    const NSURLAuthenticationChallenge challenge(url(u"https://a.example/image.png"), sender);
+    loader.webView_resource_didReceiveAuthenticationChallenge_fromDataSource(*loader._view, NSString(u"1"),
+                                                                             challenge, nullptr);
+    EXPECT_THAT(sender.cancelled, ElementsAre(&challenge));
+    EXPECT_EQ(loader._error, urlError(NSURLErrorUserAuthenticationRequired));
+    EXPECT_EQ(loader._error.userInfo().count(), 0U);
+}
+
+TEST_F(LoaderTest, AuthenticationForAFrameCountsToo) {
+    attachChild();
+    client().authenticationRequired("child", url(u"https://a.example/"));
+    EXPECT_EQ(loader._error, urlError(NSURLErrorUserAuthenticationRequired));
+}
+
+// Log lines
+
+TEST_F(LoaderTest, NamesTheUnitTheLineAndTheMethod) {
+    log.install({QRVLoggerAllAreas, QRVLoggerIncludeFile, QRVLoggerIncludeLine, QRVLoggerIncludeFunction});
+    setSettings("<key>WebToolExtraLoadingTime</key><integer>0</integer>");
+    startMainFrame();
+    finishMainFrame();
+    loader.waitUntilDone();
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(
+            testing::MatchesRegex(
+                "\\[LogTest\\] loader:[0-9]+ -\\[Loader webView:didStartProvisionalLoadForFrame:\\] .*"),
+            testing::MatchesRegex(
+                "\\[LogTest\\] loader:[0-9]+ -\\[Loader webView:didFinishLoadForFrame:\\] .*"),
+            testing::MatchesRegex("\\[LogTest\\] loader:[0-9]+ -\\[Loader progressFinished:\\] .*"),
+            testing::MatchesRegex("\\[LogTest\\] loader:[0-9]+ -\\[Loader waitUntilDone\\] Loading.*"),
+            testing::MatchesRegex("\\[LogTest\\] loader:[0-9]+ -\\[Loader waitUntilDone\\] Extra.*"),
+            testing::MatchesRegex("\\[LogTest\\] loader:[0-9]+ -\\[Loader waitUntilDone\\] done.*")));
+}
+
+TEST_F(LoaderTest, ADisabledAreaLogsNothingButTheLinesWithoutArea) {
+    log.install({});
+    startMainFrame();
+    loader.webView_didStartProvisionalLoadForFrame(*loader._view, nullptr);
+    EXPECT_THAT(log.lines(), ElementsAre(" didStartProvisionalLoadForFrame got nil frame"));
+}
+
+// Settings
+
+TEST_F(LoaderTest, UnsetSettingsHaveTheirDefaults) {
+    EXPECT_EQ(loader.webToolTimeout(), 10);
+    EXPECT_FALSE(loader.shouldEnablePlugIns());
+    EXPECT_EQ(loader.maxTriesBeforeTimeout(), 3U);
+    EXPECT_EQ(loader.webToolExtraLoadingTime(), 2);
+    EXPECT_EQ(loader.margin(), 36.0);
+}
+
+TEST_F(LoaderTest, SettingsAreReadAtEachCall) {
+    setSettings("<key>WebToolTimeout</key><integer>11</integer><key>WebToolEnableWebPlugIns</key><true/>"
+                "<key>WebToolMaxTriesBeforeTimeout</key><integer>4</integer>"
+                "<key>WebToolExtraLoadingTime</key><integer>7</integer>"
+                "<key>Web2PDFPageMargin</key><integer>-3</integer>");
+    EXPECT_EQ(loader.webToolTimeout(), 11);
+    EXPECT_TRUE(loader.shouldEnablePlugIns());
+    EXPECT_EQ(loader.maxTriesBeforeTimeout(), 4U);
+    EXPECT_EQ(loader.webToolExtraLoadingTime(), 7);
+    EXPECT_EQ(loader.margin(), -3.0);
+    setSettings("<key>WebToolTimeout</key><integer>12</integer>");
+    EXPECT_EQ(loader.webToolTimeout(), 12);
+    EXPECT_EQ(loader.margin(), 36.0);
+}
+
+TEST_F(LoaderTest, UnusableSettingsYieldTheDefaults) {
+    setSettings("<key>WebToolTimeout</key><array/><key>WebToolEnableWebPlugIns</"
+                "key><date>2001-01-01T00:00:00Z</date>");
+    EXPECT_EQ(loader.webToolTimeout(), 10);
+    EXPECT_FALSE(loader.shouldEnablePlugIns());
+}
+
+} // namespace
+} // namespace qrv

@@ -1,0 +1,75 @@
+#pragma once
+
+// A page that loads nothing: a test plays its part by calling the client, and finds what was asked of the
+// page.
+
+#include "Platform/WebKit/WebView.h"
+
+#include <functional>
+#include <map>
+#include <string>
+
+namespace qrv {
+
+class ScriptedPage final : public engine::Page {
+public:
+    explicit ScriptedPage(engine::PageClient& owner) : client(owner) { latest = this; }
+
+    ~ScriptedPage() override {
+        if (latest == this) latest = nullptr;
+    }
+
+    void loadArchive(const WebArchive& archive) override {
+        loadedArchive = archive;
+        if (onLoad) onLoad(client);
+    }
+
+    void setViewSize(NSSize size) override { viewSize = size; }
+
+    void setMediaStyle(const NSString& style) override { mediaStyle = style; }
+
+    void setPrintsBackgrounds(bool prints) override { printsBackgrounds = prints; }
+
+    NSString ownerElementName(const engine::FrameID& frame) override { return ownerElements[frame]; }
+
+    NSSize documentSize() override { return documentSizeToAnswer; }
+
+    NSData screenPDF() override {
+        ++screenPDFs;
+        return pdfToAnswer;
+    }
+
+    NSData paginatedPDF(NSSize paperSize, engine::PrintMargins printMargins) override {
+        ++paginatedPDFs;
+        paper = paperSize;
+        margins = printMargins;
+        return pdfToAnswer;
+    }
+
+    /// Committed, titled (unless nil) and finished, in the main frame.
+    void loadPage(const NSString& url, const NSString& title = {}) {
+        client.loadCommitted(engine::mainFrame, NSURL::URLWithString(url), u"text/html");
+        if (title) client.titleChanged(engine::mainFrame, title);
+        client.loadFinished(engine::mainFrame);
+    }
+
+    /// The page that the last view has; null when there is none.
+    inline static ScriptedPage* latest = nullptr;
+    /// Plays the page's part when a load starts, in every page.
+    inline static std::function<void(engine::PageClient&)> onLoad;
+
+    engine::PageClient& client;
+    WebArchive loadedArchive;
+    NSSize viewSize;
+    NSString mediaStyle;
+    bool printsBackgrounds = false;
+    std::map<engine::FrameID, NSString> ownerElements;
+    NSSize documentSizeToAnswer{612, 792};
+    NSData pdfToAnswer;
+    int screenPDFs = 0;
+    int paginatedPDFs = 0;
+    NSSize paper;
+    engine::PrintMargins margins;
+};
+
+} // namespace qrv

@@ -1,0 +1,265 @@
+#include "Source/Tools/web2pdf.h"
+
+#include "Platform/Foundation/NSException.h"
+#include "Platform/Foundation/NSNull.h"
+#include "Platform/Foundation/NSNumber.h"
+#include "QRVFoundation/Source/NSError+QRV.h"
+#include "Tests/Tools/ToolTest.h"
+
+#include <gmock/gmock.h>
+
+#include <new>
+
+namespace qrv {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class Web2PDFTest : public ToolTest {
+protected:
+    static NSError error(const NSDictionary& userInfo) {
+        return NSError::errorWithDomain_code_userInfo(u"domain", -7, userInfo);
+    }
+
+    std::string entry(const char16_t* key) const {
+        return result().objectForKey(NSString(key)).description().utf8();
+    }
+
+    static void setArguments(const std::vector<const char16_t*>& arguments) {
+        std::vector<id> elements;
+        for (const char16_t* argument : arguments) elements.push_back(NSString(argument));
+        NSProcessInfo::processInfo().setArgumentsForTesting(NSArray(std::move(elements)));
+    }
+
+    void expectBadArguments() const {
+        EXPECT_EQ(exitStatusOf([] { runWeb2PDF(); }), 0);
+        EXPECT_EQ(resultKeys(), "succeeded errorData errorString");
+        EXPECT_EQ(entry(u"errorString"), "wrong number of arguments");
+        EXPECT_EQ(resultError().domain(), NSString(u"org.quillvane.quillvane.web2pdf"));
+        EXPECT_EQ(resultError().code(), 1);
+        EXPECT_EQ(resultError().userInfo(), (NSDictionary{{NSString(NSLocalizedDescriptionKey),
+                                                           NSString(u"wrong number of arguments")}}));
+        EXPECT_EQ(pagesMade, 0);
+    }
+
+    int pagesMade = 0;
+};
+
+// Results
+
+TEST_F(Web2PDFTest, SuccessHasTwoEntries) {
+    EXPECT_EQ(exitStatusOf([] { finishWithErrorAndPath({}, u"/tmp/ä & b.pdf"); }), 0);
+    EXPECT_EQ(resultKeys(), "succeeded path");
+    const auto succeeded = as<NSNumber>(result().objectForKey(NSString(u"succeeded")));
+    EXPECT_TRUE(succeeded.isBoolean());
+    EXPECT_TRUE(succeeded.boolValue());
+    EXPECT_EQ(result().objectForKey(NSString(u"path")), id(NSString(u"/tmp/ä & b.pdf")));
+}
+
+TEST_F(Web2PDFTest, FailureHasThreeEntries) {
+    const NSError failure = error({{NSString(NSLocalizedDescriptionKey), NSString(u"It did not work.")}});
+    EXPECT_EQ(exitStatusOf([&] { finishWithError(failure); }), 0);
+    EXPECT_EQ(resultKeys(), "succeeded errorData errorString");
+    const auto succeeded = as<NSNumber>(result().objectForKey(NSString(u"succeeded")));
+    EXPECT_TRUE(succeeded.isBoolean());
+    EXPECT_FALSE(succeeded.boolValue());
+    EXPECT_EQ(entry(u"errorString"), "It did not work.");
+    EXPECT_EQ(resultError(), failure);
+}
+
+TEST_F(Web2PDFTest, SuccessWithoutAPathHasOneEntry) {
+    EXPECT_EQ(exitStatusOf([] { finishWithErrorAndPath({}, {}); }), 0);
+    EXPECT_EQ(resultKeys(), "succeeded");
+}
+
+TEST_F(Web2PDFTest, AFailureWithAPathKeepsIt) {
+    EXPECT_EQ(exitStatusOf([&] { finishWithErrorAndPath(error({}), u"/tmp/a.pdf"); }), 0);
+    EXPECT_EQ(resultKeys(), "succeeded errorData errorString path");
+}
+
+TEST_F(Web2PDFTest, TheResultIsAnXMLPropertyList) {
+    EXPECT_EQ(exitStatusOf([] { finishWithErrorAndPath({}, u"/tmp/a.pdf"); }), 0);
+    const std::string text = folder.read("result.plist");
+    EXPECT_TRUE(text.starts_with("<?xml version=\"1.0\" encoding=\"UTF-8\"?>")) << text;
+    EXPECT_THAT(text, HasSubstr("<plist version=\"1.0\">"));
+    EXPECT_THAT(text, HasSubstr("<true/>"));
+}
+
+TEST_F(Web2PDFTest, AResultThatCannotBeWrittenEndsTheProcessAllTheSame) {
+    ::setenv("OutPath", folder.path().c_str(), 1);
+    EXPECT_EQ(exitStatusOf([] { finishWithErrorAndPath({}, u"/tmp/a.pdf"); }), 0);
+    EXPECT_EQ(folder.count(), 0U);
+}
+
+TEST_F(Web2PDFTest, LogsTheError) {
+    exitStatusOf([&] { finishWithError(error({})); });
+    EXPECT_THAT(log.lines(),
+                ElementsAre("[LogWeb2PDF] finish with error: " + error({}).description().utf8()));
+}
+
+TEST_F(Web2PDFTest, LogsSuccessAsNil) {
+    log.install({LogWeb2PDF, QRVLoggerIncludeFile, QRVLoggerIncludeFunction});
+    exitStatusOf([] { finishWithErrorAndPath({}, u"/tmp/a.pdf"); });
+    EXPECT_THAT(log.lines(),
+                ElementsAre("[LogWeb2PDF] web2pdf void finishWithErrorAndPath(NSError *, NSString *) "
+                            "finish with error: (null)"));
+}
+
+TEST_F(Web2PDFTest, LogsNothingWhenTheAreaIsDisabled) {
+    log.install({u"LogOther"});
+    exitStatusOf([] { finishWithErrorAndPath({}, u"/tmp/a.pdf"); });
+    EXPECT_THAT(log.lines(), testing::IsEmpty());
+}
+
+// Archived errors
+
+NSError unarchived(const NSError& error) {
+    return as<NSError>(NSKeyedUnarchiver::unarchiveObjectWithData(archiveError(error)));
+}
+
+TEST_F(Web2PDFTest, AnArchivedErrorHasTheSixKeysInTheirOrder) {
+    const NSURL url = NSURL::URLWithString(u"https://a.example/");
+    const NSError archived = unarchived(error({
+        {NSString(NSLocalizedRecoverySuggestionErrorKey), NSString(u"suggestion")},
+        {NSString(NSUnderlyingErrorKey), posixError(2)},
+        {NSString(NSURLErrorKey), url},
+        {NSString(NSLocalizedFailureReasonErrorKey), NSString(u"reason")},
+        {NSString(QRVFileKey), NSString(u"file")},
+        {NSString(QRVLineKey), NSNumber::numberWithInteger(1)},
+        {NSString(QRVStackFramesKey), NSArray::array()},
+        {NSString(NSFilePathErrorKey), NSString(u"/tmp/a")},
+        {NSString(NSLocalizedDescriptionKey), NSString(u"description")},
+        {NSString(NSURLErrorFailingURLStringErrorKey), NSString(u"https://b.example/")},
+        {NSString(NSURLErrorFailingURLErrorKey), url},
+    }));
+    EXPECT_EQ(archived.domain(), NSString(u"domain"));
+    EXPECT_EQ(archived.code(), -7);
+    EXPECT_EQ(archived.userInfo().allKeys().componentsJoinedByString(u" ").utf8(),
+              "NSErrorFailingURLStringKey NSLocalizedDescription NSFilePath NSURL NSLocalizedFailureReason "
+              "NSLocalizedRecoverySuggestion");
+    EXPECT_EQ(archived.userInfo().objectForKey(NSString(NSURLErrorKey)), url);
+    EXPECT_EQ(archived.userInfo().objectForKey(NSString(NSFilePathErrorKey)), id(NSString(u"/tmp/a")));
+}
+
+TEST_F(Web2PDFTest, AnArchivedErrorHasOnlyTheKeysThatAreThere) {
+    const NSDictionary userInfo{{NSString(NSFilePathErrorKey), NSString(u"/tmp/a")}};
+    EXPECT_EQ(unarchived(error(userInfo)).userInfo(), userInfo);
+}
+
+TEST_F(Web2PDFTest, AnEmptyUserInfoStaysEmptyNotMissing) {
+    const NSError archived = unarchived(error(NSDictionary::dictionary()));
+    ASSERT_FALSE(archived.isNil());
+    EXPECT_FALSE(archived.userInfo().isNil());
+    EXPECT_EQ(archived.userInfo().count(), 0U);
+}
+
+// Errors of the tool's own
+
+TEST_F(Web2PDFTest, FramesError) {
+    const NSError made = makeFramesError(u"/tmp/a.webarchive");
+    EXPECT_EQ(made.domain(), NSString(u"qvweb2pdf.frames"));
+    EXPECT_EQ(made.code(), 0);
+    EXPECT_EQ(made.userInfo(),
+              (NSDictionary{{NSString(NSFilePathErrorKey), NSString(u"/tmp/a.webarchive")}}));
+    EXPECT_EQ(made.localizedDescription().utf8(),
+              "The operation couldn’t be completed. (qvweb2pdf.frames error 0.)");
+}
+
+TEST_F(Web2PDFTest, BadArchiveError) {
+    const NSError made = makeBadArchiveError(u"/tmp/a.webarchive");
+    EXPECT_EQ(made.domain(), NSString(NSCocoaErrorDomain));
+    EXPECT_EQ(made.code(), 259);
+    EXPECT_EQ(made.userInfo(),
+              (NSDictionary{{NSString(NSFilePathErrorKey), NSString(u"/tmp/a.webarchive")}}));
+    EXPECT_EQ(made.localizedDescription().utf8(),
+              "The file “a.webarchive” couldn’t be opened because it isn’t in the correct format.");
+}
+
+TEST_F(Web2PDFTest, PrintFailedError) {
+    const NSError made = makePrintFailedError(u"/tmp/a.pdf");
+    EXPECT_EQ(made.domain(), NSString(NSCocoaErrorDomain));
+    EXPECT_EQ(made.code(), 512);
+    EXPECT_EQ(made.userInfo(), (NSDictionary{{NSString(NSFilePathErrorKey), NSString(u"/tmp/a.pdf")}}));
+    EXPECT_EQ(made.localizedDescription().utf8(), "The file “a.pdf” couldn’t be saved in the folder “tmp”.");
+}
+
+TEST_F(Web2PDFTest, WhatIsNoPropertyListHasNoData) {
+    EXPECT_TRUE(dataFromPropertyList(NSNull::null()).isNil());
+    EXPECT_TRUE(dataFromPropertyList(error({})).isNil());
+    EXPECT_FALSE(dataFromPropertyList(NSDictionary::dictionary()).isNil());
+}
+
+// The run
+
+class ArgumentsTest : public Web2PDFTest {
+protected:
+    ArgumentsTest() {
+        WebView::setPageFactoryForTesting([this](engine::PageClient& client) {
+            ++pagesMade;
+            return std::make_unique<ScriptedPage>(client);
+        });
+    }
+};
+
+TEST_F(ArgumentsTest, FourEntriesAreTooFew) {
+    setArguments({u"web2pdf", u"screen", u"a.webarchive", u"a.pdf"});
+    expectBadArguments();
+}
+
+TEST_F(ArgumentsTest, SixEntriesAreTooMany) {
+    setArguments({u"web2pdf", u"screen", u"a.webarchive", u"a.pdf", u"uid", u"more"});
+    expectBadArguments();
+}
+
+TEST_F(ArgumentsTest, OneEntryIsTooFew) {
+    setArguments({u"web2pdf"});
+    expectBadArguments();
+}
+
+TEST_F(ArgumentsTest, AnyModePassesTheCheck) {
+    setArguments({u"web2pdf", u"", u"/nowhere/a.webarchive", u"/nowhere/a.pdf", u""});
+    EXPECT_EQ(exitStatusOf([] { runWeb2PDF(); }), 0);
+    EXPECT_EQ(pagesMade, 1);
+    EXPECT_EQ(resultError().domain(), NSString(NSCocoaErrorDomain));
+    EXPECT_EQ(resultError().code(), 260);
+}
+
+class ExceptionsTest : public Web2PDFTest {
+protected:
+    template <class Throw>
+    void runAndThrow(Throw&& throwSomething) {
+        WebView::setPageFactoryForTesting(
+            [throwSomething](engine::PageClient&) -> std::unique_ptr<engine::Page> {
+                throwSomething();
+                return nullptr;
+            });
+        setArguments({u"web2pdf", u"screen", u"a.webarchive", u"a.pdf", u"uid"});
+        EXPECT_EQ(exitStatusOf([] { runWeb2PDF(); }), 0);
+        EXPECT_EQ(resultKeys(), "succeeded errorData errorString");
+    }
+};
+
+TEST_F(ExceptionsTest, ARaisedExceptionBecomesTheResult) {
+    runAndThrow([] { throw NSException(u"Name", u"because"); });
+    EXPECT_EQ(resultError().domain(), NSString(QRVErrorDomain));
+    EXPECT_EQ(resultError().code(), 5);
+    EXPECT_EQ(entry(u"errorString"), "Name");
+    EXPECT_EQ(resultError().localizedRecoverySuggestion(), NSString(u"because"));
+}
+
+TEST_F(ExceptionsTest, NoMemoryBecomesThePOSIXError) {
+    runAndThrow([] { throw std::bad_alloc(); });
+    EXPECT_EQ(resultError().domain(), NSString(NSPOSIXErrorDomain));
+    EXPECT_EQ(resultError().code(), 12);
+}
+
+TEST_F(ExceptionsTest, AnyOtherExceptionBecomesAnErrorOfTheTool) {
+    runAndThrow([] { throw std::runtime_error("out of order"); });
+    EXPECT_EQ(resultError().domain(), NSString(Web2PDFErrorDomain));
+    EXPECT_EQ(resultError().code(), 2);
+    EXPECT_EQ(entry(u"errorString"), "out of order");
+}
+
+} // namespace
+} // namespace qrv
