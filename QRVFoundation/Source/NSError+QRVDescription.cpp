@@ -2,6 +2,8 @@
 
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSNumber.h"
+#include "Platform/Foundation/NSUserDefaults.h"
+#include "Platform/Logging/NSLog.h"
 #include "QRVFoundation/Source/NSError+QRV.h"
 #include "QRVFoundation/Source/NSException+QRVStackTrace.h"
 
@@ -86,6 +88,7 @@ id archivable(const id& value) {
 
 NSString qrvFullDescription(const NSError& self) {
     if (!self) return {};
+    if (NSUserDefaults::standardUserDefaults().boolForKey(u"ErrorShortLogging")) NSLog(u"Error: %@", self);
 
     NSMutableDictionary entries = self.userInfo().mutableCopy();
     const auto addMissing = [&](const char16_t* key, const NSString& value) {

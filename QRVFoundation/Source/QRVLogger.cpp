@@ -3,6 +3,7 @@
 #include "Platform/Foundation/NSAssertionHandler.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/NSThread.h"
+#include "Platform/Foundation/NSUserDefaults.h"
 #include "QRVFoundation/Source/QRVNSLogWriter.h"
 #include "QRVFoundation/Source/QRVOSLogWriter.h"
 
@@ -68,9 +69,19 @@ void QRVLogger::setSharedLogger(std::shared_ptr<QRVLogger> logger) {
     slot().logger.swap(logger);
 }
 
+void QRVLogger::setUpWithPersistentDomainName(const NSString& name) {
+    setSharedLogger(initWithPersistentDomainName(name));
+}
+
+QRVLogger::QRVLogger() : QRVLogger(NSUserDefaults::standardUserDefaults().dictionaryRepresentation()) {}
+
 std::shared_ptr<QRVLogger> QRVLogger::initDisposableLogger() {
     return std::make_shared<QRVLogger>(
         NSDictionary{{NSString(QRVLoggerAllAreas), NSNumber::numberWithBool(true)}});
+}
+
+std::shared_ptr<QRVLogger> QRVLogger::initWithPersistentDomainName(const NSString& name) {
+    return std::make_shared<QRVLogger>(NSUserDefaults::standardUserDefaults().persistentDomainForName(name));
 }
 
 QRVLogger::QRVLogger(const NSDictionary& defaults) : QRVLogger(defaults, makeWriter()) {}

@@ -34,9 +34,19 @@ public:
     /// Installs a logger; null empties the slot again.
     static void setSharedLogger(std::shared_ptr<QRVLogger> logger);
 
+    // + setUpWithPersistentDomainName:
+    /// Installs a logger with the settings of that domain.
+    static void setUpWithPersistentDomainName(const NSString& name);
+
+    // - init
+    /// With all of the standard user defaults.
+    QRVLogger();
     // - initDisposableLogger
     /// With every area enabled.
     static std::shared_ptr<QRVLogger> initDisposableLogger();
+    // - initWithPersistentDomainName:
+    /// With the settings of one domain of the user defaults; with none of an unknown or nil one.
+    static std::shared_ptr<QRVLogger> initWithPersistentDomainName(const NSString& name);
     // - initWithDefaultsDictionary:
     /// The area is included and nothing else, unless the dictionary says otherwise; nil adds nothing. Lines
     /// go to the unified log where it is available, else to the system log.
