@@ -60,7 +60,7 @@ os_log_t QRVOSLogWriter::logForArea(const NSString& area) {
 
 std::optional<std::string> QRVOSLogWriter::cStringFromString(const NSString& string) const {
     if (!string) return std::nullopt;
-    if (const std::optional<std::string> text = utf8Form(string)) return text;
+    if (std::optional<std::string> text = utf8Form(string)) return text;
     const std::optional<std::string> escaped = unicode::encode(string.view(), NSNonLossyASCIIStringEncoding);
     if (!escaped) return std::nullopt;
     const NSString ascii = NSString::fromUTF8(*escaped);
