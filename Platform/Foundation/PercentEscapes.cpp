@@ -26,6 +26,15 @@ char32_t decodeOne(std::string_view sequence) {
     return character;
 }
 
+void appendCharacter(std::u16string& text, char32_t character) {
+    if (character < 0x10000) {
+        text.push_back(static_cast<char16_t>(character));
+    } else {
+        text.push_back(static_cast<char16_t>(0xD7C0 + (character >> 10)));
+        text.push_back(static_cast<char16_t>(0xDC00 + (character & 0x3FF)));
+    }
+}
+
 template <class Visit>
 void forEachCharacter(std::string_view utf8, const Visit& visit) {
     while (!utf8.empty()) {
@@ -107,7 +116,7 @@ NSString CFURLCreateStringByReplacingPercentEscapes(const NSString& text,
             if (left.contains(character)) {
                 result.append(escapes);
             } else {
-                result.append(*unicode::fromUTF8(sequence));
+                appendCharacter(result, character);
             }
         });
     }

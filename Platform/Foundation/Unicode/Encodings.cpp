@@ -119,12 +119,12 @@ std::string nonLossyASCII(std::u16string_view text) {
     return bytes;
 }
 
-/// The number that exactly `count` digits at the start of the text make.
-std::optional<char16_t> leadingNumber(std::string_view text, std::size_t count, int base) {
+/// The number that exactly `count` digits at the start of the text make, if not above the maximum.
+std::optional<char16_t> leadingNumber(std::string_view text, std::size_t count, int base, unsigned maximum) {
     unsigned value = 0;
     const auto [end, error] =
         std::from_chars(text.data(), text.data() + std::min(count, text.size()), value, base);
-    if (error != std::errc() || end != text.data() + count || value > 0xFFFF) return std::nullopt;
+    if (error != std::errc() || end != text.data() + count || value > maximum) return std::nullopt;
     return static_cast<char16_t>(value);
 }
 
@@ -138,10 +138,10 @@ std::optional<std::u16string> fromNonLossyASCII(std::string_view bytes) {
             if (bytes.starts_with("\\\\")) {
                 length = 2;
             } else if (bytes.starts_with("\\u")) {
-                unit = leadingNumber(bytes.substr(2), 4, 16);
+                unit = leadingNumber(bytes.substr(2), 4, 16, 0xFFFF);
                 length = 6;
             } else {
-                unit = leadingNumber(bytes.substr(1), 3, 8);
+                unit = leadingNumber(bytes.substr(1), 3, 8, 0xFF);
                 length = 4;
             }
         }

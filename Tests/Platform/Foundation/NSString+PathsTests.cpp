@@ -1,7 +1,9 @@
 #include "Platform/Foundation/NSString.h"
 
+#include "Platform/Foundation/NSArray.h"
 #include "Tests/Platform/Foundation/Printing.h"
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 namespace qrv {
@@ -28,6 +30,100 @@ INSTANTIATE_TEST_SUITE_P(Table, NSStringPathPieces,
                                          PathPieces{u"scratch.tiff", u"scratch.tiff", u""},
                                          PathPieces{u"a//b", u"b", u"a"}, PathPieces{u"//a", u"a", u"/"},
                                          PathPieces{u"a/", u"a", u""}, PathPieces{u"", u"", u""}));
+
+struct ExtensionPieces {
+    const char16_t* path;
+    const char16_t* extension;
+    const char16_t* rest;
+};
+
+class NSStringPathExtension : public testing::TestWithParam<ExtensionPieces> {};
+
+TEST_P(NSStringPathExtension, ExtensionAndTheRest) {
+    EXPECT_EQ(NSString(GetParam().path).pathExtension(), NSString(GetParam().extension));
+    EXPECT_EQ(NSString(GetParam().path).stringByDeletingPathExtension(), NSString(GetParam().rest));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, NSStringPathExtension,
+    testing::Values(ExtensionPieces{u"/tmp/scratch.tiff", u"tiff", u"/tmp/scratch"},
+                    ExtensionPieces{u"/tmp/", u"", u"/tmp"},
+                    ExtensionPieces{u"scratch.bundle/", u"bundle", u"scratch"},
+                    ExtensionPieces{u"scratch..tiff", u"tiff", u"scratch."},
+                    ExtensionPieces{u".tiff", u"", u".tiff"}, ExtensionPieces{u"/a/.tiff", u"", u"/a/.tiff"},
+                    ExtensionPieces{u"a.b.c", u"c", u"a.b"}, ExtensionPieces{u"a.", u"", u"a."},
+                    ExtensionPieces{u"/a.b/c", u"", u"/a.b/c"}, ExtensionPieces{u"/", u"", u"/"},
+                    ExtensionPieces{u"", u"", u""}, ExtensionPieces{u"..", u"", u".."},
+                    ExtensionPieces{nullptr, nullptr, nullptr}));
+
+TEST(NSStringPaths, AppendsComponents) {
+    EXPECT_EQ(NSString(u"/tmp").stringByAppendingPathComponent(u"a"), NSString(u"/tmp/a"));
+    EXPECT_EQ(NSString(u"/tmp/").stringByAppendingPathComponent(u"/a/"), NSString(u"/tmp/a"));
+    EXPECT_EQ(NSString(u"/").stringByAppendingPathComponent(u"a"), NSString(u"/a"));
+    EXPECT_EQ(NSString(u"").stringByAppendingPathComponent(u"a"), NSString(u"a"));
+    EXPECT_EQ(NSString(u"").stringByAppendingPathComponent(u"/a"), NSString(u"/a"));
+    EXPECT_EQ(NSString(u"/tmp/").stringByAppendingPathComponent(NSString()), NSString(u"/tmp"));
+}
+
+TEST(NSStringPaths, AppendsExtensions) {
+    EXPECT_EQ(NSString(u"/a/b").stringByAppendingPathExtension(u"c"), NSString(u"/a/b.c"));
+    EXPECT_EQ(NSString(u"/a/b/").stringByAppendingPathExtension(u"c"), NSString(u"/a/b.c"));
+    EXPECT_EQ(NSString(u"b").stringByAppendingPathExtension(u""), NSString(u"b"));
+    EXPECT_EQ(NSString(u"/").stringByAppendingPathExtension(u"c"), NSString(u"/"));
+    EXPECT_EQ(NSString(u"").stringByAppendingPathExtension(u"c"), NSString(u""));
+}
+
+struct Standardized {
+    const char16_t* path;
+    const char16_t* result;
+};
+
+class NSStringStandardizing : public testing::TestWithParam<Standardized> {};
+
+TEST_P(NSStringStandardizing, GivesThePlainPath) {
+    EXPECT_EQ(NSString(GetParam().path).stringByStandardizingPath(), NSString(GetParam().result));
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, NSStringStandardizing,
+                         testing::Values(Standardized{u"/a//b/./c/", u"/a/b/c"},
+                                         Standardized{u"/no/such/../x", u"/no/x"},
+                                         Standardized{u"/../../a", u"/a"}, Standardized{u"/", u"/"},
+                                         Standardized{u"//", u"/"}, Standardized{u"", u""},
+                                         Standardized{u"./a/../b", u"a/../b"}, Standardized{u".", u"."},
+                                         Standardized{u"/..", u"/"},
+                                         Standardized{u"~nobody-of-this-name/x", u"~nobody-of-this-name/x"},
+                                         Standardized{u"/a/~", u"/a/~"}, Standardized{nullptr, nullptr}));
+
+TEST(NSStringPaths, ATildeIsTheHomeFolder) {
+    ::setenv("HOME", "/home/of/test", 1);
+    EXPECT_EQ(NSString(u"~/x").stringByStandardizingPath(), NSString(u"/home/of/test/x"));
+    EXPECT_EQ(NSString(u"~").stringByStandardizingPath(), NSString(u"/home/of/test"));
+    EXPECT_EQ(NSString(u"~root/x").stringByStandardizingPath(), NSString(u"/root/x"));
+    ::unsetenv("HOME");
+    EXPECT_TRUE(NSString(u"~/x").stringByStandardizingPath().hasPrefix(u"/"));
+}
+
+TEST(NSStringPaths, StandardizingTenMillionUnitsTakesLinearTime) {
+    std::u16string path;
+    for (int i = 0; i < 1'000'000; ++i) path.append(u"/a");
+    const std::size_t names = path.size();
+    for (int i = 0; i < 1'000'000; ++i) path.append(u"/..");
+    EXPECT_EQ(NSString(path).stringByStandardizingPath(), NSString(u"/"));
+    EXPECT_EQ(NSString(path.substr(0, names)).pathComponents().count(), 1'000'001u);
+}
+
+TEST(NSStringPaths, ComponentsCountTheSlashesAtTheEnds) {
+    const auto joined = [](const char16_t* path) {
+        return NSString(path).pathComponents().componentsJoinedByString(u"|");
+    };
+    EXPECT_EQ(joined(u"tmp/scratch"), NSString(u"tmp|scratch"));
+    EXPECT_EQ(joined(u"/tmp//scratch.tiff"), NSString(u"/|tmp|scratch.tiff"));
+    EXPECT_EQ(joined(u"/tmp/"), NSString(u"/|tmp|/"));
+    EXPECT_EQ(joined(u"a/"), NSString(u"a|/"));
+    EXPECT_EQ(joined(u"/"), NSString(u"/"));
+    EXPECT_EQ(joined(u""), NSString(u""));
+    EXPECT_TRUE(NSString().pathComponents().isNil());
+}
 
 TEST(NSStringPaths, FileSystemRepresentationIsUTF8) {
     EXPECT_EQ(NSString(u"/é😀").fileSystemRepresentation(), "/\xC3\xA9\xF0\x9F\x98\x80");
