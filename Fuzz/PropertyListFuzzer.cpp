@@ -1,0 +1,54 @@
+// Any bytes as a property list and as a keyed archive. What can be read has to be writable, and what is
+// written has to read back as the same.
+
+#include "Platform/Foundation/NSKeyedArchiver.h"
+#include "Platform/Foundation/NSPropertyListSerialization.h"
+
+#include <cstdint>
+#include <cstdlib>
+
+using namespace qrv;
+
+namespace {
+
+NSData write(const id& plist, NSPropertyListFormat format) {
+    return NSPropertyListSerialization::dataFromPropertyList_format_errorDescription(plist, format, nullptr);
+}
+
+void require(bool condition) {
+    if (!condition) std::abort();
+}
+
+/// A second writing has to give the same bytes. (Comparing the objects would go through shared ones as often
+/// as they are named.)
+void checkReadsBack(const id& plist, NSPropertyListFormat format) {
+    const NSData data = write(plist, format);
+    if (!data) return; // null objects and characters that XML cannot hold
+    const id back = NSPropertyListSerialization::propertyListWithData(data);
+    require(static_cast<bool>(back));
+    require(write(back, format) == data);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    const NSData data(std::string(reinterpret_cast<const char*>(bytes), size));
+    NSPropertyListFormat format{};
+    NSError error;
+    const id plist =
+        NSPropertyListSerialization::propertyListWithData_options_format_error(data, 0, &format, &error);
+    require(plist.isNil() != error.isNil());
+    if (plist) {
+        checkReadsBack(plist, NSPropertyListBinaryFormat_v1_0);
+        // Binary lists may name one object any number of times, which the XML form would write as often.
+        if (format == NSPropertyListXMLFormat_v1_0) checkReadsBack(plist, NSPropertyListXMLFormat_v1_0);
+    }
+    if (const id object = NSKeyedUnarchiver::unarchiveObjectWithData(data)) {
+        const NSData archive = NSKeyedArchiver::archivedDataWithRootObject(object);
+        require(static_cast<bool>(archive));
+        require(static_cast<bool>(NSKeyedUnarchiver::unarchiveObjectWithData(archive)));
+    }
+    return 0;
+}
