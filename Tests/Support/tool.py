@@ -28,6 +28,8 @@ TOOL_DOMAIN = "org.quillvane.quillvane.web2pdf"
 SETTINGS_DOMAIN = "org.quillvane.Quillvane"
 NOBODY = 65534
 LINE = re.compile(r"^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} \[org\.quillvane\.web2pdf\] (.*)$")
+# What the platform itself has to say: of the engine's start, of settings that cannot be read.
+NOTE = re.compile(r"^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} web2pdf\[\d+:\d+\] (.*)$")
 CONTINUATION = re.compile(r"^(    .*|[)}].*)$")
 AREA = "[LogWeb2PDF] "
 
@@ -42,6 +44,7 @@ class Log:
     def __init__(self, text):
         self.text = text
         self.entries = []
+        self.notes = []
         self.strangers = []
         for line in text.splitlines():
             start = LINE.match(line)
@@ -49,6 +52,8 @@ class Log:
                 self.entries.append(start.group(1))
             elif self.entries and CONTINUATION.match(line):
                 self.entries[-1] += "\n" + line
+            elif note := NOTE.match(line):
+                self.notes.append(note.group(1))
             else:
                 self.strangers.append(line)
 

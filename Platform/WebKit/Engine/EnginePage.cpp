@@ -24,6 +24,13 @@ using std::chrono::milliseconds;
 // A frame's title is waited for this long before its load counts as finished all the same.
 constexpr milliseconds titleLimit{2000};
 
+// A page that is drawn before it has loaded is waited for this long.
+constexpr milliseconds loadLimit{60'000};
+
+// A page that closes itself would take the engine with it.
+constexpr char keepOpenScript[] =
+    "Object.defineProperty(window, 'close', {value() {}, writable: false, configurable: false})";
+
 milliseconds startLimit() {
     constexpr double defaultSeconds = 30;
     const char* text = std::getenv("WEB2PDF_ENGINE_START_TIMEOUT");
@@ -53,6 +60,7 @@ public:
     void setViewSize(NSSize size) override;
     void setMediaStyle(const NSString& mediaStyle) override;
     void setPrintsBackgrounds(bool prints) override;
+    void waitForLoad() override;
     NSString ownerElementName(const FrameID& frame) override;
     NSSize documentSize() override;
     NSData screenPDF() override;
@@ -71,6 +79,7 @@ private:
     void pageCrashed(const Json& event);
     void resourceDone(const Json& event);
     void enter();
+    void enterAt(const StandInAddress& address);
     void fail(const NSError& error);
     bool canRender();
     void queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer);
@@ -172,6 +181,8 @@ void EnginePage::attached(const std::string& target, const std::string& session)
     listen(session_, "Network.loadingFailed", &EnginePage::resourceDone);
     devTools_->send(session_, "Page.enable");
     devTools_->send(session_, "Inspector.enable");
+    devTools_->send(session_, "Page.addScriptToEvaluateOnNewDocument",
+                    Json::object({{"source", keepOpenScript}}));
     devTools_->send(session_, "Network.enable",
                     Json::object({{"maxTotalBufferSize", 0}, {"maxResourceBufferSize", 0}}));
     requests_->setPage(session_, target);
@@ -225,20 +236,24 @@ void EnginePage::loadArchive(const WebArchive& archive) {
     }
 }
 
-// location.replace from the page that the engine starts with: the history then has one entry, and going back
-// leads nowhere. Only local files cannot be reached that way.
 void EnginePage::enter() {
     const std::string stored = archive_.mainResource().URL().absoluteString().utf8();
-    address_.emplace(stored.empty() ? "about:blank" : stored, randomToken());
-    requests_->serve(archive_, *address_);
+    enterAt(StandInAddress(stored.empty() ? "about:blank" : stored, randomToken()));
+}
+
+// location.replace from the page that the engine starts with: the history then has one entry, and going back
+// leads nowhere. An address that the engine finds no address at all throws, and gets a stand-in.
+void EnginePage::enterAt(const StandInAddress& address) {
+    address_ = address;
+    requests_->serve(archive_, address);
     frames_.expectOwnLoad();
-    const std::string& url = address_->engineURL();
-    if (schemeOf(url) == "file") {
-        devTools_->send(session_, "Page.navigate", Json::object({{"url", url}}));
-        return;
-    }
-    devTools_->send(session_, "Runtime.evaluate",
-                    Json::object({{"expression", "location.replace(" + Json(url).serialize() + ")"}}));
+    const std::string script = "location.replace(" + Json(address.engineURL()).serialize() + ")";
+    devTools_->send(session_, "Runtime.evaluate", Json::object({{"expression", script}}),
+                    [this](const DevToolsReply& reply) {
+                        if (!reply.result.contains("exceptionDetails")) return;
+                        enterAt(StandInAddress(archive_.mainResource().URL().absoluteString().utf8(),
+                                               randomToken(), StandInAddress::Use::always));
+                    });
 }
 
 NSURL EnginePage::storedURL(std::string_view engineURL) const {
@@ -286,6 +301,11 @@ void EnginePage::setMediaStyle(const NSString& mediaStyle) {
 
 void EnginePage::setPrintsBackgrounds(bool prints) {
     if (renderer_) renderer_->setPrintsBackgrounds(prints);
+}
+
+void EnginePage::waitForLoad() {
+    const auto done = [this] { return failure_ || (!session_.empty() && !frames_.isMainFrameLoading()); };
+    if (archive_) loop_.runUntil(done, std::chrono::steady_clock::now() + loadLimit);
 }
 
 NSString EnginePage::ownerElementName(const FrameID& frame) {

@@ -19,8 +19,9 @@ EngineProcess::LaunchResult EngineProcess::launch(EngineOptions options, NSRunLo
     auto executable = locateEngine(options.search);
     if (!executable) {
         const std::string& chosen = options.search.chosen;
-        return EngineLaunchError{Kind::notInstalled, chosen.empty() ? "no web engine is installed"
-                                                                    : "there is no web engine at " + chosen};
+        const std::string place = chosen.empty() ? "" : " at " + chosen;
+        return EngineLaunchError{Kind::notInstalled, "There is no web engine" + place +
+                                                         ". Install the package chromium-headless-shell."};
     }
     try {
         std::unique_ptr<EngineProcess> engine(new EngineProcess(*executable, std::move(options), loop));

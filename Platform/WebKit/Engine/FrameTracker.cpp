@@ -62,6 +62,13 @@ bool FrameTracker::isRefused(const std::string& engineFrame) const {
     return found != frames_.end() && found->second.pending && found->second.pending->refused;
 }
 
+bool FrameTracker::isMainFrameLoading() const {
+    const auto found = frames_.find(mainFrameID_);
+    if (found == frames_.end()) return false;
+    const Frame& frame = found->second;
+    return ownLoadExpected_ || frame.pending || frame.loading || frame.finishing;
+}
+
 std::optional<std::string> FrameTracker::parentOf(const std::string& engineFrame) const {
     const auto found = frames_.find(engineFrame);
     if (found == frames_.end() || engineFrame == mainFrameID_) return std::nullopt;

@@ -47,6 +47,8 @@ public:
     /// The next navigation of the main frame is the owner's own load: neither asked about nor announced.
     void expectOwnLoad() { ownLoadExpected_ = true; }
 
+    /// True while the main frame loads.
+    bool isMainFrameLoading() const;
     /// True when the navigation that the frame is about to make was refused.
     bool isRefused(const std::string& engineFrame) const;
     /// The frame's parent, in the engine's names; nothing for the main frame and unknown ones.

@@ -58,6 +58,10 @@ public:
 
     // The operations below run the loop until the engine has answered.
 
+    /// Waits until the page that is being loaded is there or has failed: loads that nobody waits for, such as
+    /// those of "about" addresses, may still be under way when the page is to be drawn.
+    virtual void waitForLoad() {}
+
     /// The node name of the element that holds the frame ("FRAME", "IFRAME", ...); nil when there is none.
     virtual NSString ownerElementName(const FrameID& frame) = 0;
     /// The laid-out document's size in CSS pixels, at least the view's; zero when no document answers.

@@ -1,7 +1,7 @@
 #include "Platform/WebKit/Engine/PageRenderer.h"
 
+#include "Platform/Foundation/Base64.h"
 #include "Platform/PDFKit/PDFPageEdits.h"
-#include "Platform/WebKit/Engine/Base64.h"
 #include "Platform/WebKit/Engine/PageScripts.h"
 
 #include <chrono>
@@ -133,7 +133,8 @@ std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
                                                              {"pageRanges", plan.pageRanges}}),
                                                printLimit);
     if (!reply.ok()) return std::nullopt;
-    return decodeBase64(reply.result["data"].stringView());
+    std::optional<std::string> pdf = base64Decode(reply.result["data"].stringView());
+    return pdf ? std::optional(NSData(std::move(*pdf))) : std::nullopt;
 }
 
 NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan) const {

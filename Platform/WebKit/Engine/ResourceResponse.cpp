@@ -1,6 +1,6 @@
 #include "Platform/WebKit/Engine/ResourceResponse.h"
 
-#include "Platform/WebKit/Engine/Base64.h"
+#include "Platform/Foundation/Base64.h"
 #include "Platform/WebKit/Engine/ResourceURL.h"
 
 #include <algorithm>
@@ -63,7 +63,7 @@ Json responseHeaders(const WebResource& resource, const ResourceRequest& request
 
 std::optional<std::string> responseBody(const NSData& data) {
     if (data.length() > maximumBody) return std::nullopt;
-    return encodeBase64(data.bytes());
+    return base64Encode(data.bytes());
 }
 
 } // namespace qrv::engine

@@ -108,25 +108,25 @@ std::string withOtherHTTPScheme(std::string_view url) {
     return {};
 }
 
-StandInAddress::StandInAddress(std::string url, const std::string& token) : url_(std::move(url)) {
+StandInAddress::StandInAddress(std::string url, const std::string& token, Use use) : url_(std::move(url)) {
     const std::string scheme = schemeOf(url_);
-    if (scheme == "http" || scheme == "https" || scheme == "file") {
+    if (use == Use::whereNeeded && (scheme == "http" || scheme == "https")) {
         engineURL_ = url_;
         return;
     }
+    const std::size_t afterScheme = scheme.empty() ? 0 : scheme.size() + 1;
+    stem_ = url_.substr(0, std::min(url_.find_first_not_of('/', afterScheme), url_.size()));
     prefix_ = "http://" + token + ".example/";
-    std::string_view rest = url_;
-    rest.remove_prefix(scheme.empty() ? 0 : scheme.size() + 1);
-    rest.remove_prefix(std::min(rest.find_first_not_of('/'), rest.size()));
-    engineURL_ = normalizedURL(prefix_ + std::string(rest));
+    engineURL_ = normalizedURL(prefix_ + url_.substr(stem_.size()));
 }
 
 std::string StandInAddress::storedURL(std::string_view engineURL) const {
     if (prefix_.empty() || !engineURL.starts_with(prefix_)) return std::string(engineURL);
     const std::string_view path = withoutFragment(engineURL);
-    const std::string fragment(engineURL.substr(path.size()));
-    if (path == withoutFragment(engineURL_)) return std::string(withoutFragment(url_)) + fragment;
-    return schemeOf(url_) + "://" + std::string(engineURL.substr(prefix_.size()));
+    if (path == withoutFragment(engineURL_)) {
+        return std::string(withoutFragment(url_)) + std::string(engineURL.substr(path.size()));
+    }
+    return stem_ + std::string(engineURL.substr(prefix_.size()));
 }
 
 } // namespace qrv::engine

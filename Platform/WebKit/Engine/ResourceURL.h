@@ -20,13 +20,16 @@ std::string withOtherHTTPScheme(std::string_view url);
 /// "http" of "http://host/"; in lower case, empty when there is none.
 std::string schemeOf(std::string_view url);
 
-/// Lets the engine load pages whose own address it cannot load ("about:blank", unknown schemes): it gets an
-/// http address under a host that exists nowhere, and what it asks for under that host is mapped back.
+/// Lets the engine load pages whose own address it cannot load ("about:blank", unknown schemes), or had
+/// better not (local files): it gets an http address under a host that exists nowhere, and what it asks for
+/// under that host is mapped back.
 class StandInAddress {
 public:
-    /// Stands in for `url` when the engine cannot load it; changes nothing otherwise. `token` is a host label
-    /// that the page cannot guess.
-    StandInAddress(std::string url, const std::string& token);
+    enum class Use { whereNeeded, always };
+
+    /// Stands in for an address that is not http or https, or for any; changes nothing otherwise. `token` is
+    /// a host label that the page cannot guess.
+    StandInAddress(std::string url, const std::string& token, Use use = Use::whereNeeded);
 
     /// What the engine is to load.
     const std::string& engineURL() const { return engineURL_; }
@@ -36,7 +39,8 @@ public:
 
 private:
     std::string url_;
-    std::string prefix_; // "http://<token>.example/", empty when nothing stands in
+    std::string stem_;   // of the stored address: the scheme and the slashes behind it
+    std::string prefix_; // the engine's in its place, "http://<token>.example/"; empty when nothing stands in
     std::string engineURL_;
 };
 

@@ -50,12 +50,13 @@ TEST_F(EngineProcessTest, TellsThatNoEngineIsInstalled) {
     auto* error = std::get_if<EngineLaunchError>(&result);
     ASSERT_NE(error, nullptr);
     EXPECT_EQ(error->kind, EngineLaunchError::Kind::notInstalled);
-    EXPECT_EQ(error->message, "there is no web engine at /nonexistent/engine");
+    EXPECT_EQ(error->message,
+              "There is no web engine at /nonexistent/engine. Install the package chromium-headless-shell.");
 
     result = EngineProcess::launch({.search = {}, .log = {}}, loop_);
     error = std::get_if<EngineLaunchError>(&result);
     ASSERT_NE(error, nullptr);
-    EXPECT_EQ(error->message, "no web engine is installed");
+    EXPECT_EQ(error->message, "There is no web engine. Install the package chromium-headless-shell.");
 }
 
 TEST_F(EngineProcessTest, CarriesMessagesBothWays) {
