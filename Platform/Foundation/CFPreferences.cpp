@@ -52,7 +52,7 @@ T answer(const std::optional<T>& value, bool* isValid) {
 
 id findInFiles(const NSString& key, const NSString& domain) {
     for (const std::string& path : preferenceFiles(domain)) {
-        if (const id value = readPreferenceFile(path).objectForKey(key)) return value;
+        if (id value = readPreferenceFile(path).objectForKey(key)) return value;
     }
     return {};
 }

@@ -83,7 +83,7 @@ private:
             return form;
         }
         for (const id& name : classNames(parts)) {
-            if (const id object = decodeClass(slot, as<NSString>(name), parts, depth)) return object;
+            if (id object = decodeClass(slot, as<NSString>(name), parts, depth)) return object;
         }
         throw BadArchive();
     }
@@ -93,7 +93,7 @@ private:
         const unsigned long long place =
             expect<NSKeyedArchiveUID>(part(parts, keyed::classReference)).value();
         require(place < objects_.count());
-        const auto names =
+        auto names =
             expect<NSArray>(part(expect<NSDictionary>(objects_.objectAtIndex(place)), keyed::classNames));
         // One list serves many objects, so a long one would be gone through again and again.
         constexpr std::size_t mostNames = 16;

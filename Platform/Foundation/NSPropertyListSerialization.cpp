@@ -13,7 +13,7 @@ id NSPropertyListSerialization::propertyListWithData_options_format_error(const 
                                                                           NSError* error) {
     const bool isBinary = plist::isBinary(data);
     try {
-        const id root = isBinary ? plist::readBinary(data) : plist::readXML(data);
+        id root = isBinary ? plist::readBinary(data) : plist::readXML(data);
         if (format) *format = isBinary ? NSPropertyListBinaryFormat_v1_0 : NSPropertyListXMLFormat_v1_0;
         return root;
     } catch (const plist::PropertyListFailure& failure) {

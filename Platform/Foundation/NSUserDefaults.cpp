@@ -86,9 +86,9 @@ NSUserDefaults NSUserDefaults::standardUserDefaults() {
 
 id NSUserDefaults::objectForKey(const NSString& key) const {
     if (isNil() || !key) return {};
-    if (const id value = object(*this).argumentDomain().objectForKey(key)) return value;
+    if (id value = object(*this).argumentDomain().objectForKey(key)) return value;
     // The own domain, and then the global one.
-    if (const id value = CFPreferencesCopyAppValue(key, ownDomain())) return value;
+    if (id value = CFPreferencesCopyAppValue(key, ownDomain())) return value;
     return object(*this).registeredObject(key);
 }
 

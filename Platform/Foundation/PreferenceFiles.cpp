@@ -91,7 +91,7 @@ NSDictionary parse(const std::string& path) {
         return {};
     }
     const id plist = NSPropertyListSerialization::propertyListWithData(data, &error);
-    const auto contents = as<NSDictionary>(plist);
+    auto contents = as<NSDictionary>(plist);
     if (!contents) {
         warnOnce(path, plist ? NSString(u"it holds no dictionary")
                              : as<NSString>(error.userInfo().objectForKey(NSString(u"NSDebugDescription"))));

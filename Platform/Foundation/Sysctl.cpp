@@ -83,16 +83,16 @@ std::string processorDetail(std::string_view name) {
 }
 
 /// One file of every processor's folder, the empty ones left out.
-std::vector<std::string> ofEachProcessor(const std::string& file) {
+std::vector<std::string> ofEachProcessor(const char* file) {
+    const std::filesystem::path folder = "/sys/devices/system/cpu";
     std::vector<std::string> values;
-    const std::string folder = "/sys/devices/system/cpu";
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(systemPath(folder), error)) {
         const std::string name = entry.path().filename();
         const bool isProcessor = name.starts_with("cpu") && name.size() > 3 &&
                                  name.find_first_not_of("0123456789", 3) == std::string::npos;
         if (!isProcessor) continue;
-        if (std::string value = firstLine(folder + "/" + name + "/" + file); !value.empty()) {
+        if (std::string value = firstLine(folder / name / file); !value.empty()) {
             values.push_back(std::move(value));
         }
     }
