@@ -129,8 +129,8 @@ void FrameTracker::frameDetached(const Json& event) {
     client_.frameDetached(identifier);
 }
 
-/// The owner drops its own when it is told of the navigation.
-void FrameTracker::dropDescendants(const std::string& engineFrame) {
+/// Returns the frame's own children. The owner drops its own when it is told of the navigation.
+std::vector<std::string> FrameTracker::dropDescendants(const std::string& engineFrame) {
     std::vector<std::string> children;
     for (const auto& [identifier, frame] : frames_) {
         if (frame.parent == engineFrame && identifier != mainFrameID_) children.push_back(identifier);
@@ -139,6 +139,7 @@ void FrameTracker::dropDescendants(const std::string& engineFrame) {
         dropDescendants(child);
         frames_.erase(child);
     }
+    return children;
 }
 
 bool FrameTracker::allows(const std::string& engineFrame, WebNavigationType type, const NSURL& url) {
@@ -161,16 +162,19 @@ void FrameTracker::navigationRequested(const Json& event) {
 void FrameTracker::startedNavigating(const Json& event) {
     const std::string identifier = event["frameId"].string();
     const std::string navigationType = event["navigationType"].string();
+    if (isSameDocument(navigationType)) return;
+    if (const Frame* last = find(identifier)) finished(identifier, last->generation);
+    failPending(identifier);
     Frame* frame = find(identifier);
-    if (!frame || isSameDocument(navigationType)) return;
-    if (frame->finishing) finished(identifier, frame->generation);
-    if (frame->pending) failPending(identifier);
+    if (!frame) return;
 
     const bool own = ownLoadExpected_ && identifier == mainFrameID_;
     const NSURL url = hooks_.storedURL(event["url"].string());
     const std::optional<bool> answer = std::exchange(frame->allowNext, std::nullopt);
     const bool allowed =
         own || (answer ? *answer : allows(identifier, typeOfNavigation(navigationType), url));
+    frame = find(identifier);
+    if (!frame) return;
     Pending pending{.loader = event["loaderId"].string(), .url = url, .refused = !allowed, .failure = {}};
     if (!isLoadable(event["url"].string())) pending.failure = urlError(NSURLErrorUnsupportedURL, url);
     frame->pending = std::move(pending);
@@ -187,27 +191,37 @@ void FrameTracker::navigated(const Json& event) {
     Frame* frame = find(identifier);
     if (!frame) return;
     if (page.contains("unreachableUrl")) {
-        // The engine shows a page of its own about the failure.
-        failPending(identifier);
-        frame->loading = false;
+        errorPageShown(identifier);
         return;
     }
-    if (frame->finishing) finished(identifier, frame->generation);
-    const NSURL url = hooks_.storedURL(page["url"].string());
-    if (!frame->pending || frame->pending->refused) client_.loadStarted(named(identifier), url);
+    const bool announced = frame->pending && !frame->pending->refused;
+    const bool wasFinishing = std::exchange(frame->finishing, false);
     frame->pending.reset();
     frame->loading = true;
     frame->url = page["url"].string();
     dropDescendants(identifier);
-    client_.loadCommitted(named(identifier), url, NSString::fromUTF8(page["mimeType"].string()));
+
+    const FrameID name = named(identifier);
+    const NSURL url = hooks_.storedURL(page["url"].string());
+    if (wasFinishing) client_.loadFinished(name);
+    if (!announced) client_.loadStarted(name, url);
+    client_.loadCommitted(name, url, NSString::fromUTF8(page["mimeType"].string()));
+}
+
+/// A page of the engine's own about the failure has taken the place of the old one. The owner is not told of
+/// that page, but has to learn that the frames of the old one are gone.
+void FrameTracker::errorPageShown(const std::string& engineFrame) {
+    frames_.at(engineFrame).loading = false;
+    const std::vector<std::string> children = dropDescendants(engineFrame);
+    failPending(engineFrame);
+    for (const std::string& child : children) client_.frameDetached(child);
 }
 
 void FrameTracker::stoppedLoading(const Json& event) {
     const std::string identifier = event["frameId"].string();
+    failPending(identifier);
     Frame* frame = find(identifier);
-    if (!frame) return;
-    if (frame->pending) failPending(identifier);
-    if (!frame->loading) return;
+    if (!frame || !frame->loading) return;
     frame->loading = false;
     finish(identifier);
 }

@@ -88,7 +88,8 @@ private:
     void windowOpened(const Json& event);
 
     bool allows(const std::string& engineFrame, WebNavigationType type, const NSURL& url);
-    void dropDescendants(const std::string& engineFrame);
+    void errorPageShown(const std::string& engineFrame);
+    std::vector<std::string> dropDescendants(const std::string& engineFrame);
     void finish(const std::string& engineFrame);
     void finished(const std::string& engineFrame, unsigned generation);
     void failPending(const std::string& engineFrame);
