@@ -101,7 +101,8 @@ void RequestServer::answerDocument(const Request& request) {
 
 void RequestServer::answerFrameDocument(const Request& request) {
     const Node parent = nodeOf(frames_.parentOf(request.frame).value_or(mainFrameID_));
-    if (!index_->hasFramesLeft(parent)) {
+    // A frame that has had its archive and goes on to another page must not get another frame's.
+    if (nodes_.contains(request.frame) || !index_->hasFramesLeft(parent)) {
         answer(request, index_->resource(nodeOf(request.frame), request.url));
         return;
     }
@@ -160,7 +161,7 @@ void RequestServer::queryNames(std::function<void(const Names&)> answer) {
 }
 
 void RequestServer::fillBlankFrames(std::function<void()> done) {
-    std::vector<std::string> blank = frames_.blankFrames();
+    std::vector<std::string> blank = index_ ? frames_.blankFrames() : std::vector<std::string>();
     std::erase_if(blank, [this](const std::string& frame) {
         return nodes_.contains(frame) || !index_->hasFramesLeft(nodeOf(frame));
     });
