@@ -72,16 +72,16 @@ std::u16string expandingTilde(std::u16string_view path) {
     return unicode::fromUTF8Lossy(*home).append(path.substr(end));
 }
 
-/// The folder that holds an absolute path; a symbolic link at its end is followed first where it is there.
-std::u16string realParent(const std::u16string& path) {
-    std::u16string real = path;
+/// Turns an absolute path into that of the folder that holds it; a symbolic link at its end is followed first
+/// where it is there.
+void moveToRealParent(std::u16string& path) {
     if (path.size() < PATH_MAX) {
         if (char* resolved = ::realpath(NSString(path).fileSystemRepresentation().c_str(), nullptr)) {
-            real = unicode::fromUTF8Lossy(resolved);
+            path = unicode::fromUTF8Lossy(resolved);
             std::free(resolved); // NOLINT: the system allocated it
         }
     }
-    return real.substr(0, std::max<std::size_t>(real.rfind(u'/'), 1));
+    path.resize(std::max<std::size_t>(path.rfind(u'/'), 1));
 }
 
 } // namespace
@@ -139,7 +139,7 @@ NSString NSString::stringByStandardizingPath() const {
     std::u16string path = isAbsolute ? u"/" : u"";
     forEachName(expanded, [&](std::u16string_view name) {
         if (name == u".." && isAbsolute) {
-            path = realParent(path);
+            moveToRealParent(path);
         } else if (name != u".") {
             appendName(path, name);
         }

@@ -233,10 +233,7 @@ TEST_F(PDFLoaderTest, AnyOtherModePrintsWithTheMarginOnAllSides) {
     const NSSize paper = NSPrintInfo::sharedPrintInfo().paperSize();
     EXPECT_EQ(page().paper.width, paper.width);
     EXPECT_EQ(page().paper.height, paper.height);
-    EXPECT_EQ(page().margins.top, 50);
-    EXPECT_EQ(page().margins.right, 50);
-    EXPECT_EQ(page().margins.bottom, 50);
-    EXPECT_EQ(page().margins.left, 50);
+    EXPECT_EQ(page().margin, 50);
     EXPECT_EQ(page().mediaStyle, NSString(u"screen"));
     EXPECT_TRUE(page().printsBackgrounds);
     EXPECT_EQ(attribute(PDFDocumentProducerAttribute), "Renderer 1");

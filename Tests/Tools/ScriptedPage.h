@@ -39,10 +39,10 @@ public:
         return pdfToAnswer;
     }
 
-    NSData paginatedPDF(NSSize paperSize, engine::PrintMargins printMargins) override {
+    NSData paginatedPDF(NSSize paperSize, double printMargin) override {
         ++paginatedPDFs;
         paper = paperSize;
-        margins = printMargins;
+        margin = printMargin;
         return pdfToAnswer;
     }
 
@@ -69,7 +69,7 @@ public:
     int screenPDFs = 0;
     int paginatedPDFs = 0;
     NSSize paper;
-    engine::PrintMargins margins;
+    double margin = 0;
 };
 
 } // namespace qrv

@@ -1,7 +1,7 @@
 #include "Platform/WebKit/Engine/RequestServer.h"
 
+#include "Platform/Foundation/Base64.h"
 #include "Platform/Foundation/NSDate.h"
-#include "Platform/WebKit/Engine/Base64.h"
 #include "Tests/Platform/WebKit/Engine/RecordingClient.h"
 #include "Tests/Platform/WebKit/Engine/ScriptedTransport.h"
 #include "Tests/Platform/WebKit/TestArchive.h"
@@ -70,7 +70,7 @@ protected:
     static std::string inWords(const std::string& method, const Json& params) {
         const std::string id = params["requestId"].string();
         if (method == "Fetch.fulfillRequest") {
-            return id + " -> " + std::string(decodeBase64(params["body"].stringView())->bytes());
+            return id + " -> " + base64Decode(params["body"].stringView()).value_or("no base64");
         }
         if (method == "Fetch.failRequest") return id + " " + params["errorReason"].string();
         if (method == "Page.setDocumentContent") {
