@@ -13,8 +13,9 @@ public:
     explicit ElementObject(NSString tagName) : tagName_(std::move(tagName)) {}
 
     const ClassInfo& objectClass() const override {
-        if (tagName_ == NSString(u"FRAME")) return frameElementClassInfo;
-        if (tagName_ == NSString(u"IFRAME")) return iframeElementClassInfo;
+        // Documents of XML keep small letters.
+        if (tagName_ == NSString(u"FRAME") || tagName_ == NSString(u"frame")) return frameElementClassInfo;
+        if (tagName_ == NSString(u"IFRAME") || tagName_ == NSString(u"iframe")) return iframeElementClassInfo;
         return elementClassInfo;
     }
 

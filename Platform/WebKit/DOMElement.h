@@ -13,7 +13,7 @@ public:
     static const ClassInfo& classInfo();
 
     /// The element of a node name: "FRAME" gives a DOMHTMLFrameElement, "IFRAME" a DOMHTMLIFrameElement,
-    /// another name a DOMElement; nil gives nil.
+    /// also in small letters; another name gives a DOMElement; nil gives nil.
     static DOMElement elementWithTagName(const NSString& tagName);
 
     // - tagName

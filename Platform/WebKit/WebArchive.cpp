@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <unordered_map>
 
 namespace qrv {
 
@@ -12,10 +13,12 @@ namespace {
 
 const ClassInfo archiveClassInfo{"WebArchive", &Object::classInfo};
 
-// A property list may share one dictionary between many places, so that a small file unfolds into an archive
-// without end; these bounds are far above what any page holds.
+// A property list may share one object between many places, so that a small file unfolds into an archive
+// without end; these bounds, each for the whole nest, are far above what any page holds.
 constexpr int maximumDepth = 64;
-constexpr int maximumFrames = 10'000;
+constexpr std::size_t maximumFrames = 10'000;
+constexpr std::size_t maximumResources = 250'000;
+constexpr std::size_t maximumText = std::size_t{16} << 20;
 
 class ArchiveObject final : public Object {
 public:
@@ -44,15 +47,20 @@ WebResource readResource(const NSDictionary& dictionary) {
         value<NSString>(dictionary, u"WebResourceFrameName"));
 }
 
-/// An optional array of dictionaries: nullopt when the field is there and something else.
-std::optional<NSArray> dictionaries(const NSDictionary& root, const char16_t* key) {
-    const id field = root.objectForKey(NSString(key));
-    if (field.isNil()) return NSArray::array();
+bool isArrayOfDictionaries(const id& field) {
     const NSArray array = as<NSArray>(field);
-    const bool valid = array && std::all_of(array.begin(), array.end(), [](const id& element) {
-                           return element.isKindOfClass(NSDictionary::classInfo());
-                       });
-    return valid ? std::optional(array) : std::nullopt;
+    return array && std::all_of(array.begin(), array.end(), [](const id& element) {
+               return element.isKindOfClass(NSDictionary::classInfo());
+           });
+}
+
+std::size_t textLength(const NSDictionary& resource) {
+    std::size_t length = 0;
+    for (const char16_t* key : {u"WebResourceURL", u"WebResourceMIMEType", u"WebResourceTextEncodingName",
+                                u"WebResourceFrameName"}) {
+        length += value<NSString>(resource, key).length();
+    }
+    return length;
 }
 
 class Reader {
@@ -61,13 +69,15 @@ public:
         const auto resources = dictionaries(root, u"WebSubresources");
         const auto frames = dictionaries(root, u"WebSubframeArchives");
         if (!resources || !frames) return {};
-        const WebResource main = readResource(value<NSDictionary>(root, u"WebMainResource"));
+        const WebResource main = resource(value<NSDictionary>(root, u"WebMainResource"));
         if (main.isNil()) return {};
 
         std::vector<id> subresources;
         for (const id& element : *resources) {
-            if (const WebResource resource = readResource(as<NSDictionary>(element)); resource.URL()) {
-                subresources.push_back(resource);
+            if (resources_ >= maximumResources) break;
+            ++resources_;
+            if (const WebResource stored = resource(as<NSDictionary>(element)); stored.URL()) {
+                subresources.push_back(stored);
             }
         }
         std::vector<id> subframes;
@@ -82,7 +92,35 @@ public:
     }
 
 private:
-    int frames_ = 0;
+    /// An optional array of dictionaries: nullopt when the field is there and something else. Arrays that are
+    /// shared are looked through once.
+    std::optional<NSArray> dictionaries(const NSDictionary& root, const char16_t* key) {
+        const id field = root.objectForKey(NSString(key));
+        if (field.isNil()) return NSArray::array();
+        const auto [known, isNew] = valid_.try_emplace(field.shared().get(), false);
+        if (isNew) known->second = isArrayOfDictionaries(field);
+        return known->second ? std::optional(as<NSArray>(field)) : std::nullopt;
+    }
+
+    /// nil when malformed, and when all resources have more text together than is good. A dictionary that is
+    /// shared is read once.
+    WebResource resource(const NSDictionary& dictionary) {
+        if (dictionary.isNil()) return {};
+        // Each handle to a shared one counts: whoever keeps the addresses by name copies them.
+        const std::size_t length = textLength(dictionary);
+        if (length > maximumText - text_) return {};
+        text_ += length;
+        const auto [known, isNew] = known_.try_emplace(dictionary.shared().get());
+        if (isNew) known->second = readResource(dictionary);
+        return known->second;
+    }
+
+    // The property list outlives the reading, so its objects can be told apart by their addresses.
+    std::unordered_map<const Object*, bool> valid_;
+    std::unordered_map<const Object*, WebResource> known_;
+    std::size_t frames_ = 0;
+    std::size_t resources_ = 0;
+    std::size_t text_ = 0;
 };
 
 const ArchiveObject* object(const WebArchive& archive) {

@@ -21,7 +21,8 @@ public:
     /// nil when the data is no archive: no property list; a root that is no dictionary; a main resource that
     /// is missing, no dictionary, or without data or MIME type; an array field that is no array or has an
     /// element that is no dictionary. A malformed subresource is dropped, an invalid frame's archive is
-    /// skipped. Frames nested more than 64 deep, and more than 10,000 of them, are left out.
+    /// skipped. Left out are frames nested more than 64 deep, more than 10,000 frames and 250,000
+    /// subresources, and what has more than 16 Mi characters of addresses, types and names together.
     static WebArchive initWithData(const NSData& data);
 
     // - mainResource
