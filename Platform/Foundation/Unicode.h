@@ -79,10 +79,14 @@ std::optional<std::string> encode(std::u16string_view text, unsigned long encodi
 /// The encoding with an IANA character set name, whatever its case; nullopt for one that is not known.
 std::optional<unsigned long> encodingOfCharset(const std::string& name);
 
-/// The text in bytes of a named character set. A byte-order mark beats the name; without both, and for a name that
-/// is not known, bytes that are UTF-8 are read as that and others as windows-1252. What cannot be decoded becomes
-/// U+FFFD.
+/// The text in bytes of a named character set. A byte-order mark beats the name; without both, and for a name
+/// that is not known, bytes that are UTF-8 are read as that and others as windows-1252. What cannot be
+/// decoded becomes U+FFFD.
 std::u16string decodeWebText(std::string_view bytes, const std::string& charset);
+
+/// The ASCII form of a host's name in UTF-8, with labels of other scripts as "xn--..." and letters small;
+/// nullopt for characters that no name may hold and for names longer than any. ASCII passes unchecked.
+std::optional<std::string> domainToASCII(std::string_view name);
 
 /// A date pattern, ready for use by any thread.
 class DatePattern {

@@ -2,49 +2,93 @@
 
 #include "Platform/Foundation/Unicode.h"
 
-#include <unicode/ucnv.h>
-
+#include <algorithm>
+#include <array>
 #include <memory>
+#include <unicode/ucnv.h>
+#include <unicode/ucnv_cb.h>
+#include <utility>
 
 namespace qrv::unicode {
 
 namespace {
 
 using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
+using Pair = std::pair<std::string_view, const char*>;
 
-Converter open(const char* charset) {
+/// What the web means by names that stand for a smaller set elsewhere.
+constexpr std::array<Pair, 24> webMeanings{{
+    {"ascii", "windows-1252"},     {"us-ascii", "windows-1252"},   {"iso-8859-1", "windows-1252"},
+    {"iso8859-1", "windows-1252"}, {"iso88591", "windows-1252"},   {"iso_8859-1", "windows-1252"},
+    {"latin1", "windows-1252"},    {"l1", "windows-1252"},         {"iso-8859-9", "windows-1254"},
+    {"latin5", "windows-1254"},    {"iso-8859-11", "windows-874"}, {"tis-620", "windows-874"},
+    {"gb2312", "gb18030"},         {"gb_2312-80", "gb18030"},      {"gbk", "gb18030"},
+    {"x-gbk", "gb18030"},          {"euc-kr", "windows-949"},      {"ks_c_5601-1987", "windows-949"},
+    {"korean", "windows-949"},     {"shift_jis", "windows-31j"},   {"shift-jis", "windows-31j"},
+    {"sjis", "windows-31j"},       {"x-sjis", "windows-31j"},      {"utf-16", "utf-16le"},
+}};
+
+/// The byte-order marks of the web.
+constexpr std::array<Pair, 3> signatures{
+    {{"\xEF\xBB\xBF", "utf-8"}, {"\xFE\xFF", "utf-16be"}, {"\xFF\xFE", "utf-16le"}}};
+
+/// A converter's name may carry options and even lead to a file, which a page has no say in.
+bool isPlainName(std::string_view name) {
+    return std::all_of(name.begin(), name.end(), [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' ||
+               c == '_' || c == ':';
+    });
+}
+
+/// The library's own way writes U+001A for bytes of some sets.
+void U_CALLCONV replace(const void*, UConverterToUnicodeArgs* arguments, const char*, int32_t,
+                        UConverterCallbackReason reason, UErrorCode* status) {
+    if (reason > UCNV_IRREGULAR) return;
+    *status = U_ZERO_ERROR;
+    constexpr char16_t replacement = 0xFFFD;
+    ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, status);
+}
+
+Converter open(std::string name) {
+    if (name.empty() || !isPlainName(name)) return {nullptr, &ucnv_close};
+    std::transform(name.begin(), name.end(), name.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+    const auto* meaning = std::find_if(webMeanings.begin(), webMeanings.end(),
+                                       [&name](const Pair& pair) { return pair.first == name; });
     UErrorCode status = U_ZERO_ERROR;
-    Converter converter(ucnv_open(charset, &status), &ucnv_close);
+    Converter converter(ucnv_open(meaning == webMeanings.end() ? name.c_str() : meaning->second, &status),
+                        &ucnv_close);
+    if (U_SUCCESS(status)) {
+        ucnv_setToUCallBack(converter.get(), &replace, nullptr, nullptr, nullptr, &status);
+    }
     return U_FAILURE(status) ? Converter(nullptr, &ucnv_close) : std::move(converter);
 }
 
 std::u16string convert(UConverter* converter, std::string_view bytes) {
-    std::u16string text(bytes.size() * 2 + 1, u'\0');
-    char16_t* target = text.data();
+    std::u16string text;
     const char* source = bytes.data();
-    UErrorCode status = U_ZERO_ERROR;
-    ucnv_toUnicode(converter, &target, text.data() + text.size(), &source, bytes.data() + bytes.size(),
-                   nullptr, true, &status);
-    text.resize(static_cast<std::size_t>(target - text.data()));
+    const char* const end = bytes.data() + bytes.size();
+    UErrorCode status = U_BUFFER_OVERFLOW_ERROR;
+    while (status == U_BUFFER_OVERFLOW_ERROR) {
+        const std::size_t done = text.size();
+        text.resize(done + static_cast<std::size_t>(end - source) + 16);
+        char16_t* target = text.data() + done;
+        status = U_ZERO_ERROR;
+        ucnv_toUnicode(converter, &target, text.data() + text.size(), &source, end, nullptr, true, &status);
+        text.resize(static_cast<std::size_t>(target - text.data()));
+    }
     return text;
 }
 
 } // namespace
 
 std::u16string decodeWebText(std::string_view bytes, const std::string& charset) {
-    UErrorCode status = U_ZERO_ERROR;
-    int32_t signatureLength = 0;
-    const char* signature = ucnv_detectUnicodeSignature(
-        bytes.data(), static_cast<int32_t>(std::min<std::size_t>(bytes.size(), 4)), &signatureLength,
-        &status);
-    if (U_SUCCESS(status) && signature) {
-        if (const Converter converter = open(signature)) {
-            return convert(converter.get(), bytes.substr(static_cast<std::size_t>(signatureLength)));
-        }
+    for (const auto& [mark, name] : signatures) {
+        if (!bytes.starts_with(mark)) continue;
+        if (const Converter converter = open(name))
+            return convert(converter.get(), bytes.substr(mark.size()));
     }
-    if (!charset.empty()) {
-        if (const Converter converter = open(charset.c_str())) return convert(converter.get(), bytes);
-    }
+    if (const Converter converter = open(charset)) return convert(converter.get(), bytes);
     if (auto text = fromUTF8(bytes)) return *text;
     const Converter western = open("windows-1252");
     return western ? convert(western.get(), bytes) : fromUTF8Lossy(bytes);
