@@ -7,8 +7,10 @@
 
 namespace qrv::engine {
 
-/// The address as the engine writes it: scheme and host in lower case, no default port, "/" for an empty
-/// path, dot segments resolved. An address of an opaque kind ("data:...", "about:blank") comes back as it is.
+/// A form that is the same for every way of writing an address that the engine takes for one: scheme and host
+/// in lower case, the host in ASCII, no default port, "/" for an empty path, dot segments resolved, and each
+/// character escaped that NSURL escapes. Where the scheme is not the web's, only scheme, dot segments and
+/// escapes. An address that is malformed stays so. In linear time.
 std::string normalizedURL(std::string_view url);
 
 /// The part before "#".
@@ -39,7 +41,7 @@ public:
 
 private:
     std::string url_;
-    std::string stem_;   // of the stored address: the scheme and the slashes behind it
+    std::string stem_;   // of the stored address: scheme and authority, up to the slash that is its root
     std::string prefix_; // the engine's in its place, "http://<token>.example/"; empty when nothing stands in
     std::string engineURL_;
 };
