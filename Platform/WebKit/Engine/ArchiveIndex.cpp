@@ -8,17 +8,6 @@ namespace qrv::engine {
 
 namespace {
 
-/// A name that the saving browser made up for a frame without one.
-bool isGeneratedName(const std::string& name) {
-    return name.starts_with("<!--frame");
-}
-
-bool sameAddress(const std::string& stored, const std::string& asked) {
-    const std::string a(withoutFragment(stored));
-    const std::string b(withoutFragment(asked));
-    return a == b || a == withOtherHTTPScheme(b);
-}
-
 bool isBlank(const std::string& url) {
     return url.empty() || schemeOf(url) == "about";
 }
@@ -34,13 +23,16 @@ ArchiveIndex::Node ArchiveIndex::add(const WebArchive& archive, std::optional<No
     nodes_.emplace_back();
     Entry entry;
     entry.mainResource = archive.mainResource();
-    entry.url = normalizedURL(entry.mainResource.URL().absoluteString().utf8());
+    entry.url = withoutFragment(normalizedURL(entry.mainResource.URL().absoluteString().utf8()));
     entry.frameName = entry.mainResource.frameName().utf8();
     entry.parent = parent;
-    for (const id& element : archive.subresources()) store(entry.resources, as<WebResource>(element));
-    for (const id& element : archive.subresources()) store(all_, as<WebResource>(element));
-    store(entry.resources, entry.mainResource);
-    store(all_, entry.mainResource);
+    const auto storeBoth = [&](const WebResource& resource) {
+        const std::string url = normalizedURL(resource.URL().absoluteString().utf8());
+        store(entry.resources, url, resource);
+        store(all_, url, resource);
+    };
+    for (const id& element : archive.subresources()) storeBoth(as<WebResource>(element));
+    storeBoth(entry.mainResource);
     for (const id& element : archive.subframeArchives()) {
         entry.children.push_back(add(as<WebArchive>(element), node));
     }
@@ -48,14 +40,17 @@ ArchiveIndex::Node ArchiveIndex::add(const WebArchive& archive, std::optional<No
     return node;
 }
 
-void ArchiveIndex::store(Resources& resources, const WebResource& resource) {
-    const std::string url = normalizedURL(resource.URL().absoluteString().utf8());
+void ArchiveIndex::store(Resources& resources, const std::string& url, const WebResource& resource) {
     if (url.empty()) return;
     resources.insert_or_assign(url, resource);
     // Found without its fragment too, unless the bare address has a resource of its own.
     if (const std::string_view bare = withoutFragment(url); bare.size() < url.size()) {
         resources.try_emplace(std::string(bare), resource);
     }
+}
+
+bool ArchiveIndex::isNameless(const Entry& entry) {
+    return entry.frameName.empty() || entry.frameName.starts_with("<!--frame");
 }
 
 template <class Predicate>
@@ -74,13 +69,17 @@ std::optional<ArchiveIndex::Node> ArchiveIndex::takeFrame(Node parent, const std
         if (const auto found = take(parent, [&](const Entry& e) { return e.frameName == name; }))
             return found;
     }
-    const std::string address = normalizedURL(url);
-    if (const auto found = take(parent, [&](const Entry& e) { return sameAddress(e.url, address); }))
+    const std::string address(withoutFragment(normalizedURL(url)));
+    const std::string other = withOtherHTTPScheme(address);
+    const auto hasAddress = [&](const Entry& e) {
+        return !e.url.empty() && (e.url == address || e.url == other);
+    };
+    // What carries the name of another frame is better left to it, what stands for a blank one is not this
+    // one's.
+    if (const auto found = take(parent, [&](const Entry& e) { return isNameless(e) && hasAddress(e); }))
         return found;
-    // What carries a name of another frame, or stands for a blank one, is not this frame's.
-    return take(parent, [&](const Entry& e) {
-        return !isBlank(e.url) && (e.frameName.empty() || isGeneratedName(e.frameName));
-    });
+    if (const auto found = take(parent, hasAddress)) return found;
+    return take(parent, [](const Entry& e) { return isNameless(e) && !isBlank(e.url); });
 }
 
 std::optional<ArchiveIndex::Node> ArchiveIndex::takeBlankFrame(Node parent, const std::string& name) {
@@ -90,9 +89,7 @@ std::optional<ArchiveIndex::Node> ArchiveIndex::takeBlankFrame(Node parent, cons
             return found;
         }
     }
-    return take(parent, [](const Entry& e) {
-        return isBlank(e.url) && (e.frameName.empty() || isGeneratedName(e.frameName));
-    });
+    return take(parent, [](const Entry& e) { return isNameless(e) && isBlank(e.url); });
 }
 
 bool ArchiveIndex::hasFramesLeft(Node parent) const {

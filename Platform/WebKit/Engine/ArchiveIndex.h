@@ -8,7 +8,6 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace qrv::engine {
@@ -24,7 +23,8 @@ public:
     const WebResource& mainResource(Node node) const { return nodes_[node].mainResource; }
 
     /// The archive for a frame in the page of `parent`: by the frame's name, then by its address, then the
-    /// next one in the order of the tags. Each archive is given once. Nothing when none is left.
+    /// next one in the order of the tags that carries no name of another frame. Each archive is given once.
+    /// Nothing when none is left.
     std::optional<Node> takeFrame(Node parent, const std::string& name, const std::string& url);
     /// The same for a frame without an address of its own: only archives whose own address is none either
     /// count.
@@ -38,11 +38,12 @@ public:
     WebResource resource(Node node, const std::string& url) const;
 
 private:
-    using Resources = std::unordered_map<std::string, WebResource>;
+    // A tree: an archive cannot make it slow by addresses whose hashes are the same.
+    using Resources = std::map<std::string, WebResource>;
 
     struct Entry {
         WebResource mainResource;
-        std::string url;
+        std::string url; // normalised, without its fragment
         std::string frameName;
         std::optional<Node> parent;
         std::vector<Node> children;
@@ -50,8 +51,10 @@ private:
         bool taken = false;
     };
 
+    /// Without a name, or with one that the saving browser made up.
+    static bool isNameless(const Entry& entry);
     Node add(const WebArchive& archive, std::optional<Node> parent);
-    static void store(Resources& resources, const WebResource& resource);
+    static void store(Resources& resources, const std::string& url, const WebResource& resource);
     WebResource find(Node node, const std::string& url) const;
     template <class Predicate>
     std::optional<Node> take(Node parent, Predicate matches);
