@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/Base64.h"
 #include "Platform/WebKit/Engine/ResourceURL.h"
+#include "Platform/WebKit/Engine/URLText.h"
 
 #include <algorithm>
 #include <array>
@@ -14,18 +15,19 @@ namespace {
 // the message needs a little.
 constexpr std::size_t maximumBody = std::size_t{74} << 20;
 
-std::string lowered(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-    return text;
+bool isTokenCharacter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+           std::string_view("!#$%&'*+-.^_`|~/:").find(c) != std::string_view::npos;
 }
 
-/// Types and encodings come from the archive: nothing that could begin another header may pass.
+/// Types and encodings come from the archive: nothing that could begin another header, value or parameter may
+/// pass, nor what would make the message longer than the engine takes.
 std::string headerSafe(const NSString& text) {
+    constexpr std::size_t longest = 127;
     std::string safe = text.utf8();
-    std::erase_if(safe,
-                  [](char c) { return static_cast<unsigned char>(c) <= 0x20 || c == 0x7F || c == ';'; });
-    return safe;
+    safe.resize(std::min(safe.find(';'), safe.size()));
+    std::erase_if(safe, [](char c) { return !isTokenCharacter(c); });
+    return safe.size() > longest ? std::string() : safe;
 }
 
 bool isShownAsText(const std::string& type) {
@@ -46,11 +48,14 @@ std::string contentType(const WebResource& resource, bool isDocument) {
     std::string type = lowered(headerSafe(resource.MIMEType()));
     if (isDocument && isShownAsText(type)) type = "text/plain";
     const std::string encoding = headerSafe(resource.textEncodingName());
-    return encoding.empty() ? type : type + "; charset=" + encoding;
+    return type.empty() || encoding.empty() ? type : type + "; charset=" + encoding;
 }
 
 Json responseHeaders(const WebResource& resource, const ResourceRequest& request) {
-    std::vector<Json> headers{header("Content-Type", contentType(resource, request.isDocument))};
+    std::vector<Json> headers;
+    if (const std::string type = contentType(resource, request.isDocument); !type.empty()) {
+        headers.push_back(header("Content-Type", type));
+    }
     // Fonts, modules and fetched data of other origins were allowed when the page was saved.
     headers.push_back(header("Access-Control-Allow-Origin", request.origin.empty() ? "*" : request.origin));
     if (!request.origin.empty()) headers.push_back(header("Access-Control-Allow-Credentials", "true"));

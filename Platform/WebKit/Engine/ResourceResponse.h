@@ -22,7 +22,7 @@ Json responseHeaders(const WebResource& resource, const ResourceRequest& request
 
 /// The Content-Type under which a resource is answered: the stored type with the stored encoding. A main page
 /// in a kind of text that the engine would rather save than show (style sheets, scripts, tables, data)
-/// becomes plain text.
+/// becomes plain text. Empty when the stored type is none: then the engine looks at the bytes.
 std::string contentType(const WebResource& resource, bool isDocument);
 
 /// Base64 of the bytes. Nothing when the message that carries it would be longer than the engine takes.
