@@ -1,13 +1,8 @@
 #pragma once
 
-// Property lists of archives, built piece by piece.
+// Property lists of archives, built piece by piece, so that pieces can be shared, replaced and taken away.
 
-#include "Platform/Foundation/NSDictionary.h"
-#include "Platform/Foundation/NSPropertyListSerialization.h"
-#include "Platform/WebKit/WebArchive.h"
-
-#include <string>
-#include <vector>
+#include "Tests/Platform/WebKit/TestArchive.h"
 
 namespace qrv {
 
@@ -18,29 +13,26 @@ struct SampleResource {
 };
 
 inline NSMutableDictionary resourceList(const SampleResource& sample) {
-    NSMutableDictionary resource;
-    resource.setObject_forKey(NSData(sample.text), NSString(u"WebResourceData"));
-    resource.setObject_forKey(NSString(u"text/html"), NSString(u"WebResourceMIMEType"));
-    if (!sample.url.empty()) {
-        resource.setObject_forKey(NSString::fromUTF8(sample.url), NSString(u"WebResourceURL"));
-    }
-    if (!sample.frameName.empty()) {
-        resource.setObject_forKey(NSString::fromUTF8(sample.frameName), NSString(u"WebResourceFrameName"));
-    }
-    return resource;
+    return propertyListOf(
+               TestResource{
+                   .url = sample.url, .text = sample.text, .frameName = sample.frameName, .encoding = {}})
+        .mutableCopy();
 }
 
 inline NSMutableDictionary archiveList(const SampleResource& main,
                                        const std::vector<SampleResource>& resources = {},
                                        const std::vector<NSMutableDictionary>& frames = {}) {
+    const auto arrayOf = [](const auto& lists) {
+        std::vector<id> elements;
+        for (const NSMutableDictionary& list : lists) elements.push_back(list.copy());
+        return NSArray(std::move(elements));
+    };
+    std::vector<NSMutableDictionary> resourceLists;
+    for (const SampleResource& resource : resources) resourceLists.push_back(resourceList(resource));
     NSMutableDictionary archive;
     archive.setObject_forKey(resourceList(main).copy(), NSString(u"WebMainResource"));
-    std::vector<id> lists;
-    for (const SampleResource& resource : resources) lists.push_back(resourceList(resource).copy());
-    archive.setObject_forKey(NSArray(lists), NSString(u"WebSubresources"));
-    lists.clear();
-    for (const NSMutableDictionary& frame : frames) lists.push_back(frame.copy());
-    archive.setObject_forKey(NSArray(lists), NSString(u"WebSubframeArchives"));
+    archive.setObject_forKey(arrayOf(resourceLists), NSString(u"WebSubresources"));
+    archive.setObject_forKey(arrayOf(frames), NSString(u"WebSubframeArchives"));
     return archive;
 }
 

@@ -106,9 +106,9 @@ TEST(NormalizedURLText, EmptyStaysEmpty) {
     EXPECT_EQ(normalizedURL(""), "");
 }
 
-// Two million characters, each of which would be looked at again by anything quadratic.
+// Half a million characters, each of which would be looked at again by anything quadratic.
 TEST(NormalizedURLText, TakesEnormousAddresses) {
-    constexpr std::size_t length = 2'000'000;
+    constexpr std::size_t length = 500'000;
     for (const char* piece : {"a", "/", "../", "a/../", "%2e/", "@", ":", "?", "#", "[", "'", "\\", "%"}) {
         std::string text = "http://";
         while (text.size() < length) text += piece;
