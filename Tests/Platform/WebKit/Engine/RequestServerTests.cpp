@@ -186,10 +186,10 @@ TEST_F(RequestServerTest, APageWithoutAnAddressIsServedUnderItsStandIn) {
 
 TEST_F(RequestServerTest, AResourceOfAnOddSchemeIsFoundThroughTheStandIn) {
     serve({{"odd://host/page", "page"}, {{"odd://host/i.png", "image"}}});
-    askForDocument("http://token.example/host/page");
-    ask("http://token.example/host/i.png");
-    EXPECT_THAT(take(), ElementsAre("http://token.example/host/page -> page",
-                                    "http://token.example/host/i.png -> image"));
+    askForDocument("http://token.example/page");
+    ask("http://token.example/i.png");
+    EXPECT_THAT(take(), ElementsAre("http://token.example/page -> page",
+                                    "http://token.example/i.png -> image"));
 }
 
 TEST_F(RequestServerTest, WorkersSeeTheMainPagesResources) {
