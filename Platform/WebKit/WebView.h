@@ -77,7 +77,7 @@ private:
 
     void loadArchiveInFrame(const WebArchive& archive, WebFrame& frame);
     WebFramePtr frameWithID(const engine::FrameID& frame) const;
-    void detach(const WebFramePtr& frame);
+    void detach(WebFramePtr frame);
     void endLoading(const WebFramePtr& frame);
 
     WebPreferences preferences_;
