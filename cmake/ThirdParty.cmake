@@ -9,6 +9,5 @@ find_package(EXPAT REQUIRED)
 pkg_check_modules(QPDF REQUIRED IMPORTED_TARGET libqpdf)
 # The headers ask for a choice: standard smart pointers only.
 target_compile_definitions(PkgConfig::QPDF INTERFACE POINTERHOLDER_TRANSITION=4)
-pkg_check_modules(SYSTEMD REQUIRED IMPORTED_TARGET libsystemd)
 find_library(PAPER_LIBRARY paper REQUIRED)
 find_path(PAPER_INCLUDE_DIR paper.h REQUIRED)

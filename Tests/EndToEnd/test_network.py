@@ -175,7 +175,7 @@ class IsolationTests(ToolTestCase):
             self.assert_isolated(self.watch())
         else:
             run = self.convert(page("<p>Text</p>"))
-            self.assertTrue(run.log.unnamed, "what was given up must be logged")
+            self.assertTrue(run.log.notes, "what was given up must be logged")
 
     def test_engine_of_an_ordinary_user_too(self):
         options = self.as_nobody()
@@ -184,7 +184,7 @@ class IsolationTests(ToolTestCase):
             self.assert_isolated(self.watch(**options))
         else:
             run = self.convert(page("<p>Text</p>"), **options)
-            self.assertTrue(run.log.unnamed, "what was given up must be logged")
+            self.assertTrue(run.log.notes, "what was given up must be logged")
 
 
 if __name__ == "__main__":

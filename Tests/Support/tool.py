@@ -178,7 +178,7 @@ class ToolTestCase(unittest.TestCase):
         log = Log(errors.decode())
         self.assertEqual(child.returncode, 0, f"exit status; log:\n{log.text}")
         self.assertEqual(log.strangers, [], "lines on standard error that are no log lines")
-        self.assert_nothing_left()
+        self.assert_nothing_left(seconds=0)
         return Run(self.folder, output, answer, log, child.returncode)
 
     def convert(self, archive, mode="screen", name="page.pdf", expect_success=True, quick=True,

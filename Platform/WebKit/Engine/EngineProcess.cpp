@@ -2,6 +2,8 @@
 
 #include "Platform/WebKit/Engine/EngineCommand.h"
 
+#include <cstdlib>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -11,6 +13,12 @@ namespace {
 
 // One for an engine that dies by chance, one more for an engine whose own sandbox turns out not to work.
 constexpr int mostStarts = 3;
+
+// The engines that run now. Never destroyed: it is needed until the last moment of the process.
+std::set<EngineProcess*>& running() {
+    static auto* engines = new std::set<EngineProcess*>;
+    return *engines;
+}
 
 } // namespace
 
@@ -33,10 +41,21 @@ EngineProcess::LaunchResult EngineProcess::launch(EngineOptions options, NSRunLo
 }
 
 EngineProcess::EngineProcess(EngineExecutable executable, EngineOptions options, NSRunLoop& loop)
-    : executable_(std::move(executable)), options_(std::move(options)), loop_(loop) {}
+    : executable_(std::move(executable)), options_(std::move(options)), loop_(loop) {
+    [[maybe_unused]] static const int registered = std::atexit(&EngineProcess::endAll);
+    running().insert(this);
+}
 
 EngineProcess::~EngineProcess() {
+    running().erase(this);
     terminate();
+}
+
+// The run loops are gone by now: only the processes are touched.
+void EngineProcess::endAll() {
+    for (EngineProcess* engine : running()) {
+        if (engine->child_) engine->child_->terminate();
+    }
 }
 
 void EngineProcess::start() {

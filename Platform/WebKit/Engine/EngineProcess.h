@@ -11,9 +11,10 @@
 // first message is started again and gets the same commands, which nobody notices; when that fails too, the
 // connection ends with a reason. Which protection could not be had is told through the log.
 //
-// The engine is gone when this object is: terminate kills it. When the process ends without that (exit, a
-// signal), the kernel kills the engine as the thread that launched it dies, and its renderers end with the
-// connection to it. That thread must therefore live as long as the engine. Everything belongs to it.
+// The engine is gone when this object is, and before the process is when that ends by exit: terminate kills
+// it and waits for its end. When the process ends without that (a signal, _exit), the kernel kills the engine
+// as the thread that launched it dies, and its renderers end with the connection to it. That thread must
+// therefore live as long as the engine. Everything belongs to it.
 
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Platform/WebKit/Engine/DevToolsPipe.h"
@@ -61,6 +62,7 @@ public:
 private:
     EngineProcess(EngineExecutable executable, EngineOptions options, NSRunLoop& loop);
 
+    static void endAll();
     void start();
     void messageArrived(std::string_view message);
     void connectionEnded();
