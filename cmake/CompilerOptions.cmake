@@ -12,15 +12,18 @@ target_compile_options(web2pdf_options INTERFACE
 if(WEB2PDF_WARNINGS_AS_ERRORS)
     target_compile_options(web2pdf_options INTERFACE -Werror)
 endif()
+
+# What every program has to be linked with, because the libraries are compiled with it.
+set(WEB2PDF_INSTRUMENTATION "")
 if(WEB2PDF_SANITIZE)
-    target_compile_options(web2pdf_options INTERFACE
-        -fsanitize=${WEB2PDF_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
-    target_link_options(web2pdf_options INTERFACE -fsanitize=${WEB2PDF_SANITIZE})
+    list(APPEND WEB2PDF_INSTRUMENTATION -fsanitize=${WEB2PDF_SANITIZE})
+    target_compile_options(web2pdf_options INTERFACE -fno-omit-frame-pointer -fno-sanitize-recover=all)
 endif()
 if(WEB2PDF_COVERAGE)
-    target_compile_options(web2pdf_options INTERFACE --coverage)
-    target_link_options(web2pdf_options INTERFACE --coverage)
+    list(APPEND WEB2PDF_INSTRUMENTATION --coverage)
 endif()
+target_compile_options(web2pdf_options INTERFACE ${WEB2PDF_INSTRUMENTATION})
+target_link_options(web2pdf_options INTERFACE ${WEB2PDF_INSTRUMENTATION})
 
 find_program(CCACHE ccache)
 if(CCACHE)
