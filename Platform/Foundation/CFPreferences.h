@@ -1,6 +1,6 @@
 #pragma once
 
-// Settings by domain, one property list (XML or binary) per domain: preferences/<domain>.plist below
+// Settings by domain, one property list (XML or binary) per domain: preferences/DOMAIN.plist below
 // $XDG_CONFIG_HOME (~/.config), then below each of $XDG_CONFIG_DIRS (/etc/xdg); after the domain, the global
 // domain, preferences/.GlobalPreferences.plist, in the same places. The first file that has the key decides.
 //
