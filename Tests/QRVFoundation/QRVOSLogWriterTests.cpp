@@ -147,6 +147,19 @@ TEST_F(OSLogWriter, WithoutCheckingALongLineIsWrittenWhole) {
     EXPECT_EQ(entries(), Lines{"P " + std::string(1000, 'x')});
 }
 
+TEST_F(OSLogWriter, FinishedLineIsWrittenAsItIsWhateverItsLength) {
+    const std::string line = "100% %@ " + std::string(1000, 'x');
+    QRVOSLogWriter().logCString_area(line, u"Some");
+    QRVOSLogWriter().logCString_area("", {});
+    const auto entry = journal.nextEntry();
+    ASSERT_TRUE(entry);
+    EXPECT_EQ(entry->at("MESSAGE"), line);
+    EXPECT_EQ(entry->at("CATEGORY"), "QRVLogger.Some");
+    EXPECT_EQ(entries(), Lines{""});
+    EXPECT_EQ(standardError(), "2026-11-02 00:00:00.123 [org.quillvane.tool] " + line +
+                                   "\n2026-11-02 00:00:00.123 [org.quillvane.tool] \n");
+}
+
 TEST_F(OSLogWriter, InTheDevelopmentEnvironmentOnlyStandardErrorIsWritten) {
     setenv("QRVIsInXcode", "1", 1);
     QRVOSLogWriter().writePrefix_message_area(u"P", u"text", u"Area");

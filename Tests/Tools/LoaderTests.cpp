@@ -43,6 +43,17 @@ TEST_F(LoaderTest, EmptiesAndSwitchesOffTheCache) {
     EXPECT_EQ(cache.memoryCapacity(), 0U);
 }
 
+TEST_F(LoaderTest, TheCacheCanBeEmptiedAgain) {
+    NSURLCache& cache = NSURLCache::sharedURLCache();
+    cache.setDiskCapacity(5);
+    cache.setMemoryCapacity(6);
+    const std::size_t removals = cache.removals();
+    loader.clearURLCache();
+    EXPECT_EQ(cache.removals(), removals + 1);
+    EXPECT_EQ(cache.diskCapacity(), 0U);
+    EXPECT_EQ(cache.memoryCapacity(), 0U);
+}
+
 TEST_F(LoaderTest, APlainLoaderHasNoLogArea) {
     const Loader plain;
     EXPECT_THROW(plain.logArea(), NSException);
@@ -176,6 +187,52 @@ TEST_F(LoaderTest, ALaterErrorOfTheMainFrameReplacesTheFirst) {
     EXPECT_EQ(loader._error, urlError(NSURLErrorCancelled));
 }
 
+// The delegate's calls by themselves
+
+TEST_F(LoaderTest, ATitleIsTakenNoteOfWhateverItsFrame) {
+    loader.webView_didReceiveTitle_forFrame(*loader._view, u"Title", nullptr);
+    EXPECT_TRUE(loader._receivedTitle);
+    EXPECT_FALSE(loader.hasPageTitle()) << "the main frame has none yet";
+}
+
+TEST_F(LoaderTest, AFrameThatNeverStartedMayFinish) {
+    startMainFrame();
+    attachChild();
+    loader.webView_didFinishLoadForFrame(*loader._view, child());
+    EXPECT_THAT(loader._objectsLoading, ElementsAre(id(loader._view->mainFrame())));
+    EXPECT_TRUE(log.contains("[LogTest] didFinishLoadForFrame: " + text(child())));
+}
+
+TEST_F(LoaderTest, NoFrameFinishesNothingAndIsLogged) {
+    startMainFrame();
+    loader.webView_didFinishLoadForFrame(*loader._view, nullptr);
+    EXPECT_THAT(loader._objectsLoading, SizeIs(1));
+    EXPECT_TRUE(log.contains("[LogTest] didFinishLoadForFrame: (null)"));
+}
+
+TEST_F(LoaderTest, OnlyTheSendersMainFrameStoresItsErrors) {
+    const NSError error = urlError(NSURLErrorCannotFindHost);
+    attachChild();
+    loader.webView_didFailLoadWithError_forFrame(*loader._view, error, child());
+    loader.webView_didFailLoadWithError_forFrame(*loader._view, error, nullptr);
+    loader.webView_didFailProvisionalLoadWithError_forFrame(*loader._view, error, child());
+    loader.webView_didFailProvisionalLoadWithError_forFrame(*loader._view, error, nullptr);
+    EXPECT_TRUE(loader._error.isNil());
+
+    loader.webView_didFailLoadWithError_forFrame(*loader._view, error, loader._view->mainFrame());
+    EXPECT_EQ(loader._error, error);
+    const NSError later = urlError(NSURLErrorCancelled);
+    loader.webView_didFailProvisionalLoadWithError_forFrame(*loader._view, later, loader._view->mainFrame());
+    EXPECT_EQ(loader._error, later);
+}
+
+TEST_F(LoaderTest, ANilErrorIsLoggedAndClearsTheStoredOne) {
+    loader._error = urlError(NSURLErrorCannotFindHost);
+    loader.webView_didFailLoadWithError_forFrame(*loader._view, {}, loader._view->mainFrame());
+    EXPECT_TRUE(loader._error.isNil());
+    EXPECT_TRUE(log.contains("[LogTest] didFailLoadWithError: (null)"));
+}
+
 // Policy and authentication
 
 TEST_F(LoaderTest, OnlyLoadsOfTypeOtherAreAllowed) {
@@ -255,6 +312,15 @@ TEST_F(LoaderTest, NamesTheUnitTheLineAndTheMethod) {
             testing::MatchesRegex("\\[LogTest\\] loader:[0-9]+ -\\[Loader waitUntilDone\\] Loading.*"),
             testing::MatchesRegex("\\[LogTest\\] loader:[0-9]+ -\\[Loader waitUntilDone\\] Extra.*"),
             testing::MatchesRegex("\\[LogTest\\] loader:[0-9]+ -\\[Loader waitUntilDone\\] done.*")));
+}
+
+TEST_F(LoaderTest, LogsUnderTheNamesThatItIsGiven) {
+    log.install({QRVLoggerAllAreas, QRVLoggerIncludeFile, QRVLoggerIncludeLine, QRVLoggerIncludeFunction});
+    loader.logFile_line_function_format("Source/Tools/unit", 12, "method", u"%@ of %d", NSString(u"one"), 2);
+    EXPECT_THAT(log.lines(), ElementsAre("[LogTest] unit:12 method one of 2"));
+    log.install({});
+    loader.logFile_line_function_format("Source/Tools/unit", 12, "method", u"%@", NSString(u"disabled"));
+    EXPECT_THAT(log.lines(), SizeIs(1));
 }
 
 TEST_F(LoaderTest, ADisabledAreaLogsNothingButTheLinesWithoutArea) {

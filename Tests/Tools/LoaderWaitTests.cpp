@@ -57,6 +57,20 @@ TEST_F(LoaderWaitTest, LogsEachPassAndTheEnd) {
                     "[LogTest] done loading: " + NSArray::array().description().utf8()));
 }
 
+TEST_F(LoaderWaitTest, TheEndIsCountedFromNowAndMayBeSetAgain) {
+    loader.extendFinishDate(3);
+    EXPECT_EQ(loader._finishDate.timeIntervalSinceReferenceDate(), ScriptedTime::start + 3);
+    ScriptedTime::now += 5;
+    loader.extendFinishDate(0.5);
+    EXPECT_EQ(loader._finishDate.timeIntervalSinceReferenceDate(), ScriptedTime::start + 5.5);
+}
+
+TEST_F(LoaderWaitTest, AnEndSetBeforehandIsKept) {
+    loader.extendFinishDate(0.7);
+    loader.waitUntilDone();
+    EXPECT_EQ(time.slices, 4) << "instead of the ten of the usual two seconds";
+}
+
 TEST_F(LoaderWaitTest, NoExtraTimeEndsInTheFirstPassWithAnEmptyList) {
     setSettings("<key>WebToolExtraLoadingTime</key><integer>0</integer>");
     startMainFrame();

@@ -201,6 +201,19 @@ TEST_F(PDFLoaderTest, TheModeIsComparedExactly) {
     }
 }
 
+TEST_F(PDFLoaderTest, TheViewStandsInAWindowLargerThanThePaper) {
+    struct Opened : PDFLoader {
+        using PDFLoader::_view;
+    } opened;
+
+    EXPECT_EQ(opened._view->superview(), nullptr);
+    opened.setupWindow();
+    const NSSize paper = NSPrintInfo::sharedPrintInfo().paperSize();
+    EXPECT_EQ(opened._view->frame().size, paper);
+    ASSERT_NE(opened._view->superview(), nullptr);
+    EXPECT_EQ(opened._view->superview()->frame().size, (NSSize{paper.width + 200, paper.height + 200}));
+}
+
 TEST_F(PDFLoaderTest, TheViewGetsThePapersSizeAndTheScreensStyle) {
     load(u"https://a.example/");
     EXPECT_EQ(save(), 0);
