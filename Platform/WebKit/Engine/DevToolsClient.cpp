@@ -147,6 +147,7 @@ void DevToolsClient::sessionEnded(const std::string& session) {
 void DevToolsClient::connectionEnded(const std::string& reason) {
     if (closed_) return;
     closed_ = true;
+    transport_.setMessageHandler({});
     closeReason_ = reason;
     for (auto& [id, pending] : std::exchange(pending_, {}))
         answerSoon(std::move(pending.callback), failure(DevToolsReply::Status::closed, reason));

@@ -87,6 +87,10 @@ public:
     /// Called once when the connection ends, after the callbacks that were still waiting.
     void setClosedHandler(ClosedHandler handler) { closedHandler_ = std::move(handler); }
 
+    /// Ends the connection from this side: what is waited for and what is sent from now on is answered with
+    /// Status::closed, and no event arrives any more. The closed handler is called as if the engine had gone.
+    void disconnect(const std::string& reason) { connectionEnded(reason); }
+
     bool isClosed() const { return closed_; }
 
 private:

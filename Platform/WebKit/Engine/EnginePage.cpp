@@ -21,8 +21,9 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// A frame's title is waited for this long before its load counts as finished all the same.
-constexpr milliseconds titleLimit{2000};
+// What the page has to answer before a load counts as finished (titles, blank frames) is waited for this
+// long.
+constexpr milliseconds answerLimit{2000};
 
 // A page that is drawn before it has loaded is waited for this long.
 constexpr milliseconds loadLimit{60'000};
@@ -82,6 +83,7 @@ private:
     void enterAt(const StandInAddress& address);
     void fail(const NSError& error);
     bool canRender();
+    void completeMainFrame(const std::function<void()>& done);
     void queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer);
     NSURL storedURL(std::string_view engineURL) const;
     std::string storedLink(const std::string& link) const;
@@ -102,7 +104,7 @@ private:
     std::size_t finishedRequests_ = 0;
     std::vector<DevToolsClient::Subscription> subscriptions_;
     NSRunLoop::Timer startTimer_;
-    std::vector<NSRunLoop::Timer> titleTimers_;
+    std::vector<NSRunLoop::Timer> answerTimers_;
     std::shared_ptr<bool> alive_ =
         std::make_shared<bool>(true); // for posted functions, which may come too late
 };
@@ -112,8 +114,7 @@ EnginePage::EnginePage(PageClient& client)
       frames_(client,
               {.queryTitle = [this](const FrameID& frame,
                                     std::function<void(NSString)> answer) { queryTitle(frame, answer); },
-               .completeMainFrame =
-                   [this](std::function<void()> done) { requests_->fillBlankFrames(std::move(done)); },
+               .completeMainFrame = [this](const std::function<void()>& done) { completeMainFrame(done); },
                .storedURL = [this](std::string_view url) { return storedURL(url); }}) {
     start();
 }
@@ -136,6 +137,7 @@ void EnginePage::start() {
     });
     startTimer_ = loop_.scheduleTimer(startLimit(), [this] {
         process_->terminate();
+        devTools_->disconnect("the engine did not answer in time");
         fail(urlError(NSURLErrorTimedOut, {}, u"The web engine did not answer in time."));
     });
     connect();
@@ -210,6 +212,7 @@ void EnginePage::dialogOpened(const Json& /*event*/) {
 /// After a crash every further command would hang or bring the rest of the engine down.
 void EnginePage::pageCrashed(const Json& /*event*/) {
     fail(urlError(NSURLErrorNetworkConnectionLost, {}, u"The web engine's page process ended unexpectedly."));
+    devTools_->disconnect("the page process ended");
 }
 
 void EnginePage::resourceDone(const Json& /*event*/) {
@@ -265,13 +268,23 @@ std::string EnginePage::storedLink(const std::string& link) const {
     return address_ ? address_->storedURL(link) : link;
 }
 
+/// A page whose script never ends does not take what is stored for its blank frames.
+void EnginePage::completeMainFrame(const std::function<void()>& done) {
+    const auto once = std::make_shared<std::function<void()>>(done);
+    const auto reply = [once] {
+        if (const auto waiting = std::exchange(*once, nullptr)) waiting();
+    };
+    answerTimers_.push_back(loop_.scheduleTimer(answerLimit, reply));
+    requests_->fillBlankFrames(reply);
+}
+
 /// In a world of the frame's own scripts do not reach. What does not answer in time has no title.
 void EnginePage::queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer) {
     const auto once = std::make_shared<std::function<void(NSString)>>(std::move(answer));
     const auto reply = [once](const NSString& title) {
         if (const auto waiting = std::exchange(*once, nullptr)) waiting(title);
     };
-    titleTimers_.push_back(loop_.scheduleTimer(titleLimit, [reply] { reply({}); }));
+    answerTimers_.push_back(loop_.scheduleTimer(answerLimit, [reply] { reply({}); }));
     devTools_->send(session_, "Page.createIsolatedWorld",
                     Json::object({{"frameId", engineFrame}, {"worldName", "web2pdf"}}),
                     [this, reply](const DevToolsReply& world) {
@@ -328,7 +341,7 @@ bool EnginePage::canRender() {
 
 NSSize EnginePage::documentSize() {
     if (!canRender()) return {};
-    client_.titleChanged(mainFrame, renderer_->title());
+    if (const std::optional<NSString> title = renderer_->title()) client_.titleChanged(mainFrame, *title);
     return canRender() ? renderer_->documentSize() : NSSize();
 }
 

@@ -15,12 +15,15 @@ using std::chrono::seconds;
 
 // A page whose script never ends does not answer either; it is interrupted after this long.
 constexpr milliseconds patience = seconds(3);
-// For fonts and images that are on their way when rendering begins.
-constexpr milliseconds readinessLimit = seconds(3);
+// For fonts and images that are on their way when rendering begins. The answer must come before the patience
+// ends.
+constexpr milliseconds readinessLimit = patience - milliseconds(500);
 // Printing takes as long as it takes, within reason: 200,000 pixels take a third of a second.
 constexpr milliseconds printLimit = std::chrono::minutes(10);
 
 constexpr int maximumTries = 3;
+
+constexpr char stopScripts[] = "Emulation.setScriptExecutionDisabled";
 
 } // namespace
 
@@ -37,12 +40,19 @@ bool PageRenderer::makeWorld() {
     return world_ != 0;
 }
 
-/// null when the page does not answer. The world dies with a navigation and is made again; a script that does
-/// not end is interrupted.
-Json PageRenderer::evaluate(const std::string& script, bool awaitsPromise) {
+/// Ends a script that does not end by itself, and lets no other begin. Neither command is waited for: where
+/// no script was running, the first one is answered only when the next script is.
+void PageRenderer::interrupt() {
+    interrupted_ = true;
+    devTools_.send(session_, "Runtime.terminateExecution");
+    devTools_.send(session_, stopScripts, Json::object({{"value", true}}));
+}
+
+/// Nothing when the page does not answer. The world dies with a navigation and is made again.
+std::optional<Json> PageRenderer::evaluate(const std::string& script, bool awaitsPromise) {
     for (int tries = 0; tries < maximumTries && !devTools_.isClosed(); ++tries) {
         if (world_ == 0 && !makeWorld()) {
-            call("Runtime.terminateExecution", {});
+            interrupt();
             continue;
         }
         const DevToolsReply reply = call("Runtime.evaluate", Json::object({{"expression", script},
@@ -51,17 +61,18 @@ Json PageRenderer::evaluate(const std::string& script, bool awaitsPromise) {
                                                                            {"awaitPromise", awaitsPromise}}));
         if (reply.ok() && !reply.result.contains("exceptionDetails")) return reply.result["result"]["value"];
         world_ = 0;
-        if (reply.status == DevToolsReply::Status::timedOut) call("Runtime.terminateExecution", {});
+        if (reply.status == DevToolsReply::Status::timedOut) interrupt();
     }
-    return {};
+    return std::nullopt;
 }
 
 /// Waits for what is still on its way, then stops the page's scripts.
 void PageRenderer::settle() {
     if (settled_) return;
     settled_ = true;
-    evaluate(readinessScript(readinessLimit - milliseconds(500)), true);
-    call("Emulation.setScriptExecutionDisabled", Json::object({{"value", true}}));
+    // The time limit in the script is a timer, which stands still when scripts do.
+    if (!interrupted_) evaluate(readinessScript(readinessLimit), true);
+    call(stopScripts, Json::object({{"value", true}}));
     call("Emulation.setEmulatedMedia", Json::object({{"media", mediaStyle_}}));
 }
 
@@ -80,15 +91,16 @@ Json metrics(LayoutSize view) {
 
 void PageRenderer::setViewSize(NSSize size) {
     viewSize_ = size;
+    screen_.reset();
     devTools_.send(session_, useMetrics, metrics(screenView(size.width, size.height)));
 }
 
 std::optional<PageMeasurements> PageRenderer::measure(LayoutSize view) {
     settle();
     call(useMetrics, metrics(view));
-    const Json answer = evaluate(measuringScript(), false);
-    if (!answer.isObject()) return std::nullopt;
-    return pageMeasurementsFromJson(answer);
+    const std::optional<Json> answer = evaluate(measuringScript(), false);
+    if (!answer || !answer->isObject()) return std::nullopt;
+    return pageMeasurementsFromJson(*answer);
 }
 
 NSSize PageRenderer::documentSize() {
@@ -119,7 +131,7 @@ NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
 }
 
 std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
-    if (!evaluate(applyingScript(plan), false).boolean()) return std::nullopt;
+    if (!evaluate(applyingScript(plan), false).value_or(Json()).boolean()) return std::nullopt;
     const DevToolsReply reply = devTools_.call(session_, "Page.printToPDF",
                                                Json::object({{"printBackground", printsBackgrounds_},
                                                              {"preferCSSPageSize", true},
@@ -145,10 +157,10 @@ NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan) const {
     return pdfByApplying(edits, pdf);
 }
 
-NSString PageRenderer::title() {
-    const Json title = evaluate("document.title", false);
-    return title.isString() && title.stringView().size() > 0 ? NSString::fromUTF8(title.stringView())
-                                                             : NSString();
+std::optional<NSString> PageRenderer::title() {
+    const std::optional<Json> title = evaluate("document.title", false);
+    if (!title) return std::nullopt;
+    return title->stringView().empty() ? NSString() : NSString::fromUTF8(title->stringView());
 }
 
 } // namespace qrv::engine

@@ -36,14 +36,15 @@ public:
     NSSize documentSize();
     NSData screenPDF();
     NSData paginatedPDF(NSSize paper, double margin);
-    /// The page's title; nil when it has none or does not answer.
-    NSString title();
+    /// The page's title, nil when it has none; nothing when the page does not answer.
+    std::optional<NSString> title();
 
 private:
     void settle();
     std::optional<PageMeasurements> measure(LayoutSize view);
-    Json evaluate(const std::string& script, bool awaitsPromise);
+    std::optional<Json> evaluate(const std::string& script, bool awaitsPromise);
     bool makeWorld();
+    void interrupt();
     NSData print(const PrintPlan& plan, const PrintPlan& plain);
     std::optional<NSData> attempt(const PrintPlan& plan);
     NSData edited(const NSData& pdf, const PrintPlan& plan) const;
@@ -57,7 +58,8 @@ private:
     bool printsBackgrounds_ = false;
     LinkMapping linkMapping_;
     bool settled_ = false;
-    std::int64_t world_ = 0; // the isolated world in which scripts run; 0 when there is none
+    bool interrupted_ = false; // the page did not answer, and its scripts were stopped
+    std::int64_t world_ = 0;   // the isolated world in which scripts run; 0 when there is none
     std::optional<PageMeasurements> screen_;
 };
 

@@ -76,6 +76,26 @@ TEST_F(DevToolsClientTest, DropsWhatAnswersNothing) {
     EXPECT_EQ(replies_.size(), 1u);
 }
 
+TEST_F(DevToolsClientTest, DisconnectingEndsWhatIsWaitedFor) {
+    client_->send("page", "A", {}, record());
+    std::string closed;
+    client_->setClosedHandler([&](const std::string& reason) { closed = reason; });
+    const auto listening = listen("event", "E");
+    const auto timer = loop_.scheduleTimer(1ms, [this] { client_->disconnect("enough"); });
+    EXPECT_EQ(client_->call("page", "B", {}, 30s).status, Status::closed);
+    turn();
+    ASSERT_EQ(replies_.size(), 1u);
+    EXPECT_EQ(replies_[0].status, Status::closed);
+    EXPECT_EQ(replies_[0].errorMessage, "enough");
+    EXPECT_EQ(closed, "enough");
+    const std::size_t sent = transport_.sent.size();
+    EXPECT_EQ(client_->call("page", "C", {}, 30s).status, Status::closed);
+    EXPECT_EQ(transport_.sent.size(), sent);
+    transport_.emit("page", "E", {});
+    EXPECT_EQ(events_, "");
+    EXPECT_TRUE(client_->isClosed());
+}
+
 TEST_F(DevToolsClientTest, ACommandWithoutACallbackIgnoresItsReply) {
     client_->send({}, "A");
     transport_.reply(1, {});
