@@ -61,7 +61,10 @@ std::optional<Json> PageRenderer::evaluate(const std::string& script, bool await
                                                                            {"awaitPromise", awaitsPromise}}));
         if (reply.ok() && !reply.result.contains("exceptionDetails")) return reply.result["result"]["value"];
         world_ = 0;
-        if (reply.status == DevToolsReply::Status::timedOut) interrupt();
+        if (reply.status != DevToolsReply::Status::timedOut) continue;
+        interrupt();
+        // Without scripts, what a promise waits for may never come.
+        if (awaitsPromise) break;
     }
     return std::nullopt;
 }
