@@ -298,7 +298,7 @@ private:
 
     template <class T>
     void print(const char* spec, T value) {
-        // The specification is put together above from checked parts only.
+        // The conversion is put together above from checked parts only.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
         const int length = std::snprintf(nullptr, 0, spec, value);
