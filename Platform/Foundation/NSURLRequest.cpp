@@ -17,7 +17,9 @@ public:
 
 } // namespace
 
-const ClassInfo& NSURLRequest::classInfo() { return requestClassInfo; }
+const ClassInfo& NSURLRequest::classInfo() {
+    return requestClassInfo;
+}
 
 NSURLRequest NSURLRequest::requestWithURL(const NSURL& url) {
     return NSURLRequest(std::make_shared<RequestObject>(url));

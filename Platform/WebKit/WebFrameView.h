@@ -34,7 +34,8 @@ public:
     WebFrameView(WebView& view, const WebFrame& frame) : view_(view), frame_(frame) {}
 
     // - documentView
-    /// Null when the frame shows no document; a first load that is under way is waited for. Only the main frame's document can be drawn.
+    /// Null when the frame shows no document; a first load that is under way is waited for. Only the main
+    /// frame's document can be drawn.
     NSView* documentView();
 
 private:

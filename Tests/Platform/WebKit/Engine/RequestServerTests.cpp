@@ -188,8 +188,8 @@ TEST_F(RequestServerTest, AResourceOfAnOddSchemeIsFoundThroughTheStandIn) {
     serve({{"odd://host/page", "page"}, {{"odd://host/i.png", "image"}}});
     askForDocument("http://token.example/page");
     ask("http://token.example/i.png");
-    EXPECT_THAT(take(), ElementsAre("http://token.example/page -> page",
-                                    "http://token.example/i.png -> image"));
+    EXPECT_THAT(take(),
+                ElementsAre("http://token.example/page -> page", "http://token.example/i.png -> image"));
 }
 
 TEST_F(RequestServerTest, WorkersSeeTheMainPagesResources) {
