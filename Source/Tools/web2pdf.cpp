@@ -7,10 +7,12 @@
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/NSProcessInfo.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
+#include "Platform/Foundation/Unicode.h"
 #include "QRVFoundation/Source/NSError+QRVDescription.h"
 #include "QRVFoundation/Source/QRVLog.h"
 #include "Source/Tools/PDFLoader.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <new>
@@ -48,6 +50,19 @@ NSError toolError(long long code, const NSString& description) {
     loader.savePDF(pdfPath);
 }
 
+/// The text with each character that XML cannot hold replaced by U+FFFD: a strange file name must not cost
+/// the parent its answer.
+NSString deliverable(const NSString& text) {
+    std::u16string units = unicode::fromUTF8Lossy(text.utf8()); // without unpaired surrogates
+    std::replace_if(
+        units.begin(), units.end(),
+        [](char16_t c) {
+            return (c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r') || c == 0xFFFE || c == 0xFFFF;
+        },
+        u'\uFFFD');
+    return NSString(std::move(units));
+}
+
 } // namespace
 
 void runWeb2PDF() {
@@ -69,9 +84,9 @@ void finishWithErrorAndPath(const NSError& error, const NSString& path) {
     result.setObject_forKey(NSNumber::numberWithBool(error.isNil()), NSString(u"succeeded"));
     if (error) {
         result.setObject_forKey(archiveError(error), NSString(u"errorData"));
-        result.setObject_forKey(error.localizedDescription(), NSString(u"errorString"));
+        result.setObject_forKey(deliverable(error.localizedDescription()), NSString(u"errorString"));
     }
-    if (path) result.setObject_forKey(path, NSString(u"path"));
+    if (path) result.setObject_forKey(deliverable(path), NSString(u"path"));
     finishWithData(dataFromPropertyList(result.copy()));
     exitProcess(EXIT_SUCCESS); // failures, too: the result alone tells the outcome
 }

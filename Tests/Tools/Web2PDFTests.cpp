@@ -57,6 +57,11 @@ TEST_F(Web2PDFTest, SuccessHasTwoEntries) {
     EXPECT_EQ(result().objectForKey(NSString(u"path")), id(NSString(u"/tmp/ä & b.pdf")));
 }
 
+TEST_F(Web2PDFTest, CharactersThatTheAnswerCannotHoldAreReplaced) {
+    EXPECT_EQ(exitStatusOf([] { finishWithErrorAndPath({}, u"/tmp/a\x0001\xD800\xFFFF\tb.pdf"); }), 0);
+    EXPECT_EQ(result().objectForKey(NSString(u"path")), id(NSString(u"/tmp/a\uFFFD\uFFFD\uFFFD\tb.pdf")));
+}
+
 TEST_F(Web2PDFTest, FailureHasThreeEntries) {
     const NSError failure = error({{NSString(NSLocalizedDescriptionKey), NSString(u"It did not work.")}});
     EXPECT_EQ(exitStatusOf([&] { finishWithError(failure); }), 0);
