@@ -188,7 +188,7 @@ NSComparisonResult NSNumber::compare(const NSNumber& other) const {
     const NumberObject* b = object(other);
     if (!a || !b) return a ? NSOrderedDescending : b ? NSOrderedAscending : NSOrderedSame;
     const std::weak_ordering order = a->compare(*b);
-    return order < 0 ? NSOrderedAscending : order > 0 ? NSOrderedDescending : NSOrderedSame;
+    return std::is_lt(order) ? NSOrderedAscending : std::is_gt(order) ? NSOrderedDescending : NSOrderedSame;
 }
 
 } // namespace qrv

@@ -44,7 +44,7 @@ bool id::isEqual(const id& other) const {
 
 NSString id::description() const {
     // A string is its own description; its payload could only give a copy.
-    if (const NSString text = as<NSString>(*this)) return text;
+    if (NSString text = as<NSString>(*this)) return text;
     return object_ ? object_->description() : NSString();
 }
 
@@ -60,7 +60,7 @@ const ClassInfo* Class::info() const {
 }
 
 Class Class::of(const id& object) {
-    if (const Class itself = as<Class>(object)) return itself;
+    if (Class itself = as<Class>(object)) return itself;
     const ClassInfo* info = object.objectClass();
     return info ? Class(*info) : Class();
 }

@@ -103,9 +103,10 @@ void WebView::frameDetached(const engine::FrameID& frame) {
     if (const WebFramePtr gone = frameWithID(frame); gone && gone != mainFrame_) detach(gone);
 }
 
-/// Children go first. A frame that leaves while it loads has failed: nobody may wait for it. Holds the frame
-/// by itself, since the lists that hold it otherwise change.
-void WebView::detach(WebFramePtr frame) {
+/// Children go first. A frame that leaves while it loads has failed: nobody may wait for it. The frame is
+/// held here, since the lists that hold it otherwise change.
+void WebView::detach(const WebFramePtr& leaving) {
+    const WebFramePtr frame = leaving; // NOLINT(performance-unnecessary-copy-initialization)
     while (!frame->childFrames_.empty()) detach(frame->childFrames_.back());
     if (frame->loading_) {
         loadFailed(frame->identifier_,

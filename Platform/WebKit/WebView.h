@@ -77,7 +77,7 @@ private:
 
     void loadArchiveInFrame(const WebArchive& archive, WebFrame& frame);
     WebFramePtr frameWithID(const engine::FrameID& frame) const;
-    void detach(WebFramePtr frame);
+    void detach(const WebFramePtr& leaving);
     void endLoading(const WebFramePtr& frame);
 
     WebPreferences preferences_;

@@ -112,7 +112,7 @@ WebResource ArchiveIndex::resource(Node node, const std::string& url) const {
     for (const std::string& candidate :
          {whole, bare, withOtherHTTPScheme(whole), withOtherHTTPScheme(bare)}) {
         if (candidate.empty()) continue;
-        if (const WebResource found = find(node, candidate)) return found;
+        if (WebResource found = find(node, candidate)) return found;
     }
     return {};
 }

@@ -113,7 +113,7 @@ EnginePage::EnginePage(PageClient& client)
     : client_(client), loop_(NSRunLoop::currentRunLoop()),
       frames_(client,
               {.queryTitle = [this](const FrameID& frame,
-                                    std::function<void(NSString)> answer) { queryTitle(frame, answer); },
+                                    std::function<void(NSString)> answer) { queryTitle(frame, std::move(answer)); },
                .completeMainFrame = [this](const std::function<void()>& done) { completeMainFrame(done); },
                .storedURL = [this](std::string_view url) { return storedURL(url); }}) {
     start();

@@ -83,6 +83,7 @@ std::vector<std::string> FrameTracker::blankFrames() const {
     }
     std::sort(blank.begin(), blank.end());
     std::vector<std::string> identifiers;
+    identifiers.reserve(blank.size());
     for (auto& entry : blank) identifiers.push_back(std::move(entry.second));
     return identifiers;
 }

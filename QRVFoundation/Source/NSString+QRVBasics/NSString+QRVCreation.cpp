@@ -64,7 +64,7 @@ NSString qrvStringWith32BitCharacter(std::uint32_t character) {
 }
 
 NSString qrvStringWithData_encoding_error(const NSData& data, unsigned long encoding, NSError* error) {
-    const NSString text = NSString::initWithData_encoding(data, encoding);
+    NSString text = NSString::initWithData_encoding(data, encoding);
     if (text.isNil()) {
         setError(error, conversionError(QRVDecodingErrorCode, QRVInputObjectKey, data, encoding,
                                         u"Error decoding data to string."));
@@ -73,7 +73,7 @@ NSString qrvStringWithData_encoding_error(const NSData& data, unsigned long enco
 }
 
 NSData qrvDataUsingEncoding_error(const NSString& self, unsigned long encoding, NSError* error) {
-    const NSData data = self.dataUsingEncoding(encoding);
+    NSData data = self.dataUsingEncoding(encoding);
     if (data.isNil() && self) {
         setError(error, conversionError(QRVEncodingErrorCode, QRVStringKey, self, encoding,
                                         u"Error encoding data from string."));
@@ -88,9 +88,9 @@ NSString qrvStringWithUTF8Data(const NSData& data) {
 NSString qrvStringWithContentsOfFile(const NSString& path) {
     const NSData data = NSData::initWithContentsOfFile_options_error(path, 0, nullptr);
     if (data.isNil()) return {};
-    if (const NSString text = qrvStringWithUTF8Data(data)) return text;
+    if (NSString text = qrvStringWithUTF8Data(data)) return text;
     if (startsWithByteOrderMark(data)) {
-        if (const NSString text = qrvStringWithData_encoding_error(data, NSUTF16StringEncoding, nullptr)) {
+        if (NSString text = qrvStringWithData_encoding_error(data, NSUTF16StringEncoding, nullptr)) {
             return text;
         }
     }

@@ -33,6 +33,7 @@ std::vector<Pair> sortedPairs(const NSDictionary& dictionary) {
 
 NSString queryByHand(const std::vector<Pair>& pairs) {
     std::vector<id> parts;
+    parts.reserve(pairs.size());
     for (const auto& [key, value] : pairs) {
         parts.push_back(NSString::stringWithFormat(u"%@=%@", qrvEncodeForQueryString(key),
                                                    qrvEncodeForQueryString(value)));
@@ -42,6 +43,7 @@ NSString queryByHand(const std::vector<Pair>& pairs) {
 
 NSString queryByComponents(const std::vector<Pair>& pairs) {
     std::vector<NSURLQueryItem> items;
+    items.reserve(pairs.size());
     for (const auto& [key, value] : pairs)
         items.push_back(NSURLQueryItem::queryItemWithName_value(key, value));
     NSURLComponents components;
