@@ -112,8 +112,10 @@ private:
 EnginePage::EnginePage(PageClient& client)
     : client_(client), loop_(NSRunLoop::currentRunLoop()),
       frames_(client,
-              {.queryTitle = [this](const FrameID& frame,
-                                    std::function<void(NSString)> answer) { queryTitle(frame, std::move(answer)); },
+              {.queryTitle =
+                   [this](const FrameID& frame, std::function<void(NSString)> answer) {
+                       queryTitle(frame, std::move(answer));
+                   },
                .completeMainFrame = [this](const std::function<void()>& done) { completeMainFrame(done); },
                .storedURL = [this](std::string_view url) { return storedURL(url); }}) {
     start();
