@@ -17,7 +17,9 @@ namespace {
 
 std::string bigEndian(std::uint64_t value, std::size_t width) {
     std::string bytes;
-    for (std::size_t i = width; i > 0; --i) bytes.push_back(static_cast<char>(value >> (8 * (i - 1))));
+    for (std::size_t i = width; i > 0; --i) {
+        bytes.push_back(i > sizeof value ? '\0' : static_cast<char>(value >> (8 * (i - 1))));
+    }
     return bytes;
 }
 
