@@ -7,11 +7,12 @@ DIES_AT_ONCE = "#!/bin/sh\nexit 1\n"
 NEVER_ANSWERS = "#!/bin/sh\nexec sleep 600\n"
 ANSWERS_NONSENSE = "#!/bin/sh\nprintf 'no message\\0' >&4\nexec sleep 600\n"
 
-_PROXY = r'''#!/usr/bin/python3
-# Passes the messages between the tool and the engine on, and does what the test asks at one of them.
+# Stands between the tool and the real engine, passes the messages on, and calls take_note for each of the
+# tool's. It is formatted with the engine's path and the definition of take_note, which says whether the message
+# goes to the engine.
+_BETWEEN = r'''#!/usr/bin/python3
 import json, os, select, signal, sys
 
-METHOD, ACTION = %(method)r, %(action)r
 to_engine, from_engine = os.pipe(), os.pipe()
 child = os.fork()
 if child == 0:
@@ -24,6 +25,7 @@ if child == 0:
     os.execv(%(engine)r, [%(engine)r] + sys.argv[1:])
 os.close(to_engine[0])
 os.close(from_engine[1])
+unread = {3: b"", from_engine[0]: b""}
 
 
 def end(status):
@@ -37,39 +39,67 @@ def write(number, data):
         data = data[os.write(number, data):]
 
 
-def pass_on(message):
-    """True when the message goes to the engine."""
-    call = json.loads(message)
-    if call.get("method") != METHOD:
+def send(number, message):
+    write(number, json.dumps(message).encode() + b"\0")
+
+
+def receive(number):
+    """The whole messages that have come."""
+    data = os.read(number, 1 << 20)
+    if not data:
+        end(0)
+    *whole, unread[number] = (unread[number] + data).split(b"\0")
+    return whole
+
+
+def ask(session, method, **parameters):
+    """The result of a call of our own, under a number that the tool does not reach."""
+    send(to_engine[1], {"id": 1 << 30, "sessionId": session, "method": method, "params": parameters})
+    result = None
+    while result is None:
+        for message in receive(from_engine[0]):
+            call = json.loads(message)
+            if call.get("id") == 1 << 30:
+                result = call.get("result", {})
+            else:
+                write(4, message + b"\0")
+    return result
+
+
+%(take_note)s
+
+while True:
+    ready, _, _ = select.select([3, from_engine[0]], [], [])
+    if from_engine[0] in ready:
+        for message in receive(from_engine[0]):
+            write(4, message + b"\0")
+    if 3 in ready:
+        for message in receive(3):
+            if take_note(json.loads(message)):
+                write(to_engine[1], message + b"\0")
+'''
+
+_FAILING = r'''
+def take_note(call):
+    if call.get("method") != %(method)r:
         return True
-    if ACTION == "die":
+    if %(action)r == "die":
         end(9)
     answer = {"id": call["id"], "error": {"code": -32000, "message": "Refused by the test"}}
     if "sessionId" in call:
         answer["sessionId"] = call["sessionId"]
-    write(4, json.dumps(answer).encode() + b"\0")
+    send(4, answer)
     return False
-
-
-rest = b""
-while True:
-    ready, _, _ = select.select([3, from_engine[0]], [], [])
-    if from_engine[0] in ready:
-        data = os.read(from_engine[0], 1 << 16)
-        if not data:
-            end(0)
-        write(4, data)
-    if 3 in ready:
-        data = os.read(3, 1 << 16)
-        if not data:
-            end(0)
-        *whole, rest = (rest + data).split(b"\0")
-        for message in whole:
-            if pass_on(message):
-                write(to_engine[1], message + b"\0")
 '''
 
+HEADLESS_SHELL = "/usr/bin/chromium-headless-shell"
 
-def proxy(method, action, engine="/usr/bin/chromium-headless-shell"):
+
+def between(take_note, engine=HEADLESS_SHELL):
+    """The real engine behind a script that sees the tool's messages: see _BETWEEN."""
+    return _BETWEEN % {"take_note": take_note, "engine": engine}
+
+
+def proxy(method, action, engine=HEADLESS_SHELL):
     """The real engine, until the named DevTools call comes: then it dies ("die") or the call fails ("refuse")."""
-    return _PROXY % {"method": method, "action": action, "engine": engine}
+    return between(_FAILING % {"method": method, "action": action}, engine)

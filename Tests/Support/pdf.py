@@ -88,8 +88,12 @@ class PDF:
 
     def picture(self, page=1, dpi=72):
         """The page as pixels; at 72 dpi one pixel is one point."""
-        data = _run("pdftoppm", "-r", str(dpi), "-f", str(page), "-l", str(page), self.path)
-        return read_ppm(data)
+        return read_ppm(_run("pdftoppm", "-r", str(dpi), "-f", str(page), "-l", str(page), self.path))
+
+    def ppm(self, page, scale_to):
+        """A page as the bytes of a PPM file of the size given."""
+        return _run("pdftoppm", "-scale-to-x", str(scale_to[0]), "-scale-to-y", str(scale_to[1]),
+                    "-f", str(page), "-l", str(page), self.path)
 
 
 def read_ppm(data):

@@ -1,0 +1,61 @@
+"""The gallery as tests: each page in both modes, one class of tests for each module in pages/.
+
+With WEB2PDF_GALLERY naming a folder, each test leaves its verdict and its pictures there, for sheet.py.
+"""
+
+import importlib
+import json
+import os
+import pathlib
+import re
+import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).parent / "pages"))
+
+from judge import Sight, judge
+from tool import ToolTestCase
+from witness import witness
+
+GROUPS = sorted(file.stem for file in (pathlib.Path(__file__).parent / "pages").glob("*.py"))
+
+
+class GalleryTestCase(ToolTestCase):
+    def look_at(self, group, page, mode):
+        notes = self.folder / "witness"
+        notes.mkdir()
+        notes.chmod(0o777)
+        engine = self.script("engine", witness(notes))
+        run = self.convert(page.archive, mode=mode, environment=self.environment(WEB2PDF_ENGINE=engine))
+        verdict = judge(page, mode, run.pdf, Sight(notes))
+        self.keep(group, page, verdict)
+        self.assertEqual(verdict.problems, [], page.trouble)
+
+    @staticmethod
+    def keep(group, page, verdict):
+        target = os.environ.get("WEB2PDF_GALLERY")
+        if not target:
+            return
+        folder = pathlib.Path(target) / group
+        folder.mkdir(parents=True, exist_ok=True)
+        name = f"{page.name}-{verdict.mode}"
+        pictures = {}
+        for kind, picture in verdict.pictures.items():
+            sheets = picture if isinstance(picture, list) else [picture] if picture else []
+            pictures[kind] = [f"{name}-{kind}{number}.png" for number in range(len(sheets))]
+            for file, sheet in zip(pictures[kind], sheets):
+                sheet.save(folder / file)
+        record = {"group": group, "name": page.name, "trouble": page.trouble, "pictures": pictures,
+                  "allowance": page.allowance, "reason": page.allowance_reason or page.pictures_differ,
+                  **verdict.record()}
+        (folder / f"{name}.json").write_text(json.dumps(record), encoding="utf-8")
+
+
+def _tests_of(group):
+    def test(page, mode):
+        return lambda self: self.look_at(group, page, mode)
+    return {f"test_{re.sub(r'[^a-z0-9]', '_', page.name)}_{mode}": test(page, mode)
+            for page in importlib.import_module(group).PAGES for mode in page.modes}
+
+
+for _group in GROUPS:
+    globals()[_group] = type(_group, (GalleryTestCase,), _tests_of(_group))
