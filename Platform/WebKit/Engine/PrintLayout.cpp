@@ -1,6 +1,7 @@
 #include "Platform/WebKit/Engine/PrintLayout.h"
 
 #include "Platform/WebKit/Engine/CanvasBackground.h"
+#include "Platform/WebKit/Engine/RootBox.h"
 #include "Platform/WebKit/Engine/StyleText.h"
 
 #include <algorithm>
@@ -108,71 +109,6 @@ void addBody(StyleSheet& sheet, const PageMeasurements& m, bool keepsHeight) {
     sheet.add(body);
 }
 
-struct Edges {
-    double top = 0;
-    double right = 0;
-    double bottom = 0;
-    double left = 0;
-};
-
-std::string text(const Edges& edges) {
-    return pixels(edges.top) + " " + pixels(edges.right) + " " + pixels(edges.bottom) + " " +
-           pixels(edges.left);
-}
-
-// The root as it is to be printed. Its border box begins at the top of the page.
-struct RootBox {
-    double marginLeft = 0;
-    Edges border;
-    Edges padding;
-    double contentHeight = 0;
-
-    double width(double contentWidth) const {
-        return border.left + padding.left + contentWidth + padding.right + border.right;
-    }
-
-    double height() const {
-        return border.top + padding.top + contentHeight + padding.bottom + border.bottom;
-    }
-};
-
-RootBox boxOnScreen(const PageMeasurements& m) {
-    return {m.rootMarginLeft,
-            {m.rootBorderTop, m.rootBorderRight, m.rootBorderBottom, m.rootBorderLeft},
-            {m.rootPaddingTop, m.rootPaddingRight, m.rootPaddingBottom, m.rootPaddingLeft},
-            m.rootHeight};
-}
-
-// Positioned boxes refer to the view: the root's padding box, which contains them when it is printed in one
-// piece, becomes the view exactly. What the root is higher than the view goes into its border, what it is
-// lower or narrower into its padding, margins included. The content box keeps its size where children may ask
-// for it.
-RootBox boxAsView(const PageMeasurements& m) {
-    RootBox box = boxOnScreen(m);
-    box.marginLeft = std::min(0.0, m.rootMarginLeft);
-    box.padding.top += std::max(0.0, m.rootMarginTop);
-    box.padding.left += std::max(0.0, m.rootMarginLeft);
-    box.padding.right += std::max(0.0, m.viewWidth - box.width(m.rootWidth));
-    double excess = box.height() + std::max(0.0, m.rootMarginBottom) - m.viewHeight;
-    if (excess > 0 && m.rootHeightIsAuto) {
-        box.contentHeight =
-            std::max(0.0, m.viewHeight - box.border.top - box.padding.top - box.padding.bottom);
-        box.border.bottom = excess;
-    } else {
-        box.padding.bottom += std::max(0.0, m.viewHeight - box.height());
-    }
-    return box;
-}
-
-// Positioned boxes refer to the root: its padding box stays as it is, and what is missing to the view's
-// height goes into its border, as do the margins above and below.
-RootBox boxAsContainer(const PageMeasurements& m) {
-    RootBox box = boxOnScreen(m);
-    box.border.top += std::max(0.0, m.rootMarginTop);
-    box.border.bottom += std::max({0.0, m.rootMarginBottom, m.viewHeight - box.height()});
-    return box;
-}
-
 void addContainedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box) {
     root.add("contain", "size layout");
     root.add("margin", pixels(pushMargin) + " 0 0 " + pixels(box.marginLeft));
@@ -182,7 +118,7 @@ void addContainedBox(StyleRule& root, const PageMeasurements& m, const RootBox& 
     if (box.border.bottom > m.rootBorderBottom) {
         root.add("border-bottom", pixels(box.border.bottom) + " solid transparent");
     }
-    root.add("padding", text(box.padding));
+    root.add("padding", lengths(box.padding));
     root.add("height", m.rootHeightIsAuto ? "auto" : pixels(box.contentHeight));
     root.add("contain-intrinsic-height", pixels(box.contentHeight));
     root.add("min-height", "0");
@@ -331,7 +267,7 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     box.marginLeft += leftOverflow(m);
     // A page break swallows margins.
     box.padding.top += std::max(0.0, m.rootMarginTop);
-    root.add("padding", text(box.padding));
+    root.add("padding", lengths(box.padding));
     root.add("margin", pixels(m.viewHeight) + " 0 0 " + pixels(box.marginLeft));
     // Without a document type html and body fill the view, but not behind the viewport page unless told so.
     bool keepsHeight = m.isQuirky && documentHeight(m) <= m.viewHeight;
