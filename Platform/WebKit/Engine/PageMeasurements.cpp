@@ -79,6 +79,7 @@ constexpr FlagField flagFields[] = {
     {"hasBody", &M::hasBody},
     {"rootHeightIsAuto", &M::rootHeightIsAuto},
     {"rootIsContainer", &M::rootIsContainer},
+    {"rootContainsFixed", &M::rootContainsFixed},
     {"bodyOverflowSpreads", &M::bodyOverflowSpreads},
     {"canvasFromBody", &M::canvasFromBody},
     {"canvasHasImage", &M::canvasHasImage},

@@ -39,7 +39,8 @@ struct PageMeasurements {
     double rootWidth = 0;
     double rootHeight = 0;
     bool rootHeightIsAuto = true;
-    bool rootIsContainer = false; // positioned boxes refer to the root, not to the view
+    bool rootIsContainer = false;   // absolutely positioned boxes refer to the root, not to the view
+    bool rootContainsFixed = false; // fixed boxes do, too
 
     double bodyMarginLeft = 0; // from the root's content edge, as used
     double bodyWidth = 0;      // content size, as used

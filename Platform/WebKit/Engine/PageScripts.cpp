@@ -40,6 +40,9 @@ constexpr std::string_view measuring = R"js((() => {
 
     const isHtml = root instanceof HTMLHtmlElement;
     const isContained = (style) => style.contain !== 'none' || style.containerType !== 'normal';
+    const rootContainsFixed = isTransformed(rootStyle) || isContained(rootStyle) ||
+        rootStyle.perspective !== 'none' || rootStyle.transformStyle === 'preserve-3d' ||
+        /transform|translate|rotate|scale|perspective|contain/.test(rootStyle.willChange);
     const canSpread = isHtml && body && !isContained(rootStyle) && !isContained(bodyStyle);
     // The names of the functions that make the layers' images.
     const imageKinds = (style) => {
@@ -82,7 +85,8 @@ constexpr std::string_view measuring = R"js((() => {
         rootWidth: contentSize(rootStyle, 'width', across) * rootZoom,
         rootHeight: contentSize(rootStyle, 'height', along) * rootZoom,
         rootHeightIsAuto: String(root.computedStyleMap().get('height')) === 'auto',
-        rootIsContainer: rootStyle.position !== 'static' || isTransformed(rootStyle) || isContained(rootStyle),
+        rootIsContainer: rootStyle.position !== 'static' || rootContainsFixed,
+        rootContainsFixed,
         bodyMarginLeft: isMoved ? px(bodyStyle, 'marginLeft') : (bodyBox.left - contentLeft) / rootZoom / bodyZoom,
         bodyWidth: contentSize(bodyStyle, 'width', across),
         bodyHeight: contentSize(bodyStyle, 'height', along),

@@ -109,12 +109,17 @@ void addBody(StyleSheet& sheet, const PageMeasurements& m, bool keepsHeight) {
     sheet.add(body);
 }
 
+// Size containment is enough to print the root in one piece. Fixed boxes then refer to the first page, which
+// is the view; but their place is the left of the page even where the document reaches to the left of the
+// view.
+bool containsFixedBoxes(const PageMeasurements& m) {
+    return !m.rootIsContainer || m.rootContainsFixed || leftOverflow(m) > 0;
+}
+
 void addContainedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box) {
-    root.add("contain", "size layout");
+    root.add("contain", containsFixedBoxes(m) ? "size layout" : "size");
+    root.add("top", pixels(box.top));
     root.add("margin", pixels(pushMargin) + " 0 0 " + pixels(box.marginLeft));
-    if (box.border.top > m.rootBorderTop) {
-        root.add("border-top", pixels(box.border.top) + " solid transparent");
-    }
     if (box.border.bottom > m.rootBorderBottom) {
         root.add("border-bottom", pixels(box.border.bottom) + " solid transparent");
     }

@@ -21,6 +21,7 @@ double RootBox::height() const {
 
 RootBox boxOnScreen(const PageMeasurements& m) {
     return {m.rootMarginLeft,
+            m.rootMarginTop,
             {m.rootBorderTop, m.rootBorderRight, m.rootBorderBottom, m.rootBorderLeft},
             {m.rootPaddingTop, m.rootPaddingRight, m.rootPaddingBottom, m.rootPaddingLeft},
             m.rootHeight};
@@ -29,6 +30,7 @@ RootBox boxOnScreen(const PageMeasurements& m) {
 RootBox boxAsView(const PageMeasurements& m) {
     RootBox box = boxOnScreen(m);
     box.marginLeft = std::min(0.0, m.rootMarginLeft);
+    box.top = 0;
     box.padding.top += std::max(0.0, m.rootMarginTop);
     box.padding.left += std::max(0.0, m.rootMarginLeft);
     box.padding.right += std::max(0.0, m.viewWidth - box.width(m.rootWidth));
@@ -45,8 +47,7 @@ RootBox boxAsView(const PageMeasurements& m) {
 
 RootBox boxAsContainer(const PageMeasurements& m) {
     RootBox box = boxOnScreen(m);
-    box.border.top += std::max(0.0, m.rootMarginTop);
-    box.border.bottom += std::max({0.0, m.rootMarginBottom, m.viewHeight - box.height()});
+    box.border.bottom += std::max(0.0, m.viewHeight - box.height());
     return box;
 }
 

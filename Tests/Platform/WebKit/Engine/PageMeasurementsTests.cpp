@@ -15,7 +15,7 @@ TEST(PageMeasurements, AreReadFromTheAnswer) {
         "bodyDirection":"rtl","rootZoom":1.5,"bodyZoom":0.5,"rootMarginTop":1,"rootMarginBottom":2,"rootMarginLeft":-3,"rootBorderTop":4,
         "rootBorderRight":5,"rootBorderBottom":6,"rootBorderLeft":7,"rootPaddingTop":8,"rootPaddingRight":9,
         "rootPaddingBottom":10,"rootPaddingLeft":11,"rootWidth":12,"rootHeight":13,"rootHeightIsAuto":false,
-        "rootIsContainer":true,"bodyMarginLeft":-14,"bodyWidth":15,"bodyHeight":16,"bodyOverflowSpreads":true,
+        "rootIsContainer":true,"rootContainsFixed":true,"bodyMarginLeft":-14,"bodyWidth":15,"bodyHeight":16,"bodyOverflowSpreads":true,
         "canvasFromBody":true,"canvasHasImage":true,"canvasImages":"url,linear-gradient","canvasIsFixed":true,
         "canvasColor":"color(srgb 1 0 0 / 0.5)","canvasPositionX":"calc(100% - 3px)","canvasPositionY":"2px, 3px",
         "canvasSize":"cover","canvasRepeat":"no-repeat"})json");
@@ -48,6 +48,7 @@ TEST(PageMeasurements, AreReadFromTheAnswer) {
     EXPECT_EQ(m.rootHeight, 13);
     EXPECT_FALSE(m.rootHeightIsAuto);
     EXPECT_TRUE(m.rootIsContainer);
+    EXPECT_TRUE(m.rootContainsFixed);
     EXPECT_EQ(m.bodyMarginLeft, -14);
     EXPECT_EQ(m.bodyWidth, 15);
     EXPECT_EQ(m.bodyHeight, 16);

@@ -19,7 +19,7 @@ TEST(PageScripts, MeasuringScriptNamesEveryField) {
          "canvasSize",       "canvasRepeat"}) {
         EXPECT_NE(script.find(std::string(name) + ":"), std::string::npos) << name;
     }
-    for (const char* name : {"rootZoom,", "bodyZoom,", "canvasFromBody,"}) {
+    for (const char* name : {"rootZoom,", "bodyZoom,", "rootContainsFixed,", "canvasFromBody,"}) {
         EXPECT_NE(script.find(std::string("        ") + name), std::string::npos) << name;
     }
 }

@@ -150,12 +150,36 @@ TEST(PrintLayout, RootThatContainsPositionedBoxesKeepsItsPaddingBox) {
     PrintPlan plan = screenPlan(m);
     EXPECT_EQ(valueOf(plan, "html", "contain-intrinsic-height"), "3000px");
     EXPECT_EQ(valueOf(plan, "html", "padding"), "0px 0px 0px 0px");
-    EXPECT_EQ(valueOf(plan, "html", "border-top"), "30px solid transparent");
+    EXPECT_EQ(valueOf(plan, "html", "top"), "30px");
     EXPECT_EQ(valueOf(plan, "html", "border-bottom"), "");
 
     PageMeasurements low = page(612, 200);
     low.rootIsContainer = true;
     EXPECT_EQ(valueOf(screenPlan(low), "html", "border-bottom"), "592px solid transparent");
+}
+
+// Where the root contains absolutely positioned boxes alone, fixed ones have to miss it to find the view.
+TEST(PrintLayout, FixedBoxesReferToTheView) {
+    struct {
+        const char* name;
+        bool isContainer, containsFixed;
+        double width;
+        const char* containment;
+    } cases[] = {
+        {"no container: made one, as large as the view", false, false, 612, "size layout"},
+        {"container of absolutely positioned boxes", true, false, 612, "size"},
+        {"container of all", true, true, 612, "size layout"},
+        {"the view is not at the left of the page", true, false, 900, "size layout"},
+    };
+
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        PageMeasurements m = page(c.width, 3000);
+        m.bodyDirection = c.width > m.viewWidth ? "rtl" : "ltr";
+        m.rootIsContainer = c.isContainer;
+        m.rootContainsFixed = c.containsFixed;
+        EXPECT_EQ(valueOf(screenPlan(m), "html", "contain"), c.containment);
+    }
 }
 
 TEST(PrintLayout, RightToLeftPagesReachToTheLeftOfTheView) {

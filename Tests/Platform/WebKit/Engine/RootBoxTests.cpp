@@ -26,6 +26,7 @@ TEST(RootBox, OnScreenIsWhatWasMeasured) {
     PageMeasurements m = root(200, 20, 3);
     RootBox box = boxOnScreen(m);
     EXPECT_EQ(box.marginLeft, 20);
+    EXPECT_EQ(box.top, 20);
     EXPECT_EQ(box.border, (Edges{3, 3, 3, 3}));
     EXPECT_EQ(box.padding, (Edges{5, 5, 5, 5}));
     EXPECT_EQ(box.width(m.rootWidth), 560);
@@ -35,6 +36,7 @@ TEST(RootBox, OnScreenIsWhatWasMeasured) {
 TEST(RootBox, AsViewFillsTheView) {
     PageMeasurements m = root(200, 20, 0);
     RootBox box = boxAsView(m);
+    EXPECT_EQ(box.top, 0);
     EXPECT_EQ(box.padding, (Edges{25, 25, 570 + 5, 25}));
     EXPECT_EQ(box.contentHeight, 200);
     EXPECT_EQ(box.width(m.rootWidth), 600);
@@ -50,12 +52,14 @@ TEST(RootBox, AsViewReachesBeyondItByItsBorder) {
     EXPECT_EQ(box.height(), 2050); // the end of the bottom margin
 }
 
-TEST(RootBox, AsContainerKeepsItsPaddingBox) {
-    RootBox box = boxAsContainer(root(2000, 20, 0));
+TEST(RootBox, AsContainerStaysAsItIs) {
+    RootBox box = boxAsContainer(root(2000, 20, 3));
+    EXPECT_EQ(box.marginLeft, 20);
+    EXPECT_EQ(box.top, 20);
+    EXPECT_EQ(box.border, (Edges{3, 3, 3, 3}));
     EXPECT_EQ(box.padding, (Edges{5, 5, 5, 5}));
     EXPECT_EQ(box.contentHeight, 2000);
-    EXPECT_EQ(box.border, (Edges{20, 0, 20, 0}));
-    EXPECT_EQ(boxAsContainer(root(200, 20, 0)).height(), 800);
+    EXPECT_EQ(boxAsContainer(root(200, 20, 0)).border, (Edges{0, 0, 590, 0}));
 }
 
 } // namespace
