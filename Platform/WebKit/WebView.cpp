@@ -3,6 +3,7 @@
 #include "Platform/Foundation/NSNotificationCenter.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/WebKit/Engine/EnginePage.h"
+#include "Platform/WebKit/Engine/StoredPDFPage.h"
 
 #include <algorithm>
 
@@ -82,6 +83,11 @@ void WebView::loadArchiveInFrame(const WebArchive& archive, WebFrame& frame) {
     const NSURL url = archive.mainResource().URL();
     if (!shouldNavigate(engine::mainFrame, WebNavigationTypeOther, url)) return;
     loadStarted(engine::mainFrame, url);
+    // Nothing has to be rendered then, so the engine ends here.
+    if (engine::isPDFArchive(archive)) {
+        page_ = engine::makeStoredPDFPage(*this);
+        page_->setViewSize(this->frame().size);
+    }
     page_->loadArchive(archive);
 }
 

@@ -222,6 +222,18 @@ TEST_F(WebViewTest, AnArchiveWithoutAnAddressIsLoaded) {
     EXPECT_EQ(FakePage::last->archives.size(), 1u);
 }
 
+TEST_F(WebViewTest, AStoredPDFIsLoadedWithoutThePagesEngine) {
+    view_->mainFrame()->loadArchive(makeArchive({{"http://a/f.pdf", "bytes", "application/pdf"}}));
+    EXPECT_EQ(FakePage::last, nullptr);
+    EXPECT_THAT(delegate_.calls, ElementsAre("policy 5 http://a/f.pdf", "start http://a/f.pdf"));
+    view_->page().waitForLoad();
+    EXPECT_THAT(delegate_.calls, ElementsAre("policy 5 http://a/f.pdf", "start http://a/f.pdf", "finish",
+                                             "progress finished"));
+    EXPECT_EQ(view_->mainFrame()->dataSource()->mainResource().MIMEType(), NSString(u"application/pdf"));
+    EXPECT_TRUE(view_->mainFrame()->dataSource()->pageTitle().isNil());
+    EXPECT_EQ(view_->page().documentSize(), (NSSize{612, 792}));
+}
+
 // Data sources
 
 TEST_F(WebViewTest, TheProvisionalSourceBecomesTheSource) {
