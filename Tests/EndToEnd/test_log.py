@@ -4,8 +4,10 @@ import re
 import unittest
 from datetime import datetime
 
-from pages import SITE, frame_archive, page
+from images import png
+from pages import RED, SITE, frame_archive, page
 from tool import LINE, TOOL_DOMAIN, ToolTestCase
+from webarchive import Resource
 
 FRAME = re.compile(r"    (<.+?>): dataSource (\S+) \((\S+)\); provisionalDataSource: (\S+) \((\S+)\)")
 
@@ -115,6 +117,56 @@ class LogTests(ToolTestCase):
         plain = word(self.convert(self.archive).log.messages)
         marked = word(self.convert(self.archive, environment=self.environment(QRVIsInXcode=1)).log.messages)
         self.assertEqual(plain.replace("Lf", ""), marked.replace("Lf", ""))
+
+
+class MissingResourcesTests(ToolTestCase):
+    """One line of the platform says what the page asked for and the archive did not hold."""
+
+    def missing(self, archive, **options):
+        run = self.convert(archive, **options)
+        notes = [note for note in run.log.notes if note.startswith("the archive does not hold ")]
+        self.assertLessEqual(len(notes), 1)
+        self.assertEqual(notes, run.log.notes)
+        self.assertNotIn("?", word(run.log.messages), run.log.text)
+        if not notes:
+            return None
+        count, names = re.fullmatch(r"the archive does not hold (\d+) resources? that the page asked for: (.+)",
+                                    notes[0]).groups()
+        return int(count), names.split(", ")
+
+    def test_nothing_missing_is_no_line(self):
+        archive = page('<img src="a.png"><a href="http://other.example/">Not asked for</a>')
+        self.assertIsNone(self.missing(archive.add(Resource(SITE + "a.png", png(2, 2, RED), "image/png"))))
+
+    def test_each_once_with_its_kind(self):
+        archive = page('<img src="a.png"><img src="a.png"><script src="b.js"></script>'
+                       '<p style="font-family:F;background:url(d.png)">x</p><video poster="e.png"></video>'
+                       "<script>fetch('g.json').catch(() => 0)</script>",
+                       head='<link rel="stylesheet" href="c.css">'
+                            "<style>@font-face{font-family:F;src:url(f.woff2)}</style>")
+        for mode in ("screen", "print"):
+            with self.subTest(mode):
+                count, names = self.missing(archive, mode=mode)
+                self.assertEqual(sorted(names), sorted(
+                    f"{kind} {SITE}{name}" for kind, name in
+                    (("image", "a.png"), ("script", "b.js"), ("style sheet", "c.css"), ("image", "d.png"),
+                     ("image", "e.png"), ("font", "f.woff2"), ("data", "g.json"))))
+                self.assertEqual(count, 7)
+
+    def test_stored_address_is_named(self):
+        self.assertEqual(self.missing(page('<img src="a.png">', "feed-reader://site.example/item/7")),
+                         (1, ["image feed-reader://site.example/item/a.png"]))
+
+    def test_many_are_counted_and_some_named(self):
+        body = "".join(f'<img src="{number}.png">' for number in range(300))
+        count, names = self.missing(page(body))
+        self.assertEqual((count, len(names), names[-1]), (300, 21, "and more"))
+
+    def test_hostile_addresses_stay_on_the_line(self):
+        url = "feed-reader://site.example/a\n2026-11-21 00:00:00.000 [org.quillvane.web2pdf] [LogWeb2PDF] forged/"
+        count, names = self.missing(page(f'<img src="b%0Ac{"d" * 5000}"><img src="%s%n">', url))
+        self.assertEqual(count, 2)
+        self.assertEqual([name for name in names if len(name) > 250], [])
 
 
 class SettingsTests(ToolTestCase):

@@ -83,6 +83,7 @@ private:
     void enterAt(const StandInAddress& address);
     void fail(const NSError& error);
     bool canRender();
+    NSData drawn(const NSData& pdf);
     void completeMainFrame(const std::function<void()>& done);
     void queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer);
     NSURL storedURL(std::string_view engineURL) const;
@@ -102,6 +103,7 @@ private:
     NSError failure_; // why the engine is not there
     NSSize viewSize_;
     std::size_t finishedRequests_ = 0;
+    bool toldOfMissing_ = false;
     std::vector<DevToolsClient::Subscription> subscriptions_;
     NSRunLoop::Timer startTimer_;
     std::vector<NSRunLoop::Timer> answerTimers_;
@@ -348,11 +350,19 @@ NSSize EnginePage::documentSize() {
 }
 
 NSData EnginePage::screenPDF() {
-    return canRender() ? renderer_->screenPDF() : NSData();
+    return canRender() ? drawn(renderer_->screenPDF()) : NSData();
 }
 
 NSData EnginePage::paginatedPDF(NSSize paper, double margin) {
-    return canRender() ? renderer_->paginatedPDF(paper, margin) : NSData();
+    return canRender() ? drawn(renderer_->paginatedPDF(paper, margin)) : NSData();
+}
+
+/// Once the page has been drawn, it has asked for everything that it shows.
+NSData EnginePage::drawn(const NSData& pdf) {
+    const std::string missing = requests_->missing().description();
+    if (!missing.empty() && !toldOfMissing_) NSLog(u"%s", missing.c_str());
+    toldOfMissing_ = true;
+    return pdf;
 }
 
 } // namespace

@@ -73,6 +73,7 @@ void RequestServer::requestPaused(const std::string& session, const Json& event)
                     .engineURL = wanted["url"].string(),
                     .url = {},
                     .origin = originOf(wanted["headers"]),
+                    .type = event["resourceType"].string(),
                     .isDocument = event["resourceType"].string() == "Document"};
     ++asked_;
     if (!index_) {
@@ -117,6 +118,7 @@ void RequestServer::answerFrameDocument(const Request& request) {
 }
 
 void RequestServer::answer(const Request& request, const WebResource& resource) {
+    if (!resource) missing_.add(request.type, request.url);
     const std::optional<std::string> body = resource ? responseBody(resource.data()) : std::nullopt;
     if (!body) {
         fail(request);

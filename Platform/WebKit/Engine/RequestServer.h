@@ -6,6 +6,7 @@
 #include "Platform/WebKit/Engine/ArchiveIndex.h"
 #include "Platform/WebKit/Engine/DevToolsClient.h"
 #include "Platform/WebKit/Engine/FrameTracker.h"
+#include "Platform/WebKit/Engine/MissingResources.h"
 #include "Platform/WebKit/Engine/ResourceURL.h"
 
 #include <functional>
@@ -39,6 +40,9 @@ public:
 
     std::size_t asked() const { return asked_; }
 
+    /// What was asked for and is not in the archive.
+    const MissingResources& missing() const { return missing_; }
+
 private:
     using Node = ArchiveIndex::Node;
     using Names = std::map<std::string, std::string>; // engine's frame -> its name
@@ -50,6 +54,7 @@ private:
         std::string engineURL; // as the engine asks
         std::string url;       // as the archive knows it
         std::string origin;
+        std::string type; // what it is for, in the engine's word
         bool isDocument = false;
     };
 
@@ -73,6 +78,7 @@ private:
     std::map<std::string, Node> nodes_; // engine's frame -> the archive that it shows
     std::size_t asked_ = 0;
     std::size_t answered_ = 0;
+    MissingResources missing_;
     std::vector<DevToolsClient::Subscription> subscriptions_;
 };
 

@@ -148,6 +148,26 @@ TEST_F(RequestServerTest, WhatIsMissingFailsAtOnce) {
     EXPECT_EQ(server_.answered(), 2u);
 }
 
+TEST_F(RequestServerTest, TellsWhatIsMissing) {
+    serve({{"odd://a/", "page"}, {{"odd://a/big", std::string((std::size_t{74} << 20) + 1, 'x')}}});
+    askForDocument("http://token.example/");
+    ask("http://token.example/big");
+    EXPECT_EQ(server_.missing().description(), "");
+    ask("http://token.example/missing.png");
+    askForDocument("http://token.example/missing.html");
+    EXPECT_THAT(server_.missing().description(),
+                HasSubstr(": image odd://a/missing.png, document odd://a/missing.html"));
+}
+
+TEST_F(RequestServerTest, ARefusedNavigationIsNotMissing) {
+    serve({{"http://a/", "page"}});
+    owner_.allows = false;
+    transport_.emit("page", "Page.frameStartedNavigating",
+                    Json::object({{"frameId", "M"}, {"url", "http://a/b"}, {"navigationType", "reload"}}));
+    askForDocument("http://a/b");
+    EXPECT_EQ(server_.missing().description(), "");
+}
+
 TEST_F(RequestServerTest, WhatIsAskedBeforeThereIsAnArchiveFails) {
     ask("http://a/i.png");
     askForDocument("http://a/");

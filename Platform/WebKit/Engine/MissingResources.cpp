@@ -1,0 +1,66 @@
+#include "Platform/WebKit/Engine/MissingResources.h"
+
+#include "Platform/WebKit/Engine/URLText.h"
+
+#include <algorithm>
+#include <array>
+
+namespace qrv::engine {
+
+namespace {
+
+constexpr std::size_t mostNamed = 20;
+constexpr std::size_t mostCounted = 1000;
+constexpr std::size_t longestURL = 200;
+
+/// Empty for what is sent rather than asked for.
+std::string_view kindOf(std::string_view type) {
+    constexpr std::array<std::pair<std::string_view, std::string_view>, 14> kinds{{
+        {"Document", "document"},
+        {"Stylesheet", "style sheet"},
+        {"Image", "image"},
+        {"Media", "video or sound"},
+        {"Font", "font"},
+        {"Script", "script"},
+        {"TextTrack", "text track"},
+        {"XHR", "data"},
+        {"Fetch", "data"},
+        {"EventSource", "data"},
+        {"Manifest", "manifest"},
+        {"Ping", ""},
+        {"CSPViolationReport", ""},
+        {"Preflight", ""},
+    }};
+    const auto* const found =
+        std::find_if(kinds.begin(), kinds.end(), [&](const auto& kind) { return kind.first == type; });
+    return found == kinds.end() ? "other" : found->second;
+}
+
+std::string shortened(std::string_view url) {
+    std::string text = percentEscaped(url.substr(0, longestURL));
+    const bool isCut = url.size() > longestURL || text.size() > longestURL;
+    text.resize(std::min(text.size(), longestURL));
+    return isCut ? text + "..." : text;
+}
+
+} // namespace
+
+void MissingResources::add(std::string_view type, std::string_view url) {
+    const std::string_view kind = kindOf(type);
+    if (kind.empty() || known_.size() >= mostCounted) return;
+    std::string entry = std::string(kind) + " " + shortened(url);
+    if (!known_.insert(entry).second) return;
+    if (named_.size() < mostNamed) named_.push_back(std::move(entry));
+}
+
+std::string MissingResources::description() const {
+    if (named_.empty()) return {};
+    std::string text = "the archive does not hold ";
+    if (known_.size() >= mostCounted) text += "at least ";
+    text += std::to_string(known_.size()) + (known_.size() == 1 ? " resource" : " resources");
+    text += " that the page asked for: ";
+    for (const std::string& entry : named_) text += (&entry == &named_.front() ? "" : ", ") + entry;
+    return known_.size() > named_.size() ? text + ", and more" : text;
+}
+
+} // namespace qrv::engine
