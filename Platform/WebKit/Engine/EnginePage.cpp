@@ -6,7 +6,9 @@
 #include "Platform/WebKit/Engine/FrameTracker.h"
 #include "Platform/WebKit/Engine/NetErrors.h"
 #include "Platform/WebKit/Engine/PageRenderer.h"
+#include "Platform/WebKit/Engine/ReadinessScripts.h"
 #include "Platform/WebKit/Engine/RequestServer.h"
+#include "Platform/WebKit/Engine/RequestsUnderWay.h"
 #include "Platform/WebKit/Engine/ResourceURL.h"
 
 #include <algorithm>
@@ -102,7 +104,7 @@ private:
     WebArchive archive_;
     NSError failure_; // why the engine is not there
     NSSize viewSize_;
-    std::size_t finishedRequests_ = 0;
+    RequestsUnderWay underWay_;
     bool toldOfMissing_ = false;
     std::vector<DevToolsClient::Subscription> subscriptions_;
     NSRunLoop::Timer startTimer_;
@@ -176,7 +178,10 @@ void EnginePage::attached(const std::string& target, const std::string& session)
     session_ = session;
     frames_.attach(*devTools_, session_, target);
     requests_ = std::make_unique<RequestServer>(*devTools_, frames_, client_);
-    renderer_ = std::make_unique<PageRenderer>(*devTools_, session_, target);
+    underWay_.attach(*devTools_, session_);
+    renderer_ = std::make_unique<PageRenderer>(*devTools_, loop_, session_, target);
+    renderer_->setBusyCheck(
+        [this] { return !underWay_.isEmpty() || requests_->answered() < requests_->asked(); });
     renderer_->setViewSize(viewSize_);
     renderer_->setLinkMapping([this](const std::string& link) { return storedLink(link); });
 
@@ -189,6 +194,8 @@ void EnginePage::attached(const std::string& target, const std::string& session)
     devTools_->send(session_, "Inspector.enable");
     devTools_->send(session_, "Page.addScriptToEvaluateOnNewDocument",
                     Json::object({{"source", keepOpenScript}}));
+    devTools_->send(session_, "Page.addScriptToEvaluateOnNewDocument",
+                    Json::object({{"source", viewHoldingScript()}, {"worldName", PageWorld::name}}));
     devTools_->send(session_, "Network.enable",
                     Json::object({{"maxTotalBufferSize", 0}, {"maxResourceBufferSize", 0}}));
     requests_->setPage(session_, target);
@@ -220,9 +227,8 @@ void EnginePage::pageCrashed(const Json& /*event*/) {
 }
 
 void EnginePage::resourceDone(const Json& /*event*/) {
-    ++finishedRequests_;
-    const std::size_t asked = std::max(requests_->asked(), finishedRequests_);
-    client_.progressChanged(static_cast<double>(finishedRequests_) / static_cast<double>(asked));
+    const std::size_t asked = std::max(requests_->asked(), underWay_.ended());
+    client_.progressChanged(static_cast<double>(underWay_.ended()) / static_cast<double>(asked));
 }
 
 void EnginePage::fail(const NSError& error) {
@@ -290,7 +296,7 @@ void EnginePage::queryTitle(const std::string& engineFrame, std::function<void(N
     };
     answerTimers_.push_back(loop_.scheduleTimer(answerLimit, [reply] { reply({}); }));
     devTools_->send(session_, "Page.createIsolatedWorld",
-                    Json::object({{"frameId", engineFrame}, {"worldName", "web2pdf"}}),
+                    Json::object({{"frameId", engineFrame}, {"worldName", PageWorld::name}}),
                     [this, reply](const DevToolsReply& world) {
                         if (!world.ok()) {
                             reply({});

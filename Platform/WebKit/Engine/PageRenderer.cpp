@@ -10,87 +10,22 @@ namespace qrv::engine {
 
 namespace {
 
-using std::chrono::milliseconds;
-using std::chrono::seconds;
-
-// A page whose script never ends does not answer either; it is interrupted after this long.
-constexpr milliseconds patience = seconds(3);
-// For fonts and images that are on their way when rendering begins. The answer must come before the patience
-// ends.
-constexpr milliseconds readinessLimit = patience - milliseconds(500);
 // Printing takes as long as it takes, within reason: 200,000 pixels take a third of a second.
-constexpr milliseconds printLimit = std::chrono::minutes(10);
-
-constexpr int maximumTries = 3;
-
-constexpr char stopScripts[] = "Emulation.setScriptExecutionDisabled";
+constexpr std::chrono::milliseconds printLimit = std::chrono::minutes(10);
 
 } // namespace
 
-PageRenderer::PageRenderer(DevToolsClient& devTools, std::string session, std::string mainFrameID)
-    : devTools_(devTools), session_(std::move(session)), mainFrameID_(std::move(mainFrameID)) {}
+PageRenderer::PageRenderer(DevToolsClient& devTools, NSRunLoop& loop, std::string session,
+                           std::string mainFrameID)
+    : devTools_(devTools), session_(std::move(session)), world_(devTools, session_, std::move(mainFrameID)),
+      readiness_(world_, loop) {}
 
-DevToolsReply PageRenderer::call(const char* method, const Json& params) {
-    return devTools_.call(session_, method, params, patience);
-}
-
-bool PageRenderer::makeWorld() {
-    const Json params = Json::object({{"frameId", mainFrameID_}, {"worldName", "web2pdf"}});
-    world_ = call("Page.createIsolatedWorld", params).result["executionContextId"].integer();
-    return world_ != 0;
-}
-
-/// Ends a script that does not end by itself, and lets no other begin. Neither command is waited for: where
-/// no script was running, the first one is answered only when the next script is.
-void PageRenderer::interrupt() {
-    interrupted_ = true;
-    devTools_.send(session_, "Runtime.terminateExecution");
-    devTools_.send(session_, stopScripts, Json::object({{"value", true}}));
-}
-
-/// Nothing when the page does not answer. The world dies with a navigation and is made again.
-std::optional<Json> PageRenderer::evaluate(const std::string& script, bool awaitsPromise) {
-    for (int tries = 0; tries < maximumTries && !devTools_.isClosed(); ++tries) {
-        if (world_ == 0 && !makeWorld()) {
-            interrupt();
-            continue;
-        }
-        const DevToolsReply reply = call("Runtime.evaluate", Json::object({{"expression", script},
-                                                                           {"contextId", world_},
-                                                                           {"returnByValue", true},
-                                                                           {"awaitPromise", awaitsPromise}}));
-        if (reply.ok() && !reply.result.contains("exceptionDetails")) return reply.result["result"]["value"];
-        world_ = 0;
-        if (reply.status != DevToolsReply::Status::timedOut) continue;
-        interrupt();
-        // Without scripts, what a promise waits for may never come.
-        if (awaitsPromise) break;
-    }
-    return std::nullopt;
-}
-
-/// Waits for what is still on its way, then stops the page's scripts.
 void PageRenderer::settle() {
     if (settled_) return;
     settled_ = true;
-    // The time limit in the script is a timer, which stands still when scripts do.
-    if (!interrupted_) evaluate(readinessScript(readinessLimit), true);
-    call(stopScripts, Json::object({{"value", true}}));
-    call("Emulation.setEmulatedMedia", Json::object({{"media", mediaStyle_}}));
+    readiness_.settle(screenView(viewSize_.width, viewSize_.height));
+    world_.call("Emulation.setEmulatedMedia", Json::object({{"media", mediaStyle_}}));
 }
-
-namespace {
-
-constexpr char useMetrics[] = "Emulation.setDeviceMetricsOverride";
-
-Json metrics(LayoutSize view) {
-    return Json::object({{"width", static_cast<std::int64_t>(view.width)},
-                         {"height", static_cast<std::int64_t>(view.height)},
-                         {"deviceScaleFactor", 1},
-                         {"mobile", false}});
-}
-
-} // namespace
 
 void PageRenderer::setViewSize(NSSize size) {
     viewSize_ = size;
@@ -100,8 +35,8 @@ void PageRenderer::setViewSize(NSSize size) {
 
 std::optional<PageMeasurements> PageRenderer::measure(LayoutSize view) {
     settle();
-    call(useMetrics, metrics(view));
-    const std::optional<Json> answer = evaluate(measuringScript(), false);
+    world_.call(useMetrics, metrics(view));
+    const std::optional<Json> answer = world_.evaluate(measuringScript());
     if (!answer || !answer->isObject()) return std::nullopt;
     return pageMeasurementsFromJson(*answer);
 }
@@ -134,7 +69,7 @@ NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
 }
 
 std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
-    if (!evaluate(applyingScript(plan), false).value_or(Json()).boolean()) return std::nullopt;
+    if (!world_.evaluate(applyingScript(plan)).value_or(Json()).boolean()) return std::nullopt;
     const DevToolsReply reply = devTools_.call(session_, "Page.printToPDF",
                                                Json::object({{"printBackground", printsBackgrounds_},
                                                              {"preferCSSPageSize", true},
@@ -161,7 +96,7 @@ NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan) const {
 }
 
 std::optional<NSString> PageRenderer::title() {
-    const std::optional<Json> title = evaluate("document.title", false);
+    const std::optional<Json> title = world_.evaluate("document.title");
     if (!title) return std::nullopt;
     return title->stringView().empty() ? NSString() : NSString::fromUTF8(title->stringView());
 }

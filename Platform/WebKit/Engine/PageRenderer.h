@@ -7,6 +7,8 @@
 #include "Platform/Foundation/NSRange.h"
 #include "Platform/WebKit/Engine/DevToolsClient.h"
 #include "Platform/WebKit/Engine/PageMeasurements.h"
+#include "Platform/WebKit/Engine/PageReadiness.h"
+#include "Platform/WebKit/Engine/PageWorld.h"
 #include "Platform/WebKit/Engine/PrintLayout.h"
 
 #include <functional>
@@ -19,8 +21,9 @@ class PageRenderer {
 public:
     using LinkMapping = std::function<std::string(const std::string&)>;
 
-    /// The client must outlive the renderer. `mainFrameID` is the engine's name of the main frame.
-    PageRenderer(DevToolsClient& devTools, std::string session, std::string mainFrameID);
+    /// The client and the loop must outlive the renderer. `mainFrameID` is the engine's name of the main
+    /// frame.
+    PageRenderer(DevToolsClient& devTools, NSRunLoop& loop, std::string session, std::string mainFrameID);
 
     /// Lays the page out in a view of this size from now on.
     void setViewSize(NSSize size);
@@ -28,6 +31,9 @@ public:
     void setMediaStyle(std::string mediaStyle) { mediaStyle_ = std::move(mediaStyle); }
 
     void setPrintsBackgrounds(bool prints) { printsBackgrounds_ = prints; }
+
+    /// Tells whether the page waits for something that it asked for; it is not drawn before.
+    void setBusyCheck(PageReadiness::BusyCheck isBusy) { readiness_.setBusyCheck(std::move(isBusy)); }
 
     /// Changes the addresses that links in the PDF lead to.
     void setLinkMapping(LinkMapping mapping) { linkMapping_ = std::move(mapping); }
@@ -42,24 +48,19 @@ public:
 private:
     void settle();
     std::optional<PageMeasurements> measure(LayoutSize view);
-    std::optional<Json> evaluate(const std::string& script, bool awaitsPromise);
-    bool makeWorld();
-    void interrupt();
     NSData print(const PrintPlan& plan, const PrintPlan& plain);
     std::optional<NSData> attempt(const PrintPlan& plan);
     NSData edited(const NSData& pdf, const PrintPlan& plan) const;
-    DevToolsReply call(const char* method, const Json& params);
 
     DevToolsClient& devTools_;
     std::string session_;
-    std::string mainFrameID_;
+    PageWorld world_;
+    PageReadiness readiness_;
     NSSize viewSize_{612, 792};
     std::string mediaStyle_;
     bool printsBackgrounds_ = false;
     LinkMapping linkMapping_;
     bool settled_ = false;
-    bool interrupted_ = false; // the page did not answer, and its scripts were stopped
-    std::int64_t world_ = 0;   // the isolated world in which scripts run; 0 when there is none
     std::optional<PageMeasurements> screen_;
 };
 

@@ -144,37 +144,6 @@ constexpr std::string_view applying = R"js(((text, copiesBodyImage) => {
     return sheet.cssRules.length > 0;
 })js";
 
-constexpr std::string_view awaiting = R"js(((limit) => {
-    const windows = [];
-    const visit = (frame) => {
-        try {
-            if (!frame.document) return;
-        } catch {
-            return;
-        }
-        windows.push(frame);
-        for (let i = 0; i < frame.length; ++i) visit(frame[i]);
-    };
-    visit(window);
-    const pending = [];
-    for (const {document: content} of windows) {
-        const fonts = Object.getOwnPropertyDescriptor(Document.prototype, 'fonts').get.call(content);
-        pending.push(fonts.ready);
-        for (const image of Document.prototype.querySelectorAll.call(content, 'img')) {
-            if (image.complete) continue;
-            pending.push(new Promise((done) => {
-                image.addEventListener('load', done, {once: true});
-                image.addEventListener('error', done, {once: true});
-            }));
-        }
-    }
-    const answer = (timedOut) => ({waitedFor: pending.length, timedOut});
-    return Promise.race([
-        Promise.all(pending).then(() => answer(false)),
-        new Promise((done) => setTimeout(() => done(answer(true)), limit)),
-    ]);
-}))js";
-
 // A literal that also survives being part of an HTML document.
 std::string scriptString(std::string_view text) {
     constexpr std::string_view digits = "0123456789abcdef";
@@ -201,10 +170,6 @@ std::string measuringScript() {
 std::string applyingScript(const PrintPlan& plan) {
     return std::string(applying) + ")(" + scriptString(plan.styleSheet) + "," +
            (plan.copiesBodyImage ? "true" : "false") + ")";
-}
-
-std::string readinessScript(std::chrono::milliseconds limit) {
-    return std::string(awaiting) + "(" + std::to_string(limit.count()) + ")";
 }
 
 } // namespace qrv::engine

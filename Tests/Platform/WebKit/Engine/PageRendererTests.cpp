@@ -95,7 +95,7 @@ protected:
     NSRunLoop loop_;
     AnsweringTransport transport_{loop_};
     DevToolsClient client_{transport_, loop_};
-    PageRenderer renderer_{client_, "page", "M"};
+    PageRenderer renderer_{client_, loop_, "page", "M"};
 };
 
 TEST_F(PageRendererTest, MeasuresAndPrints) {

@@ -33,9 +33,5 @@ TEST(PageScripts, ApplyingScriptQuotesTheSheet) {
     EXPECT_TRUE(applyingScript(plan).ends_with("',true)"));
 }
 
-TEST(PageScripts, ReadinessScriptIsBounded) {
-    EXPECT_TRUE(readinessScript(std::chrono::milliseconds(2500)).ends_with(")(2500)"));
-}
-
 } // namespace
 } // namespace qrv::engine

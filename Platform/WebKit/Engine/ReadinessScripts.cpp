@@ -1,0 +1,166 @@
+#include "Platform/WebKit/Engine/ReadinessScripts.h"
+
+#include <string_view>
+
+namespace qrv::engine {
+namespace {
+
+// What is known of the view, kept in the world under a name that no element can have: whether it is held, the
+// size that the page knows, and the animations that ran before.
+constexpr std::string_view viewHolding = R"js((() => {
+    if (window !== top) return;
+    const view = {held: false, width: innerWidth, height: innerHeight, animations: new Set()};
+    globalThis[Symbol.for('web2pdf-view')] = view;
+    const notice = (event) => {
+        if (!view.held) {
+            view.width = innerWidth;
+            view.height = innerHeight;
+        } else if (event.isTrusted) {
+            event.stopImmediatePropagation();
+        }
+    };
+    for (const target of [window, visualViewport]) {
+        for (const type of ['resize', 'scroll', 'scrollend']) target.addEventListener(type, notice, true);
+    }
+})())js";
+
+// Parts that several scripts share.
+constexpr std::string_view common = R"js(
+    const property = (name, content = document) =>
+        Object.getOwnPropertyDescriptor(Document.prototype, name).get.call(content);
+    const query = (content, selectors) => {
+        const type = content instanceof ShadowRoot ? DocumentFragment : Document;
+        return [...type.prototype.querySelectorAll.call(content, selectors)];
+    };
+    const animations = () => Document.prototype.getAnimations.call(document);
+    const scroller = () => property('scrollingElement') || property('documentElement');
+    const documentHeight = () => {
+        const height = Object.getOwnPropertyDescriptor(Element.prototype, 'scrollHeight').get;
+        return scroller() ? height.call(scroller()) : 0;
+    };
+    const contents = () => {
+        const found = [];
+        const visit = (content) => {
+            found.push(content);
+            for (const element of query(content, '*')) if (element.shadowRoot) visit(element.shadowRoot);
+        };
+        const visitFrame = (frame) => {
+            try {
+                if (!frame.document) return;
+            } catch {
+                return;
+            }
+            visit(frame.document);
+            for (let i = 0; i < frame.length; ++i) visitFrame(frame[i]);
+        };
+        visitFrame(window);
+        return found;
+    };
+    const images = () => contents().flatMap((content) => query(content, 'img'));
+)js";
+
+constexpr std::string_view awaiting = R"js(
+    const pending = [];
+    const awaitEvents = (element, ...names) => pending.push(new Promise((done) => {
+        for (const name of names) element.addEventListener(name, done, {once: true});
+    }));
+    for (const content of contents()) {
+        if (content.nodeType === Node.DOCUMENT_NODE) pending.push(property('fonts', content).ready);
+        for (const image of query(content, 'img')) {
+            if (!image.complete) awaitEvents(image, 'load', 'error');
+        }
+        for (const video of query(content, 'video')) {
+            const loads = video.networkState === HTMLMediaElement.NETWORK_LOADING;
+            if (!loads || video.readyState >= HTMLMediaElement.HAVE_CURRENT_DATA) continue;
+            awaitEvents(video, 'loadeddata', 'error', 'emptied', 'suspend');
+        }
+    }
+    const answer = (timedOut) => ({waitedFor: pending.length, timedOut,
+        documentHeight: documentHeight(), viewHeight: innerHeight});
+    return Promise.race([
+        Promise.all(pending).then(() => answer(false)),
+        new Promise((done) => setTimeout(() => done(answer(true)), limit)),
+    ]);
+)js";
+
+// The size that the view has at last is told first, since the event for it may not have come yet and would be
+// kept from the page.
+constexpr std::string_view holding = R"js(
+    const view = globalThis[Symbol.for('web2pdf-view')];
+    if (!view) return;
+    if (view.width !== innerWidth || view.height !== innerHeight) dispatchEvent(new Event('resize'));
+    view.animations = new Set(animations());
+    view.held = true;
+)js";
+
+// Images that wait carry their address in some attribute of data for scripts.
+constexpr std::string_view revealing = R"js(
+    const steps = 10;
+    const patience = 300;
+    const end = performance.now() + limit;
+    const after = (time) => new Promise((done) => setTimeout(done, time));
+    const frame = () => new Promise((done) => requestAnimationFrame(() => setTimeout(done, 0)));
+    const scroll = (top) => scrollTo({left: 0, top, behavior: 'instant'});
+    const isWaiting = (image) => (image.naturalWidth <= 1 || image.currentSrc.startsWith('data:')) &&
+        Object.values(image.dataset).some((value) => /[./]/.test(value)) && image.getClientRects().length > 0;
+    const waiting = () => images().filter(isWaiting).length;
+    let tells = true;
+    const tell = async () => {
+        const before = tells ? waiting() : 0;
+        if (before === 0) return;
+        EventTarget.prototype.dispatchEvent.call(document, new Event('scroll', {bubbles: true}));
+        const last = Math.min(end, performance.now() + patience);
+        while (waiting() === before && performance.now() < last) await after(10);
+        tells = waiting() < before;
+    };
+    const reveal = async () => {
+        scroll(0);
+        await frame();
+        await tell();
+        for (let step = 1; step < steps && step * innerHeight < documentHeight(); ++step) {
+            if (performance.now() > end) break;
+            scroll(step * innerHeight);
+            await frame();
+            await tell();
+        }
+        scroll(0);
+    };
+    return reveal();
+)js";
+
+constexpr std::string_view concluding = R"js(
+    const view = globalThis[Symbol.for('web2pdf-view')];
+    for (const animation of view ? animations() : []) {
+        if (view.animations.has(animation) || animation.timeline !== property('timeline')) continue;
+        if (animation.effect && isFinite(animation.effect.getComputedTiming().endTime)) animation.finish();
+    }
+    return images().filter((image) => !image.complete).length;
+)js";
+
+std::string function(std::string_view body, const std::string& argument = "") {
+    return "((limit) => {" + std::string(common) + std::string(body) + "})(" + argument + ")";
+}
+
+} // namespace
+
+std::string viewHoldingScript() {
+    return std::string(viewHolding);
+}
+
+std::string readinessScript(std::chrono::milliseconds limit) {
+    return function(awaiting, std::to_string(limit.count()));
+}
+
+std::string holdingScript() {
+    return function(holding);
+}
+
+std::string revealingScript(std::chrono::milliseconds limit) {
+    return function(revealing, std::to_string(limit.count()));
+}
+
+std::string concludingScript() {
+    return function(concluding);
+}
+
+} // namespace qrv::engine

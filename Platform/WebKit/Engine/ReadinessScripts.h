@@ -1,0 +1,32 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+namespace qrv::engine {
+
+// Sources of JavaScript for the isolated world of the main frame, which bring a page to the state in which it
+// is to be drawn. They trust nothing that a document can name or overwrite.
+
+// To be run in every new document before the page's own scripts. Sees to it that the page does not notice
+// when its view is enlarged for a moment: while it is held, it gets no events of resizing and scrolling.
+std::string viewHoldingScript();
+
+// A promise for the fonts in use, and for the images and first video pictures of the page and of all its
+// frames of the same origin, open shadow trees included, or for the time to be over. To be evaluated before
+// the page's scripts are switched off: without them the timer never ends. Answers {"waitedFor": number of
+// font sets, images and videos, "timedOut": bool, "documentHeight": px, "viewHeight": px}.
+std::string readinessScript(std::chrono::milliseconds limit);
+
+// Begins to hold the page's view. To be evaluated before the view is enlarged.
+std::string holdingScript();
+
+// A promise for everything that a page shows once it is scrolled to: lets each part of the document be in the
+// enlarged view for a frame, and where images still wait then, tells the page that it was scrolled.
+std::string revealingScript(std::chrono::milliseconds limit);
+
+// To be evaluated when the page's scripts stand still and the view has its own size again: puts an end to
+// transitions that began while the view was held. Answers the number of images that are still on their way.
+std::string concludingScript();
+
+} // namespace qrv::engine
