@@ -44,8 +44,9 @@ class GalleryTestCase(ToolTestCase):
             pictures[kind] = [f"{name}-{kind}{number}.png" for number in range(len(sheets))]
             for file, sheet in zip(pictures[kind], sheets):
                 sheet.save(folder / file)
+        reasons = {"screen": page.allowance_reason or page.pictures_differ, "print": page.shifts_words}
         record = {"group": group, "name": page.name, "trouble": page.trouble, "pictures": pictures,
-                  "allowance": page.allowance, "reason": page.allowance_reason or page.pictures_differ,
+                  "reason": reasons[verdict.mode],
                   **verdict.record()}
         (folder / f"{name}.json").write_text(json.dumps(record), encoding="utf-8")
 

@@ -1,6 +1,6 @@
 """Makes of what the gallery's tests left in a folder a table, a contact sheet and a summary picture.
 
-    sheet.py FOLDER     prints the table; writes FOLDER/index.html, FOLDER/summary.png and FOLDER/table.md.
+    sheet.py FOLDER     prints the table; writes FOLDER/index.html, FOLDER/gallery.png and FOLDER/gallery.md.
                         Fails when a page failed.
 """
 
@@ -47,9 +47,21 @@ def table(records):
     return "\n".join("  ".join([cell.ljust(width) for cell, width in zip(line, widths)] + line[-1:]) for line in rows)
 
 
+def exceptions(records):
+    """What is not compared in full, and why: each reason once, with the pages that it holds for."""
+    pages = {}
+    for record in records:
+        if record["reason"]:
+            pages.setdefault(record["reason"], []).append(f"{record['name']} ({record['mode']})")
+    return "".join(f"- {', '.join(names)}: {reason}.\n" for reason, names in pages.items())
+
+
 def markdown(records):
     lines = ["| " + " | ".join(HEAD) + " |", "|" + "---|" * len(HEAD)]
-    return "\n".join(lines + ["| " + " | ".join(row(record)) + " |" for record in records]) + "\n"
+    lines += ["| " + " | ".join(row(record)) + " |" for record in records]
+    return (f"# The gallery\n\nMade by `script/gallery`; what the columns mean is in the README.\n\n"
+            f"## What still differs, or cannot be compared\n\n{exceptions(records)}\n"
+            "## Every page in both modes\n\n" + "\n".join(lines) + "\n")
 
 
 def figures(record):
@@ -109,8 +121,8 @@ def main():
     folder = pathlib.Path(sys.argv[1])
     records = read(folder)
     (folder / "index.html").write_text(contact_sheet(records), encoding="utf-8")
-    (folder / "table.md").write_text(markdown(records), encoding="utf-8")
-    summary(folder, records).save(folder / "summary.png", optimize=True)
+    (folder / "gallery.md").write_text(markdown(records), encoding="utf-8")
+    summary(folder, records).save(folder / "gallery.png", optimize=True)
     failed = sum(bool(record["problems"]) for record in records)
     pages = len({(record["group"], record["name"]) for record in records})
     print(table(records))

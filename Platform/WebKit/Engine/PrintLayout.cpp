@@ -273,7 +273,8 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     // A page break swallows margins.
     box.padding.top += std::max(0.0, m.rootMarginTop);
     root.add("padding", lengths(box.padding));
-    root.add("margin", pixels(m.viewHeight) + " 0 0 " + pixels(box.marginLeft));
+    // Where lines run from the right, a left margin counts only if the right one is free.
+    root.add("margin", pixels(m.viewHeight) + " auto 0 " + pixels(box.marginLeft));
     // Without a document type html and body fill the view, but not behind the viewport page unless told so.
     bool keepsHeight = m.isQuirky && documentHeight(m) <= m.viewHeight;
     if (keepsHeight) root.add("height", pixels(m.rootHeight));

@@ -59,6 +59,10 @@ PAGES = [
     page("lazy-frame", "A frame that loads when it is scrolled to",
          "<div style='height:3000px'></div><iframe loading=lazy src=inner.html width=300 height=200></iframe>", style=PLAIN,
          words=["lazyframe"], frames=[frame("inner.html", "lazyframe")]),
+    page("observed", "Content that appears when it is scrolled to", "<div style='height:3000px'></div><img id=i width=100 height=100 alt=''>"
+         "<p id=t></p><script>new IntersectionObserver((seen, all) => { if (seen.some(one => one.isIntersecting)) {"
+         "i.src = 'a.png'; t.textContent = 'revealed'; all.disconnect() } }).observe(i)</script>", style=PLAIN,
+         words=["revealed"], resources=[picture("a.png", GREEN)], pixels=[(50, 3050, GREEN)]),
     page("fetched", "Text that a script fetches from the archive", "<p id=t></p><script>fetch('data.json').then(r => r.json())"
          ".then(data => t.textContent = data.text)</script>", words=["fetchedtext"],
          resources=[Resource(SITE + "data.json", '{"text": "fetchedtext"}', "application/json")]),

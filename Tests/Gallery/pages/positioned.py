@@ -29,6 +29,10 @@ PAGES = [
     page("fixed-in-transform", "A fixed box inside a transformed one", "<div id=t><div id=f>held</div></div>" + blocks(12),
          style="body{margin:0}#t{transform:translateX(0);height:300px;background:#eee}"
                "#f{position:fixed;bottom:0;left:0;width:100px;height:40px;background:#c33}", pixels=[(50, 280, RED)]),
+    page("fixed-in-root", "A fixed box on a page whose root is positioned",
+         "<div id=f>bar</div>" + blocks(12),
+         style="html{position:relative}body{margin:0}#f{position:fixed;bottom:0;left:0;right:0;height:40px;background:#c33}",
+         pixels=[(300, 770, RED)]),
     page("percent-of-view", "Absolute boxes in per cent of the view", "<div id=a>middle</div>" + blocks(12),
          style="body{margin:0}#a{position:absolute;top:50%;left:25%;width:50%;height:25%;background:#33c;color:#fff}",
          pixels=[(300, 500, BLUE), (300, 590, BLUE)]),

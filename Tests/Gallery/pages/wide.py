@@ -30,6 +30,8 @@ PAGES = [
          style="body{margin:10px 40px 5px 20px}"),
     page("rtl-root-ltr-body", "The root runs from the right, the body from the left", "<body dir=ltr>" + TABLE + paragraphs(6),
          root="dir=rtl", style="body{margin:10px 40px 5px 20px;width:300px;background:#eee}"),
+    page("rtl-body-pushed", "A root with margins on a page whose body runs from the right",
+         "<body style='direction:rtl'>" + paragraphs(8), style="html{width:400px;margin:50px}"),
     page("rtl-ten-thousand", "Right to left, 10,000 px", f"<div style='width:10000px;{RAINBOW}'>start</div>"
          "<div style='width:10000px;text-align:left'>end</div>" + paragraphs(4), root="dir=rtl", style="body{margin:0}"),
     page("rtl-zoomed", "Right to left with zoom", f"<div style='width:1200px;{RAINBOW}'>zoomed</div>" + paragraphs(5), root="dir=rtl",

@@ -195,7 +195,7 @@ TEST(PrintLayout, RightToLeftPagesReachToTheLeftOfTheView) {
 
     m.viewWidth = 720;
     m.viewHeight = 960;
-    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "html", "margin"), "960px 0 0 780px");
+    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "html", "margin"), "960px auto 0 780px");
 }
 
 TEST(PrintLayout, BodysBackgroundMovesToTheRoot) {
@@ -313,7 +313,7 @@ TEST(PrintLayout, PaginatedPagesHaveThePapersSizeAndMargins) {
     EXPECT_EQ(valueOf(plan, "@page document", "margin"), "36pt");
     EXPECT_EQ(valueOf(plan, "@page document:first", "size"), "360px 480px"); // 720 x 960 at scale 0.5
     EXPECT_EQ(valueOf(plan, "@page document:first", "margin"), "0");
-    EXPECT_EQ(valueOf(plan, "html", "margin"), "960px 0 0 0px");
+    EXPECT_EQ(valueOf(plan, "html", "margin"), "960px auto 0 0px");
 
     PrintPlan shrunk = paginatedPlan(page(14400, 3000, 720, 960), 612, 792, 36);
     EXPECT_EQ(valueOf(shrunk, "@page document", "size"), "1224pt 1584pt");
