@@ -137,21 +137,6 @@ class MainResourceTests(ToolTestCase):
                 "<body><p>StrictText</p></body></html>")
         self.assert_text(main_resource(SITE + "a.xhtml", html, "application/xhtml+xml"), "StrictText")
 
-    def test_addresses_of_every_kind(self):
-        for url in ("file:///home/me/page.html", "about:blank", "feed-reader://site.example/item/7", "x:y",
-                    "data:text/html,other", "http://site.example:99999/", "javascript:alert(1)", "no address"):
-            with self.subTest(url):
-                html = document('<p>Shown</p><img src="a.png">')
-                self.assert_text(Archive(Resource(url, html, HTML)), "Shown")
-
-    def test_resources_beside_an_odd_address(self):
-        for url, beside in (("feed-reader://site.example/item/7", "feed-reader://site.example/item/a.png"),
-                            ("file:///home/me/page.html", "file:///home/me/a.png")):
-            with self.subTest(url):
-                html = "<!DOCTYPE html><style>body{margin:0}</style><img src='a.png' width=100 height=100>"
-                archive = html_archive(html, url).add(Resource(beside, png(4, 4, (20, 160, 70)), "image/png"))
-                self.assertTrue(near(self.convert(archive).pdf.picture().pixel(50, 50), (20, 160, 70)))
-
 
 if __name__ == "__main__":
     unittest.main()

@@ -1,7 +1,9 @@
 #include "Platform/WebKit/Engine/RequestServer.h"
 
 #include "Platform/Foundation/Unicode.h"
+#include "Platform/WebKit/Engine/ReferenceRewriter.h"
 #include "Platform/WebKit/Engine/ResourceResponse.h"
+#include "Platform/WebKit/Engine/URLText.h"
 
 namespace qrv::engine {
 
@@ -119,7 +121,7 @@ void RequestServer::answerFrameDocument(const Request& request) {
 
 void RequestServer::answer(const Request& request, const WebResource& resource) {
     if (!resource) missing_.add(request.type, request.url);
-    const std::optional<std::string> body = resource ? responseBody(resource.data()) : std::nullopt;
+    const std::optional<std::string> body = resource ? responseBody(bodyOf(resource)) : std::nullopt;
     if (!body) {
         fail(request);
         return;
@@ -132,6 +134,14 @@ void RequestServer::answer(const Request& request, const WebResource& resource) 
                                  {"responseCode", 200},
                                  {"responseHeaders", responseHeaders(resource, asked)},
                                  {"body", *body}}));
+}
+
+/// The stored bytes, with references that lead to where the engine gets everything from.
+NSData RequestServer::bodyOf(const WebResource& resource) const {
+    const auto stems = address_->stems();
+    const auto syntax = referenceSyntax(lowered(resource.MIMEType().utf8()));
+    if (stems.empty() || syntax == ReferenceSyntax::none) return resource.data();
+    return NSData(withReplacedReferences(resource.data().bytes(), syntax, stems, address_->prefix()));
 }
 
 // A document is aborted rather than failed: the old page stays, a frame stays blank, and no error page of the
@@ -196,7 +206,7 @@ void RequestServer::fillBlankFrames(std::function<void()> done) {
 void RequestServer::fillFrame(const std::string& frame, Node node, std::function<void()> filled) {
     nodes_[frame] = node;
     const WebResource& page = index_->mainResource(node);
-    const std::u16string html = unicode::decodeWebText(page.data().bytes(), page.textEncodingName().utf8());
+    const std::u16string html = unicode::decodeWebText(bodyOf(page).bytes(), page.textEncodingName().utf8());
     devTools_.send(pageSession_, "Page.setDocumentContent",
                    Json::object({{"frameId", frame}, {"html", unicode::toUTF8Lossy(html)}}),
                    [filled = std::move(filled)](const DevToolsReply&) { filled(); });

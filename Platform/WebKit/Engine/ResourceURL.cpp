@@ -196,4 +196,11 @@ std::string StandInAddress::storedURL(std::string_view engineURL) const {
     return stem_ + std::string(engineURL.substr(prefix_.size()));
 }
 
+std::vector<std::string> StandInAddress::stems() const {
+    if (prefix_.empty()) return {};
+    const std::string normalized = normalizedURL(stem_);
+    if (normalized == "file:///") return {normalized, "file://localhost/"};
+    return normalized.find("://") == std::string::npos ? std::vector<std::string>() : std::vector{stem_};
+}
+
 } // namespace qrv::engine

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace qrv::engine {
 
@@ -38,6 +39,13 @@ public:
 
     /// The stored address of what the engine asks for.
     std::string storedURL(std::string_view engineURL) const;
+
+    /// The beginnings of stored addresses that lead to where this one does, for references that are written
+    /// out. None when nothing stands in, or when the address has no place for others beside it.
+    std::vector<std::string> stems() const;
+
+    /// What the engine's address begins with in the place of those.
+    const std::string& prefix() const { return prefix_; }
 
 private:
     std::string url_;

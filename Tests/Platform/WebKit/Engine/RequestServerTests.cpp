@@ -212,6 +212,20 @@ TEST_F(RequestServerTest, AResourceOfAnOddSchemeIsFoundThroughTheStandIn) {
                 ElementsAre("http://token.example/page -> page", "http://token.example/i.png -> image"));
 }
 
+TEST_F(RequestServerTest, AbsoluteReferencesToLocalFilesLeadToTheStandIn) {
+    serve({{"file:///d/page", "<img src=\"file:///d/i.png\">file:///d/"},
+           {{"file:///d/s.css", "@import 'file:///t.css'", "text/css"},
+            {"file:///d/t", "file:///", "text/plain"}}});
+    askForDocument("http://token.example/d/page");
+    ask("http://token.example/d/s.css");
+    ask("http://token.example/d/t");
+    EXPECT_THAT(
+        take(),
+        ElementsAre("http://token.example/d/page -> <img src=\"http://token.example/d/i.png\">file:///d/",
+                    "http://token.example/d/s.css -> @import 'http://token.example/t.css'",
+                    "http://token.example/d/t -> file:///"));
+}
+
 TEST_F(RequestServerTest, WorkersSeeTheMainPagesResources) {
     serve({{"http://a/", "page"}, {{"http://a/w.js", "script"}}});
     server_.attach("worker");

@@ -149,6 +149,20 @@ TEST(StandInAddress, LeavesWhatTheEngineLoads) {
     }
 }
 
+TEST(StandInAddress, NamesTheBeginningsOfWhatLiesBesideIt) {
+    using Stems = std::vector<std::string>;
+    const auto stems = [](const char* url) { return StandInAddress(url, "token").stems(); };
+    const Stems local{"file:///", "file://localhost/"};
+    for (const char* url : {"file:///home/a.html", "file:/a", "file://localhost/a", "FILE:///a"}) {
+        EXPECT_EQ(stems(url), local) << url;
+    }
+    EXPECT_EQ(stems("file://server/share/a"), Stems{"file://server/"});
+    EXPECT_EQ(stems("odd://host/dir/a"), Stems{"odd://host/"});
+    for (const char* url : {"http://a/", "about:blank", "", "cid:1", "x:/a"})
+        EXPECT_EQ(stems(url), Stems()) << url;
+    EXPECT_EQ(StandInAddress("odd://host/a", "token").prefix(), "http://token.example/");
+}
+
 struct StandIn {
     const char* stored;
     const char* engine;
