@@ -11,6 +11,7 @@ import subprocess
 import sys
 import tempfile
 import unittest
+import unittest.mock
 
 import engine
 import images
@@ -19,7 +20,7 @@ import pages
 import pdf
 import processes
 import webarchive
-from tool import Log, read_result
+from tool import SANITIZERS, Log, ToolTestCase, read_result
 
 
 class ArchiveTests(unittest.TestCase):
@@ -79,6 +80,33 @@ class LogTests(unittest.TestCase):
     def test_answer_must_be_an_xml_property_list(self):
         with self.assertRaises(AssertionError):
             read_result(b"chatter\n" + plistlib.dumps({"succeeded": True}))
+
+
+class SanitizerReportTests(unittest.TestCase):
+    """A report of a sanitizer fails the test, whatever becomes of the process that wrote it."""
+
+    @staticmethod
+    def outcome(script):
+        class Test(ToolTestCase):
+            def runTest(self):
+                self.start("-c", script).communicate(timeout=30)
+
+        with unittest.mock.patch.dict(os.environ, WEB2PDF_TOOL="/bin/sh", TSAN_OPTIONS="halt_on_error=1"):
+            return Test().run()
+
+    def test_report_of_any_sanitizer(self):
+        for name in SANITIZERS:
+            with self.subTest(name):
+                result = self.outcome(f"echo Trouble >${{{name}##*log_path=}}.1")
+                self.assertEqual(len(result.failures), 1, result)
+                self.assertIn("Trouble", result.failures[0][1])
+
+    def test_no_report(self):
+        self.assertTrue(self.outcome("exit 0").wasSuccessful())
+
+    def test_options_from_outside_are_kept(self):
+        self.assertTrue(self.outcome('case $TSAN_OPTIONS in halt_on_error=1:*) exit ;; esac; '
+                                     'echo Lost >${TSAN_OPTIONS##*log_path=}').wasSuccessful())
 
 
 class KeyedArchiveTests(unittest.TestCase):

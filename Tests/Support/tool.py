@@ -6,7 +6,8 @@
             self.assertIn("Text", run.pdf.text())
 
 Every run has folders of its own (home, settings, temporary files) and is checked for exit status 0, log
-lines of the documented form, no process and no temporary file left.
+lines of the documented form, no process and no temporary file left. A tool that is built with sanitizers
+writes their reports into a folder of the test, which must be empty at its end.
 """
 
 import os
@@ -32,6 +33,7 @@ LINE = re.compile(r"^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} \[org\.quillvane\.web
 NOTE = re.compile(r"^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} web2pdf\[\d+:\d+\] (.*)$")
 CONTINUATION = re.compile(r"^(    .*|[)}].*)$")
 AREA = "[LogWeb2PDF] "
+SANITIZERS = ("ASAN_OPTIONS", "UBSAN_OPTIONS", "LSAN_OPTIONS", "TSAN_OPTIONS")
 
 
 def tool_path():
@@ -112,9 +114,11 @@ class ToolTestCase(unittest.TestCase):
         self.folder.chmod(0o755)
         self.addCleanup(shutil.rmtree, self.folder)
         self.marker = str(uuid.uuid4())
-        for name, mode in (("home", 0o755), ("tmp", 0o1777), ("config", 0o755), ("out", 0o755)):
+        for name, mode in (("home", 0o755), ("tmp", 0o1777), ("config", 0o755), ("out", 0o755),
+                           ("reports", 0o1777)):
             (self.folder / name).mkdir()
             (self.folder / name).chmod(mode)
+        self.addCleanup(self.assert_no_reports)
 
     # What a run is given
 
@@ -130,11 +134,14 @@ class ToolTestCase(unittest.TestCase):
             "PAPERSIZE": "letter",
             "WEB2PDF_TEST_RUN": self.marker,
         }
-        inherited = {name: os.environ[name] for name in ("ASAN_OPTIONS", "UBSAN_OPTIONS", "TSAN_OPTIONS",
-                                                         "LSAN_OPTIONS", "LLVM_PROFILE_FILE")
-                     if name in os.environ}
-        return {name: str(value) for name, value in {**inherited, **settled, **more}.items()
-                if value is not None}
+        inherited = {name: os.environ[name] for name in ("LLVM_PROFILE_FILE",) if name in os.environ}
+        everything = {**inherited, **self._sanitizer_options(), **settled, **more}
+        return {name: str(value) for name, value in everything.items() if value is not None}
+
+    def _sanitizer_options(self):
+        """Reports go to files: a process may have no standard error any more, or be killed in the end."""
+        own = f"log_path={self.folder / 'reports' / 'report'}"
+        return {name: ":".join(filter(None, (os.environ.get(name), own))) for name in SANITIZERS}
 
     def set_preferences(self, values, domain=SETTINGS_DOMAIN, root="config", binary=False):
         folder = self.folder / root / "preferences"
@@ -227,6 +234,12 @@ class ToolTestCase(unittest.TestCase):
         strays = [entry for entry in os.listdir(self.folder / "out")
                   if entry.startswith(".") or not entry.endswith((".pdf", ".plist"))]
         self.assertEqual(strays, [], "files left beside the output")
+
+    def assert_no_reports(self):
+        reports = [path.read_text(encoding="utf-8", errors="replace")
+                   for path in sorted((self.folder / "reports").iterdir())]
+        if reports:
+            self.fail("reports of a sanitizer:\n" + "\n".join(reports))
 
     def as_nobody(self):
         """Options that run the tool without the right to everything, also where the tests run as root.
