@@ -3,7 +3,7 @@
 import unittest
 
 from pages import BLUE, GOLD, GREEN, RED, css
-from test_screen import ScreenTestCase
+from test_screen import LETTER, ScreenTestCase
 from webarchive import html_archive
 
 WHITE = (255, 255, 255)
@@ -32,6 +32,51 @@ class PositionTests(RootTestCase):
                           + box("position:absolute;bottom:0;left:0;width:100px;height:40px", BLUE) + TALL,
                           {(50, 770): RED, (50, 740): WHITE, (50, 800): WHITE,
                            (50, 1480): BLUE, (50, 1450): WHITE})
+
+    def test_boxes_refer_to_the_view_where_the_root_is_wider(self):
+        self.assert_drawn(f"html{{min-width:980px}}body{{background:{css(GOLD)}}}main{{width:100%;height:50px;"
+                          f"background:{css(GREEN)}}}",
+                          "<main></main>" + box("position:absolute;right:0;top:0;width:40px;height:40px", RED) + TALL,
+                          {(600, 20): RED, (560, 20): GREEN, (620, 20): GREEN, (970, 20): GREEN, (970, 60): GOLD},
+                          size=(980, 1550))
+
+    def test_boxes_refer_to_the_view_where_the_root_is_higher(self):
+        self.assert_drawn(f"html{{height:1500px;background:{css(GOLD)}}}body{{height:50%;background:{css(GREEN)}}}",
+                          box("position:absolute;bottom:0;left:0;width:100px;height:40px", RED),
+                          {(50, 770): RED, (50, 740): GREEN, (50, 800): GOLD, (50, 1490): GOLD})
+
+    def test_negative_margins_move_the_document_but_not_the_view(self):
+        self.assert_drawn(f"html{{margin:-10px -20px}}body{{border:30px solid {css(RED)}}}",
+                          box("height:1440px", GREEN)
+                          + box("position:absolute;left:0;bottom:0;width:5px;height:40px", BLUE),
+                          {(8, 100): RED, (12, 100): GREEN, (300, 18): RED, (300, 22): GREEN,
+                           (598, 100): GREEN, (606, 100): RED, (300, 1455): GREEN, (300, 1465): RED,
+                           (2, 770): BLUE, (2, 740): RED},
+                          size=(632, 1490))
+
+
+class BorderTests(RootTestCase):
+    GRADIENT = f"linear-gradient({css(GOLD)},{css(GREEN)})"
+
+    def test_border_of_a_high_root(self):
+        self.assert_drawn(f"html{{border:solid;border-width:10px 20px 30px 40px;border-color:{css(RED)} {css(BLUE)}}}",
+                          '<div style="height:1460px"></div>'
+                          + box("position:absolute;left:0;top:0;width:20px;height:20px", GREEN),
+                          {(300, 5): RED, (300, 15): WHITE, (602, 1000): BLUE, (580, 1000): WHITE,
+                           (300, 1465): WHITE, (300, 1485): RED, (30, 1000): BLUE, (50, 1000): WHITE,
+                           (10, 10): GREEN})
+
+    def test_border_of_a_low_root_before_its_gradient(self):
+        self.assert_drawn(f"html{{border:10px solid {css(RED)};background:{self.GRADIENT}}}",
+                          '<div style="height:200px"></div>',
+                          {(300, 5): RED, (300, 14): GOLD, (300, 206): GREEN, (300, 215): RED,
+                           (300, 407): GREEN, (300, 413): GOLD, (5, 100): RED, (5, 500): (146, 182, 64)},
+                          size=LETTER)
+
+    def test_border_before_the_bodys_gradient(self):
+        self.assert_drawn(f"html{{border-top:10px solid {css(RED)}}}body{{background:{self.GRADIENT}}}",
+                          '<div style="height:1490px"></div>',
+                          {(300, 5): RED, (300, 15): GOLD, (300, 1495): GREEN})
 
 
 if __name__ == "__main__":

@@ -83,6 +83,20 @@ std::string fixedSize(std::string_view size, bool isGradient, double width, doub
 
 } // namespace
 
+std::size_t itemCount(std::string_view list) {
+    return split(list, ',').size();
+}
+
+std::string cycled(std::string_view list, std::size_t count) {
+    auto items = split(list, ',');
+    std::string result;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (i > 0) result += ',';
+        result += items[i % items.size()];
+    }
+    return result;
+}
+
 std::string movedPositions(std::string_view positions, BackgroundAxis from, BackgroundAxis to, double shift) {
     std::string result;
     for (auto position : split(positions, ',')) {

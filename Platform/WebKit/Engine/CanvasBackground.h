@@ -1,9 +1,15 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace qrv::engine {
+
+// As many items as asked for: those of the list, from the start again where it ends.
+std::string cycled(std::string_view list, std::size_t count);
+
+std::size_t itemCount(std::string_view list);
 
 // One axis of the box that background positions and sizes refer to, px.
 struct BackgroundAxis {

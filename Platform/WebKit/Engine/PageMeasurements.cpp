@@ -61,12 +61,18 @@ constexpr NumberField numberFields[] = {
     {"bodyHeight", &M::bodyHeight, 0, longest},
 };
 
+constexpr std::string_view noColor = "rgba(0, 0, 0, 0)";
+
 constexpr TextField textFields[] = {
     {"rootDisplay", &M::rootDisplay, "block"},
     {"bodyWritingMode", &M::bodyWritingMode, "horizontal-tb"},
     {"bodyDirection", &M::bodyDirection, "ltr"},
+    {"rootBorderTopColor", &M::rootBorderTopColor, noColor},
+    {"rootBorderRightColor", &M::rootBorderRightColor, noColor},
+    {"rootBorderBottomColor", &M::rootBorderBottomColor, noColor},
+    {"rootBorderLeftColor", &M::rootBorderLeftColor, noColor},
     {"canvasImages", &M::canvasImages, "none"},
-    {"canvasColor", &M::canvasColor, "rgba(0, 0, 0, 0)"},
+    {"canvasColor", &M::canvasColor, noColor},
     {"canvasPositionX", &M::canvasPositionX, "0%"},
     {"canvasPositionY", &M::canvasPositionY, "0%"},
     {"canvasSize", &M::canvasSize, "auto"},
@@ -80,6 +86,7 @@ constexpr FlagField flagFields[] = {
     {"rootHeightIsAuto", &M::rootHeightIsAuto},
     {"rootIsContainer", &M::rootIsContainer},
     {"rootContainsFixed", &M::rootContainsFixed},
+    {"bodyHeightIsAuto", &M::bodyHeightIsAuto},
     {"bodyOverflowSpreads", &M::bodyOverflowSpreads},
     {"canvasFromBody", &M::canvasFromBody},
     {"canvasHasImage", &M::canvasHasImage},
@@ -105,6 +112,22 @@ bool isPlainValue(std::string_view text) {
 }
 
 } // namespace
+
+double documentWidth(const PageMeasurements& measured) {
+    return std::max(measured.viewWidth, measured.scrollWidth);
+}
+
+double documentHeight(const PageMeasurements& measured) {
+    return std::max(measured.viewHeight, measured.scrollHeight);
+}
+
+bool runsRightToLeft(const PageMeasurements& measured) {
+    return measured.bodyDirection == "rtl";
+}
+
+double leftOverflow(const PageMeasurements& measured) {
+    return runsRightToLeft(measured) ? documentWidth(measured) - measured.viewWidth : 0;
+}
 
 PageMeasurements sanitized(PageMeasurements measurements) {
     for (const auto& field : numberFields) {

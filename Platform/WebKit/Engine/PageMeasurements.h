@@ -32,6 +32,10 @@ struct PageMeasurements {
     double rootBorderRight = 0;
     double rootBorderBottom = 0;
     double rootBorderLeft = 0;
+    std::string rootBorderTopColor;
+    std::string rootBorderRightColor;
+    std::string rootBorderBottomColor;
+    std::string rootBorderLeftColor;
     double rootPaddingTop = 0;
     double rootPaddingRight = 0;
     double rootPaddingBottom = 0;
@@ -45,6 +49,7 @@ struct PageMeasurements {
     double bodyMarginLeft = 0; // from the root's content edge, as used
     double bodyWidth = 0;      // content size, as used
     double bodyHeight = 0;
+    bool bodyHeightIsAuto = true;
 
     bool bodyOverflowSpreads = false; // the viewport took the body's overflow
 
@@ -60,6 +65,16 @@ struct PageMeasurements {
     std::string canvasSize;
     std::string canvasRepeat;
 };
+
+// All that is seen of the document by scrolling, the view at least.
+double documentWidth(const PageMeasurements& measured);
+double documentHeight(const PageMeasurements& measured);
+
+// The body's direction is the document's.
+bool runsRightToLeft(const PageMeasurements& measured);
+
+// How far the document reaches to the left of the view.
+double leftOverflow(const PageMeasurements& measured);
 
 // The measurements with every number finite and within what the engine can lay out, and every text that goes
 // into a style sheet replaced by its initial value unless it is a plain CSS value. Pages are hostile.

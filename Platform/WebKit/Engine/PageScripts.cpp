@@ -35,6 +35,7 @@ constexpr std::string_view measuring = R"js((() => {
         return style.boxSizing === 'border-box'
             ? Math.max(0, edges.reduce((rest, name) => rest - px(style, name), used)) : used;
     };
+    const hasAutoHeight = (element) => String(element.computedStyleMap().get('height')) === 'auto';
     const across = ['borderLeftWidth', 'paddingLeft', 'paddingRight', 'borderRightWidth'];
     const along = ['borderTopWidth', 'paddingTop', 'paddingBottom', 'borderBottomWidth'];
 
@@ -78,18 +79,23 @@ constexpr std::string_view measuring = R"js((() => {
         rootBorderRight: edge('borderRightWidth'),
         rootBorderBottom: edge('borderBottomWidth'),
         rootBorderLeft: edge('borderLeftWidth'),
+        rootBorderTopColor: rootStyle.borderTopColor,
+        rootBorderRightColor: rootStyle.borderRightColor,
+        rootBorderBottomColor: rootStyle.borderBottomColor,
+        rootBorderLeftColor: rootStyle.borderLeftColor,
         rootPaddingTop: edge('paddingTop'),
         rootPaddingRight: edge('paddingRight'),
         rootPaddingBottom: edge('paddingBottom'),
         rootPaddingLeft: edge('paddingLeft'),
         rootWidth: contentSize(rootStyle, 'width', across) * rootZoom,
         rootHeight: contentSize(rootStyle, 'height', along) * rootZoom,
-        rootHeightIsAuto: String(root.computedStyleMap().get('height')) === 'auto',
+        rootHeightIsAuto: hasAutoHeight(root),
         rootIsContainer: rootStyle.position !== 'static' || rootContainsFixed,
         rootContainsFixed,
         bodyMarginLeft: isMoved ? px(bodyStyle, 'marginLeft') : (bodyBox.left - contentLeft) / rootZoom / bodyZoom,
         bodyWidth: contentSize(bodyStyle, 'width', across),
         bodyHeight: contentSize(bodyStyle, 'height', along),
+        bodyHeightIsAuto: hasAutoHeight(body || root),
         bodyOverflowSpreads: Boolean(canSpread && rootStyle.overflowX === 'visible'),
         canvasFromBody,
         canvasHasImage: hasImage(canvas),
@@ -106,16 +112,16 @@ constexpr std::string_view measuring = R"js((() => {
 // Where a policy forbids style elements, an adopted sheet is still allowed; it comes last, so that only the
 // document's own layers are stronger.
 // Important declarations of style attributes are stronger than any sheet, hence they lose their importance.
-constexpr std::string_view applying = R"js(((text, copiesBodyImage) => {
+constexpr std::string_view applying = R"js(((text, source, imagesOnTop) => {
     const accessor = (name) => Object.getOwnPropertyDescriptor(Document.prototype, name);
     const property = (name) => accessor(name).get.call(document);
     const root = property('documentElement');
     const body = property('body');
     const takeBack = Symbol.for('web2pdf-print');
     globalThis[takeBack]?.();
-    if (copiesBodyImage) {
-        text += '@layer web2pdf-print{html{background-image:' +
-            getComputedStyle(body).backgroundImage + '!important}}';
+    if (source) {
+        text += '@layer web2pdf-print{html{background-image:' + imagesOnTop +
+            getComputedStyle({root, body}[source]).backgroundImage + '!important}}';
     }
     const element = Document.prototype.createElementNS.call(document, 'http://www.w3.org/1999/xhtml', 'style');
     element.textContent = text;
@@ -169,7 +175,7 @@ std::string measuringScript() {
 
 std::string applyingScript(const PrintPlan& plan) {
     return std::string(applying) + ")(" + scriptString(plan.styleSheet) + "," +
-           (plan.copiesBodyImage ? "true" : "false") + ")";
+           scriptString(plan.imageSource) + "," + scriptString(plan.imagesOnTop) + ")";
 }
 
 } // namespace qrv::engine

@@ -1,6 +1,6 @@
 #include "Platform/WebKit/Engine/PrintLayout.h"
 
-#include "Platform/WebKit/Engine/CanvasBackground.h"
+#include "Platform/WebKit/Engine/CanvasStyle.h"
 #include "Platform/WebKit/Engine/RootBox.h"
 #include "Platform/WebKit/Engine/StyleText.h"
 
@@ -53,27 +53,9 @@ bool canBePushed(const PageMeasurements& m) {
     return m.rootIsHtml && !isVertical(m) && m.rootDisplay.find("table") == std::string::npos;
 }
 
-double documentWidth(const PageMeasurements& m) {
-    return std::max(m.viewWidth, m.scrollWidth);
-}
-
-double documentHeight(const PageMeasurements& m) {
-    return std::max(m.viewHeight, m.scrollHeight);
-}
-
-// The body's direction is the document's, too.
-bool runsRightToLeft(const PageMeasurements& m) {
-    return m.bodyDirection == "rtl";
-}
-
-// How far the document reaches to the left of the view.
-double leftOverflow(const PageMeasurements& m) {
-    return runsRightToLeft(m) ? documentWidth(m) - m.viewWidth : 0;
-}
-
 // What both modes ask of the root: stand in normal flow on pages of our name, with the width it has on the
 // screen, nothing cut off, and overflow to the right only.
-void addRootInPlace(StyleRule& root, const PageMeasurements& m) {
+void addRootInPlace(StyleRule& root, const RootBox& box) {
     root.add("page", "document");
     root.add("position", "relative");
     root.add("inset", "auto");
@@ -84,12 +66,20 @@ void addRootInPlace(StyleRule& root, const PageMeasurements& m) {
     root.add("direction", "ltr");
     root.add("writing-mode", "horizontal-tb");
     root.add("box-sizing", "content-box");
-    root.add("width", pixels(m.rootWidth));
+    root.add("width", pixels(box.contentWidth));
     root.add("min-width", "0");
     root.add("max-width", "none");
 }
 
-void addBody(StyleSheet& sheet, const PageMeasurements& m, bool keepsHeight) {
+// What the body has to keep by order, because the root no longer gives it that.
+struct BodyPins {
+    bool across = false;        // its width and place in the root
+    double left = 0;            // its border box, from the root's content edge
+    bool minimumHeight = false; // these two together with its width only
+    bool height = false;
+};
+
+void addBody(StyleSheet& sheet, const PageMeasurements& m, const BodyPins& pins) {
     if (!m.hasBody) return;
     StyleRule body("body");
     body.add("transition", "none");
@@ -98,15 +88,29 @@ void addBody(StyleSheet& sheet, const PageMeasurements& m, bool keepsHeight) {
     body.add("writing-mode", m.bodyWritingMode);
     if (m.bodyOverflowSpreads) body.add("overflow", "visible");
     if (m.canvasFromBody) body.add("background", "none");
-    if (runsRightToLeft(m) || keepsHeight) {
+    if (pins.across) {
         body.add("box-sizing", "content-box");
-        body.add("margin-left", pixels(m.bodyMarginLeft));
-        body.add("width", pixels(m.bodyWidth));
-        body.add("min-width", "0");
-        body.add("max-width", "none");
+        body.add("margin-left", pixels(pins.left));
+        for (auto property : {"width", "min-width", "max-width"}) body.add(property, pixels(m.bodyWidth));
     }
-    if (keepsHeight) body.add("height", pixels(m.bodyHeight));
+    if (pins.minimumHeight) body.add("min-height", pixels(m.bodyHeight));
+    if (pins.height) body.add("height", pixels(m.bodyHeight));
     sheet.add(body);
+}
+
+// The body where it was, in a root of this box.
+BodyPins pinsIn(const RootBox& box, const PageMeasurements& m) {
+    RootBox root = boxOnScreen(m);
+    double moved = root.contentLeft() - box.contentLeft();
+    bool isCutAcross = moved != 0 || box.contentWidth < root.contentWidth;
+    bool isCutDown = box.contentHeight < root.contentHeight;
+    bool asksForHeight = !m.rootHeightIsAuto || m.rootDisplay.find("flex") != std::string::npos;
+    BodyPins pins;
+    pins.minimumHeight = isCutDown && asksForHeight;
+    pins.height = isCutDown && !m.rootHeightIsAuto && !m.bodyHeightIsAuto;
+    pins.across = pins.minimumHeight || isCutAcross || runsRightToLeft(m);
+    pins.left = m.bodyMarginLeft + moved / (m.rootZoom * m.bodyZoom);
+    return pins;
 }
 
 // Size containment is enough to print the root in one piece. Fixed boxes then refer to the first page, which
@@ -120,52 +124,17 @@ void addContainedBox(StyleRule& root, const PageMeasurements& m, const RootBox& 
     root.add("contain", containsFixedBoxes(m) ? "size layout" : "size");
     root.add("top", pixels(box.top));
     root.add("margin", pixels(pushMargin) + " 0 0 " + pixels(box.marginLeft));
-    if (box.border.bottom > m.rootBorderBottom) {
-        root.add("border-bottom", pixels(box.border.bottom) + " solid transparent");
+    root.add("border-width", lengths(box.border));
+    if (box.border != boxOnScreen(m).border) {
+        root.add("border-style", "solid");
+        root.add("border-color", "transparent");
+        root.add("border-image", "none");
     }
     root.add("padding", lengths(box.padding));
     root.add("height", m.rootHeightIsAuto ? "auto" : pixels(box.contentHeight));
     root.add("contain-intrinsic-height", pixels(box.contentHeight));
     root.add("min-height", "0");
     root.add("max-height", "none");
-}
-
-struct Area {
-    double left;
-    double top;
-    double width;
-    double height;
-};
-
-// What the canvas's images refer to: the root's padding box, or all that is seen where they do not scroll.
-Area imageArea(const PageMeasurements& m) {
-    if (m.canvasIsFixed) return {0, 0, documentWidth(m), documentHeight(m)};
-    RootBox root = boxOnScreen(m);
-    return {m.rootMarginLeft + leftOverflow(m) + root.border.left, m.rootMarginTop + root.border.top,
-            root.width(m.rootWidth) - root.border.left - root.border.right,
-            root.height() - root.border.top - root.border.bottom};
-}
-
-// The root's background box when it is printed is its border box. The engine places the canvas's images as if
-// the root stood at the start of the first page, hence the shift.
-void addCanvas(StyleRule& root, const PageMeasurements& m, const RootBox& box, double down) {
-    if (m.canvasFromBody) {
-        root.add("background-color", m.canvasColor);
-        root.add("background-repeat", m.canvasRepeat);
-        root.add("background-clip", "border-box");
-    }
-    if (!m.canvasHasImage) return;
-    Area from = imageArea(m);
-    double newWidth = box.width(m.rootWidth);
-    bool isSameSize = from.width == newWidth && from.height == box.height();
-    root.add("background-origin", "border-box");
-    root.add("background-attachment", "scroll");
-    root.add("background-size",
-             isSameSize ? m.canvasSize : fixedSizes(m.canvasSize, m.canvasImages, from.width, from.height));
-    root.add("background-position-x", movedPositions(m.canvasPositionX, {from.left, from.width},
-                                                     {box.marginLeft, newWidth}, box.marginLeft));
-    root.add("background-position-y",
-             movedPositions(m.canvasPositionY, {from.top, from.height}, {0, box.height()}, down));
 }
 
 double inches(double points) {
@@ -220,19 +189,19 @@ PrintPlan screenPlan(const PageMeasurements& measured) {
     PrintPlan plan = wholeDocumentPlan(m, 1);
     plan.usesViewportPage = true;
     plan.pageRanges = "2";
-    plan.copiesBodyImage = m.canvasFromBody && m.canvasHasImage;
 
     StyleSheet sheet;
     sheet.add(pageRule("document", points(plan.pageWidth), points(plan.pageHeight), "0"));
     sheet.add(pageRule("document:first", points(m.viewWidth), points(m.viewHeight), "0"));
     StyleRule root("html");
-    addRootInPlace(root, m);
     RootBox box = m.rootIsContainer ? boxAsContainer(m) : boxAsView(m);
+    BodyPins pins = pinsIn(box, m);
     box.marginLeft += leftOverflow(m);
+    addRootInPlace(root, box);
     addContainedBox(root, m, box);
-    addCanvas(root, m, box, m.viewHeight);
+    addCanvas(plan, root, m, box);
     sheet.add(root);
-    addBody(sheet, m, false);
+    addBody(sheet, m, pins);
     plan.styleSheet = sheet.text();
     return plan;
 }
@@ -260,16 +229,15 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     fitWidth(plan, paper, documentWidth(m));
     plan.usesViewportPage = true;
     plan.pageRanges = "2-";
-    plan.copiesBodyImage = m.canvasFromBody && m.canvasHasImage;
 
     StyleSheet sheet;
     sheet.add(paperRule("document", paper, plan.shrink));
     sheet.add(
         pageRule("document:first", pixels(m.viewWidth * plan.scale), pixels(m.viewHeight * plan.scale), "0"));
     StyleRule root("html");
-    addRootInPlace(root, m);
     RootBox box = boxOnScreen(m);
     box.marginLeft += leftOverflow(m);
+    addRootInPlace(root, box);
     // A page break swallows margins.
     box.padding.top += std::max(0.0, m.rootMarginTop);
     root.add("padding", lengths(box.padding));
@@ -278,9 +246,13 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     // Without a document type html and body fill the view, but not behind the viewport page unless told so.
     bool keepsHeight = m.isQuirky && documentHeight(m) <= m.viewHeight;
     if (keepsHeight) root.add("height", pixels(m.rootHeight));
-    addCanvas(root, m, box, m.viewHeight);
+    addCanvas(plan, root, m, box);
     sheet.add(root);
-    addBody(sheet, m, keepsHeight);
+    BodyPins pins;
+    pins.across = runsRightToLeft(m) || keepsHeight;
+    pins.left = m.bodyMarginLeft;
+    pins.height = keepsHeight;
+    addBody(sheet, m, pins);
     plan.styleSheet = sheet.text();
     return plan;
 }

@@ -30,13 +30,14 @@ namespace qrv::engine {
 //      and by a multiple of it after shrinking; take any other page box away.
 // A box above 14,400 pt keeps its true size and gets no UserUnit.
 struct PrintPlan {
-    std::string styleSheet;       // every declaration important, in a layer of its own
-    bool copiesBodyImage = false; // the root takes the images of the body's background
-    double scale = 1;             // printToPDF: scale, 0.1 to 2
-    std::string pageRanges;       // printToPDF: pageRanges; empty for all
-    double paperWidth = 0;        // printToPDF: paperWidth, inches
-    double paperHeight = 0;       // printToPDF: paperHeight, inches
-    double pageWidth = 0;         // exact MediaBox wanted, points
+    std::string styleSheet;  // every declaration important, in a layer of its own
+    std::string imageSource; // "root" or "body": whose background images the root gets; empty: those it has
+    std::string imagesOnTop; // images that the root gets before those, each with a comma behind it
+    double scale = 1;        // printToPDF: scale, 0.1 to 2
+    std::string pageRanges;  // printToPDF: pageRanges; empty for all
+    double paperWidth = 0;   // printToPDF: paperWidth, inches
+    double paperHeight = 0;  // printToPDF: paperHeight, inches
+    double pageWidth = 0;    // exact MediaBox wanted, points
     double pageHeight = 0;
     double shrink = 1; // factor by which the printed pages are too large (or, below 1, too small)
     bool usesViewportPage = false;

@@ -11,7 +11,11 @@ std::string lengths(const Edges& edges) {
            pixels(edges.left);
 }
 
-double RootBox::width(double contentWidth) const {
+double RootBox::contentLeft() const {
+    return marginLeft + border.left + padding.left;
+}
+
+double RootBox::width() const {
     return border.left + padding.left + contentWidth + padding.right + border.right;
 }
 
@@ -24,24 +28,27 @@ RootBox boxOnScreen(const PageMeasurements& m) {
             m.rootMarginTop,
             {m.rootBorderTop, m.rootBorderRight, m.rootBorderBottom, m.rootBorderLeft},
             {m.rootPaddingTop, m.rootPaddingRight, m.rootPaddingBottom, m.rootPaddingLeft},
+            m.rootWidth,
             m.rootHeight};
 }
 
 RootBox boxAsView(const PageMeasurements& m) {
-    RootBox box = boxOnScreen(m);
-    box.marginLeft = std::min(0.0, m.rootMarginLeft);
-    box.top = 0;
-    box.padding.top += std::max(0.0, m.rootMarginTop);
-    box.padding.left += std::max(0.0, m.rootMarginLeft);
-    box.padding.right += std::max(0.0, m.viewWidth - box.width(m.rootWidth));
-    double excess = box.height() + std::max(0.0, m.rootMarginBottom) - m.viewHeight;
-    if (excess > 0 && m.rootHeightIsAuto) {
-        box.contentHeight =
-            std::max(0.0, m.viewHeight - box.border.top - box.padding.top - box.padding.bottom);
-        box.border.bottom = excess;
-    } else {
-        box.padding.bottom += std::max(0.0, m.viewHeight - box.height());
-    }
+    RootBox root = boxOnScreen(m);
+    double contentLeft = root.contentLeft();
+    double contentTop = m.rootMarginTop + root.border.top + root.padding.top;
+    RootBox box;
+    box.top = std::min(0.0, contentTop);
+    box.padding.left = std::max(0.0, contentLeft);
+    box.padding.top = std::max(0.0, contentTop);
+    double roomAcross = m.viewWidth - box.padding.left;
+    double roomDown = m.viewHeight - box.top - box.padding.top;
+    box.contentWidth =
+        std::clamp(root.contentWidth + std::min(0.0, contentLeft), 0.0, std::max(0.0, roomAcross));
+    box.contentHeight = std::clamp(root.contentHeight, 0.0, std::max(0.0, roomDown));
+    box.padding.right = std::max(0.0, roomAcross - box.contentWidth);
+    box.padding.bottom = std::max(0.0, roomDown - box.contentHeight);
+    box.border.right = std::max(0.0, m.rootMarginLeft + root.width() - m.viewWidth);
+    box.border.bottom = std::max(0.0, m.rootMarginTop + root.height() - m.viewHeight);
     return box;
 }
 

@@ -24,22 +24,26 @@ struct RootBox {
     double top = 0; // how far the border box is moved down
     Edges border;
     Edges padding;
+    double contentWidth = 0;
     double contentHeight = 0;
 
-    double width(double contentWidth) const;
+    double contentLeft() const;
+    double width() const;
     double height() const;
 };
 
 RootBox boxOnScreen(const PageMeasurements& measured);
 
 // For a document whose positioned boxes refer to the view: the root's padding box, which contains them when
-// it is printed in one piece, is the view exactly. What the root is higher than the view goes into its
-// border, what it is lower or narrower into its padding, margins included. The content box keeps its size
-// where children may ask for it.
+// it is printed in one piece, is the view exactly. What the root is larger than the view goes into its border
+// on the right and below, what it is smaller into its padding; its own margins and borders count as padding.
+// Its content box is where it was, up to the view's end. A padding cannot be negative: where the content
+// begins above the view the whole box is moved up, where it begins to the left of it the content box loses
+// that part.
 RootBox boxAsView(const PageMeasurements& measured);
 
-// For a document whose positioned boxes refer to the root: its padding box stays as it is, and what is
-// missing to the view's height goes into its border, as do the margins above and below.
+// For a document whose positioned boxes refer to the root: its box stays as it is, moved down by the margin,
+// but what is missing to the view's height goes into its border.
 RootBox boxAsContainer(const PageMeasurements& measured);
 
 } // namespace qrv::engine

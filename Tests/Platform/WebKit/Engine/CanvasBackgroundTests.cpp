@@ -5,6 +5,14 @@
 namespace qrv::engine {
 namespace {
 
+TEST(CanvasBackground, RepeatsListsToALength) {
+    EXPECT_EQ(itemCount("none"), 1u);
+    EXPECT_EQ(itemCount("calc(1px, 2px), b"), 2u);
+    EXPECT_EQ(cycled("a", 3), "a,a,a");
+    EXPECT_EQ(cycled("min(1px, 2px), b", 3), "min(1px, 2px),b,min(1px, 2px)");
+    EXPECT_EQ(cycled("a, b, c", 2), "a,b");
+}
+
 TEST(CanvasBackground, MovesPositions) {
     struct {
         const char* positions;

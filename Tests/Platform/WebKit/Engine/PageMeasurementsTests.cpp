@@ -15,7 +15,8 @@ TEST(PageMeasurements, AreReadFromTheAnswer) {
         "bodyDirection":"rtl","rootZoom":1.5,"bodyZoom":0.5,"rootMarginTop":1,"rootMarginBottom":2,"rootMarginLeft":-3,"rootBorderTop":4,
         "rootBorderRight":5,"rootBorderBottom":6,"rootBorderLeft":7,"rootPaddingTop":8,"rootPaddingRight":9,
         "rootPaddingBottom":10,"rootPaddingLeft":11,"rootWidth":12,"rootHeight":13,"rootHeightIsAuto":false,
-        "rootIsContainer":true,"rootContainsFixed":true,"bodyMarginLeft":-14,"bodyWidth":15,"bodyHeight":16,"bodyOverflowSpreads":true,
+        "rootIsContainer":true,"rootContainsFixed":true,"bodyMarginLeft":-14,"bodyWidth":15,"bodyHeight":16,"bodyHeightIsAuto":false,"rootBorderTopColor":"red","rootBorderRightColor":"blue",
+        "rootBorderBottomColor":"green","rootBorderLeftColor":"lime","bodyOverflowSpreads":true,
         "canvasFromBody":true,"canvasHasImage":true,"canvasImages":"url,linear-gradient","canvasIsFixed":true,
         "canvasColor":"color(srgb 1 0 0 / 0.5)","canvasPositionX":"calc(100% - 3px)","canvasPositionY":"2px, 3px",
         "canvasSize":"cover","canvasRepeat":"no-repeat"})json");
@@ -52,6 +53,11 @@ TEST(PageMeasurements, AreReadFromTheAnswer) {
     EXPECT_EQ(m.bodyMarginLeft, -14);
     EXPECT_EQ(m.bodyWidth, 15);
     EXPECT_EQ(m.bodyHeight, 16);
+    EXPECT_FALSE(m.bodyHeightIsAuto);
+    EXPECT_EQ(m.rootBorderTopColor, "red");
+    EXPECT_EQ(m.rootBorderRightColor, "blue");
+    EXPECT_EQ(m.rootBorderBottomColor, "green");
+    EXPECT_EQ(m.rootBorderLeftColor, "lime");
     EXPECT_TRUE(m.bodyOverflowSpreads);
     EXPECT_TRUE(m.canvasFromBody);
     EXPECT_TRUE(m.canvasHasImage);
@@ -81,6 +87,19 @@ TEST(PageMeasurements, OfNothingAreInitialValues) {
         EXPECT_EQ(m.canvasColor, "rgba(0, 0, 0, 0)");
         EXPECT_EQ(m.canvasSize, "auto");
     }
+}
+
+TEST(PageMeasurements, DocumentIsAtLeastTheView) {
+    PageMeasurements m;
+    m.viewWidth = 600;
+    m.viewHeight = 800;
+    m.scrollWidth = 1000;
+    m.scrollHeight = 100;
+    EXPECT_EQ(documentWidth(m), 1000);
+    EXPECT_EQ(documentHeight(m), 800);
+    EXPECT_EQ(leftOverflow(m), 0);
+    m.bodyDirection = "rtl";
+    EXPECT_EQ(leftOverflow(m), 400);
 }
 
 TEST(PageMeasurements, AbsurdNumbersAreClamped) {

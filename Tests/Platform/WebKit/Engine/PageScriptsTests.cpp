@@ -7,16 +7,48 @@ namespace {
 
 TEST(PageScripts, MeasuringScriptNamesEveryField) {
     std::string script = measuringScript();
-    for (
-        const char* name :
-        {"viewWidth",        "viewHeight",       "scrollWidth",    "scrollHeight",        "isQuirky",
-         "rootIsHtml",       "hasBody",          "rootDisplay",    "bodyWritingMode",     "bodyDirection",
-         "rootMarginTop",    "rootMarginBottom", "rootMarginLeft", "rootBorderTop",       "rootBorderRight",
-         "rootBorderBottom", "rootBorderLeft",   "rootPaddingTop", "rootPaddingRight",    "rootPaddingBottom",
-         "rootPaddingLeft",  "rootWidth",        "rootHeight",     "rootHeightIsAuto",    "rootIsContainer",
-         "bodyMarginLeft",   "bodyWidth",        "bodyHeight",     "bodyOverflowSpreads", "canvasHasImage",
-         "canvasImages",     "canvasIsFixed",    "canvasColor",    "canvasPositionX",     "canvasPositionY",
-         "canvasSize",       "canvasRepeat"}) {
+    for (const char* name : {"viewWidth",
+                             "viewHeight",
+                             "scrollWidth",
+                             "scrollHeight",
+                             "isQuirky",
+                             "rootIsHtml",
+                             "hasBody",
+                             "rootDisplay",
+                             "bodyWritingMode",
+                             "bodyDirection",
+                             "rootMarginTop",
+                             "rootMarginBottom",
+                             "rootMarginLeft",
+                             "rootBorderTop",
+                             "rootBorderRight",
+                             "rootBorderBottom",
+                             "rootBorderLeft",
+                             "rootPaddingTop",
+                             "rootPaddingRight",
+                             "rootPaddingBottom",
+                             "rootPaddingLeft",
+                             "rootWidth",
+                             "rootHeight",
+                             "rootHeightIsAuto",
+                             "rootIsContainer",
+                             "bodyMarginLeft",
+                             "bodyWidth",
+                             "bodyHeight",
+                             "bodyOverflowSpreads",
+                             "canvasHasImage",
+                             "canvasImages",
+                             "canvasIsFixed",
+                             "canvasColor",
+                             "canvasPositionX",
+                             "canvasPositionY",
+                             "canvasSize",
+                             "canvasRepeat",
+                             "bodyHeightIsAuto",
+                             "rootBorderTopColor",
+                             "rootBorderRightColor",
+                             "rootBorderBottomColor",
+                             "rootBorderLeftColor"}) {
         EXPECT_NE(script.find(std::string(name) + ":"), std::string::npos) << name;
     }
     for (const char* name : {"rootZoom,", "bodyZoom,", "rootContainsFixed,", "canvasFromBody,"}) {
@@ -27,10 +59,15 @@ TEST(PageScripts, MeasuringScriptNamesEveryField) {
 TEST(PageScripts, ApplyingScriptQuotesTheSheet) {
     PrintPlan plan;
     plan.styleSheet = "a{content:'\\'}\n</style>";
-    std::string call = R"--(('a{content:\x27\x5c\x27}\x0a\x3c/style>',false))--";
+    std::string call = R"--(('a{content:\x27\x5c\x27}\x0a\x3c/style>','',''))--";
     EXPECT_TRUE(applyingScript(plan).ends_with(call)) << applyingScript(plan);
-    plan.copiesBodyImage = true;
-    EXPECT_TRUE(applyingScript(plan).ends_with("',true)"));
+}
+
+TEST(PageScripts, ApplyingScriptIsToldOfTheImages) {
+    PrintPlan plan;
+    plan.imageSource = "body";
+    plan.imagesOnTop = "linear-gradient(red,red),";
+    EXPECT_TRUE(applyingScript(plan).ends_with("('','body','linear-gradient(red,red),')"));
 }
 
 } // namespace

@@ -98,7 +98,7 @@ TEST(PrintLayout, ScreenPlanPrintsThePageBehindTheViewport) {
     EXPECT_EQ(plan.pageRanges, "2");
     EXPECT_DOUBLE_EQ(plan.scale, 4.0 / 3);
     EXPECT_EQ(plan.shrink, 1);
-    EXPECT_FALSE(plan.copiesBodyImage);
+    EXPECT_EQ(plan.imageSource, "");
     EXPECT_EQ(valueOf(plan, "@page document:first", "size"), "612pt 792pt");
     EXPECT_EQ(valueOf(plan, "@page document", "size"), "900pt 3000pt");
     EXPECT_EQ(valueOf(plan, "html", "page"), "document");
@@ -107,39 +107,78 @@ TEST(PrintLayout, ScreenPlanPrintsThePageBehindTheViewport) {
     EXPECT_EQ(valueOf(plan, "html", "margin"), "0.05px 0 0 0px");
 }
 
-// The padding box is always the view, the border box reaches at least its end.
 TEST(PrintLayout, RootsPaddingBoxBecomesTheView) {
+    PageMeasurements m = page(612, 3000);
+    m.rootPaddingTop = 10;
+    m.rootHeight = 2990;
+    PrintPlan plan = screenPlan(m);
+    EXPECT_EQ(valueOf(plan, "html", "padding"), "10px 0px 0px 0px");
+    EXPECT_EQ(valueOf(plan, "html", "contain-intrinsic-height"), "782px");
+    EXPECT_EQ(valueOf(plan, "html", "height"), "auto");
+    EXPECT_EQ(valueOf(plan, "html", "border-width"), "0px 0px 2208px 0px");
+    EXPECT_EQ(valueOf(plan, "html", "border-color"), "transparent");
+    EXPECT_EQ(valueOf(plan, "body", "min-height"), "");
+
+    m.rootHeightIsAuto = false;
+    EXPECT_EQ(valueOf(screenPlan(m), "html", "height"), "782px");
+
+    PrintPlan low = screenPlan(page(612, 200));
+    EXPECT_EQ(valueOf(low, "html", "padding"), "0px 0px 592px 0px");
+    EXPECT_EQ(valueOf(low, "html", "border-width"), "0px 0px 0px 0px");
+    EXPECT_EQ(valueOf(low, "html", "border-style"), "");
+}
+
+// A root that is wider than the view, or begins to the left of it, gives the body neither width nor place.
+TEST(PrintLayout, BodyKeepsItsPlaceAcrossACutRoot) {
     struct {
         const char* name;
-        double height, margin, padding;
-        bool isAuto;
-        const char *paddings, *content, *cssHeight, *border;
+        double rootWidth, rootMargin;
+        const char *left, *width;
     } cases[] = {
-        {"tall", 3000, 0, 0, true, "0px 0px 0px 0px", "792px", "auto", "2208px solid transparent"},
-        {"short", 200, 0, 0, true, "0px 0px 592px 0px", "200px", "auto", ""},
-        {"as high as the view", 792, 0, 0, true, "0px 0px 0px 0px", "792px", "auto", ""},
-        {"tall, padded", 3000, 0, 10, true, "10px 10px 10px 10px", "772px", "auto",
-         "2228px solid transparent"},
-        {"short, with margins", 200, 20, 0, true, "20px 20px 572px 20px", "200px", "auto", ""},
-        {"tall, with margins", 3000, 20, 5, true, "25px 25px 5px 25px", "762px", "auto",
-         "2258px solid transparent"},
-        {"of fixed height", 792, 0, 0, false, "0px 0px 0px 0px", "792px", "792px", ""},
-        {"fixed and short", 300, 0, 0, false, "0px 0px 492px 0px", "300px", "300px", ""},
+        {"fits", 612, 0, "", ""},
+        {"wider than the view", 980, 0, "8px", "596px"},
+        {"begins to the left of the view", 612, -20, "-12px", "596px"},
     };
 
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        PageMeasurements m = page(612, c.height + 2 * (c.margin + c.padding));
-        m.rootMarginTop = m.rootMarginBottom = m.rootMarginLeft = c.margin;
-        m.rootPaddingTop = m.rootPaddingRight = m.rootPaddingBottom = m.rootPaddingLeft = c.padding;
-        m.rootWidth = 612 - 2 * (c.margin + c.padding);
-        m.rootHeight = c.height;
-        m.rootHeightIsAuto = c.isAuto;
+        PageMeasurements m = page(980, 3000);
+        m.rootWidth = c.rootWidth;
+        m.rootMarginLeft = c.rootMargin;
         PrintPlan plan = screenPlan(m);
-        EXPECT_EQ(valueOf(plan, "html", "padding"), c.paddings);
-        EXPECT_EQ(valueOf(plan, "html", "contain-intrinsic-height"), c.content);
-        EXPECT_EQ(valueOf(plan, "html", "height"), c.cssHeight);
-        EXPECT_EQ(valueOf(plan, "html", "border-bottom"), c.border);
+        EXPECT_EQ(valueOf(plan, "body", "margin-left"), c.left);
+        for (const char* property : {"width", "min-width", "max-width"}) {
+            EXPECT_EQ(valueOf(plan, "body", property), c.width) << property;
+        }
+    }
+
+    PageMeasurements zoomed = page(980, 3000);
+    zoomed.rootMarginLeft = -20;
+    zoomed.rootZoom = 2;
+    EXPECT_EQ(valueOf(screenPlan(zoomed), "body", "margin-left"), "-2px");
+}
+
+TEST(PrintLayout, BodyKeepsItsHeightInACutRootThatGaveIt) {
+    struct {
+        const char* name;
+        bool rootIsAuto, bodyIsAuto;
+        const char *display, *minimum, *height;
+    } cases[] = {
+        {"all from the content", true, true, "block", "", ""},
+        {"root of fixed height", false, true, "block", "2984px", ""},
+        {"body that is a part of it", false, false, "block", "2984px", "2984px"},
+        {"stretched body", true, true, "flex", "2984px", ""},
+        {"body that would be a part of it", true, false, "flex", "2984px", ""},
+    };
+
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        PageMeasurements m = page(612, 3000);
+        m.rootHeightIsAuto = c.rootIsAuto;
+        m.bodyHeightIsAuto = c.bodyIsAuto;
+        m.rootDisplay = c.display;
+        EXPECT_EQ(valueOf(screenPlan(m), "body", "min-height"), c.minimum);
+        EXPECT_EQ(valueOf(screenPlan(m), "body", "height"), c.height);
     }
 }
 
@@ -151,11 +190,11 @@ TEST(PrintLayout, RootThatContainsPositionedBoxesKeepsItsPaddingBox) {
     EXPECT_EQ(valueOf(plan, "html", "contain-intrinsic-height"), "3000px");
     EXPECT_EQ(valueOf(plan, "html", "padding"), "0px 0px 0px 0px");
     EXPECT_EQ(valueOf(plan, "html", "top"), "30px");
-    EXPECT_EQ(valueOf(plan, "html", "border-bottom"), "");
+    EXPECT_EQ(valueOf(plan, "html", "border-style"), "");
 
     PageMeasurements low = page(612, 200);
     low.rootIsContainer = true;
-    EXPECT_EQ(valueOf(screenPlan(low), "html", "border-bottom"), "592px solid transparent");
+    EXPECT_EQ(valueOf(screenPlan(low), "html", "border-width"), "0px 0px 592px 0px");
 }
 
 // Where the root contains absolutely positioned boxes alone, fixed ones have to miss it to find the view.
@@ -206,7 +245,7 @@ TEST(PrintLayout, BodysBackgroundMovesToTheRoot) {
     EXPECT_EQ(valueOf(plan, "html", "background-color"), "rgb(1, 2, 3)");
     EXPECT_EQ(valueOf(plan, "html", "background-position-y"), "");
     EXPECT_EQ(valueOf(plan, "body", "background"), "none");
-    EXPECT_FALSE(plan.copiesBodyImage);
+    EXPECT_EQ(plan.imageSource, "");
 
     m.canvasHasImage = true;
     m.canvasImages = "url";
@@ -215,13 +254,13 @@ TEST(PrintLayout, BodysBackgroundMovesToTheRoot) {
     m.canvasPositionX = "50%";
     m.canvasPositionY = "0%";
     plan = screenPlan(m);
-    EXPECT_TRUE(plan.copiesBodyImage);
+    EXPECT_EQ(plan.imageSource, "body");
     EXPECT_EQ(valueOf(plan, "html", "background-size"), "cover");
     EXPECT_EQ(valueOf(plan, "html", "background-repeat"), "no-repeat");
     EXPECT_EQ(valueOf(plan, "html", "background-origin"), "border-box");
     EXPECT_EQ(valueOf(plan, "html", "background-position-x"), "calc(50% + 0px)");
     EXPECT_EQ(valueOf(plan, "html", "background-position-y"), "calc(0% + 792px)");
-    EXPECT_TRUE(paginatedPlan(m, 612, 792, 36).copiesBodyImage);
+    EXPECT_EQ(paginatedPlan(m, 612, 792, 36).imageSource, "body");
 }
 
 TEST(PrintLayout, RootsBackgroundStaysWithTheRoot) {
@@ -229,7 +268,7 @@ TEST(PrintLayout, RootsBackgroundStaysWithTheRoot) {
     m.canvasHasImage = true;
     m.canvasImages = "linear-gradient";
     PrintPlan plan = screenPlan(m);
-    EXPECT_FALSE(plan.copiesBodyImage);
+    EXPECT_EQ(plan.imageSource, "");
     EXPECT_EQ(valueOf(plan, "body", "background"), "");
     EXPECT_EQ(valueOf(plan, "html", "background-color"), "");
     EXPECT_EQ(valueOf(plan, "html", "background-size"),

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Platform/WebKit/Engine/PageMeasurements.h"
+#include "Platform/WebKit/Engine/PrintLayout.h"
+#include "Platform/WebKit/Engine/RootBox.h"
+#include "Platform/WebKit/Engine/StyleText.h"
+
+namespace qrv::engine {
+
+// Adds to the root's rule, and to the plan's images, what makes the canvas look as on the screen when the
+// root is printed behind a page of the view's size, with this box. Where that has another border than the
+// root on the screen, the border is drawn by the canvas, too: in its colours, solid whatever its style.
+void addCanvas(PrintPlan& plan, StyleRule& root, const PageMeasurements& measured, const RootBox& box);
+
+} // namespace qrv::engine
