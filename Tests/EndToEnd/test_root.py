@@ -4,16 +4,19 @@ import unittest
 
 from pages import BLUE, GOLD, GREEN, RED, css
 from test_screen import LETTER, ScreenTestCase
-from webarchive import html_archive
+from webarchive import Resource, html_archive
 
 WHITE = (255, 255, 255)
 
 
 class RootTestCase(ScreenTestCase):
-    def assert_drawn(self, styles, body, expected, size=(612, 1500)):
+    def assert_drawn(self, styles, body, expected, size=(612, 1500), more=None):
         """The page has this size, and these colours at these places."""
         document = f"<!DOCTYPE html><style>body{{margin:0}}{styles}</style>{body}"
-        pdf = self.convert(html_archive(document)).pdf
+        archive = html_archive(document)
+        if more:
+            archive.add(more)
+        pdf = self.convert(archive).pdf
         self.assert_size(pdf, *size)
         self.assert_pixels(pdf, expected)
 
@@ -77,6 +80,29 @@ class BorderTests(RootTestCase):
         self.assert_drawn(f"html{{border-top:10px solid {css(RED)}}}body{{background:{self.GRADIENT}}}",
                           '<div style="height:1490px"></div>',
                           {(300, 5): RED, (300, 15): GOLD, (300, 1495): GREEN})
+
+
+class BackgroundTests(RootTestCase):
+    HALVES = Resource("http://site.example/halves.svg",
+                      f'<svg xmlns="http://www.w3.org/2000/svg" width="200" height="100"><rect width="100" height="100" '
+                      f'fill="{css(RED)}"/><rect x="100" width="100" height="100" fill="{css(BLUE)}"/></svg>'.encode(),
+                      "image/svg+xml")
+
+    def test_covering_image_of_a_low_root_with_margins(self):
+        self.assert_drawn("html{margin:46px 56px;background:url(halves.svg) 0 0/cover no-repeat}",
+                          '<div style="height:500px"></div>',
+                          {(60, 50): RED, (550, 540): RED, (560, 300): BLUE, (50, 300): WHITE, (300, 40): WHITE,
+                           (300, 550): WHITE}, size=LETTER, more=self.HALVES)
+
+    def test_fixed_image_covers_the_whole_document(self):
+        self.assert_drawn("body{background:url(halves.svg) 0 0/cover no-repeat fixed}", TALL,
+                          {(5, 5): RED, (5, 1495): RED, (605, 700): RED, (605, 1495): RED},
+                          more=self.HALVES)
+
+    def test_fixed_image_of_an_element_stays_with_it(self):
+        self.assert_drawn("section{height:100px;background:url(halves.svg) 0 0/100% 100% fixed}",
+                          '<div style="height:1400px"></div><section></section>',
+                          {(300, 1395): WHITE, (300, 1405): RED, (312, 1495): BLUE}, more=self.HALVES)
 
 
 if __name__ == "__main__":

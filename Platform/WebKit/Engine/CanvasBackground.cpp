@@ -59,12 +59,28 @@ std::string movedPosition(std::string_view position, BackgroundAxis from, Backgr
     return "calc(" + value + " + " + pixels(distance) + ")";
 }
 
-bool isPercentage(std::string_view text) {
-    return text.find_first_not_of("0123456789.%") == std::string_view::npos && text.ends_with('%');
+// The length with every percentage in px.
+std::string withoutPercentages(std::string_view length, double whole) {
+    constexpr std::string_view digits = "0123456789.-";
+    std::string result(length);
+    for (auto percent = result.find('%'); percent != std::string::npos; percent = result.find('%')) {
+        auto before = result.find_last_not_of(digits, percent - 1);
+        auto start = before == std::string::npos ? 0 : before + 1;
+        double value = leadingNumber(std::string_view(result).substr(start));
+        result.replace(start, percent + 1 - start, pixels(whole * value / 100));
+    }
+    return result;
 }
 
-std::string fixedSize(std::string_view size, bool isGradient, double width, double height) {
+std::string sizeThatFits(bool covers, double ratio, double width, double height) {
+    bool takesWidth = (width > height * ratio) == covers;
+    return takesWidth ? pixels(width) + " " + pixels(width / ratio)
+                      : pixels(height * ratio) + " " + pixels(height);
+}
+
+std::string fixedSize(std::string_view size, bool isGradient, double ratio, double width, double height) {
     bool isKeyword = size == "cover" || size == "contain";
+    if (isKeyword && ratio > 0) return sizeThatFits(size == "cover", ratio, width, height);
     if (isKeyword) return isGradient ? pixels(width) + " " + pixels(height) : std::string(size);
     auto parts = split(size, ' ');
     parts.resize(2, "auto");
@@ -72,11 +88,7 @@ std::string fixedSize(std::string_view size, bool isGradient, double width, doub
     for (double whole : {width, height}) {
         auto part = parts[result.empty() ? 0 : 1];
         if (!result.empty()) result += ' ';
-        if (isPercentage(part)) {
-            result += pixels(whole * leadingNumber(part) / 100);
-        } else {
-            result += isGradient && part == "auto" ? pixels(whole) : std::string(part);
-        }
+        result += isGradient && part == "auto" ? pixels(whole) : withoutPercentages(part, whole);
     }
     return result;
 }
@@ -106,13 +118,17 @@ std::string movedPositions(std::string_view positions, BackgroundAxis from, Back
     return result;
 }
 
-std::string fixedSizes(std::string_view sizes, std::string_view images, double width, double height) {
+std::string fixedSizes(std::string_view sizes, const BackgroundImages& images, double width, double height) {
     auto perLayer = split(sizes, ',');
+    auto ratios = split(images.ratios, ',');
     std::string result;
     std::size_t layer = 0;
-    for (auto image : split(images, ',')) {
-        if (!result.empty()) result += ',';
-        result += fixedSize(perLayer[layer++ % perLayer.size()], image.ends_with("gradient"), width, height);
+    for (auto kind : split(images.kinds, ',')) {
+        if (layer > 0) result += ',';
+        double ratio = layer < ratios.size() ? leadingNumber(ratios[layer]) : 0;
+        result +=
+            fixedSize(perLayer[layer % perLayer.size()], kind.ends_with("gradient"), ratio, width, height);
+        ++layer;
     }
     return result;
 }

@@ -21,9 +21,15 @@ struct BackgroundAxis {
 // axis `from`, when the engine places them relative to the axis `to`; and all moved on by `shift`.
 std::string movedPositions(std::string_view positions, BackgroundAxis from, BackgroundAxis to, double shift);
 
+// The images of a background, one item a layer.
+struct BackgroundImages {
+    std::string_view kinds;  // as in "linear-gradient,url"
+    std::string_view ratios; // width over height; 0 for images that have none or an unknown one
+};
+
 // A computed background-size list for the same images: whatever is relative to the box, gradients without a
-// size of their own included, becomes px. `images` names each layer's kind, as in "linear-gradient,url".
-// Images that cover or fit the box go on doing so with the new one, since their own size is not known here.
-std::string fixedSizes(std::string_view sizes, std::string_view images, double width, double height);
+// size of their own included, becomes px. Images of unknown ratio that cover or fit the box go on doing so
+// with the new one.
+std::string fixedSizes(std::string_view sizes, const BackgroundImages& images, double width, double height);
 
 } // namespace qrv::engine

@@ -31,15 +31,19 @@ Area borderBox(const PageMeasurements& m) {
     return {root.marginLeft + leftOverflow(m), root.top, root.width(), root.height()};
 }
 
-// What the canvas's images refer to: the root's padding box, or all that is seen where they do not scroll.
+Area inside(const Area& area, const Edges& edges) {
+    return {area.left + edges.left, area.top + edges.top, area.width - edges.left - edges.right,
+            area.height - edges.top - edges.bottom};
+}
+
+// What the canvas's images refer to: one of the root's boxes, or all that is seen where they do not scroll.
 Area imageArea(const PageMeasurements& m) {
     if (m.canvasIsFixed) return {0, 0, documentWidth(m), documentHeight(m)};
+    RootBox root = boxOnScreen(m);
     Area area = borderBox(m);
-    area.left += m.rootBorderLeft;
-    area.top += m.rootBorderTop;
-    area.width -= m.rootBorderLeft + m.rootBorderRight;
-    area.height -= m.rootBorderTop + m.rootBorderBottom;
-    return area;
+    if (m.canvasOrigin == "border-box") return area;
+    area = inside(area, root.border);
+    return m.canvasOrigin == "content-box" ? inside(area, root.padding) : area;
 }
 
 // The engine places the canvas's images as if the root's border box stood at the start of the first page; the
@@ -49,7 +53,8 @@ Layers imageLayers(const PageMeasurements& m, const RootBox& box) {
     bool isSameSize = from.width == box.width() && from.height == box.height();
     return {movedPositions(m.canvasPositionX, {from.left, from.width}, {0, box.width()}, 0),
             movedPositions(m.canvasPositionY, {from.top, from.height}, {0, box.height()}, m.viewHeight),
-            isSameSize ? m.canvasSize : fixedSizes(m.canvasSize, m.canvasImages, from.width, from.height),
+            isSameSize ? m.canvasSize
+                       : fixedSizes(m.canvasSize, {m.canvasImages, m.canvasRatios}, from.width, from.height),
             m.canvasRepeat};
 }
 

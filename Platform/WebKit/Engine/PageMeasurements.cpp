@@ -72,6 +72,8 @@ constexpr TextField textFields[] = {
     {"rootBorderBottomColor", &M::rootBorderBottomColor, noColor},
     {"rootBorderLeftColor", &M::rootBorderLeftColor, noColor},
     {"canvasImages", &M::canvasImages, "none"},
+    {"canvasRatios", &M::canvasRatios, "0"},
+    {"canvasOrigin", &M::canvasOrigin, "padding-box"},
     {"canvasColor", &M::canvasColor, noColor},
     {"canvasPositionX", &M::canvasPositionX, "0%"},
     {"canvasPositionY", &M::canvasPositionY, "0%"},

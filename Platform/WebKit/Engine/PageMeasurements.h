@@ -58,6 +58,8 @@ struct PageMeasurements {
     bool canvasFromBody = false;
     bool canvasHasImage = false;
     std::string canvasImages;   // the kinds alone, such as "linear-gradient,url"
+    std::string canvasRatios;   // their widths over their heights, 0 where there is none
+    std::string canvasOrigin;   // the same box for all
     bool canvasIsFixed = false; // some image is attached to the view
     std::string canvasColor;
     std::string canvasPositionX;

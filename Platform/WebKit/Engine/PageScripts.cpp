@@ -45,16 +45,32 @@ constexpr std::string_view measuring = R"js((() => {
         rootStyle.perspective !== 'none' || rootStyle.transformStyle === 'preserve-3d' ||
         /transform|translate|rotate|scale|perspective|contain/.test(rootStyle.willChange);
     const canSpread = isHtml && body && !isContained(rootStyle) && !isContained(bodyStyle);
-    // The names of the functions that make the layers' images.
-    const imageKinds = (style) => {
-        let kinds = style.backgroundImage.replace(/"[^"\\]*(?:\\.[^"\\]*)*"/g, '').replace(/ /g, '');
-        for (let length = -1; length !== kinds.length;) {
-            length = kinds.length;
-            kinds = kinds.replace(/\([^()]*\)/g, '');
+    // Each layer's image: the function that makes it, and the first string among its arguments.
+    const images = (style) => {
+        const strings = [];
+        let layers = style.backgroundImage.replace(/"((?:[^"\\]|\\.)*)"/g, (all, text) => {
+            strings.push(text.replace(/\\(.)/g, '$1'));
+            return '[' + (strings.length - 1) + ']';
+        });
+        for (let length = -1; length !== layers.length;) {
+            length = layers.length;
+            layers = layers.replace(/\((?:[^()\[\]]*(\[\d+\]))?[^()]*\)/g, '$1');
         }
-        return kinds;
+        return layers.split(',').map((layer) => {
+            const [kind, first] = layer.trim().split(/[[\]]/);
+            return {kind, text: strings[first]};
+        });
     };
-    const hasImage = (style) => imageKinds(style).split(',').some((kind) => kind !== 'none');
+    const hasImage = (style) => images(style).some(({kind}) => kind !== 'none');
+    // Width over height, 0 where the image has none or is not at hand: nothing is fetched.
+    const ratio = ({kind, text}) => {
+        if (text === undefined || kind.endsWith('gradient')) return 0;
+        const image = new Image();
+        image.src = text;
+        const known = image.complete ? image.naturalWidth / image.naturalHeight : 0;
+        image.src = '';
+        return known || 0;
+    };
     const hasBackground = (style) => hasImage(style) || style.backgroundColor !== 'rgba(0, 0, 0, 0)';
     const canvasFromBody = Boolean(canSpread && !hasBackground(rootStyle) && hasBackground(bodyStyle));
     const canvas = canvasFromBody ? bodyStyle : rootStyle;
@@ -99,7 +115,9 @@ constexpr std::string_view measuring = R"js((() => {
         bodyOverflowSpreads: Boolean(canSpread && rootStyle.overflowX === 'visible'),
         canvasFromBody,
         canvasHasImage: hasImage(canvas),
-        canvasImages: imageKinds(canvas),
+        canvasImages: images(canvas).map(({kind}) => kind).join(),
+        canvasRatios: images(canvas).map(ratio).join(),
+        canvasOrigin: canvas.backgroundOrigin.split(',')[0],
         canvasIsFixed: canvas.backgroundAttachment.includes('fixed'),
         canvasColor: canvas.backgroundColor,
         canvasPositionX: canvas.backgroundPositionX,

@@ -68,6 +68,10 @@ StyleSheet::StyleSheet() {
     StyleRule unnamed("*");
     unnamed.add("page", "auto");
     add(unnamed);
+    // The view that fixed backgrounds refer to is the first page, and nothing of them is drawn elsewhere.
+    StyleRule scrolling("*,::before,::after");
+    scrolling.add("background-attachment", "scroll");
+    add(scrolling);
 }
 
 void StyleSheet::add(const StyleRule& rule) {

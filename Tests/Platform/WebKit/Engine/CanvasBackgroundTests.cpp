@@ -47,22 +47,40 @@ TEST(CanvasBackground, KeepsPlacesInABoxOfAnotherSize) {
 TEST(CanvasBackground, FixesSizes) {
     struct {
         const char* sizes;
-        const char* images;
+        BackgroundImages images;
         const char* fixed;
     } cases[] = {
-        {"auto", "url", "auto auto"},
-        {"auto", "linear-gradient", "200px 50px"},
-        {"cover", "radial-gradient", "200px 50px"},
-        {"contain", "url", "contain"},
-        {"50% 20%", "url", "100px 10px"},
-        {"50%", "url", "100px auto"},
-        {"50%", "conic-gradient", "100px 50px"},
-        {"30px 40px", "linear-gradient", "30px 40px"},
-        {"calc(50% + 1px) auto", "url", "calc(50% + 1px) auto"},
-        {"auto, 10px", "linear-gradient,url,linear-gradient", "200px 50px,10px auto,200px 50px"},
+        {"auto", {"url", "2"}, "auto auto"},
+        {"auto", {"linear-gradient", "0"}, "200px 50px"},
+        {"cover", {"radial-gradient", "0"}, "200px 50px"},
+        {"contain", {"url", "0"}, "contain"},
+        {"50% 20%", {"url", "2"}, "100px 10px"},
+        {"50%", {"url", "2"}, "100px auto"},
+        {"50%", {"conic-gradient", "0"}, "100px 50px"},
+        {"30px 40px", {"linear-gradient", "0"}, "30px 40px"},
+        {"calc(50% + 1px) auto", {"url", "2"}, "calc(100px + 1px) auto"},
+        {"min(25%, calc(12.5% - 1px)) 1px", {"url", "2"}, "min(50px, calc(25px - 1px)) 1px"},
+        {"auto, 10px", {"linear-gradient,url,linear-gradient", "0,1,0"}, "200px 50px,10px auto,200px 50px"},
+        {"cover", {"url,url", "5"}, "250px 50px,cover"},
     };
 
     for (const auto& c : cases) EXPECT_EQ(fixedSizes(c.sizes, c.images, 200, 50), c.fixed);
+}
+
+TEST(CanvasBackground, ImagesOfKnownRatioCoverOrFitTheirBox) {
+    struct {
+        const char *ratio, *cover, *contain;
+    } cases[] = {
+        {"4", "200px 50px", "200px 50px"},
+        {"8", "400px 50px", "200px 25px"},
+        {"1", "200px 200px", "50px 50px"},
+        {"0.25", "200px 800px", "12.5px 50px"},
+    };
+
+    for (const auto& c : cases) {
+        EXPECT_EQ(fixedSizes("cover", {"url", c.ratio}, 200, 50), c.cover) << c.ratio;
+        EXPECT_EQ(fixedSizes("contain", {"url", c.ratio}, 200, 50), c.contain) << c.ratio;
+    }
 }
 
 } // namespace

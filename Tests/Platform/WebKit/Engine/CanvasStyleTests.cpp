@@ -101,6 +101,37 @@ TEST(CanvasStyle, ImagesReferToTheRootsPaddingBox) {
     EXPECT_THAT(canvas(m, boxOnScreen(m)).rule, HasSubstr("background-size:600px 800px"));
 }
 
+TEST(CanvasStyle, ImagesReferToTheBoxTheirOriginNames) {
+    struct {
+        const char *origin, *size, *left;
+    } cases[] = {{"border-box", "614px 420px", "30px"},
+                 {"padding-box", "608px 416px", "34px"},
+                 {"content-box", "594px 396px", "41px"}};
+
+    PageMeasurements m = bordered();
+    m.canvasHasImage = true;
+    m.canvasImages = "linear-gradient";
+    m.rootMarginLeft = 30;
+    m.rootPaddingLeft = m.rootPaddingRight = 7;
+    m.rootPaddingTop = m.rootPaddingBottom = 10;
+    for (const auto& c : cases) {
+        m.canvasOrigin = c.origin;
+        std::string rule = canvas(m, boxAsView(m)).rule;
+        EXPECT_THAT(rule, HasSubstr(c.size)) << c.origin;
+        EXPECT_THAT(rule, HasSubstr(std::string("calc(0% + ") + c.left + ")")) << c.origin;
+    }
+}
+
+// It covers the root of the screen, 594 x 396, not the view.
+TEST(CanvasStyle, CoveringImageKeepsItsSize) {
+    PageMeasurements m = bordered();
+    m.canvasHasImage = true;
+    m.canvasImages = "url";
+    m.canvasRatios = "3";
+    m.canvasSize = "cover";
+    EXPECT_THAT(canvas(m, boxAsView(m)).rule, HasSubstr(",1188px 396px!important"));
+}
+
 TEST(CanvasStyle, BodysColourCoversTheCanvas) {
     PageMeasurements m = bordered();
     m.canvasColor = "rgb(1, 2, 3)";

@@ -19,7 +19,7 @@ TEST(PageMeasurements, AreReadFromTheAnswer) {
         "rootBorderBottomColor":"green","rootBorderLeftColor":"lime","bodyOverflowSpreads":true,
         "canvasFromBody":true,"canvasHasImage":true,"canvasImages":"url,linear-gradient","canvasIsFixed":true,
         "canvasColor":"color(srgb 1 0 0 / 0.5)","canvasPositionX":"calc(100% - 3px)","canvasPositionY":"2px, 3px",
-        "canvasSize":"cover","canvasRepeat":"no-repeat"})json");
+        "canvasSize":"cover","canvasRatios":"1.5,0","canvasOrigin":"content-box","canvasRepeat":"no-repeat"})json");
     ASSERT_TRUE(answer);
     PageMeasurements m = pageMeasurementsFromJson(*answer);
     EXPECT_EQ(m.viewWidth, 612);
@@ -68,6 +68,8 @@ TEST(PageMeasurements, AreReadFromTheAnswer) {
     EXPECT_EQ(m.canvasPositionY, "2px, 3px");
     EXPECT_EQ(m.canvasSize, "cover");
     EXPECT_EQ(m.canvasRepeat, "no-repeat");
+    EXPECT_EQ(m.canvasRatios, "1.5,0");
+    EXPECT_EQ(m.canvasOrigin, "content-box");
 }
 
 TEST(PageMeasurements, OfNothingAreInitialValues) {
@@ -86,6 +88,8 @@ TEST(PageMeasurements, OfNothingAreInitialValues) {
         EXPECT_EQ(m.bodyDirection, "ltr");
         EXPECT_EQ(m.canvasColor, "rgba(0, 0, 0, 0)");
         EXPECT_EQ(m.canvasSize, "auto");
+        EXPECT_EQ(m.canvasRatios, "0");
+        EXPECT_EQ(m.canvasOrigin, "padding-box");
     }
 }
 

@@ -43,6 +43,8 @@ TEST(PageScripts, MeasuringScriptNamesEveryField) {
                              "canvasPositionX",
                              "canvasPositionY",
                              "canvasSize",
+                             "canvasRatios",
+                             "canvasOrigin",
                              "canvasRepeat",
                              "bodyHeightIsAuto",
                              "rootBorderTopColor",

@@ -30,12 +30,14 @@ TEST(StyleText, PageRuleSetsTheSizeAndEmptiesTheMargins) {
     EXPECT_NE(text.find("@bottom-left-corner{content:none!important;}"), std::string::npos);
 }
 
-TEST(StyleText, SheetIsOneLayerAndTakesTheDocumentsPageNamesAway) {
+TEST(StyleText, SheetIsOneLayerAndTakesPageNamesAndTheViewsBackgroundsAway) {
     StyleSheet sheet;
     StyleRule rule("body");
     rule.add("color", "red");
     sheet.add(rule);
-    EXPECT_EQ(sheet.text(), "@layer web2pdf-print{*{page:auto!important;}body{color:red!important;}}");
+    EXPECT_EQ(sheet.text(), "@layer web2pdf-print{*{page:auto!important;}"
+                            "*,::before,::after{background-attachment:scroll!important;}"
+                            "body{color:red!important;}}");
 }
 
 } // namespace
