@@ -182,6 +182,18 @@ class LateTests(ShownTestCase):
         self.assert_green(self.late("f.contentDocument.body.innerHTML = '<img src=a.png width=100 height=100>';"
                                     "f.contentDocument.body.style.margin = 0", "<iframe id=f></iframe>", picture()))
 
+    def test_picture_in_a_shadow_tree_in_a_frame(self):
+        self.assert_green(self.late("f.contentDocument.body.attachShadow({mode: 'open'}).innerHTML ="
+                                    "'<img src=a.png width=100 height=100>'; f.contentDocument.body.style.margin = 0",
+                                    "<iframe id=f></iframe>", picture()))
+
+    def test_elements_named_like_properties_are_no_obstacle(self):
+        names = "".join(f'<form name="{name}"></form><img name="{name}" hidden>' for name in
+                        ("fonts", "querySelectorAll", "nodeType", "getAnimations", "timeline", "scrollingElement",
+                         "documentElement", "dispatchEvent", "document", "body", "images"))
+        self.assert_green(self.late("d.innerHTML = '<img src=a.png width=100 height=100>'",
+                                    "<div id=d></div>" + names, picture()))
+
     def test_style_sheet_and_what_it_asks_for(self):
         pdf = self.late("document.head.insertAdjacentHTML('beforeend', '<link rel=stylesheet href=one.css>')",
                         "<div id=d></div>", picture(),

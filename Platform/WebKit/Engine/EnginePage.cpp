@@ -180,8 +180,12 @@ void EnginePage::attached(const std::string& target, const std::string& session)
     requests_ = std::make_unique<RequestServer>(*devTools_, frames_, client_);
     underWay_.attach(*devTools_, session_);
     renderer_ = std::make_unique<PageRenderer>(*devTools_, loop_, session_, target);
-    renderer_->setBusyCheck(
+    renderer_->readiness().setBusyCheck(
         [this] { return !underWay_.isEmpty() || requests_->answered() < requests_->asked(); });
+    renderer_->readiness().setSubstitution(
+        [this](const std::string& chosen, const std::vector<std::string>& candidates) {
+            return requests_->substitutesFor(chosen, candidates);
+        });
     renderer_->setViewSize(viewSize_);
     renderer_->setLinkMapping([this](const std::string& link) { return storedLink(link); });
 

@@ -43,24 +43,36 @@ std::string shortened(std::string_view url) {
     return isCut ? text + "..." : text;
 }
 
+/// Empty for what does not count.
+std::string entryFor(std::string_view type, std::string_view url) {
+    const std::string_view kind = kindOf(type);
+    return kind.empty() ? std::string() : std::string(kind) + " " + shortened(url);
+}
+
 } // namespace
 
 void MissingResources::add(std::string_view type, std::string_view url) {
-    const std::string_view kind = kindOf(type);
-    if (kind.empty() || known_.size() >= mostCounted) return;
-    std::string entry = std::string(kind) + " " + shortened(url);
-    if (!known_.insert(entry).second) return;
-    if (named_.size() < mostNamed) named_.push_back(std::move(entry));
+    std::string entry = entryFor(type, url);
+    if (entry.empty() || entries_.size() >= mostCounted || !known_.insert(entry).second) return;
+    entries_.push_back(std::move(entry));
+}
+
+void MissingResources::remove(std::string_view type, std::string_view url) {
+    const std::string entry = entryFor(type, url);
+    known_.erase(entry);
+    std::erase(entries_, entry);
 }
 
 std::string MissingResources::description() const {
-    if (named_.empty()) return {};
+    if (entries_.empty()) return {};
     std::string text = "the archive does not hold ";
-    if (known_.size() >= mostCounted) text += "at least ";
-    text += std::to_string(known_.size()) + (known_.size() == 1 ? " resource" : " resources");
+    if (entries_.size() >= mostCounted) text += "at least ";
+    text += std::to_string(entries_.size()) + (entries_.size() == 1 ? " resource" : " resources");
     text += " that the page asked for: ";
-    for (const std::string& entry : named_) text += (&entry == &named_.front() ? "" : ", ") + entry;
-    return known_.size() > named_.size() ? text + ", and more" : text;
+    for (std::size_t i = 0; i < std::min(entries_.size(), mostNamed); ++i) {
+        text += (i == 0 ? "" : ", ") + entries_[i];
+    }
+    return entries_.size() > mostNamed ? text + ", and more" : text;
 }
 
 } // namespace qrv::engine

@@ -39,15 +39,14 @@ Json metrics(LayoutSize view, double scale) {
 
 void PageReadiness::settle(LayoutSize view) {
     // Timers and promises stand still when scripts do.
-    if (!world_.isInterrupted()) {
-        const Json answer = awaitContents();
-        const double documentHeight = answer["documentHeight"].number();
-        if (documentHeight > answer["viewHeight"].number() && !world_.isInterrupted()) {
-            reveal(view, documentHeight);
-            return;
-        }
+    const Json answer = world_.isInterrupted() ? Json() : awaitContents();
+    const double documentHeight = answer["documentHeight"].number();
+    if (documentHeight > answer["viewHeight"].number() && !world_.isInterrupted()) {
+        reveal(view, documentHeight);
+    } else {
+        substitute(answer["failed"]);
+        world_.stopScripts();
     }
-    world_.stopScripts();
 }
 
 /// Scripts are stopped while the view is still tall: some pages hide again what is no longer looked at.
@@ -55,10 +54,24 @@ void PageReadiness::reveal(LayoutSize view, double documentHeight) {
     world_.evaluate(holdingScript());
     resize({view.width, std::clamp(documentHeight, view.height, tallestView)}, tallScale);
     world_.evaluatePromise(revealingScript(revealingLimit));
-    if (!world_.isInterrupted()) awaitContents();
+    if (!world_.isInterrupted()) substitute(awaitContents()["failed"]);
     world_.stopScripts();
     resize(view);
     conclude();
+}
+
+/// A page is mostly saved at another density or width than it is printed at, with the images for those.
+void PageReadiness::substitute(const Json& failedImages) {
+    std::vector<std::string> held;
+    for (const Json& image : substitutesFor_ ? failedImages.elements() : std::vector<Json>()) {
+        std::vector<std::string> candidates;
+        for (const Json& candidate : image["candidates"].elements()) candidates.push_back(candidate.string());
+        const auto found = substitutesFor_(image["chosen"].string(), candidates);
+        held.insert(held.end(), found.begin(), found.end());
+    }
+    if (held.empty()) return;
+    world_.evaluate(substitutingScript(held));
+    if (!world_.isInterrupted()) awaitContents();
 }
 
 /// What arrives may ask for more.

@@ -15,10 +15,16 @@ public:
     /// True while the page waits for something that it asked for.
     using BusyCheck = std::function<bool()>;
 
+    /// The addresses that can be had of those among which an image was chosen, if the chosen one cannot.
+    using Substitution = std::function<std::vector<std::string>(const std::string& chosen,
+                                                                const std::vector<std::string>& candidates)>;
+
     /// Both must outlive the readiness.
     PageReadiness(PageWorld& world, NSRunLoop& loop) : world_(world), loop_(loop) {}
 
     void setBusyCheck(BusyCheck isBusy) { isBusy_ = std::move(isBusy); }
+
+    void setSubstitution(Substitution substitutesFor) { substitutesFor_ = std::move(substitutesFor); }
 
     /// Runs the loop until the page is ready, some seconds at most. `view` is the view that the page has, and
     /// has again afterwards.
@@ -27,6 +33,7 @@ public:
 private:
     Json awaitContents();
     void reveal(LayoutSize view, double documentHeight);
+    void substitute(const Json& failedImages);
     void conclude();
     void awaitRequests(std::chrono::steady_clock::time_point end);
     void resize(LayoutSize view, double scale = 1);
@@ -36,6 +43,7 @@ private:
     PageWorld& world_;
     NSRunLoop& loop_;
     BusyCheck isBusy_;
+    Substitution substitutesFor_;
 };
 
 /// The command that gives a page's view its size, and the parameters for it. The scale is that of the picture

@@ -32,8 +32,8 @@ public:
 
     void setPrintsBackgrounds(bool prints) { printsBackgrounds_ = prints; }
 
-    /// Tells whether the page waits for something that it asked for; it is not drawn before.
-    void setBusyCheck(PageReadiness::BusyCheck isBusy) { readiness_.setBusyCheck(std::move(isBusy)); }
+    /// For what has to be known before the page is drawn.
+    PageReadiness& readiness() { return readiness_; }
 
     /// Changes the addresses that links in the PDF lead to.
     void setLinkMapping(LinkMapping mapping) { linkMapping_ = std::move(mapping); }

@@ -1,5 +1,7 @@
 #include "Platform/WebKit/Engine/ReadinessScripts.h"
 
+#include "Platform/WebKit/Engine/Json.h"
+
 #include <string_view>
 
 namespace qrv::engine {
@@ -28,8 +30,10 @@ constexpr std::string_view viewHolding = R"js((() => {
 constexpr std::string_view common = R"js(
     const property = (name, content = document) =>
         Object.getOwnPropertyDescriptor(Document.prototype, name).get.call(content);
+    const nodeType = Object.getOwnPropertyDescriptor(Node.prototype, 'nodeType').get;
+    const isDocument = (content) => nodeType.call(content) === Node.DOCUMENT_NODE;
     const query = (content, selectors) => {
-        const type = content instanceof ShadowRoot ? DocumentFragment : Document;
+        const type = isDocument(content) ? Document : DocumentFragment;
         return [...type.prototype.querySelectorAll.call(content, selectors)];
     };
     const animations = () => Document.prototype.getAnimations.call(document);
@@ -57,6 +61,32 @@ constexpr std::string_view common = R"js(
         return found;
     };
     const images = () => contents().flatMap((content) => query(content, 'img'));
+    const attribute = (element, name) => Element.prototype.getAttribute.call(element, name) || '';
+    // What an image is chosen from: its own attributes, and those of sources beside it.
+    const choicesOf = (image) => {
+        const parent = image.parentElement;
+        const sources = parent && parent.localName === 'picture'
+            ? [...parent.children].filter((child) => child.localName === 'source') : [];
+        return [...sources, image];
+    };
+    const resolved = (address, image) => {
+        try {
+            return new URL(address, image.baseURI).href;
+        } catch {
+            return '';
+        }
+    };
+    const listed = (element) => [...attribute(element, 'srcset')
+        .matchAll(/([^\s,]\S*[^\s,]|[^\s,])(?:\s+([^\s,]+))?\s*(?:,|$)/g)]
+        .map(([, address, descriptor = '']) => ({address: resolved(address, element), descriptor}));
+    const failed = () => images().flatMap((image) => {
+        if (!image.complete || image.naturalWidth > 0 || !image.currentSrc) return [];
+        const choices = choicesOf(image);
+        const candidates = choices.flatMap(listed).map(({address}) => address);
+        if (candidates.length === 0) return [];
+        if (attribute(image, 'src')) candidates.push(image.src);
+        return [{image, choices, chosen: image.currentSrc, candidates}];
+    });
 )js";
 
 constexpr std::string_view awaiting = R"js(
@@ -65,7 +95,7 @@ constexpr std::string_view awaiting = R"js(
         for (const name of names) element.addEventListener(name, done, {once: true});
     }));
     for (const content of contents()) {
-        if (content.nodeType === Node.DOCUMENT_NODE) pending.push(property('fonts', content).ready);
+        if (isDocument(content)) pending.push(property('fonts', content).ready);
         for (const image of query(content, 'img')) {
             if (!image.complete) awaitEvents(image, 'load', 'error');
         }
@@ -76,11 +106,30 @@ constexpr std::string_view awaiting = R"js(
         }
     }
     const answer = (timedOut) => ({waitedFor: pending.length, timedOut,
-        documentHeight: documentHeight(), viewHeight: innerHeight});
+        documentHeight: documentHeight(), viewHeight: innerHeight,
+        failed: failed().map(({chosen, candidates}) => ({chosen, candidates}))});
     return Promise.race([
         Promise.all(pending).then(() => answer(false)),
         new Promise((done) => setTimeout(() => done(answer(true)), limit)),
     ]);
+)js";
+
+// A source that is left counts whatever the view: the page was saved in another.
+constexpr std::string_view substituting = R"js(
+    const held = new Set(addresses);
+    for (const {image, choices, chosen, candidates} of failed()) {
+        if (held.has(chosen) || !candidates.some((candidate) => held.has(candidate))) continue;
+        for (const choice of choices) {
+            const kept = listed(choice).filter(({address}) => held.has(address));
+            if (kept.length === 0) {
+                choice.removeAttribute('srcset');
+            } else {
+                choice.removeAttribute('media');
+                choice.srcset = kept.map(({address, descriptor}) => `${address} ${descriptor}`).join(', ');
+            }
+        }
+        if (!held.has(image.src)) image.removeAttribute('src');
+    }
 )js";
 
 // The size that the view has at last is told first, since the event for it may not have come yet and would be
@@ -137,8 +186,9 @@ constexpr std::string_view concluding = R"js(
     return images().filter((image) => !image.complete).length;
 )js";
 
-std::string function(std::string_view body, const std::string& argument = "") {
-    return "((limit) => {" + std::string(common) + std::string(body) + "})(" + argument + ")";
+std::string function(std::string_view parameter, std::string_view body, const std::string& argument) {
+    return "((" + std::string(parameter) + ") => {" + std::string(common) + std::string(body) + "})(" +
+           argument + ")";
 }
 
 } // namespace
@@ -148,19 +198,24 @@ std::string viewHoldingScript() {
 }
 
 std::string readinessScript(std::chrono::milliseconds limit) {
-    return function(awaiting, std::to_string(limit.count()));
+    return function("limit", awaiting, std::to_string(limit.count()));
+}
+
+std::string substitutingScript(const std::vector<std::string>& addresses) {
+    return function("addresses", substituting,
+                    Json::array(std::vector<Json>(addresses.begin(), addresses.end())).serialize());
 }
 
 std::string holdingScript() {
-    return function(holding);
+    return function("", holding, "");
 }
 
 std::string revealingScript(std::chrono::milliseconds limit) {
-    return function(revealing, std::to_string(limit.count()));
+    return function("limit", revealing, std::to_string(limit.count()));
 }
 
 std::string concludingScript() {
-    return function(concluding);
+    return function("", concluding, "");
 }
 
 } // namespace qrv::engine

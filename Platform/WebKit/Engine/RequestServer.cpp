@@ -5,6 +5,9 @@
 #include "Platform/WebKit/Engine/ResourceResponse.h"
 #include "Platform/WebKit/Engine/URLText.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace qrv::engine {
 
 namespace {
@@ -151,6 +154,20 @@ void RequestServer::fail(const Request& request) {
     devTools_.send(request.session, "Fetch.failRequest",
                    Json::object({{"requestId", request.identifier},
                                  {"errorReason", request.isDocument ? "Aborted" : "Failed"}}));
+}
+
+bool RequestServer::holds(const std::string& engineURL) const {
+    return index_ && index_->resource(ArchiveIndex::root, address_->storedURL(engineURL));
+}
+
+std::vector<std::string> RequestServer::substitutesFor(const std::string& chosen,
+                                                       const std::vector<std::string>& candidates) {
+    std::vector<std::string> held;
+    if (!index_ || holds(chosen)) return held;
+    std::copy_if(candidates.begin(), candidates.end(), std::back_inserter(held),
+                 [this](const std::string& candidate) { return holds(candidate); });
+    if (!held.empty()) missing_.remove("Image", address_->storedURL(chosen));
+    return held;
 }
 
 void RequestServer::authenticationRequired(const std::string& session, const Json& event) {

@@ -40,6 +40,11 @@ public:
 
     std::size_t asked() const { return asked_; }
 
+    /// What the archive holds of the addresses among which an image was chosen, if it does not hold the
+    /// chosen one, which then counts as missing no longer. Addresses are the engine's.
+    std::vector<std::string> substitutesFor(const std::string& chosen,
+                                            const std::vector<std::string>& candidates);
+
     /// What was asked for and is not in the archive.
     const MissingResources& missing() const { return missing_; }
 
@@ -64,6 +69,7 @@ private:
     void answerFrameDocument(const Request& request);
     void answer(const Request& request, const WebResource& resource);
     void fail(const Request& request);
+    bool holds(const std::string& engineURL) const;
     NSData bodyOf(const WebResource& resource) const;
     void queryNames(std::function<void(const Names&)> answer);
     void fillFrame(const std::string& frame, Node node, std::function<void()> filled);

@@ -28,6 +28,16 @@ TEST(MissingResources, AreNamedByKindInTheirOrderOnceEach) {
               "image http://a/i.png, font http://a/f.woff, style sheet http://a/i.png");
 }
 
+TEST(MissingResources, WhatSomethingElseStandsInForDoesNotCount) {
+    MissingResources missing;
+    for (const char* url : {"http://a/1", "http://a/2"}) missing.add("Image", url);
+    missing.remove("Image", "http://a/1");
+    missing.remove("Font", "http://a/2");
+    EXPECT_THAT(missing.description(), EndsWith("1 resource that the page asked for: image http://a/2"));
+    missing.add("Image", "http://a/1");
+    EXPECT_THAT(missing.description(), EndsWith(": image http://a/2, image http://a/1"));
+}
+
 TEST(MissingResources, EveryTypeHasAName) {
     for (const auto& [type, kind] : {std::pair("Document", "document"),
                                      {"Script", "script"},

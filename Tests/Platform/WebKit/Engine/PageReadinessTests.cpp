@@ -24,6 +24,7 @@ public:
 
     double height = 3000;
     int imagesPending = 0; // for so many questions
+    Json failed;
     bool isSilent = false; // answers no script
     std::function<void()> onAwait;
     std::vector<std::string> words;
@@ -49,7 +50,11 @@ private:
         if (script.find("documentHeight:") != std::string::npos) {
             words.emplace_back("await");
             if (onAwait) onAwait();
-            return Json::object({{"documentHeight", height}, {"viewHeight", 792}});
+            return Json::object({{"documentHeight", height}, {"viewHeight", 792}, {"failed", failed}});
+        }
+        if (script.find("(addresses)") != std::string::npos) {
+            words.push_back("substitute" + script.substr(script.rfind('(')));
+            failed = {};
         }
         if (script.find("held = true") != std::string::npos) words.emplace_back("hold");
         if (script.find("reveal()") != std::string::npos) words.emplace_back("reveal");
@@ -90,6 +95,27 @@ TEST_F(PageReadinessTest, ATallerPageIsLookedAtWholeBeforeItIsStopped) {
 TEST_F(PageReadinessTest, TheTallViewHasItsBounds) {
     page_.height = 1e9;
     EXPECT_THAT(settle(), ::testing::Contains("height 30000"));
+}
+
+TEST_F(PageReadinessTest, ImagesThatFailedAreChosenAnewFromWhatCanBeHad) {
+    page_.failed = Json::array({Json::object({{"chosen", "1x"}, {"candidates", Json::array({"1x", "2x"})}})});
+    std::vector<std::string> asked;
+    readiness_.setSubstitution([&](const std::string& chosen, const std::vector<std::string>& candidates) {
+        asked = candidates;
+        return chosen == "1x" ? std::vector<std::string>{"2x"} : std::vector<std::string>();
+    });
+    EXPECT_THAT(settle(), ElementsAre("await", "hold", "height 3000", "reveal", "await",
+                                      "substitute([\"2x\"])", "await", "stop", "height 792", "conclude"));
+    EXPECT_THAT(asked, ElementsAre("1x", "2x"));
+}
+
+TEST_F(PageReadinessTest, ImagesThatCannotBeHadAreLeftAlone) {
+    page_.height = 792;
+    page_.failed = Json::array({Json::object({{"chosen", "1x"}, {"candidates", Json::array({"1x"})}})});
+    EXPECT_THAT(settle(), ElementsAre("await", "stop"));
+    page_.words.clear();
+    readiness_.setSubstitution([](const auto&, const auto&) { return std::vector<std::string>(); });
+    EXPECT_THAT(settle(), ElementsAre("await", "stop"));
 }
 
 TEST_F(PageReadinessTest, ImagesThatAreChosenAnewAreAwaited) {

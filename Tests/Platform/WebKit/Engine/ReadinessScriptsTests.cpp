@@ -14,10 +14,15 @@ TEST(ReadinessScripts, WhatMayTakeTimeIsBounded) {
     EXPECT_THAT(revealingScript(std::chrono::milliseconds(1500)), EndsWith(")(1500)"));
 }
 
+TEST(ReadinessScripts, AddressesAreQuoted) {
+    EXPECT_THAT(substitutingScript({"http://a/\"'</script>", "b"}),
+                EndsWith(R"(})(["http://a/\"'</script>","b"]))"));
+}
+
 TEST(ReadinessScripts, NothingOfTheDocumentIsReadByItsNameThere) {
     for (const std::string& script :
          {viewHoldingScript(), readinessScript(std::chrono::milliseconds(1)), holdingScript(),
-          revealingScript(std::chrono::milliseconds(1)), concludingScript()}) {
+          revealingScript(std::chrono::milliseconds(1)), concludingScript(), substitutingScript({})}) {
         // An element may have any name, and then stands in the place of a property of the document.
         EXPECT_THAT(script, Not(HasSubstr(" document."))) << script;
         EXPECT_THAT(script, Not(HasSubstr("(document."))) << script;

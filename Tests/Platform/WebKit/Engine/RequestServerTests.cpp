@@ -159,6 +159,25 @@ TEST_F(RequestServerTest, TellsWhatIsMissing) {
                 HasSubstr(": image odd://a/missing.png, document odd://a/missing.html"));
 }
 
+TEST_F(RequestServerTest, NamesWhatMayStandInForAMissingImage) {
+    serve({{"odd://a/", "page"}, {{"odd://a/2x.png", "image"}, {"odd://a/3x.png", "image"}}});
+    const std::string site = "http://token.example/";
+    ask(site + "1x.png");
+    ask(site + "other.png");
+    const auto held =
+        server_.substitutesFor(site + "1x.png", {site + "1x.png", site + "2x.png", site + "3x.png"});
+    EXPECT_THAT(held, ElementsAre(site + "2x.png", site + "3x.png"));
+    EXPECT_THAT(server_.missing().description(), ::testing::EndsWith(": image odd://a/other.png"));
+    EXPECT_THAT(server_.substitutesFor(site + "other.png", {site + "missing.png"}), IsEmpty());
+    EXPECT_THAT(server_.missing().description(), ::testing::EndsWith(": image odd://a/other.png"));
+}
+
+TEST_F(RequestServerTest, AnImageThatIsStoredNeedsNoOther) {
+    EXPECT_THAT(server_.substitutesFor("http://a/1", {"http://a/1"}), IsEmpty());
+    serve({{"http://a/", "page"}, {{"http://a/1", "image"}, {"http://a/2", "image"}}});
+    EXPECT_THAT(server_.substitutesFor("http://a/1", {"http://a/1", "http://a/2"}), IsEmpty());
+}
+
 TEST_F(RequestServerTest, ARefusedNavigationIsNotMissing) {
     serve({{"http://a/", "page"}});
     owner_.allows = false;
