@@ -106,6 +106,17 @@ WebResource ArchiveIndex::find(Node node, const std::string& url) const {
     return found == all_.end() ? WebResource() : found->second;
 }
 
+WebResource ArchiveIndex::findReadable(const std::string& url) const {
+    if (!readable_) {
+        readable_.emplace();
+        for (const auto& [stored, resource] : all_) {
+            readable_->insert_or_assign(readableURL(stored), resource);
+        }
+    }
+    const auto found = readable_->find(readableURL(url));
+    return found == readable_->end() ? WebResource() : found->second;
+}
+
 WebResource ArchiveIndex::resource(Node node, const std::string& url) const {
     const std::string whole = normalizedURL(url);
     const std::string bare(withoutFragment(whole));
@@ -114,7 +125,7 @@ WebResource ArchiveIndex::resource(Node node, const std::string& url) const {
         if (candidate.empty()) continue;
         if (WebResource found = find(node, candidate)) return found;
     }
-    return {};
+    return whole.empty() ? WebResource() : findReadable(whole);
 }
 
 } // namespace qrv::engine

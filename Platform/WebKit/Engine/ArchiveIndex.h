@@ -33,8 +33,9 @@ public:
     bool hasFramesLeft(Node parent) const;
 
     /// The resource of an address, as seen by the page of `node`: in its own archive, then its ancestors',
-    /// then anywhere; with the fragment, then without; in this scheme, then with https and http exchanged. Of
-    /// several with one address the last one stored counts. nil when there is none.
+    /// then anywhere; with the fragment, then without; in this scheme, then with https and http exchanged; at
+    /// last anywhere under an address that means the same. Of several with one address the last one stored
+    /// counts. nil when there is none.
     WebResource resource(Node node, const std::string& url) const;
 
 private:
@@ -56,11 +57,13 @@ private:
     Node add(const WebArchive& archive, std::optional<Node> parent);
     static void store(Resources& resources, const std::string& url, const WebResource& resource);
     WebResource find(Node node, const std::string& url) const;
+    WebResource findReadable(const std::string& url) const;
     template <class Predicate>
     std::optional<Node> take(Node parent, Predicate matches);
 
     std::vector<Entry> nodes_;
     Resources all_;
+    mutable std::optional<Resources> readable_; // all by their readable addresses, once one is looked for
 };
 
 } // namespace qrv::engine

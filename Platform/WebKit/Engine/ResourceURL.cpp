@@ -1,5 +1,6 @@
 #include "Platform/WebKit/Engine/ResourceURL.h"
 
+#include "Platform/Foundation/Unicode.h"
 #include "Platform/WebKit/Engine/HostName.h"
 #include "Platform/WebKit/Engine/URLText.h"
 
@@ -161,6 +162,14 @@ std::string normalizedURL(std::string_view url) {
     const bool hasSegments = special || pieces.path.starts_with('/');
     result += percentEscaped(hasSegments ? resolvedPath(pieces.path) : pieces.path);
     return result + normalizedTail(pieces.tail, special);
+}
+
+std::string readableURL(std::string_view normalizedURL) {
+    std::string url(withoutFragment(normalizedURL));
+    if (url.starts_with("https://")) url.erase(4, 1);
+    url = percentDecoded(url);
+    const auto text = unicode::fromUTF8(url);
+    return text ? unicode::toUTF8Lossy(unicode::decomposed(*text)) : url;
 }
 
 std::string_view withoutFragment(std::string_view url) {

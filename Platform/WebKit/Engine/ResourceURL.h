@@ -14,6 +14,11 @@ namespace qrv::engine {
 /// escapes. An address that is malformed stays so. In linear time.
 std::string normalizedURL(std::string_view url);
 
+/// The same for all addresses that mean the same to a reader, however they are written: without a fragment,
+/// with http for https, without escapes, and with letters and their marks apart. For addresses in their
+/// normal form, which some of these differ in. No address by itself.
+std::string readableURL(std::string_view normalizedURL);
+
 /// The part before "#".
 std::string_view withoutFragment(std::string_view url);
 

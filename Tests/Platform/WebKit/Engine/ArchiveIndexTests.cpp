@@ -83,6 +83,16 @@ TEST(ArchiveIndex, FallsBackBetweenHTTPSchemes) {
     EXPECT_EQ(text(index, root, "ftp://h/a"), "none");
 }
 
+TEST(ArchiveIndex, AtLastFindsAnAddressThatMeansTheSame) {
+    const ArchiveIndex index = indexOf(
+        archiveList({"http://h/"},
+                    {{"http://h/%7Ea", "tilde"}, {"http://h/%C3%A4", "ae"}, {"http://h/a%2Fb", "escaped"}}));
+    EXPECT_EQ(text(index, root, "http://h/~a"), "tilde");
+    EXPECT_EQ(text(index, root, "https://h/a%cc%88#x"), "ae");
+    EXPECT_EQ(text(index, root, "http://h/a/b"), "escaped");
+    EXPECT_EQ(text(index, root, "http://h/A"), "none");
+}
+
 TEST(ArchiveIndex, TriesOnceMoreWithoutTheFragment) {
     const ArchiveIndex index = indexOf(
         archiveList({"http://h/"}, {{"http://h/a", "a"}, {"http://h/a#x", "x"}, {"http://h/b#y", "y"}}));

@@ -149,6 +149,28 @@ TEST(StandInAddress, LeavesWhatTheEngineLoads) {
     }
 }
 
+TEST(ReadableURL, IsTheSameHoweverAnAddressIsWritten) {
+    for (const auto& [one, other] : {
+             std::pair("http://h/%7Ea%41", "http://h/~aA"),
+             {"http://h/%c3%a4", "http://h/%C3%A4"},
+             {"http://h/%C3%A4", "http://h/a%CC%88"},
+             {"https://h/a#x", "http://h/a"},
+             {"http://h/?a=%2b%5B", "http://h/?a=+["},
+         }) {
+        EXPECT_EQ(readableURL(one), readableURL(other)) << one;
+    }
+    for (const auto& [one, other] : {
+             std::pair("http://h/a", "http://h/A"),
+             {"http://h/?a", "http://h/?b"},
+             {"http://h/a", "ftp://h/a"},
+             {"http://h/%FF", "http://h/%FE"},
+             {"http://h/a+b", "http://h/a%20b"},
+         }) {
+        EXPECT_NE(readableURL(one), readableURL(other)) << one;
+    }
+    EXPECT_EQ(readableURL(""), "");
+}
+
 TEST(StandInAddress, NamesTheBeginningsOfWhatLiesBesideIt) {
     using Stems = std::vector<std::string>;
     const auto stems = [](const char* url) { return StandInAddress(url, "token").stems(); };
