@@ -78,6 +78,7 @@ void RequestServer::requestPaused(const std::string& session, const Json& event)
                     .engineURL = wanted["url"].string(),
                     .url = {},
                     .origin = originOf(wanted["headers"]),
+                    .headers = wanted["headers"]["Access-Control-Request-Headers"].string(),
                     .type = event["resourceType"].string(),
                     .isDocument = event["resourceType"].string() == "Document"};
     ++asked_;
@@ -130,8 +131,10 @@ void RequestServer::answer(const Request& request, const WebResource& resource) 
         return;
     }
     ++answered_;
-    const ResourceRequest asked{
-        .url = request.engineURL, .origin = request.origin, .isDocument = request.isDocument};
+    const ResourceRequest asked{.url = request.engineURL,
+                                .origin = request.origin,
+                                .headers = request.headers,
+                                .isDocument = request.isDocument};
     devTools_.send(request.session, "Fetch.fulfillRequest",
                    Json::object({{"requestId", request.identifier},
                                  {"responseCode", 200},

@@ -59,7 +59,8 @@ private:
         std::string engineURL; // as the engine asks
         std::string url;       // as the archive knows it
         std::string origin;
-        std::string type; // what it is for, in the engine's word
+        std::string headers; // that it asks leave for
+        std::string type;    // what it is for, in the engine's word
         bool isDocument = false;
     };
 

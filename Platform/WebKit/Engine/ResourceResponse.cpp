@@ -59,6 +59,9 @@ Json responseHeaders(const WebResource& resource, const ResourceRequest& request
     // Fonts, modules and fetched data of other origins were allowed when the page was saved.
     headers.push_back(header("Access-Control-Allow-Origin", request.origin.empty() ? "*" : request.origin));
     if (!request.origin.empty()) headers.push_back(header("Access-Control-Allow-Credentials", "true"));
+    if (!request.headers.empty()) {
+        headers.push_back(header("Access-Control-Allow-Headers", request.headers));
+    }
     // Without it an http frame in an https page is blocked before it is ever asked for.
     if (request.isDocument && schemeOf(request.url) == "https") {
         headers.push_back(header("Content-Security-Policy", "upgrade-insecure-requests"));

@@ -12,7 +12,8 @@ namespace qrv::engine {
 
 struct ResourceRequest {
     std::string url;
-    std::string origin; ///< the request's Origin header; empty without one
+    std::string origin;       ///< the request's Origin header; empty without one
+    std::string headers = {}; ///< that a request to come wants to have, where this one asks for leave
     bool isDocument = false;
 };
 

@@ -148,6 +148,14 @@ TEST_F(RequestServerTest, WhatIsMissingFailsAtOnce) {
     EXPECT_EQ(server_.answered(), 2u);
 }
 
+TEST_F(RequestServerTest, AllowsTheHeadersThatAreAskedFor) {
+    serve({{"http://a/", "page"}, {{"http://b/d", "data"}}});
+    headers_ = Json::object({{"Origin", "http://a"}, {"Access-Control-Request-Headers", "x-own"}});
+    ask("http://b/d", "M", "XHR");
+    EXPECT_THAT(transport_.sent.back()["params"]["responseHeaders"].serialize(),
+                HasSubstr(R"({"name":"Access-Control-Allow-Headers","value":"x-own"})"));
+}
+
 TEST_F(RequestServerTest, TellsWhatIsMissing) {
     serve({{"odd://a/", "page"}, {{"odd://a/big", std::string((std::size_t{74} << 20) + 1, 'x')}}});
     askForDocument("http://token.example/");

@@ -34,6 +34,13 @@ TEST(ResourceResponse, ContentTypeIsTheStoredTypeAndEncoding) {
     EXPECT_EQ(contentType(resource(u"application/vnd.x-y_z+json"), false), "application/vnd.x-y_z+json");
 }
 
+TEST(ResourceResponse, AllowsTheHeadersThatAreAskedFor) {
+    EXPECT_EQ(
+        headers(resource(u"a/b"), {.url = "http://h/", .origin = "http://o", .headers = "x-own,x-other"})
+            .at("Access-Control-Allow-Headers"),
+        "x-own,x-other");
+}
+
 TEST(ResourceResponse, KindsOfTextAreShownAsPlainText) {
     for (const char16_t* type : {u"text/css", u"TEXT/CSV", u"text/javascript", u"application/javascript",
                                  u"application/x-javascript", u"application/json", u"text/css; a=b"}) {
