@@ -1,14 +1,28 @@
-"""Judges PDF files through poppler's tools: pages, boxes, text, attributes and sampled pixels."""
+"""Judges PDF files through the tools of poppler, mupdf and qpdf: pages, boxes, text, attributes, outline,
+structure and sampled pixels."""
 
 import re
 import subprocess
 from dataclasses import dataclass
 
 
+# What programs say of themselves and not of a file.
+OF_THE_BUILD = ("warning: ICC support is not available",)
+
+
 def _run(*command):
     done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
     if done.returncode != 0:
         raise AssertionError(f"{command[0]} refused the file: {done.stderr.decode(errors='replace')}")
+    return done.stdout
+
+
+def _run_in_silence(*command):
+    """Also what a program only warns of counts as a refusal."""
+    done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
+    complaints = [line for line in done.stderr.decode(errors="replace").splitlines() if line not in OF_THE_BUILD]
+    if done.returncode != 0 or complaints:
+        raise AssertionError(f"{command[0]} complains: {complaints}")
     return done.stdout
 
 
@@ -20,6 +34,16 @@ class Word:
     top: float
     right: float
     bottom: float
+
+
+@dataclass
+class Entry:
+    """An entry of the outline; level 1 is the outermost, top is counted in points from the page's top."""
+    level: int
+    title: str
+    page: int
+    left: float
+    top: float
 
 
 @dataclass
@@ -80,6 +104,30 @@ class PDF:
             if found:
                 words.append(Word(found.group(5), page, *(float(found.group(n)) for n in range(1, 5))))
         return words
+
+    def outline(self):
+        entries = []
+        for line in _run("mutool", "show", self.path, "outline").decode().splitlines():
+            found = re.fullmatch(r'[-+|](\t+)"(.*)"\t#page=(\d+)&zoom=[^,]*,([^,]+),(.+)', line)
+            if not found:
+                raise AssertionError(f"not an outline entry that leads to a place: {line}")
+            tabs, title, page, left, top = found.groups()
+            entries.append(Entry(len(tabs), title, int(page), float(left), float(top)))
+        return entries
+
+    def structure(self):
+        """The structure tree as indented lines: element kinds, and texts in quotes."""
+        return _run_in_silence("pdfinfo", "-struct-text", self.path).decode()
+
+    def catalog(self, name):
+        """An entry of the catalog, as the file writes it; "null" when there is none."""
+        return _run("mutool", "show", self.path, f"trailer/Root/{name}").decode().strip()
+
+    def assert_valid(self):
+        """Nothing that any of three programs would have to repair or complain of."""
+        _run_in_silence("qpdf", "--check", self.path)
+        _run_in_silence("mutool", "draw", "-q", "-F", "txt", "-o", "/dev/null", self.path)
+        _run_in_silence("pdftotext", self.path, "/dev/null")
 
     def links(self):
         """The addresses of the page's outward links, in order."""

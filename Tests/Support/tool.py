@@ -210,6 +210,7 @@ class ToolTestCase(unittest.TestCase):
             told = f"{error.domain} {error.code} {error.user_info}\n"
         self.assertEqual(result, {"succeeded": True, "path": run.output}, told + run.log.text)
         self.assertTrue(os.path.isfile(run.output))
+        run.pdf.assert_valid()
 
     def assert_failure(self, run, domain, code, user_info=None, text=None):
         """The failed result, exact; user_info and text are compared when they are given."""
