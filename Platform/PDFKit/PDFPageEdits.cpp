@@ -1,6 +1,8 @@
 #include "Platform/PDFKit/PDFPageEdits.h"
 
 #include "Platform/PDFKit/PDFFile.h"
+#include "Platform/PDFKit/PDFOutline.h"
+#include "Platform/PDFKit/PDFStructure.h"
 
 #include <cmath>
 #include <map>
@@ -232,6 +234,9 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
     if (!document) return {};
     try {
         PageEditor(*document, edits).run();
+        if (edits.language) setLanguage(*document, *edits.language);
+        correctOutline(*document, edits.headings);
+        mapStructureRoles(*document);
     } catch (const std::exception&) {
         return {};
     }

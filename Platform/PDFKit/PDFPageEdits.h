@@ -12,6 +12,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace qrv {
 
@@ -24,10 +25,17 @@ struct PDFPageEdits {
     /// Gives each link's address, once, a new one; a link whose new address is empty leads nowhere. Null
     /// leaves links alone. Must not throw.
     std::function<std::string(const std::string&)> mapLink;
+    /// The document's language, a tag such as "de-CH", in place of what the renderer took it for; empty for
+    /// none.
+    std::optional<std::string> language;
+    /// The texts of the headings that the outline was made of (UTF-8, in the document's order). Its entries,
+    /// which lose spaces where lines are broken, get these texts where they can be told to belong together.
+    std::vector<std::string> headings;
 };
 
-/// The document with the edits made. nil for data that is no PDF, is encrypted or damaged, and for sizes and
-/// scales that are not finite and positive or lead to a page larger than 1e8 points.
+/// The document with the edits made and with its structure readable by programs that know no PDF 2.0. nil for
+/// data that is no PDF, is encrypted or damaged, and for sizes and scales that are not finite and positive or
+/// lead to a page larger than 1e8 points.
 NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf);
 
 } // namespace qrv

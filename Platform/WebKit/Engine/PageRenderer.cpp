@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/Base64.h"
 #include "Platform/PDFKit/PDFPageEdits.h"
+#include "Platform/WebKit/Engine/DocumentDescription.h"
 #include "Platform/WebKit/Engine/PageScripts.h"
 
 #include <chrono>
@@ -80,18 +81,24 @@ std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
                                                              {"marginBottom", 0},
                                                              {"marginLeft", 0},
                                                              {"marginRight", 0},
-                                                             {"pageRanges", plan.pageRanges}}),
+                                                             {"pageRanges", plan.pageRanges},
+                                                             {"generateTaggedPDF", true},
+                                                             {"generateDocumentOutline", true}}),
                                                printLimit);
     if (!reply.ok()) return std::nullopt;
     std::optional<std::string> pdf = base64Decode(reply.result["data"].stringView());
     return pdf ? std::optional(NSData(std::move(*pdf))) : std::nullopt;
 }
 
-NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan) const {
+NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan) {
+    DocumentDescription document =
+        documentDescriptionFromJson(world_.evaluate(describingScript()).value_or(Json()));
     PDFPageEdits edits;
     edits.scale = 1 / plan.shrink;
     edits.size = NSSize{plan.pageWidth, plan.pageHeight};
     edits.mapLink = linkMapping_;
+    edits.language = std::move(document.language);
+    edits.headings = std::move(document.headings);
     return pdfByApplying(edits, pdf);
 }
 

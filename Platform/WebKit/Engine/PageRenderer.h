@@ -50,7 +50,7 @@ private:
     std::optional<PageMeasurements> measure(LayoutSize view);
     NSData print(const PrintPlan& plan, const PrintPlan& plain);
     std::optional<NSData> attempt(const PrintPlan& plan);
-    NSData edited(const NSData& pdf, const PrintPlan& plan) const;
+    NSData edited(const NSData& pdf, const PrintPlan& plan);
 
     DevToolsClient& devTools_;
     std::string session_;

@@ -1,8 +1,10 @@
 #include "Platform/WebKit/Engine/PageRenderer.h"
 
 #include "Platform/Foundation/Base64.h"
+#include "Platform/WebKit/Engine/DocumentDescription.h"
 #include "Tests/Platform/PDFKit/SamplePDF.h"
 #include "Tests/Platform/WebKit/Engine/ScriptedTransport.h"
+#include "Tests/Support/TemporaryFolder.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>
@@ -32,6 +34,7 @@ public:
     bool dies = false;
     bool keepsPromises = true;
     Json title = "A page";
+    Json description;
     std::vector<std::string> prints; // the page ranges asked for
 
 private:
@@ -73,6 +76,7 @@ private:
                                   {"rootWidth", 612},
                                   {"rootHeight", 1000}});
         }
+        if (params["expression"].string() == describingScript()) value = description;
         reply(id.integer(), Json::object({{"result", Json::object({{"value", value}})}}));
     }
 
@@ -141,6 +145,14 @@ TEST_F(PageRendererTest, APageMayHaveNoTitle) {
     EXPECT_TRUE(renderer_.title()->isNil());
 }
 
+TEST_F(PageRendererTest, TheDocumentsLanguageIsThatOfThePDF) {
+    transport_.description = Json::object({{"language", "de-CH"}});
+    const TemporaryFolder folder;
+    folder.write("out.pdf", renderer_.screenPDF().bytes());
+    EXPECT_EQ(outputOf("mutool show '" + (folder.path() / "out.pdf").string() + "' trailer/Root/Lang"),
+              "(de-CH)\n");
+}
+
 TEST_F(PageRendererTest, WhatCannotBePrintedBehindAPageIsPrintedPlainly) {
     transport_.printsToRefuse = 1;
     EXPECT_FALSE(renderer_.screenPDF().isNil());
@@ -173,6 +185,7 @@ TEST_F(PageRendererTest, SettingsReachThePage) {
     for (const Json& command : transport_.sent) all += command["params"].serialize();
     EXPECT_THAT(all, HasSubstr(R"({"media":"print"})"));
     EXPECT_THAT(all, HasSubstr(R"("printBackground":true)"));
+    EXPECT_THAT(all, HasSubstr(R"("generateTaggedPDF":true,"generateDocumentOutline":true)"));
     EXPECT_THAT(all, HasSubstr(R"("width":800,"height":600)"));
 }
 
