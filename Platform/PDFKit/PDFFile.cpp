@@ -18,6 +18,15 @@ std::shared_ptr<QPDF> makeDocument(const NSData& bytes) {
     return {address, [document, bytes](QPDF*) {}};
 }
 
+/// The library compresses no data to no data, which no reader can decompress.
+void keepEmptyStreams(QPDF& document) {
+    for (QPDFObjectHandle& object : document.getAllObjects()) {
+        if (!object.isStream()) continue;
+        QPDFObjectHandle length = object.getDict().getKey("/Length");
+        if (length.isInteger() && length.getIntValue() == 0) object.setFilterOnWrite(false);
+    }
+}
+
 } // namespace
 
 std::shared_ptr<QPDF> openPDF(const NSData& bytes) {
@@ -34,6 +43,7 @@ std::shared_ptr<QPDF> openPDF(const NSData& bytes) {
 
 NSData serializePDF(QPDF& document) {
     try {
+        keepEmptyStreams(document);
         QPDFWriter writer(document);
         writer.setOutputMemory();
         writer.setObjectStreamMode(qpdf_o_generate);

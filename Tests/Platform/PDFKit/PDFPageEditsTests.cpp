@@ -245,6 +245,16 @@ TEST_F(PDFPageEditsTest, NoEditsKeepThePages) {
     EXPECT_THAT(run("pdfinfo"), Not(HasSubstr("Error")));
 }
 
+TEST_F(PDFPageEditsTest, EmptyContentsStayReadable) {
+    const std::string pdf =
+        makePDF({"<</Type /Catalog /Pages 2 0 R>>", "<</Type /Pages /Kids [3 0 R] /Count 1>>",
+                 "<</Type /Page /Parent 2 0 R /MediaBox [0 0 100 200] /Contents 4 0 R>>", makeStream("")});
+    apply({}, pdf);
+    EXPECT_THAT(run("mutool draw -q -o /dev/null -F txt"), Not(HasSubstr("flate")));
+    apply({}, folder_.read("out.pdf"));
+    EXPECT_THAT(run("mutool draw -q -o /dev/null -F txt"), Not(HasSubstr("flate")));
+}
+
 TEST_F(PDFPageEditsTest, RefusesWhatIsNoPDF) {
     EXPECT_TRUE(pdfByApplying(sized(1, 1), NSData()).isNil());
     EXPECT_TRUE(pdfByApplying(sized(1, 1), NSData::data()).isNil());
