@@ -115,5 +115,70 @@ class StyleTests(PrintTestCase):
         self.assertEqual([pdf.text(number).split() for number in (1, 2)], [["One"], ["Two"]])
 
 
+class FixedBoxTests(PrintTestCase):
+    """Boxes that are fixed to the view appear once, where they are in the view, and cover no later page."""
+
+    def print_with_box(self, style, root="", text="F1X"):
+        paragraphs = "".join(f'<p style="height:40px">Paragraph{number:04d}</p>' for number in range(80))
+        return self.print(html_archive(
+            f"<!DOCTYPE html><style>html{{{root}}}body{{margin:0}}p{{margin:0 0 0 300px}}"
+            f"#box{{position:fixed;background:{css(RED)};{style}}}</style><div id=box>{text}</div>{paragraphs}"))
+
+    def assert_once(self, pdf, left, top, right, bottom):
+        """The box reaches over these points of the first page and is nowhere else."""
+        self.assertEqual([word.page for word in pdf.words() if word.text == "F1X"], [1])
+        for number in range(1, pdf.page_count + 1):
+            picture = pdf.picture(number)
+            red = [(x, y) for y in range(1, picture.height, 4) for x in range(1, picture.width, 4)
+                   if near(picture.pixel(x, y), RED)]
+            if number > 1:
+                self.assertEqual(red, [], f"page {number}")
+                continue
+            for edge, expected in ((min(x for x, _ in red), left), (min(y for _, y in red), top),
+                                   (max(x for x, _ in red), right), (max(y for _, y in red), bottom)):
+                self.assertAlmostEqual(edge, expected, delta=4)
+        self.assertGreater(pdf.page_count, 3)
+        self.assertEqual([word.text for word in pdf.words() if word.text != "F1X"],
+                         [f"Paragraph{number:04d}" for number in range(80)])
+
+    def test_bars_and_overlays(self):
+        for style, edges in {"top:0;left:0;right:0;height:40px": (36, 36, 576, 66),
+                             "bottom:0;left:0;right:0;height:40px": (36, 726, 576, 756),
+                             "top:0;bottom:0;left:0;width:200px": (36, 36, 186, 756),
+                             "top:0;left:0;width:200px;height:100vh": (36, 36, 186, 756),
+                             "inset:0": (36, 36, 576, 756)}.items():
+            with self.subTest(style):
+                self.assert_once(self.print_with_box(style), *edges)
+
+    def test_roots_with_a_box_of_their_own(self):
+        for root in ("height:100%", "min-height:100%", "padding:10px;margin:5px;border-left:3px solid"):
+            with self.subTest(root):
+                left = 36 + (2.25 if "border" in root else 0)
+                pdf = self.print_with_box("bottom:0;left:0;right:0;height:40px", root)
+                self.assert_once(pdf, left, 726, 576, 756)
+
+    def test_box_of_a_short_page(self):
+        pdf = self.print(html_archive(f"<!DOCTYPE html><style>#box{{position:fixed;bottom:0;left:0;width:80px;height:40px;"
+                                      f"background:{css(RED)}}}</style><div id=box></div><p>Text</p>"))
+        self.assertEqual(pdf.page_count, 1)
+        self.assertTrue(near(pdf.picture().pixel(60, 750), RED))
+
+    def test_sticky_header(self):
+        body = ('<h1>Title</h1><div style="position:sticky;top:0;height:40px">S1X</div>'
+                + "".join(f"<p>Paragraph{number:04d}</p>" for number in range(100)))
+        pdf = self.print(page(body))
+        self.assertGreater(pdf.page_count, 3)
+        words = [word for word in pdf.words() if word.text in ("Title", "S1X", "Paragraph0000")]
+        self.assertEqual([word.text for word in sorted(words, key=lambda word: (word.page, word.top))],
+                         ["Title", "S1X", "Paragraph0000"])
+
+    def test_background_still_runs_over_the_whole_document(self):
+        body = f"<style>body{{background:linear-gradient({css(RED)},{css(BLUE)})}}</style><p style='height:2000px'>Text</p>"
+        pdf = self.print(page(body))
+        self.assertEqual(pdf.page_count, 3)
+        red, blue = pdf.picture(1).pixel(300, 40), pdf.picture(3).pixel(300, 60)
+        self.assertTrue(near(red, RED, 25) and near(blue, BLUE, 25), (red, blue))
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -137,6 +137,36 @@ void addContainedBox(StyleRule& root, const PageMeasurements& m, const RootBox& 
     root.add("max-height", "none");
 }
 
+// The engine repeats fixed boxes on every page, over its text. In a root that contains them each appears
+// once; and where the root is no higher than the view, with the rest of the document hanging out of it, they
+// stand where they stand in the view. A root that other positioned boxes refer to keeps its height: fixed
+// boxes then refer to the whole document. Margins become padding, since a page break swallows them.
+RootBox pagedBox(const PageMeasurements& m) {
+    if (m.rootIsContainer) {
+        RootBox box = boxOnScreen(m);
+        box.padding.top += std::max(0.0, m.rootMarginTop);
+        return box;
+    }
+    RootBox box = boxAsView(m);
+    box.border = {};
+    return box;
+}
+
+void addPagedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box) {
+    root.add("contain", "layout");
+    // Where lines run from the right, a left margin counts only if the right one is free.
+    root.add("margin", pixels(m.viewHeight) + " auto 0 " + pixels(box.marginLeft));
+    root.add("border-width", lengths(box.border));
+    root.add("padding", lengths(box.padding));
+    if (m.rootIsContainer) return;
+    if (m.rootHeightIsAuto) {
+        root.add("min-height", pixels(box.contentHeight));
+        root.add("max-height", pixels(box.contentHeight));
+    } else {
+        root.add("height", pixels(box.contentHeight));
+    }
+}
+
 double inches(double points) {
     return points / pointsPerInch;
 }
@@ -235,23 +265,18 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     sheet.add(
         pageRule("document:first", pixels(m.viewWidth * plan.scale), pixels(m.viewHeight * plan.scale), "0"));
     StyleRule root("html");
-    RootBox box = boxOnScreen(m);
+    RootBox box = pagedBox(m);
+    BodyPins pins = pinsIn(box, m);
     box.marginLeft += leftOverflow(m);
     addRootInPlace(root, box);
-    // A page break swallows margins.
-    box.padding.top += std::max(0.0, m.rootMarginTop);
-    root.add("padding", lengths(box.padding));
-    // Where lines run from the right, a left margin counts only if the right one is free.
-    root.add("margin", pixels(m.viewHeight) + " auto 0 " + pixels(box.marginLeft));
+    addPagedBox(root, m, box);
     // Without a document type html and body fill the view, but not behind the viewport page unless told so.
     bool keepsHeight = m.isQuirky && documentHeight(m) <= m.viewHeight;
     if (keepsHeight) root.add("height", pixels(m.rootHeight));
     addCanvas(plan, root, m, box);
     sheet.add(root);
-    BodyPins pins;
-    pins.across = runsRightToLeft(m) || keepsHeight;
-    pins.left = m.bodyMarginLeft;
-    pins.height = keepsHeight;
+    pins.across = pins.across || keepsHeight;
+    pins.height = pins.height || keepsHeight;
     addBody(sheet, m, pins);
     plan.styleSheet = sheet.text();
     return plan;

@@ -18,6 +18,8 @@ PAGES = [
          style="#a{position:absolute;left:1000px;top:100px;width:200px;height:80px;background:#fc8}"),
     page("cut-across", "A body that hides what is too wide", f"<div style='width:200vw;{RAINBOW}'>hiding</div>" + paragraphs(10),
          style="body{margin:0;overflow-x:hidden}"),
+    page("narrow-minimum", "A root with a least width", "<div id=r>right</div>" + paragraphs(15),
+         style="html{min-width:980px;background:#eef}#r{position:absolute;right:0;top:0;width:50px;height:50px;background:#c33}"),
     page("ten-thousand", "10,000 px across", f"<div style='width:10000px;{RAINBOW}'>start</div>"
          "<div style='width:10000px;text-align:right'>end</div>" + paragraphs(4), style="body{margin:0}"),
     page("rtl-narrow", "Right to left, within the view", "<p>first</p>" + paragraphs(8), root="dir=rtl",

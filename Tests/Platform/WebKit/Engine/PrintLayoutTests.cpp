@@ -342,7 +342,6 @@ TEST(PrintLayout, PaginatedPlanFitsTheWidth) {
         // The document is as wide as the space between the margins of the page that is printed.
         double printed = std::max(c.width, 720.0) * plan.scale * 0.75;
         EXPECT_NEAR(printed, 540 * plan.shrink, 1e-9);
-        EXPECT_EQ(valueOf(plan, "html", "contain"), "");
     }
 }
 
@@ -374,6 +373,29 @@ TEST(PrintLayout, MarginsLeaveRoomForContent) {
     for (const auto& c : cases) {
         PrintPlan plan = paginatedPlan(page(96, 96, 96, 96), 612, 792, c.margin);
         EXPECT_EQ(valueOf(plan, "@page document", "margin"), c.used) << c.margin;
+    }
+}
+
+TEST(PrintLayout, FixedBoxesOfPaginatedPagesReferToTheView) {
+    PageMeasurements m = page(720, 3000, 720, 960);
+    m.rootBorderTop = 5;
+    m.rootPaddingTop = 10;
+    m.rootMarginTop = 20;
+    PrintPlan plan = paginatedPlan(m, 612, 792, 36);
+    EXPECT_EQ(valueOf(plan, "html", "contain"), "layout");
+    EXPECT_EQ(valueOf(plan, "html", "min-height"), "925px");
+    EXPECT_EQ(valueOf(plan, "html", "max-height"), "925px");
+}
+
+TEST(PrintLayout, FixedBoxesReferToTheDocumentWhereTheRootsHeightMatters) {
+    PageMeasurements container = page(720, 3000, 720, 960);
+    container.rootIsContainer = true;
+    PageMeasurements high = page(720, 3000, 720, 960);
+    high.rootHeightIsAuto = false;
+    for (const PageMeasurements& m : {container, high}) {
+        PrintPlan plan = paginatedPlan(m, 612, 792, 36);
+        EXPECT_EQ(valueOf(plan, "html", "contain"), "layout");
+        EXPECT_EQ(valueOf(plan, "html", "max-height"), "");
     }
 }
 
