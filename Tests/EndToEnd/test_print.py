@@ -25,13 +25,14 @@ class PrintTestCase(ToolTestCase):
         return self.print(archive, quick=False, **options)
 
     def assert_edges(self, pdf, left, top, right):
-        """The red box reaches from margin to margin and begins at the top margin, to a point."""
-        picture = pdf.picture()
-        middle = int(top) + 20
-        for (x, y), colour in {(left - 2, middle): WHITE, (left + 2, middle): RED, (right - 3, middle): RED,
-                               (right + 2, middle): WHITE, (left + 20, top - 2): WHITE,
-                               (left + 20, top + 2): RED}.items():
-            self.assertTrue(near(picture.pixel(x, y), colour), f"{picture.pixel(x, y)} at {x}, {y}")
+        """The red box reaches from margin to margin and begins at the top margin, to half a point."""
+        picture = pdf.picture(dpi=288)
+        inside = top + 20
+        for (x, y), colour in {(left - 0.5, inside): WHITE, (left + 0.5, inside): RED, (right - 0.75, inside): RED,
+                               (right + 0.5, inside): WHITE, (left + 20, top - 0.5): WHITE,
+                               (left + 20, top + 0.5): RED}.items():
+            colour_there = picture.pixel(x * 4, y * 4)
+            self.assertTrue(near(colour_there, colour), f"{colour_there} at {x}, {y}")
 
 
 class PaperTests(PrintTestCase):
@@ -76,9 +77,9 @@ class MarginTests(PrintTestCase):
 
 class FitTests(PrintTestCase):
     def test_nothing_is_cut_at_the_right(self):
-        for width in (800, 1500, 5000, 9000):
+        for width in (800, 1500, 5000, 9000, 10000, 20000):
             with self.subTest(width):
-                pdf = self.print(wide(width), name=f"{width}.pdf")
+                pdf = self.print(wide(width, width // 5), name=f"{width}.pdf")
                 self.assertIn("RightEnd", pdf.text())
                 self.assert_edges(pdf, 36, 36, 576)
                 self.assertEqual(pdf.size(), (612, 792))
