@@ -140,7 +140,9 @@ EngineChild::EngineChild(const Command& command) {
                    engineSteps.get(),
                    ::getpid()};
     SignalsBlocked blocked;
-    pid_ = checked(::fork(), "starting the engine");
+    // No handlers for forks: one that starts a thread, as the thread sanitizer's does, would bar the child
+    // from user namespaces.
+    pid_ = checked(::_Fork(), "starting the engine");
     if (pid_ == 0) runChild(plan);
 }
 
