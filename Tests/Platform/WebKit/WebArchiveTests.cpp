@@ -2,7 +2,7 @@
 
 #include "Platform/Foundation/NSNumber.h"
 #include "Tests/Platform/Foundation/Printing.h"
-#include "Tests/Platform/WebKit/ArchiveSamples.h"
+#include "Tests/Platform/WebKit/TestArchive.h"
 
 #include <gtest/gtest.h>
 
@@ -26,12 +26,10 @@ NSDictionary resourceWith(const char16_t* key, const id& value) {
 }
 
 TEST(WebArchive, ReadsResourcesAndFramesInOrder) {
-    NSMutableDictionary main = resourceList({"http://h/", "page", "top"});
-    main.setObject_forKey(NSString(u"UTF-8"), NSString(u"WebResourceTextEncodingName"));
-    NSMutableDictionary list = archiveList(
-        {}, {{"http://h/1"}, {"http://h/2"}, {"http://h/1"}},
+    const NSMutableDictionary list = archiveList(
+        {.url = "http://h/", .text = "page", .frameName = "top"},
+        {{"http://h/1"}, {"http://h/2"}, {"http://h/1"}},
         {archiveList({"http://h/f"}, {}, {archiveList({"http://h/g"})}), archiveList({"http://h/e"})});
-    list.setObject_forKey(main.copy(), NSString(u"WebMainResource"));
     for (const auto format : {NSPropertyListBinaryFormat_v1_0, NSPropertyListXMLFormat_v1_0}) {
         const WebArchive archive = WebArchive::initWithData(archiveFile(list.copy(), format));
         EXPECT_EQ(archive.mainResource().data().bytes(), "page");
@@ -198,7 +196,7 @@ TEST(HostileWebArchive, InvalidFramesCountToo) {
 }
 
 TEST(HostileWebArchive, HundredThousandResourcesAreRead) {
-    std::vector<SampleResource> resources;
+    std::vector<TestResource> resources;
     for (int i = 0; i < 100'000; ++i) resources.push_back({"http://h/" + std::to_string(i)});
     const WebArchive archive = archiveOf(archiveList({"http://h/"}, resources));
     ASSERT_EQ(archive.subresources().count(), 100'000u);

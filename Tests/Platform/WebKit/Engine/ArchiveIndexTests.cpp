@@ -1,6 +1,6 @@
 #include "Platform/WebKit/Engine/ArchiveIndex.h"
 
-#include "Tests/Platform/WebKit/ArchiveSamples.h"
+#include "Tests/Platform/WebKit/TestArchive.h"
 
 #include <gtest/gtest.h>
 
@@ -14,8 +14,8 @@ constexpr Node root = ArchiveIndex::root;
 
 /// A frame's archive; its text is its address unless another is given.
 NSMutableDictionary frame(const std::string& url, const std::string& name = {}, const std::string& text = {},
-                          const std::vector<SampleResource>& resources = {}, const Frames& frames = {}) {
-    return archiveList({url, text.empty() ? url : text, name}, resources, frames);
+                          const std::vector<TestResource>& resources = {}, const Frames& frames = {}) {
+    return archiveList({.url = url, .text = text.empty() ? url : text, .frameName = name}, resources, frames);
 }
 
 ArchiveIndex indexOf(const NSMutableDictionary& list) {
@@ -105,9 +105,9 @@ TEST(ArchiveIndex, TriesOnceMoreWithoutTheFragment) {
 }
 
 TEST(ArchiveIndex, ResourceWithoutFragmentBeatsOneWith) {
-    for (const std::vector<SampleResource>& order :
-         {std::vector<SampleResource>{{"http://h/a", "a"}, {"http://h/a#x", "x"}},
-          std::vector<SampleResource>{{"http://h/a#x", "x"}, {"http://h/a", "a"}}}) {
+    for (const std::vector<TestResource>& order :
+         {std::vector<TestResource>{{"http://h/a", "a"}, {"http://h/a#x", "x"}},
+          std::vector<TestResource>{{"http://h/a#x", "x"}, {"http://h/a", "a"}}}) {
         EXPECT_EQ(text(indexOf(archiveList({"http://h/"}, order)), root, "http://h/a"), "a");
     }
 }
@@ -274,7 +274,7 @@ TEST(HostileArchiveIndex, ThousandsOfFramesAreEachTakenOnce) {
 }
 
 TEST(HostileArchiveIndex, ManyResourcesAreFound) {
-    std::vector<SampleResource> resources;
+    std::vector<TestResource> resources;
     for (int i = 0; i < 20'000; ++i)
         resources.push_back({"http://h/" + std::to_string(i), std::to_string(i)});
     const ArchiveIndex index = indexOf(archiveList({"http://h/"}, resources));
