@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <list>
 #include <random>
 #include <utility>
 
@@ -86,6 +87,7 @@ private:
     void fail(const NSError& error);
     bool canRender();
     NSData drawn(const NSData& pdf);
+    std::function<void(NSString)> onceInTime(std::function<void(NSString)> answer);
     void completeMainFrame(const std::function<void()>& done);
     void queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer);
     NSURL storedURL(std::string_view engineURL) const;
@@ -108,7 +110,7 @@ private:
     bool toldOfMissing_ = false;
     std::vector<DevToolsClient::Subscription> subscriptions_;
     NSRunLoop::Timer startTimer_;
-    std::vector<NSRunLoop::Timer> answerTimers_;
+    std::list<NSRunLoop::Timer> answerTimers_; // of the questions that are open
     std::shared_ptr<bool> alive_ =
         std::make_shared<bool>(true); // for posted functions, which may come too late
 };
@@ -282,23 +284,29 @@ std::string EnginePage::storedLink(const std::string& link) const {
     return address_ ? address_->storedURL(link) : link;
 }
 
+/// Makes a function that hands on what it is called with first: the answer or, after answerLimit, nil.
+std::function<void(NSString)> EnginePage::onceInTime(std::function<void(NSString)> answer) {
+    const auto once = std::make_shared<std::function<void(NSString)>>(std::move(answer));
+    const auto timer = answerTimers_.emplace(answerTimers_.end());
+    const auto reply = [this, once, timer](const NSString& text) {
+        const auto waiting = std::exchange(*once, nullptr);
+        if (!waiting) return;
+        answerTimers_.erase(timer);
+        waiting(text);
+    };
+    *timer = loop_.scheduleTimer(answerLimit, [reply] { reply({}); });
+    return reply;
+}
+
 /// A page whose script never ends does not take what is stored for its blank frames.
 void EnginePage::completeMainFrame(const std::function<void()>& done) {
-    const auto once = std::make_shared<std::function<void()>>(done);
-    const auto reply = [once] {
-        if (const auto waiting = std::exchange(*once, nullptr)) waiting();
-    };
-    answerTimers_.push_back(loop_.scheduleTimer(answerLimit, reply));
-    requests_->fillBlankFrames(reply);
+    const auto reply = onceInTime([done](const NSString&) { done(); });
+    requests_->fillBlankFrames([reply] { reply({}); });
 }
 
 /// In a world of the frame's own scripts do not reach. What does not answer in time has no title.
 void EnginePage::queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer) {
-    const auto once = std::make_shared<std::function<void(NSString)>>(std::move(answer));
-    const auto reply = [once](const NSString& title) {
-        if (const auto waiting = std::exchange(*once, nullptr)) waiting(title);
-    };
-    answerTimers_.push_back(loop_.scheduleTimer(answerLimit, [reply] { reply({}); }));
+    const auto reply = onceInTime(std::move(answer));
     devTools_->send(session_, "Page.createIsolatedWorld",
                     Json::object({{"frameId", engineFrame}, {"worldName", PageWorld::name}}),
                     [this, reply](const DevToolsReply& world) {
