@@ -59,6 +59,7 @@ constexpr NumberField numberFields[] = {
     {"bodyMarginLeft", &M::bodyMarginLeft, -longest, longest},
     {"bodyWidth", &M::bodyWidth, 0, longest},
     {"bodyHeight", &M::bodyHeight, 0, longest},
+    {"structureCost", &M::structureCost, 0, std::numeric_limits<double>::max()},
 };
 
 constexpr std::string_view noColor = "rgba(0, 0, 0, 0)";

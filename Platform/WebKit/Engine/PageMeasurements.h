@@ -15,6 +15,8 @@ struct PageMeasurements {
     double scrollWidth = 0; // the scrollable area of the root, overflow included
     double scrollHeight = 0;
 
+    double structureCost =
+        0;                 // of a structure tree in the PDF: the squares of the elements' numbers of children
     bool isQuirky = false; // no document type: html and body fill the view, percentage heights refer to it
     bool rootIsHtml = false;
     bool hasBody = false;

@@ -82,8 +82,8 @@ std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
                                                              {"marginLeft", 0},
                                                              {"marginRight", 0},
                                                              {"pageRanges", plan.pageRanges},
-                                                             {"generateTaggedPDF", true},
-                                                             {"generateDocumentOutline", true}}),
+                                                             {"generateTaggedPDF", plan.isStructured},
+                                                             {"generateDocumentOutline", plan.isStructured}}),
                                                printLimit);
     if (!reply.ok()) return std::nullopt;
     std::optional<std::string> pdf = base64Decode(reply.result["data"].stringView());

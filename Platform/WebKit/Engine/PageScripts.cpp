@@ -75,7 +75,15 @@ constexpr std::string_view measuring = R"js((() => {
     const canvasFromBody = Boolean(canSpread && !hasBackground(rootStyle) && hasBackground(bodyStyle));
     const canvas = canvasFromBody ? bodyStyle : rootStyle;
 
+    // The engine goes through an element's children anew for each of them.
+    let structureCost = 0;
+    const childCount = Object.getOwnPropertyDescriptor(Element.prototype, 'childElementCount').get;
+    for (const element of Document.prototype.querySelectorAll.call(document, '*')) {
+        structureCost += childCount.call(element) ** 2;
+    }
+
     return {
+        structureCost,
         viewWidth: innerWidth,
         viewHeight: innerHeight,
         scrollWidth: scrolled('scrollWidth'),
@@ -130,7 +138,7 @@ constexpr std::string_view measuring = R"js((() => {
 // Where a policy forbids style elements, an adopted sheet is still allowed; it comes last, so that only the
 // document's own layers are stronger.
 // Important declarations of style attributes are stronger than any sheet, hence they lose their importance.
-constexpr std::string_view applying = R"js(((text, source, imagesOnTop) => {
+constexpr std::string_view applying = R"js(((text, source, imagesOnTop, releasesSticky) => {
     const accessor = (name) => Object.getOwnPropertyDescriptor(Document.prototype, name);
     const property = (name) => accessor(name).get.call(document);
     const root = property('documentElement');
@@ -165,6 +173,14 @@ constexpr std::string_view applying = R"js(((text, source, imagesOnTop) => {
             }
         }
     }
+    if (releasesSticky) {
+        const style = Object.getOwnPropertyDescriptor(HTMLElement.prototype, 'style').get;
+        for (const box of Document.prototype.querySelectorAll.call(document, '*')) {
+            if (!(box instanceof HTMLElement) || getComputedStyle(box).position !== 'sticky') continue;
+            style.call(box).setProperty('position', 'relative', 'important');
+            style.call(box).setProperty('inset', 'auto', 'important');
+        }
+    }
     return sheet.cssRules.length > 0;
 })js";
 
@@ -193,7 +209,8 @@ std::string measuringScript() {
 
 std::string applyingScript(const PrintPlan& plan) {
     return std::string(applying) + ")(" + scriptString(plan.styleSheet) + "," +
-           scriptString(plan.imageSource) + "," + scriptString(plan.imagesOnTop) + ")";
+           scriptString(plan.imageSource) + "," + scriptString(plan.imagesOnTop) + "," +
+           (plan.releasesSticky ? "true" : "false") + ")";
 }
 
 } // namespace qrv::engine

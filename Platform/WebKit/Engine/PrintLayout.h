@@ -41,6 +41,8 @@ struct PrintPlan {
     double pageHeight = 0;
     double shrink = 1; // factor by which the printed pages are too large (or, below 1, too small)
     bool usesViewportPage = false;
+    bool isStructured = true;    // printToPDF: generateTaggedPDF, generateDocumentOutline
+    bool releasesSticky = false; // sticky boxes stand where they are in the flow: sheets do not scroll
 };
 
 struct LayoutSize {

@@ -27,6 +27,8 @@ PAGES = [
     page("huge-style", "A background of five million bytes", paragraphs(4),
          style="body{background:url('data:image/png;base64," + "A" * 5_000_000 + "'),linear-gradient(#fdd,#ddf)}"),
     page("deep-nesting", "Elements nested three thousand deep", "<div>" * 3000 + "deep" + "</div>" * 3000 + paragraphs(3)),
+    page("many-elements", "More elements side by side than a structure tree can be made of in good time",
+         "".join(f"<i>x{n % 10}</i> " for n in range(20_000)), words=["x0", "x9"]),
     page("infinite-size", "A box of impossible size", "<div>boundless</div>", style="body{margin:0}div{width:50%;height:1e9px;max-height:20000px;background:#cde}"),
     page("observer-loop", "A script that reacts to every change of size",
          "<div id=a>observed</div>" + blocks(10) + "<script>new ResizeObserver(() => {a.style.height = innerHeight / 4 + 'px'})"

@@ -11,7 +11,7 @@ namespace {
 TEST(PageMeasurements, AreReadFromTheAnswer) {
     auto answer =
         Json::parse(R"json({"viewWidth":612,"viewHeight":792,"scrollWidth":900,"scrollHeight":3000.5,
-        "isQuirky":true,"rootIsHtml":true,"hasBody":true,"rootDisplay":"flex","bodyWritingMode":"vertical-rl",
+        "structureCost":5000,"isQuirky":true,"rootIsHtml":true,"hasBody":true,"rootDisplay":"flex","bodyWritingMode":"vertical-rl",
         "bodyDirection":"rtl","rootZoom":1.5,"bodyZoom":0.5,"rootMarginTop":1,"rootMarginBottom":2,"rootMarginLeft":-3,"rootBorderTop":4,
         "rootBorderRight":5,"rootBorderBottom":6,"rootBorderLeft":7,"rootPaddingTop":8,"rootPaddingRight":9,
         "rootPaddingBottom":10,"rootPaddingLeft":11,"rootWidth":12,"rootHeight":13,"rootHeightIsAuto":false,
@@ -26,6 +26,7 @@ TEST(PageMeasurements, AreReadFromTheAnswer) {
     EXPECT_EQ(m.viewHeight, 792);
     EXPECT_EQ(m.scrollWidth, 900);
     EXPECT_EQ(m.scrollHeight, 3000.5);
+    EXPECT_EQ(m.structureCost, 5000);
     EXPECT_TRUE(m.isQuirky);
     EXPECT_TRUE(m.rootIsHtml);
     EXPECT_TRUE(m.hasBody);

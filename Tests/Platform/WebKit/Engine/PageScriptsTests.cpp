@@ -53,7 +53,8 @@ TEST(PageScripts, MeasuringScriptNamesEveryField) {
                              "rootBorderLeftColor"}) {
         EXPECT_NE(script.find(std::string(name) + ":"), std::string::npos) << name;
     }
-    for (const char* name : {"rootZoom,", "bodyZoom,", "rootContainsFixed,", "canvasFromBody,"}) {
+    for (const char* name :
+         {"structureCost,", "rootZoom,", "bodyZoom,", "rootContainsFixed,", "canvasFromBody,"}) {
         EXPECT_NE(script.find(std::string("        ") + name), std::string::npos) << name;
     }
 }
@@ -61,7 +62,7 @@ TEST(PageScripts, MeasuringScriptNamesEveryField) {
 TEST(PageScripts, ApplyingScriptQuotesTheSheet) {
     PrintPlan plan;
     plan.styleSheet = "a{content:'\\'}\n</style>";
-    std::string call = R"--(('a{content:\x27\x5c\x27}\x0a\x3c/style>','',''))--";
+    std::string call = R"--(('a{content:\x27\x5c\x27}\x0a\x3c/style>','','',false))--";
     EXPECT_TRUE(applyingScript(plan).ends_with(call)) << applyingScript(plan);
 }
 
@@ -69,7 +70,13 @@ TEST(PageScripts, ApplyingScriptIsToldOfTheImages) {
     PrintPlan plan;
     plan.imageSource = "body";
     plan.imagesOnTop = "linear-gradient(red,red),";
-    EXPECT_TRUE(applyingScript(plan).ends_with("('','body','linear-gradient(red,red),')"));
+    EXPECT_TRUE(applyingScript(plan).ends_with("('','body','linear-gradient(red,red),',false)"));
+}
+
+TEST(PageScripts, ApplyingScriptIsToldToReleaseStickyBoxes) {
+    PrintPlan plan;
+    plan.releasesSticky = true;
+    EXPECT_TRUE(applyingScript(plan).ends_with("('','','',true)"));
 }
 
 } // namespace

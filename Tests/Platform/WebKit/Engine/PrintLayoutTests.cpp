@@ -431,5 +431,24 @@ TEST(PrintLayout, HostileMeasurementsStillMakeAPlan) {
     }
 }
 
+TEST(PrintLayout, StructureIsLeftOutWhereItWouldTakeTooLong) {
+    PageMeasurements m = page(612, 3000);
+    for (double cost : {0.0, 1e7, 1.01e7, infinity}) {
+        m.structureCost = cost;
+        for (const PrintPlan& plan : {screenPlan(m), plainScreenPlan(m), paginatedPlan(m, 612, 792, 36),
+                                      plainPaginatedPlan(m, 612, 792, 36)}) {
+            EXPECT_EQ(plan.isStructured, cost <= 1e7) << cost;
+        }
+    }
+}
+
+TEST(PrintLayout, OnlySheetsReleaseStickyBoxes) {
+    PageMeasurements m = page(612, 3000);
+    EXPECT_FALSE(screenPlan(m).releasesSticky);
+    EXPECT_FALSE(plainScreenPlan(m).releasesSticky);
+    EXPECT_TRUE(paginatedPlan(m, 612, 792, 36).releasesSticky);
+    EXPECT_TRUE(plainPaginatedPlan(m, 612, 792, 36).releasesSticky);
+}
+
 } // namespace
 } // namespace qrv::engine
