@@ -233,6 +233,7 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
     const std::shared_ptr<QPDF> document = openPDF(pdf);
     if (!document) return {};
     try {
+        placeDestinations(*document, edits.destinations);
         PageEditor(*document, edits).run();
         if (edits.language) setLanguage(*document, *edits.language);
         correctOutline(*document, edits.headings);

@@ -8,6 +8,7 @@
 //     NSData exact = pdfByApplying(edits, rendered);
 
 #include "Platform/Foundation/NSData.h"
+#include "Platform/PDFKit/PDFDestinations.h"
 
 #include <functional>
 #include <optional>
@@ -25,6 +26,8 @@ struct PDFPageEdits {
     /// Gives each link's address, once, a new one; a link whose new address is empty leads nowhere. Null
     /// leaves links alone. Must not throw.
     std::function<std::string(const std::string&)> mapLink;
+    /// Where the named destinations belong. They are put there first.
+    DestinationLayout destinations;
     /// The document's language, a tag such as "de-CH", in place of what the renderer took it for; empty for
     /// none.
     std::optional<std::string> language;

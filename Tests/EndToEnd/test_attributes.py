@@ -81,30 +81,6 @@ class AttributesTests(ToolTestCase):
         self.assertEqual(self.attributes(archive), ("Quillvane", "A page", SITE + "page.html", "site.example"))
 
 
-class LinkTests(ToolTestCase):
-    """Links stay links, with the addresses that the page gave them."""
-
-    def links(self, url, mode="screen"):
-        body = ('<p><a href="next.html">One</a></p><p><a href="https://other.example/a?b=c#d">Two</a></p>'
-                '<p><a href="mailto:me@site.example">Three</a></p><p><a href="#end">Four</a></p>'
-                '<p style="margin-top:900px" id="end">End</p>')
-        return self.convert(page(body, url), mode=mode).pdf.links()
-
-    def test_both_modes(self):
-        for mode in ("screen", "print"):
-            with self.subTest(mode):
-                self.assertEqual(self.links(SITE + "page.html", mode),
-                                 [SITE + "next.html", "https://other.example/a?b=c#d", "mailto:me@site.example"])
-
-    def test_address_that_the_engine_cannot_be_asked_for(self):
-        self.assertEqual(self.links("feed-reader://site.example/item/page.html"),
-                         ["feed-reader://site.example/item/next.html", "https://other.example/a?b=c#d",
-                          "mailto:me@site.example"])
-
-    def test_file_address(self):
-        self.assertEqual(self.links("file:///home/me/page.html")[:1], ["file:///home/me/next.html"])
-
-
 class MainResourceTests(ToolTestCase):
     """Main resources that are no HTML, and addresses that the engine cannot be asked for."""
 

@@ -1,6 +1,7 @@
 """Judges PDF files through the tools of poppler, mupdf and qpdf: pages, boxes, text, attributes, outline,
 structure and sampled pixels."""
 
+import json
 import re
 import subprocess
 from dataclasses import dataclass
@@ -44,6 +45,22 @@ class Entry:
     page: int
     left: float
     top: float
+
+
+@dataclass
+class Link:
+    """Leads to an address, or to a destination of the document by name; placed from the page's top left."""
+    page: int
+    left: float
+    top: float
+    right: float
+    bottom: float
+    address: str | None
+    name: str | None
+
+    def covers(self, word):
+        return (self.page == word.page and self.left - 1 <= word.left and word.right <= self.right + 1
+                and self.top - 1 <= (word.top + word.bottom) / 2 <= self.bottom + 1)
 
 
 @dataclass
@@ -133,6 +150,37 @@ class PDF:
         """The addresses of the page's outward links, in order."""
         lines = _run("pdfinfo", "-url", self.path).decode().splitlines()[1:]
         return [line.split(maxsplit=2)[2] for line in lines]
+
+    def _objects(self):
+        """The objects by reference, and the pages' references in order."""
+        contents = json.loads(_run("qpdf", "--json=2", "--json-key=qpdf", "--json-key=pages", self.path))
+        objects = {key[len("obj:"):]: value.get("value") for key, value in contents["qpdf"][1].items()}
+        return objects, [page["object"] for page in contents["pages"]]
+
+    def link_areas(self):
+        """Every link, inward and outward, with its place."""
+        objects, pages = self._objects()
+        found = []
+        for number, reference in enumerate(pages, 1):
+            height = self.size(number)[1]
+            for annotation in objects[reference].get("/Annots", []):
+                annotation = objects[annotation] if isinstance(annotation, str) else annotation
+                left, bottom, right, top = annotation["/Rect"]
+                address, name = annotation.get("/A", {}).get("/URI"), annotation.get("/Dest")
+                found.append(Link(number, left, height - top, right, height - bottom,
+                                  address and address.removeprefix("u:"), name and name.removeprefix("/")))
+        return found
+
+    def destinations(self):
+        """The named destinations: page, and points from its top."""
+        lines = _run("pdfinfo", "-dests", self.path).decode().splitlines()[1:]
+        found = (re.match(r' *(\d+) \[ XYZ +\S+ +(\S+) .*\] "(.*)"', line) for line in lines)
+        return {place.group(3): (int(place.group(1)), self.size(int(place.group(1)))[1] - float(place.group(2)))
+                for place in found}
+
+    def uncompressed(self):
+        """The whole file as text that can be searched."""
+        return _run("qpdf", "--qdf", "--object-streams=disable", self.path, "-").decode("latin-1")
 
     def picture(self, page=1, dpi=72):
         """The page as pixels; at 72 dpi one pixel is one point."""

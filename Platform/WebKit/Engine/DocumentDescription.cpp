@@ -8,12 +8,37 @@ namespace qrv::engine {
 namespace {
 
 constexpr std::string_view describing = R"js((() => {
-    const root = Object.getOwnPropertyDescriptor(Document.prototype, 'documentElement').get.call(document);
+    const property = (name) => Object.getOwnPropertyDescriptor(Document.prototype, name).get.call(document);
+    const all = (selector) => Array.from(Document.prototype.querySelectorAll.call(document, selector));
+    const root = property('documentElement');
     const attribute = (space, name) => root && Element.prototype.getAttributeNS.call(root, space, name);
-    const headings = Document.prototype.querySelectorAll.call(document, 'h1,h2,h3,h4,h5,h6,[role="heading"]');
+
+    const withId = (id) => Document.prototype.getElementById.call(document, id) ||
+        Document.prototype.getElementsByName.call(document, id)[0];
+    const decoded = (fragment) => {
+        try {
+            return decodeURIComponent(fragment);
+        } catch {
+            return fragment;
+        }
+    };
+    const topOf = (fragment) => {
+        const target = withId(fragment) || withId(decoded(fragment));
+        if (target) return Element.prototype.getClientRects.call(target)[0]?.top;
+        return ['', 'top'].includes(fragment.toLowerCase()) ? 0 : undefined;
+    };
+    const [address] = property('URL').split('#');
+    const targets = new Map();
+    for (const {href} of all('a[href],area[href]')) {
+        const hash = String(href).indexOf('#');
+        if (hash < 0 || href.slice(0, hash) !== address || targets.has(href.slice(hash + 1))) continue;
+        const top = topOf(href.slice(hash + 1));
+        if (top < innerHeight) targets.set(href.slice(hash + 1), Math.max(0, top));
+    }
     return {
         language: attribute(null, 'lang') ?? attribute('http://www.w3.org/XML/1998/namespace', 'lang'),
-        headings: Array.from(headings, (heading) => heading.innerText).filter(Boolean),
+        headings: all('h1,h2,h3,h4,h5,h6,[role="heading"]').map((heading) => heading.innerText).filter(Boolean),
+        targetsInView: Array.from(targets, ([name, top]) => ({name, top})),
     };
 })())js";
 
@@ -37,6 +62,10 @@ DocumentDescription documentDescriptionFromJson(const Json& answer) {
     }
     for (const Json& heading : answer["headings"].elements()) {
         if (heading.isString()) description.headings.push_back(heading.string());
+    }
+    for (const Json& target : answer["targetsInView"].elements()) {
+        if (!target["name"].isString() || !target["top"].isNumber()) continue;
+        description.targetsInView[target["name"].string()] = target["top"].number();
     }
     return description;
 }

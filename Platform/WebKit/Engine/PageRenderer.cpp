@@ -2,7 +2,6 @@
 
 #include "Platform/Foundation/Base64.h"
 #include "Platform/PDFKit/PDFPageEdits.h"
-#include "Platform/WebKit/Engine/DocumentDescription.h"
 #include "Platform/WebKit/Engine/PageScripts.h"
 
 #include <chrono>
@@ -13,6 +12,8 @@ namespace {
 
 // Printing takes as long as it takes, within reason: 200,000 pixels take a third of a second.
 constexpr std::chrono::milliseconds printLimit = std::chrono::minutes(10);
+
+constexpr double pointsPerPixel = 0.75;
 
 } // namespace
 
@@ -63,10 +64,13 @@ NSData PageRenderer::paginatedPDF(NSSize paper, double margin) {
 }
 
 NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
-    if (const auto pdf = attempt(plan)) return edited(*pdf, plan);
+    // Before a style sheet moves anything.
+    const DocumentDescription document =
+        documentDescriptionFromJson(world_.evaluate(describingScript()).value_or(Json()));
+    if (const auto pdf = attempt(plan)) return edited(*pdf, plan, document);
     if (!plan.usesViewportPage) return {};
     const auto pdf = attempt(plain);
-    return pdf ? edited(*pdf, plain) : NSData();
+    return pdf ? edited(*pdf, plain, document) : NSData();
 }
 
 std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
@@ -90,15 +94,16 @@ std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
     return pdf ? std::optional(NSData(std::move(*pdf))) : std::nullopt;
 }
 
-NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan) {
-    DocumentDescription document =
-        documentDescriptionFromJson(world_.evaluate(describingScript()).value_or(Json()));
+NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan,
+                            const DocumentDescription& document) const {
     PDFPageEdits edits;
     edits.scale = 1 / plan.shrink;
     edits.size = NSSize{plan.pageWidth, plan.pageHeight};
     edits.mapLink = linkMapping_;
-    edits.language = std::move(document.language);
-    edits.headings = std::move(document.headings);
+    edits.destinations = {plan.viewportPageLength, plan.pageLength, plan.scale * pointsPerPixel,
+                          plan.pageMargin, document.targetsInView};
+    edits.language = document.language;
+    edits.headings = document.headings;
     return pdfByApplying(edits, pdf);
 }
 

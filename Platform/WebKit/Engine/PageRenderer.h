@@ -6,6 +6,7 @@
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSRange.h"
 #include "Platform/WebKit/Engine/DevToolsClient.h"
+#include "Platform/WebKit/Engine/DocumentDescription.h"
 #include "Platform/WebKit/Engine/PageMeasurements.h"
 #include "Platform/WebKit/Engine/PageReadiness.h"
 #include "Platform/WebKit/Engine/PageWorld.h"
@@ -50,7 +51,7 @@ private:
     std::optional<PageMeasurements> measure(LayoutSize view);
     NSData print(const PrintPlan& plan, const PrintPlan& plain);
     std::optional<NSData> attempt(const PrintPlan& plan);
-    NSData edited(const NSData& pdf, const PrintPlan& plan);
+    NSData edited(const NSData& pdf, const PrintPlan& plan, const DocumentDescription& document) const;
 
     DevToolsClient& devTools_;
     std::string session_;

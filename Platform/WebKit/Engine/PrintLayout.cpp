@@ -184,6 +184,7 @@ PrintPlan wholeDocumentPlan(const PageMeasurements& m, double shrink) {
     plan.pageHeight = documentHeight(m);
     plan.paperWidth = inches(plan.pageWidth * shrink);
     plan.paperHeight = inches(plan.pageHeight * shrink);
+    plan.pageLength = plan.pageHeight;
     return plan;
 }
 
@@ -200,6 +201,8 @@ PrintPlan sheetsPlan(const PageMeasurements& m, const Paper& paper, double width
     plan.pageHeight = paper.height;
     plan.paperWidth = inches(paper.width * plan.shrink);
     plan.paperHeight = inches(paper.height * plan.shrink);
+    plan.pageLength = paper.printableHeight() * plan.shrink * pixelsPerPoint / plan.scale;
+    plan.pageMargin = paper.margin * plan.shrink;
     return plan;
 }
 
@@ -226,6 +229,7 @@ PrintPlan screenPlan(const PageMeasurements& measured) {
     if (!canBePushed(m)) return plainScreenPlan(m);
     PrintPlan plan = wholeDocumentPlan(m, 1);
     plan.usesViewportPage = true;
+    plan.viewportPageLength = m.viewHeight;
     plan.pageRanges = "2";
 
     StyleSheet sheet;
@@ -265,6 +269,7 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     Paper paper = sanePaper(paperWidth, paperHeight, margin);
     PrintPlan plan = sheetsPlan(m, paper, documentWidth(m));
     plan.usesViewportPage = true;
+    plan.viewportPageLength = m.viewHeight;
     plan.pageRanges = "2-";
 
     StyleSheet sheet;
@@ -294,6 +299,8 @@ PrintPlan plainPaginatedPlan(const PageMeasurements& measured, double paperWidth
     PageMeasurements m = sanitized(measured);
     Paper paper = sanePaper(paperWidth, paperHeight, margin);
     PrintPlan plan = sheetsPlan(m, paper, isVertical(m) ? m.viewWidth : documentWidth(m));
+    // Pages of vertical text do not follow each other downwards.
+    if (isVertical(m)) plan.pageLength = 0;
     StyleSheet sheet;
     sheet.add(paperRule("", paper, plan.shrink));
     plan.styleSheet = sheet.text();

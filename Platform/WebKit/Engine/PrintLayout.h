@@ -22,6 +22,7 @@ namespace qrv::engine {
 // The page is not restored afterwards: nothing is done with it once it is printed.
 //
 // What is left to do on the PDF, for each page, in this order:
+//   0. put destinations where they belong, by the scale and the last three numbers;
 //   1. shrink other than 1: scale the content and every annotation's rectangle (and quad points, destinations
 //   of links)
 //      by 1 / shrink about the top left corner of the MediaBox;
@@ -43,6 +44,10 @@ struct PrintPlan {
     bool usesViewportPage = false;
     bool isStructured = true;    // printToPDF: generateTaggedPDF, generateDocumentOutline
     bool releasesSticky = false; // sticky boxes stand where they are in the flow: sheets do not scroll
+    // Where the document is on the printed pages; the engine's destinations do not take it into account.
+    double viewportPageLength = 0; // CSS px of the first page that is not kept
+    double pageLength = 0;         // CSS px of the document on one page; 0 for documents of vertical text
+    double pageMargin = 0;         // points
 };
 
 struct LayoutSize {

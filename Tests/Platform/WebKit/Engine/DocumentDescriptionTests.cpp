@@ -9,6 +9,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::Pair;
 
 DocumentDescription described(const Json& answer) {
     return documentDescriptionFromJson(answer);
@@ -21,10 +22,20 @@ TEST(DocumentDescription, HasWhatThePageAnswers) {
     EXPECT_THAT(description.headings, ElementsAre("One", "Two"));
 }
 
+TEST(DocumentDescription, TargetsHaveANameAndAPlace) {
+    const auto target = [](const Json& name, const Json& top) {
+        return Json::object({{"name", name}, {"top", top}});
+    };
+    const Json targets = Json::array({target("", 0), target("a", 12.5), target(5, 1), target("b", "1"), 7});
+    EXPECT_THAT(described(Json::object({{"targetsInView", targets}})).targetsInView,
+                ElementsAre(Pair("", 0), Pair("a", 12.5)));
+}
+
 TEST(DocumentDescription, WhatIsMissingIsEmpty) {
     for (const Json& answer : {Json(), Json(5), Json::object({{"language", nullptr}, {"headings", "x"}})}) {
         EXPECT_EQ(described(answer).language, "");
         EXPECT_THAT(described(answer).headings, IsEmpty());
+        EXPECT_THAT(described(answer).targetsInView, IsEmpty());
     }
 }
 

@@ -363,6 +363,25 @@ TEST(PrintLayout, PaginatedPagesHaveThePapersSizeAndMargins) {
     EXPECT_EQ(valueOf(a4, "@page document:first", "size"), "697px 1026px");
 }
 
+TEST(PrintLayout, PlansSayWhereTheDocumentIsOnThePages) {
+    PrintPlan screen = screenPlan(page(900, 3000));
+    EXPECT_EQ(screen.viewportPageLength, 792);
+    EXPECT_EQ(screen.pageLength, 3000);
+    EXPECT_EQ(screen.pageMargin, 0);
+    PrintPlan halved = paginatedPlan(page(1440, 3000, 720, 960), 612, 792, 36);
+    EXPECT_EQ(halved.viewportPageLength, 960);
+    EXPECT_DOUBLE_EQ(halved.pageLength, 1920);
+    EXPECT_EQ(halved.pageMargin, 36);
+    PrintPlan shrunk = paginatedPlan(page(14400, 3000, 720, 960), 612, 792, 36);
+    EXPECT_DOUBLE_EQ(shrunk.pageLength, 19200);
+    EXPECT_EQ(shrunk.pageMargin, 72);
+    PageMeasurements m = page(720, 3000, 720, 960);
+    EXPECT_EQ(plainPaginatedPlan(m, 612, 792, 36).viewportPageLength, 0);
+    EXPECT_DOUBLE_EQ(plainPaginatedPlan(m, 612, 792, 36).pageLength, 960);
+    m.bodyWritingMode = "vertical-rl";
+    EXPECT_EQ(plainPaginatedPlan(m, 612, 792, 36).pageLength, 0);
+}
+
 TEST(PrintLayout, MarginsLeaveRoomForContent) {
     struct {
         double margin;
