@@ -2,11 +2,9 @@
 
 import unittest
 
-from images import png, svg
-from pages import SITE, document, frame_archive, main_resource, page
-from pdf import near
+from pages import SITE, document, frame_archive, page
 from tool import ToolTestCase
-from webarchive import HTML, Archive, Resource, html_archive
+from webarchive import Archive, Resource, html_archive
 
 
 class AttributesTests(ToolTestCase):
@@ -81,37 +79,6 @@ class AttributesTests(ToolTestCase):
         self.assertEqual(self.attributes(archive), ("Quillvane", "A page", SITE + "page.html", "site.example"))
 
 
-class MainResourceTests(ToolTestCase):
-    """Main resources that are no HTML, and addresses that the engine cannot be asked for."""
-
-    def assert_text(self, archive, *words):
-        text = self.convert(archive).pdf.text()
-        for word in words:
-            self.assertIn(word, text)
-
-    def test_plain_text(self):
-        self.assert_text(main_resource(SITE + "a.txt", "PlainText <b>not bold</b>", "text/plain"),
-                         "PlainText", "<b>not bold</b>")
-
-    def test_style_sheet_and_data_are_shown_as_text(self):
-        for mime in ("text/css", "text/csv", "application/json", "text/javascript"):
-            with self.subTest(mime):
-                self.assert_text(main_resource(SITE + "a.bin", "body { one: two }", mime), "body { one: two }")
-
-    def test_drawing(self):
-        self.assert_text(main_resource(SITE + "a.svg", svg(300, 100, (20, 160, 70), "Drawn"), "image/svg+xml"), "Drawn")
-
-    def test_picture(self):
-        pdf = self.convert(main_resource(SITE + "a.png", png(200, 100, (20, 160, 70)), "image/png", None)).pdf
-        picture = pdf.picture()
-        green = sum(near(picture.pixel(x, y), (20, 160, 70)) for x in range(0, picture.width, 10)
-                    for y in range(0, picture.height, 10))
-        self.assertGreaterEqual(green, 150)
-
-    def test_xhtml(self):
-        html = ('<?xml version="1.0"?><html xmlns="http://www.w3.org/1999/xhtml"><head><title>X</title></head>'
-                "<body><p>StrictText</p></body></html>")
-        self.assert_text(main_resource(SITE + "a.xhtml", html, "application/xhtml+xml"), "StrictText")
 
 
 if __name__ == "__main__":

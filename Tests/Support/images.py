@@ -1,4 +1,4 @@
-"""Small pictures made by rule: PNG, GIF and SVG, as a rule of one colour."""
+"""Small pictures made by rule, each of one colour: PNG, GIF, BMP, ICO, WebP and SVG."""
 
 import struct
 import zlib
@@ -39,3 +39,30 @@ def svg(width, height, colour, text=""):
     label = f'<text x="4" y="20" font-size="14">{text}</text>' if text else ""
     return (f'<svg xmlns="http://www.w3.org/2000/svg" width="{width}" height="{height}">'
             f'<rect width="{width}" height="{height}" fill="rgb{tuple(colour)}"/>{label}</svg>')
+
+
+def bmp(width, height, colour):
+    """A BMP of one colour."""
+    row = bytes(reversed(colour)) * width
+    rows = (row + bytes(-len(row) % 4)) * height
+    return (struct.pack("<2sIII", b"BM", 54 + len(rows), 0, 54)
+            + struct.pack("<IiiHHIIiiII", 40, width, height, 1, 24, 0, len(rows), 2835, 2835, 0, 0) + rows)
+
+
+def ico(width, height, colour):
+    """An icon file with one picture of one colour."""
+    data = png(width, height, colour)
+    return struct.pack("<HHHBBBBHHII", 0, 1, 1, width, height, 0, 0, 1, 24, len(data), 22) + data
+
+
+def webp(width, height, colour):
+    """A lossless WebP of one colour. Each of its codes has one symbol, so that the pixels take no bits."""
+    red, green, blue = colour
+    fields = [(0x2F, 8), (width - 1, 14), (height - 1, 14), (0, 1), (0, 3), (0, 3)]
+    for symbol in (green, red, blue, 255):
+        fields += [(1, 1), (0, 1), (1, 1), (symbol, 8)]
+    fields += [(1, 1), (0, 1), (0, 1), (0, 1)]
+    bits = "".join(format(value, f"0{count}b")[::-1] for value, count in fields)
+    data = bytes(int(bits[at:at + 8][::-1], 2) for at in range(0, len(bits), 8))
+    chunk = b"VP8L" + struct.pack("<I", len(data)) + data + bytes(len(data) % 2)
+    return b"RIFF" + struct.pack("<I", len(chunk) + 4) + b"WEBP" + chunk

@@ -60,6 +60,13 @@ constexpr std::string_view common = R"js(
         visitFrame(window);
         return found;
     };
+    // An element's sources tell of their failures themselves, which it sees on their way down only.
+    const firstOf = (element, ...names) => new Promise((done) => {
+        for (const name of names) element.addEventListener(name, done, {once: true, capture: true});
+    });
+    const pictureEvents = ['loadeddata', 'error', 'emptied', 'suspend'];
+    const waitsForPicture = (video) => video.networkState === HTMLMediaElement.NETWORK_LOADING &&
+        video.readyState < HTMLMediaElement.HAVE_CURRENT_DATA;
     const images = () => contents().flatMap((content) => query(content, 'img'));
     const attribute = (element, name) => Element.prototype.getAttribute.call(element, name) || '';
     // What an image is chosen from: its own attributes, and those of sources beside it.
@@ -89,28 +96,52 @@ constexpr std::string_view common = R"js(
     });
 )js";
 
+// The engine shows a single picture or film in the middle of a dark view and fits it in; here it is a page
+// like any other, in its natural size, and a film is shown by its first picture.
+constexpr std::string_view presenting = R"js(
+    const isPresented = Symbol.for('web2pdf-presented');
+    const mediaStyle = 'html,body{height:auto!important;margin:0!important;background:none!important}' +
+        'img,video{position:static!important;display:block!important;margin:0!important;' +
+        'background:none!important;transition:none!important}' +
+        'img,video:not([controls]){width:auto!important;height:auto!important;' +
+        'max-width:none!important;max-height:none!important}';
+    const presentMedia = async () => {
+        const body = property('body');
+        const isMedia = /^(image|video|audio)[/]/.test(property('contentType')) && body && property('head');
+        if (!isMedia || globalThis[isPresented]) return;
+        globalThis[isPresented] = true;
+        const style = Document.prototype.createElement.call(document, 'style');
+        style.textContent = mediaStyle;
+        property('head').append(style);
+        const [video] = query(document, 'video');
+        if (!video) return;
+        video.autoplay = false;
+        if (waitsForPicture(video)) await firstOf(video, ...pictureEvents);
+        video.pause();
+        if (video.videoWidth === 0) return;
+        video.controls = false;
+        if (video.currentTime === 0) return;
+        video.currentTime = 0;
+        await firstOf(video, 'seeked');
+    };
+)js";
+
 constexpr std::string_view awaiting = R"js(
-    const pending = [];
-    const awaitEvents = (element, ...names) => pending.push(new Promise((done) => {
-        for (const name of names) element.addEventListener(name, done, {once: true});
-    }));
+    const pending = [presentMedia()];
     for (const content of contents()) {
         if (isDocument(content)) pending.push(property('fonts', content).ready);
         for (const image of query(content, 'img')) {
-            if (!image.complete) awaitEvents(image, 'load', 'error');
+            if (!image.complete) pending.push(firstOf(image, 'load', 'error'));
         }
         for (const video of query(content, 'video')) {
-            const loads = video.networkState === HTMLMediaElement.NETWORK_LOADING;
-            if (!loads || video.readyState >= HTMLMediaElement.HAVE_CURRENT_DATA) continue;
-            awaitEvents(video, 'loadeddata', 'error', 'emptied', 'suspend');
+            if (waitsForPicture(video)) pending.push(firstOf(video, ...pictureEvents));
         }
     }
-    const answer = (timedOut) => ({waitedFor: pending.length, timedOut,
-        documentHeight: documentHeight(), viewHeight: innerHeight,
+    const answer = () => ({documentHeight: documentHeight(), viewHeight: innerHeight,
         failed: failed().map(({chosen, candidates}) => ({chosen, candidates}))});
     return Promise.race([
-        Promise.all(pending).then(() => answer(false)),
-        new Promise((done) => setTimeout(() => done(answer(true)), limit)),
+        Promise.all(pending).then(answer),
+        new Promise((done) => setTimeout(() => done(answer()), limit)),
     ]);
 )js";
 
@@ -198,7 +229,7 @@ std::string viewHoldingScript() {
 }
 
 std::string readinessScript(std::chrono::milliseconds limit) {
-    return function("limit", awaiting, std::to_string(limit.count()));
+    return function("limit", std::string(presenting) + std::string(awaiting), std::to_string(limit.count()));
 }
 
 std::string substitutingScript(const std::vector<std::string>& addresses) {

@@ -15,10 +15,10 @@ std::string viewHoldingScript();
 
 // A promise for the fonts in use, and for the images and first video pictures of the page and of all its
 // frames of the same origin, open shadow trees included, or for the time to be over. To be evaluated before
-// the page's scripts are switched off: without them the timer never ends. Answers {"waitedFor": number of
-// font sets, images and videos, "timedOut": bool, "documentHeight": px, "viewHeight": px, "failed": array of
-// {"chosen": address, "candidates": array of addresses}}, the latter for images that could not be had and
-// were chosen among several.
+// the page's scripts are switched off: without them the timer never ends. A page that is a single picture or
+// film gets its natural size. Answers {"documentHeight": px, "viewHeight": px, "failed": array of {"chosen":
+// address, "candidates": array of addresses}}, the latter for images that could not be had and were chosen
+// among several.
 std::string readinessScript(std::chrono::milliseconds limit);
 
 // Leaves only these among the addresses from which the images that could not be had are chosen.

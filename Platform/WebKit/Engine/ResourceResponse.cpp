@@ -5,7 +5,7 @@
 #include "Platform/WebKit/Engine/URLText.h"
 
 #include <algorithm>
-#include <array>
+#include <initializer_list>
 
 namespace qrv::engine {
 
@@ -30,12 +30,20 @@ std::string headerSafe(const NSString& text) {
     return safe.size() > longest ? std::string() : safe;
 }
 
-bool isShownAsText(const std::string& type) {
-    constexpr std::array<std::string_view, 9> types{
-        "text/css",        "text/csv",         "text/javascript",          "application/javascript",
-        "text/ecmascript", "application/json", "application/x-javascript", "application/ecmascript",
-        "text/x-markdown"};
+bool isOneOf(std::string_view type, std::initializer_list<std::string_view> types) {
     return std::find(types.begin(), types.end(), type) != types.end();
+}
+
+/// Text that the engine would save, or show in a form of its own.
+bool isShownAsText(std::string_view type) {
+    if (type.starts_with("text/")) return !isOneOf(type, {"text/html", "text/xml", "text/xsl"});
+    for (const std::string_view ending : {"json", "javascript", "ecmascript", "yaml"}) {
+        if (type.starts_with("application/") && type.ends_with(ending)) return true;
+    }
+    return isOneOf(type,
+                   {"application/sql", "application/toml", "application/x-sh", "application/x-httpd-php",
+                    "application/x-perl", "application/x-tex", "application/x-latex",
+                    "application/typescript", "application/x-subrip", "message/rfc822"});
 }
 
 Json header(const char* name, const std::string& value) {

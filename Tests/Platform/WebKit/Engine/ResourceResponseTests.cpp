@@ -42,29 +42,32 @@ TEST(ResourceResponse, AllowsTheHeadersThatAreAskedFor) {
 }
 
 TEST(ResourceResponse, KindsOfTextAreShownAsPlainText) {
-    for (const char16_t* type : {u"text/css", u"TEXT/CSV", u"text/javascript", u"application/javascript",
-                                 u"application/x-javascript", u"application/json", u"text/css; a=b"}) {
+    for (const char16_t* type :
+         {u"text/css", u"TEXT/CSV", u"text/javascript", u"application/javascript",
+          u"application/x-javascript", u"application/json", u"text/css; a=b", u"text/vcard",
+          u"text/tab-separated-values", u"application/ld+json", u"application/x-yaml", u"message/rfc822"}) {
         EXPECT_EQ(contentType(resource(type, u"utf-8"), true), "text/plain; charset=utf-8");
     }
     EXPECT_EQ(contentType(resource(u"text/css"), false), "text/css");
     EXPECT_EQ(contentType(resource(u"application/json"), false), "application/json");
-    for (const char16_t* type : {u"text/html", u"text/plain", u"application/xhtml+xml", u"image/png"}) {
+    for (const char16_t* type : {u"text/html", u"text/plain", u"application/xhtml+xml", u"image/png",
+                                 u"text/xml", u"application/rss+xml", u"image/x-json", u"application/zip"}) {
         EXPECT_EQ(contentType(resource(type), true), NSString(type).utf8());
     }
 }
 
 TEST(ResourceResponse, TypesAndEncodingsBeginNoOtherHeader) {
-    EXPECT_EQ(contentType(hostile("text/html\r\nSet-Cookie: a=b"), true), "text/htmlset-cookie:ab");
-    EXPECT_EQ(contentType(hostile("text/html", "utf-8\r\n\r\n<script>"), true),
+    EXPECT_EQ(contentType(hostile("text/html\r\nSet-Cookie: a=b"), false), "text/htmlset-cookie:ab");
+    EXPECT_EQ(contentType(hostile("text/html", "utf-8\r\n\r\n<script>"), false),
               "text/html; charset=utf-8script");
-    EXPECT_EQ(contentType(hostile("text/html\n", "\tutf-8 "), true), "text/html; charset=utf-8");
-    EXPECT_EQ(contentType(hostile("text/html,text/plain"), true), "text/htmltext/plain");
-    EXPECT_EQ(contentType(hostile("text/html; charset=utf-7", "utf-8; a=b"), true),
+    EXPECT_EQ(contentType(hostile("text/html\n", "\tutf-8 "), false), "text/html; charset=utf-8");
+    EXPECT_EQ(contentType(hostile("text/html,text/plain"), false), "text/htmltext/plain");
+    EXPECT_EQ(contentType(hostile("text/html; charset=utf-7", "utf-8; a=b"), false),
               "text/html; charset=utf-8");
-    EXPECT_EQ(contentType(hostile("text/html", "\"utf-8\""), true), "text/html; charset=utf-8");
+    EXPECT_EQ(contentType(hostile("text/html", "\"utf-8\""), false), "text/html; charset=utf-8");
     EXPECT_EQ(contentType(hostile(std::string("text/\0html\x7F", 11), "\xC3\xA9"
                                                                       "a"),
-                          true),
+                          false),
               "text/html; charset=a");
 }
 
