@@ -1,4 +1,4 @@
-"""Screen mode: pages whose html element has styles of its own look as they do on the screen."""
+"""Pages whose html element has a box of its own look as they do on the screen, most of them in screen mode."""
 
 import unittest
 
@@ -103,6 +103,26 @@ class BackgroundTests(RootTestCase):
         self.assert_drawn("section{height:100px;background:url(halves.svg) 0 0/100% 100% fixed}",
                           '<div style="height:1400px"></div><section></section>',
                           {(300, 1395): WHITE, (300, 1405): RED, (312, 1495): BLUE}, more=self.HALVES)
+
+
+class QuirksTests(ScreenTestCase):
+    """Documents without a type, whose percentage heights refer to the view."""
+
+    STYLES = "<style>body{margin:0}</style>"
+    TABLE = f'<table height="100%" width="100%" cellspacing=0 style="background:{css(GREEN)}"><tr><td>Cell</table>'
+
+    def test_table_fills_the_view_of_a_longer_print(self):
+        # The view is as high as what the margins leave of the paper.
+        pdf = self.convert(html_archive(self.STYLES + self.TABLE + box("height:200px", RED)), mode="print").pdf
+        self.assertEqual(pdf.page_count, 2)
+        self.assert_pixels(pdf, {(300, 400): GREEN, (300, 750): GREEN})
+        self.assert_pixels(pdf, {(300, 40): RED, (300, 180): RED, (300, 190): WHITE}, page_number=2)
+
+    def test_table_fills_the_view_of_a_document_that_overflows(self):
+        pdf = self.convert(html_archive(self.STYLES + self.TABLE
+                                        + box("position:absolute;left:0;top:1480px;width:20px;height:20px", RED))).pdf
+        self.assert_size(pdf, 612, 1500)
+        self.assert_pixels(pdf, {(300, 785): GREEN, (300, 800): WHITE, (10, 1490): RED})
 
 
 if __name__ == "__main__":

@@ -126,7 +126,10 @@ bool containsFixedBoxes(const PageMeasurements& m) {
 void addContainedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box) {
     root.add("contain", containsFixedBoxes(m) ? "size layout" : "size");
     root.add("top", pixels(box.top));
-    root.add("margin", pixels(pushMargin) + " 0 0 " + pixels(box.marginLeft));
+    // Without a document type the root fills its page but for its margins, and its content asks for that
+    // height.
+    double marginBottom = m.isQuirky ? documentHeight(m) - box.height() : 0;
+    root.add("margin", lengths({pushMargin, 0, marginBottom, box.marginLeft}));
     root.add("border-width", lengths(box.border));
     if (box.border != boxOnScreen(m).border) {
         root.add("border-style", "solid");
@@ -155,10 +158,12 @@ RootBox pagedBox(const PageMeasurements& m) {
     return box;
 }
 
-void addPagedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box) {
+void addPagedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box, double pageLength) {
     root.add("contain", "layout");
+    // Without a document type the root fills its page but for its margins, as it did the view.
+    double marginBottom = m.isQuirky ? m.rootMarginBottom + pageLength - 2 * m.viewHeight : 0;
     // Where lines run from the right, a left margin counts only if the right one is free.
-    root.add("margin", pixels(m.viewHeight) + " auto 0 " + pixels(box.marginLeft));
+    root.add("margin", pixels(m.viewHeight) + " auto " + pixels(marginBottom) + " " + pixels(box.marginLeft));
     root.add("border-width", lengths(box.border));
     root.add("padding", lengths(box.padding));
     if (m.rootIsContainer) return;
@@ -281,14 +286,9 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     BodyPins pins = pinsIn(box, m);
     box.marginLeft += leftOverflow(m);
     addRootInPlace(root, box);
-    addPagedBox(root, m, box);
-    // Without a document type html and body fill the view, but not behind the viewport page unless told so.
-    bool keepsHeight = m.isQuirky && documentHeight(m) <= m.viewHeight;
-    if (keepsHeight) root.add("height", pixels(m.rootHeight));
+    addPagedBox(root, m, box, plan.pageLength);
     addCanvas(plan, root, m, box);
     sheet.add(root);
-    pins.across = pins.across || keepsHeight;
-    pins.height = pins.height || keepsHeight;
     addBody(sheet, m, pins);
     plan.styleSheet = sheet.text();
     return plan;

@@ -42,9 +42,10 @@ RootBox boxAsView(const PageMeasurements& m) {
     box.padding.top = std::max(0.0, contentTop);
     double roomAcross = m.viewWidth - box.padding.left;
     double roomDown = m.viewHeight - box.top - box.padding.top;
+    double below = root.padding.bottom + root.border.bottom + std::max(0.0, m.rootMarginBottom);
     box.contentWidth =
         std::clamp(root.contentWidth + std::min(0.0, contentLeft), 0.0, std::max(0.0, roomAcross));
-    box.contentHeight = std::clamp(root.contentHeight, 0.0, std::max(0.0, roomDown));
+    box.contentHeight = std::clamp(root.contentHeight, 0.0, std::max(0.0, roomDown - below));
     box.padding.right = std::max(0.0, roomAcross - box.contentWidth);
     box.padding.bottom = std::max(0.0, roomDown - box.contentHeight);
     box.border.right = std::max(0.0, m.rootMarginLeft + root.width() - m.viewWidth);

@@ -104,7 +104,7 @@ TEST(PrintLayout, ScreenPlanPrintsThePageBehindTheViewport) {
     EXPECT_EQ(valueOf(plan, "html", "page"), "document");
     EXPECT_EQ(valueOf(plan, "html", "contain"), "size layout");
     EXPECT_EQ(valueOf(plan, "html", "width"), "612px");
-    EXPECT_EQ(valueOf(plan, "html", "margin"), "0.05px 0 0 0px");
+    EXPECT_EQ(valueOf(plan, "html", "margin"), "0.05px 0px 0px 0px");
 }
 
 TEST(PrintLayout, RootsPaddingBoxBecomesTheView) {
@@ -225,7 +225,7 @@ TEST(PrintLayout, RightToLeftPagesReachToTheLeftOfTheView) {
     PageMeasurements m = page(1500, 900);
     m.bodyDirection = "rtl";
     PrintPlan plan = screenPlan(m);
-    EXPECT_EQ(valueOf(plan, "html", "margin"), "0.05px 0 0 888px");
+    EXPECT_EQ(valueOf(plan, "html", "margin"), "0.05px 0px 0px 888px");
     EXPECT_EQ(valueOf(plan, "html", "direction"), "ltr");
     EXPECT_EQ(valueOf(plan, "body", "direction"), "rtl");
     EXPECT_EQ(valueOf(plan, "body", "margin-left"), "8px");
@@ -234,7 +234,7 @@ TEST(PrintLayout, RightToLeftPagesReachToTheLeftOfTheView) {
 
     m.viewWidth = 720;
     m.viewHeight = 960;
-    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "html", "margin"), "960px auto 0 780px");
+    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "html", "margin"), "960px auto 0px 780px");
 }
 
 TEST(PrintLayout, BodysBackgroundMovesToTheRoot) {
@@ -351,7 +351,7 @@ TEST(PrintLayout, PaginatedPagesHaveThePapersSizeAndMargins) {
     EXPECT_EQ(valueOf(plan, "@page document", "margin"), "36pt");
     EXPECT_EQ(valueOf(plan, "@page document:first", "size"), "360px 480px"); // 720 x 960 at scale 0.5
     EXPECT_EQ(valueOf(plan, "@page document:first", "margin"), "0");
-    EXPECT_EQ(valueOf(plan, "html", "margin"), "960px auto 0 0px");
+    EXPECT_EQ(valueOf(plan, "html", "margin"), "960px auto 0px 0px");
 
     PrintPlan shrunk = paginatedPlan(page(14400, 3000, 720, 960), 612, 792, 36);
     EXPECT_EQ(valueOf(shrunk, "@page document", "size"), "1224pt 1584pt");
@@ -418,14 +418,25 @@ TEST(PrintLayout, FixedBoxesReferToTheDocumentWhereTheRootsHeightMatters) {
     }
 }
 
-TEST(PrintLayout, QuirkyPagesKeepTheirHeightWhenTheyFillTheView) {
-    PageMeasurements m = page(720, 960, 720, 960);
+// There the root's height is its page's less its margins: 960 px again when printed on pages of 960 px and on
+// such of 1920, and 792 px on one of 3000, where its border takes the rest, or of 1500, where a margin does.
+TEST(PrintLayout, RootsOfQuirkyPagesFillTheViewStill) {
+    PageMeasurements m = page(720, 3000, 720, 960);
+    m.rootMarginBottom = 20;
+    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "html", "margin"), "960px auto 0px 0px");
     m.isQuirky = true;
-    PrintPlan plan = paginatedPlan(m, 612, 792, 36);
-    EXPECT_EQ(valueOf(plan, "html", "height"), "960px");
-    EXPECT_EQ(valueOf(plan, "body", "height"), "944px");
-    m.scrollHeight = 961;
-    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "body", "height"), "");
+    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "html", "margin"), "960px auto -940px 0px");
+    m.scrollWidth = 1440;
+    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "html", "margin"), "960px auto 20px 0px");
+
+    PageMeasurements high = page(612, 3000);
+    high.isQuirky = true;
+    EXPECT_EQ(valueOf(screenPlan(high), "html", "margin"), "0.05px 0px 0px 0px");
+    PageMeasurements overflowing = page(612, 1500);
+    overflowing.rootHeight = 792;
+    EXPECT_EQ(valueOf(screenPlan(overflowing), "html", "margin"), "0.05px 0px 0px 0px");
+    overflowing.isQuirky = true;
+    EXPECT_EQ(valueOf(screenPlan(overflowing), "html", "margin"), "0.05px 0px 708px 0px");
 }
 
 TEST(PrintLayout, HostileMeasurementsStillMakeAPlan) {
