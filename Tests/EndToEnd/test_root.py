@@ -105,6 +105,31 @@ class BackgroundTests(RootTestCase):
                           {(300, 1395): WHITE, (300, 1405): RED, (312, 1495): BLUE}, more=self.HALVES)
 
 
+class MotionTests(RootTestCase):
+    GROWTH = "@keyframes grow{from{height:0}to{height:1450px}}"
+
+    def test_animation_with_an_end_has_reached_it(self):
+        self.assert_drawn(self.GROWTH + "main{animation:grow 1000s both}",
+                          "<main></main>" + box("height:50px", RED), {(300, 1440): WHITE, (300, 1475): RED})
+
+    def test_transition_has_reached_its_end(self):
+        self.assert_drawn(f"html{{width:300px;height:0;transition:all 1000s;background:{css(GOLD)}}}"
+                          f"html.grown{{width:600px;height:1500px}}body{{height:100%;background:{css(GREEN)}}}",
+                          "<script>getComputedStyle(document.documentElement).width;"
+                          "document.documentElement.className='grown'</script>",
+                          {(595, 1495): GREEN, (605, 1495): GOLD})
+
+    def test_endless_animation_stands_still_from_the_measuring_on(self):
+        for animated in ("main", "body", "html"):
+            with self.subTest(animated):
+                pdf = self.convert(html_archive(
+                    f"<!DOCTYPE html><style>body{{margin:0}}@keyframes grow{{from{{padding-top:0}}to{{padding-top:3000px}}}}"
+                    f"{animated}{{animation:grow .5s linear infinite alternate}}</style><main></main>"
+                    + box("height:800px", GREEN) + box("height:20px", RED))).pdf
+                height = pdf.size()[1]
+                self.assert_pixels(pdf, {(300, height - 10): RED, (300, height - 30): GREEN})
+
+
 class QuirksTests(ScreenTestCase):
     """Documents without a type, whose percentage heights refer to the view."""
 

@@ -16,6 +16,22 @@ constexpr std::string_view measuring = R"js((() => {
     const scrolled = (name) => Object.getOwnPropertyDescriptor(Element.prototype, name).get.call(scroller);
     scrollTo({left: 0, top: 0, behavior: 'instant'});
 
+    // Nothing moves from here to the print: what has an end in time is there, the rest stands still.
+    for (const animation of Document.prototype.getAnimations.call(document)) {
+        const endsInTime = animation.timeline instanceof DocumentTimeline &&
+            Number.isFinite(animation.effect?.getComputedTiming().endTime);
+        try {
+            if (endsInTime) {
+                animation.finish();
+            } else {
+                animation.pause();
+                animation.currentTime = animation.currentTime;
+            }
+        } catch {
+            // One that scripts have made neither: it goes on.
+        }
+    }
+
     const rootStyle = getComputedStyle(root);
     const bodyStyle = body ? getComputedStyle(body) : rootStyle;
     const px = (style, name) => parseFloat(style[name]) || 0;
