@@ -83,6 +83,26 @@ class LazyTests(ShownTestCase):
                 ".observe(d);</script>")
         self.assert_colours(self.shown(body), {(50, 3050): GREEN})
 
+    def test_animation_on_coming_into_view(self):
+        body = (FAR + f'<div style="height:100px;background:{css(GREEN)}" class=c></div>' + FAR +
+                "<style>@keyframes appear{from{opacity:0}to{opacity:1}}"
+                ".c{animation:appear linear both;animation-timeline:view();animation-range:entry}</style>")
+        self.assert_colours(self.shown(body), {(50, 3050): GREEN})
+
+    def test_animation_that_a_script_begins(self):
+        body = (FAR + f'<div id=d style="height:100px;background:{css(GREEN)}"></div>'
+                "<style>@keyframes appear{from{opacity:0}to{opacity:1}}#d{opacity:0}#d.on{animation:appear 20s both}"
+                "</style><script>new IntersectionObserver(([e]) => { if (e.isIntersecting) d.className = 'on' })"
+                ".observe(d);</script>")
+        self.assert_colours(self.shown(body), {(50, 3050): GREEN})
+
+    def test_animations_without_end_and_those_that_ran_before_go_on(self):
+        body = (f'<div style="height:100px;background:{css(GREEN)}" class=once></div>' + FAR +
+                f'<div style="height:100px;background:{css(GREEN)}" class=always></div>'
+                "<style>@keyframes vanish{from{opacity:1}to{opacity:0}}.once{animation:vanish 2000s both}"
+                ".always{animation:vanish 2000s infinite}</style>")
+        self.assert_colours(self.shown(body), {(50, 50): GREEN, (50, 3150): GREEN})
+
     def test_address_that_has_to_be_fetched_first(self):
         body = (FAR + "<img id=i width=100 height=100><script>new IntersectionObserver(async ([e]) => {"
                 "if (e.isIntersecting) i.src = (await (await fetch('where.json')).json()).src }).observe(i);</script>")

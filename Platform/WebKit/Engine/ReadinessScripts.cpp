@@ -208,9 +208,11 @@ constexpr std::string_view revealing = R"js(
     return reveal();
 )js";
 
+// What moves with an element's place in the view has no place to go by.
 constexpr std::string_view concluding = R"js(
     const view = globalThis[Symbol.for('web2pdf-view')];
     for (const animation of view ? animations() : []) {
+        if (animation.timeline instanceof ViewTimeline) animation.cancel();
         if (view.animations.has(animation) || animation.timeline !== property('timeline')) continue;
         if (animation.effect && isFinite(animation.effect.getComputedTiming().endTime)) animation.finish();
     }

@@ -32,7 +32,8 @@ std::string holdingScript();
 std::string revealingScript(std::chrono::milliseconds limit);
 
 // To be evaluated when the page's scripts stand still and the view has its own size again: puts an end to
-// transitions that began while the view was held. Answers the number of images that are still on their way.
+// transitions that began while the view was held, and takes back animations that show an element only as it
+// is scrolled into the view. Answers the number of images that are still on their way.
 std::string concludingScript();
 
 } // namespace qrv::engine
