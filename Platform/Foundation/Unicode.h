@@ -55,6 +55,9 @@ std::u16string decomposed(std::u16string_view text);
 /// The length of the canonical decomposition, in linear time for every text.
 std::size_t decomposedLength(std::u16string_view text);
 
+/// The compatibility form, composed (form KC): no ligatures, presentation forms or other variants.
+std::u16string compatibilityForm(std::u16string_view text);
+
 /// What a comparison takes no notice of. Canonically equivalent texts are the same in any case.
 struct Indifference {
     bool letterCase = false;

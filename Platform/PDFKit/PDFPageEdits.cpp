@@ -1,6 +1,7 @@
 #include "Platform/PDFKit/PDFPageEdits.h"
 
 #include "Platform/PDFKit/PDFFile.h"
+#include "Platform/PDFKit/PDFGlyphTexts.h"
 #include "Platform/PDFKit/PDFOutline.h"
 #include "Platform/PDFKit/PDFStructure.h"
 
@@ -238,6 +239,7 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
         if (edits.language) setLanguage(*document, *edits.language);
         correctOutline(*document, edits.headings);
         mapStructureRoles(*document);
+        correctGlyphTexts(*document);
     } catch (const std::exception&) {
         return {};
     }

@@ -36,9 +36,10 @@ struct PDFPageEdits {
     std::vector<std::string> headings;
 };
 
-/// The document with the edits made and with its structure readable by programs that know no PDF 2.0. nil for
-/// data that is no PDF, is encrypted or damaged, and for sizes and scales that are not finite and positive or
-/// lead to a page larger than 1e8 points.
+/// The document with the edits made, with a structure that programs understand which know no PDF 2.0, and
+/// with the usual characters for glyphs that stand for several. nil for data that is no PDF, is encrypted or
+/// damaged, and for sizes and scales that are not finite and positive or lead to a page larger than 1e8
+/// points.
 NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf);
 
 } // namespace qrv

@@ -7,8 +7,10 @@ import subprocess
 from dataclasses import dataclass
 
 
-# What programs say of themselves and not of a file.
-OF_THE_BUILD = ("warning: ICC support is not available",)
+# What mupdf says of itself and not of a file: how it was built, and that it takes no glyph for more than eight
+# characters, which joined emoji are.
+OF_ITSELF = ("warning: ICC support is not available",
+             "warning: ignoring one to many mapping in cmap Adobe-Identity-UCS")
 
 
 def _run(*command):
@@ -21,7 +23,7 @@ def _run(*command):
 def _run_in_silence(*command):
     """Also what a program only warns of counts as a refusal."""
     done = subprocess.run(command, stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
-    complaints = [line for line in done.stderr.decode(errors="replace").splitlines() if line not in OF_THE_BUILD]
+    complaints = [line for line in done.stderr.decode(errors="replace").splitlines() if line not in OF_ITSELF]
     if done.returncode != 0 or complaints:
         raise AssertionError(f"{command[0]} complains: {complaints}")
     return done.stdout
@@ -61,6 +63,15 @@ class Link:
     def covers(self, word):
         return (self.page == word.page and self.left - 1 <= word.left and word.right <= self.right + 1
                 and self.top - 1 <= (word.top + word.bottom) / 2 <= self.bottom + 1)
+
+
+@dataclass
+class Font:
+    name: str
+    kind: str
+    embedded: bool
+    subset: bool
+    has_text: bool  # says what its glyphs mean
 
 
 @dataclass
@@ -105,9 +116,15 @@ class PDF:
         left, bottom, right, top = self.box("MediaBox", page)
         return (right - left, top - bottom)
 
-    def text(self, page=None):
+    def text(self, page=None, as_drawn=False):
+        """What poppler reads: line by line as they are seen, or as_drawn, in the file's own order."""
         span = [] if page is None else ["-f", str(page), "-l", str(page)]
-        return _run("pdftotext", "-enc", "UTF-8", *span, self.path, "-").decode()
+        order = ["-raw"] if as_drawn else []
+        return _run("pdftotext", "-enc", "UTF-8", *order, *span, self.path, "-").decode()
+
+    def glyph_text(self):
+        """What mupdf reads, which takes each glyph for what its font says of it, in the order of drawing."""
+        return _run("mutool", "draw", "-q", "-F", "txt", self.path).decode("utf-8", "surrogatepass")
 
     def words(self):
         """Every word with its place, in points from the page's top left."""
@@ -171,6 +188,11 @@ class PDF:
                                   address and address.removeprefix("u:"), name and name.removeprefix("/")))
         return found
 
+    def fonts(self):
+        lines = _run("pdffonts", self.path).decode().splitlines()[2:]
+        return [Font(line[:36].strip(), line[37:54].strip(), *(line[at:at + 3] == "yes" for at in (72, 76, 80)))
+                for line in lines]
+
     def destinations(self):
         """The named destinations: page, and points from its top."""
         lines = _run("pdfinfo", "-dests", self.path).decode().splitlines()[1:]
@@ -190,6 +212,10 @@ class PDF:
         """A page as the bytes of a PPM file of the size given."""
         return _run("pdftoppm", "-scale-to-x", str(scale_to[0]), "-scale-to-y", str(scale_to[1]),
                     "-f", str(page), "-l", str(page), self.path)
+
+    def second_picture(self, page=1, dpi=72):
+        """The same, drawn by mupdf."""
+        return read_ppm(_run("mutool", "draw", "-q", "-r", str(dpi), "-F", "ppm", "-o", "-", self.path, str(page)))
 
 
 def read_ppm(data):

@@ -46,4 +46,15 @@ std::size_t decomposedLength(std::u16string_view text) {
     return length;
 }
 
+std::u16string compatibilityForm(std::u16string_view text) {
+    UErrorCode status = U_ZERO_ERROR;
+    const UNormalizer2* const normalizer = unorm2_getNFKCInstance(&status);
+    const auto length = static_cast<int32_t>(text.size());
+    const int32_t needed = unorm2_normalize(normalizer, text.data(), length, nullptr, 0, &status);
+    std::u16string result(static_cast<std::size_t>(needed), u'\0');
+    status = U_ZERO_ERROR;
+    unorm2_normalize(normalizer, text.data(), length, result.data(), needed, &status);
+    return result;
+}
+
 } // namespace qrv::unicode
