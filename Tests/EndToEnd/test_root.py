@@ -104,6 +104,17 @@ class BackgroundTests(RootTestCase):
                           '<div style="height:1400px"></div><section></section>',
                           {(300, 1395): WHITE, (300, 1405): RED, (312, 1495): BLUE}, more=self.HALVES)
 
+    def test_effects_of_the_root_work_on_the_canvas(self):
+        inverse = (225, 195, 55)
+        for content, size in (("", LETTER), (TALL, (612, 1500))):
+            for owner in ("html", "body"):
+                with self.subTest(owner, size=size):
+                    self.assert_drawn(f"html{{filter:invert(1)}}{owner}{{background:{css(BLUE)}}}",
+                                      box("position:absolute;left:0;bottom:0;width:50px;height:50px", WHITE)
+                                      + content,
+                                      {(600, 5): inverse, (600, size[1] - 5): inverse, (25, 780): (0, 0, 0)},
+                                      size=size)
+
 
 class MotionTests(RootTestCase):
     GROWTH = "@keyframes grow{from{height:0}to{height:1450px}}"

@@ -46,13 +46,19 @@ Area imageArea(const PageMeasurements& m) {
     return m.canvasOrigin == "content-box" ? inside(area, root.padding) : area;
 }
 
-// The engine places the canvas's images as if the root's border box stood at the start of the first page; the
-// document's pages come after that.
-Layers imageLayers(const PageMeasurements& m, const RootBox& box) {
+// Where the lists are to hold: a box of this size, whose images' places are counted from so much above the
+// document.
+struct Frame {
+    double width;
+    double height;
+    double down;
+};
+
+Layers imageLayers(const PageMeasurements& m, const Frame& frame) {
     Area from = imageArea(m);
-    bool isSameSize = from.width == box.width() && from.height == box.height();
-    return {movedPositions(m.canvasPositionX, {from.left, from.width}, {0, box.width()}, 0),
-            movedPositions(m.canvasPositionY, {from.top, from.height}, {0, box.height()}, m.viewHeight),
+    bool isSameSize = from.width == frame.width && from.height == frame.height;
+    return {movedPositions(m.canvasPositionX, {from.left, from.width}, {0, frame.width}, 0),
+            movedPositions(m.canvasPositionY, {from.top, from.height}, {0, frame.height}, frame.down),
             isSameSize ? m.canvasSize
                        : fixedSizes(m.canvasSize, {m.canvasImages, m.canvasRatios}, from.width, from.height),
             m.canvasRepeat};
@@ -74,14 +80,14 @@ std::vector<std::pair<Area, std::string_view>> borderSides(const PageMeasurement
 
 // Puts the border's sides before the images there are, which have one item each in all lists then. Returns
 // the images to put before those.
-std::string prependBorder(Layers& layers, const PageMeasurements& m) {
+std::string prependBorder(Layers& layers, const PageMeasurements& m, double down) {
     std::string images;
     Layers sides;
     for (const auto& [area, color] : borderSides(m)) {
         if (area.width <= 0 || area.height <= 0) continue;
         images.append("linear-gradient(").append(color).append(",").append(color).append("),");
         sides.positionsX += pixels(area.left) + ",";
-        sides.positionsY += pixels(area.top + m.viewHeight) + ",";
+        sides.positionsY += pixels(area.top + down) + ",";
         sides.sizes += pixels(area.width) + " " + pixels(area.height) + ",";
         sides.repeats += "no-repeat,";
     }
@@ -93,6 +99,25 @@ std::string prependBorder(Layers& layers, const PageMeasurements& m) {
     return images;
 }
 
+void addLayers(StyleRule& rule, const Layers& layers) {
+    rule.add("background-repeat", layers.repeats);
+    rule.add("background-origin", "border-box");
+    rule.add("background-attachment", "scroll");
+    rule.add("background-size", layers.sizes);
+    rule.add("background-position-x", layers.positionsX);
+    rule.add("background-position-y", layers.positionsY);
+}
+
+// The engine places the canvas's images as if the root's border box stood at the start of the first page; the
+// document's pages come after that.
+Frame rootFrame(const PageMeasurements& m, const RootBox& box) {
+    return {box.width(), box.height(), m.viewHeight};
+}
+
+bool losesBorder(const PageMeasurements& m, const RootBox& box) {
+    return box.border != boxOnScreen(m).border;
+}
+
 } // namespace
 
 void addCanvas(PrintPlan& plan, StyleRule& root, const PageMeasurements& m, const RootBox& box) {
@@ -100,16 +125,37 @@ void addCanvas(PrintPlan& plan, StyleRule& root, const PageMeasurements& m, cons
         root.add("background-color", m.canvasColor);
         root.add("background-clip", "border-box");
     }
-    Layers layers = imageLayers(m, box);
-    if (box.border != boxOnScreen(m).border) plan.imagesOnTop = prependBorder(layers, m);
+    Frame frame = rootFrame(m, box);
+    Layers layers = imageLayers(m, frame);
+    if (losesBorder(m, box)) plan.imagesOnTop = prependBorder(layers, m, frame.down);
     if (!m.canvasHasImage && plan.imagesOnTop.empty()) return;
     if (m.canvasFromBody || !plan.imagesOnTop.empty()) plan.imageSource = m.canvasFromBody ? "body" : "root";
-    root.add("background-repeat", layers.repeats);
-    root.add("background-origin", "border-box");
-    root.add("background-attachment", "scroll");
-    root.add("background-size", layers.sizes);
-    root.add("background-position-x", layers.positionsX);
-    root.add("background-position-y", layers.positionsY);
+    plan.imageTarget = "html";
+    addLayers(root, layers);
+}
+
+void addCanvasBox(PrintPlan& plan, StyleSheet& sheet, StyleRule& root, const PageMeasurements& m,
+                  const RootBox& box) {
+    root.add("background", "none");
+    StyleRule contents("head *");
+    contents.add("display", "none");
+    sheet.add(contents);
+    StyleRule head("head");
+    head.add("all", "initial");
+    head.add("display", "block");
+    head.add("position", "absolute");
+    head.add("left", pixels(-box.marginLeft - box.border.left));
+    head.add("top", pixels(-box.top - box.border.top));
+    head.add("width", pixels(documentWidth(m)));
+    head.add("height", pixels(documentHeight(m)));
+    head.add("z-index", "-2147483647");
+    head.add("background-color", m.canvasColor);
+    Layers layers = imageLayers(m, {documentWidth(m), documentHeight(m), 0});
+    if (losesBorder(m, box)) plan.imagesOnTop = prependBorder(layers, m, 0);
+    plan.imageTarget = "head";
+    plan.imageSource = m.canvasFromBody ? "body" : "root";
+    addLayers(head, layers);
+    sheet.add(head);
 }
 
 } // namespace qrv::engine

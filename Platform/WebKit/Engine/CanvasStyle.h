@@ -12,4 +12,10 @@ namespace qrv::engine {
 // root on the screen, the border is drawn by the canvas, too: in its colours, solid whatever its style.
 void addCanvas(PrintPlan& plan, StyleRule& root, const PageMeasurements& measured, const RootBox& box);
 
+// The same where the root has an effect that works on the canvas: when it prints, the engine leaves the
+// canvas out of it. So the root gives its background to the document's head, which is made a box as large as
+// the document below everything else. For screen mode.
+void addCanvasBox(PrintPlan& plan, StyleSheet& sheet, StyleRule& root, const PageMeasurements& measured,
+                  const RootBox& box);
+
 } // namespace qrv::engine

@@ -89,6 +89,7 @@ constexpr FlagField flagFields[] = {
     {"rootHeightIsAuto", &M::rootHeightIsAuto},
     {"rootIsContainer", &M::rootIsContainer},
     {"rootContainsFixed", &M::rootContainsFixed},
+    {"rootHasEffect", &M::rootHasEffect},
     {"bodyHeightIsAuto", &M::bodyHeightIsAuto},
     {"bodyOverflowSpreads", &M::bodyOverflowSpreads},
     {"canvasFromBody", &M::canvasFromBody},

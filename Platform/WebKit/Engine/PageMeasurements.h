@@ -47,6 +47,7 @@ struct PageMeasurements {
     bool rootHeightIsAuto = true;
     bool rootIsContainer = false;   // absolutely positioned boxes refer to the root, not to the view
     bool rootContainsFixed = false; // fixed boxes do, too
+    bool rootHasEffect = false;     // a filter, mask or the like, which works on the canvas; there is a head
 
     double bodyMarginLeft = 0; // from the root's content edge, as used
     double bodyWidth = 0;      // content size, as used

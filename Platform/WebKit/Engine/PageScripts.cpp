@@ -132,6 +132,8 @@ constexpr std::string_view measuring = R"js((() => {
         rootHeightIsAuto: hasAutoHeight(root),
         rootIsContainer: rootStyle.position !== 'static' || rootContainsFixed,
         rootContainsFixed,
+        rootHasEffect: Boolean(property('head')) && (rootStyle.opacity !== '1' ||
+            ['filter', 'clipPath', 'maskImage'].some((name) => rootStyle[name] !== 'none')),
         bodyMarginLeft: isMoved ? px(bodyStyle, 'marginLeft') : (bodyBox.left - contentLeft) / rootZoom / bodyZoom,
         bodyWidth: contentSize(bodyStyle, 'width', across),
         bodyHeight: contentSize(bodyStyle, 'height', along),
@@ -154,7 +156,7 @@ constexpr std::string_view measuring = R"js((() => {
 // Where a policy forbids style elements, an adopted sheet is still allowed; it comes last, so that only the
 // document's own layers are stronger.
 // Important declarations of style attributes are stronger than any sheet, hence they lose their importance.
-constexpr std::string_view applying = R"js(((text, source, imagesOnTop, releasesSticky) => {
+constexpr std::string_view applying = R"js(((text, target, source, imagesOnTop, releasesSticky) => {
     const accessor = (name) => Object.getOwnPropertyDescriptor(Document.prototype, name);
     const property = (name) => accessor(name).get.call(document);
     const root = property('documentElement');
@@ -162,7 +164,7 @@ constexpr std::string_view applying = R"js(((text, source, imagesOnTop, releases
     const takeBack = Symbol.for('web2pdf-print');
     globalThis[takeBack]?.();
     if (source) {
-        text += '@layer web2pdf-print{html{background-image:' + imagesOnTop +
+        text += '@layer web2pdf-print{' + target + '{background-image:' + imagesOnTop +
             getComputedStyle({root, body}[source]).backgroundImage + '!important}}';
     }
     const element = Document.prototype.createElementNS.call(document, 'http://www.w3.org/1999/xhtml', 'style');
@@ -225,8 +227,8 @@ std::string measuringScript() {
 
 std::string applyingScript(const PrintPlan& plan) {
     return std::string(applying) + ")(" + scriptString(plan.styleSheet) + "," +
-           scriptString(plan.imageSource) + "," + scriptString(plan.imagesOnTop) + "," +
-           (plan.releasesSticky ? "true" : "false") + ")";
+           scriptString(plan.imageTarget) + "," + scriptString(plan.imageSource) + "," +
+           scriptString(plan.imagesOnTop) + "," + (plan.releasesSticky ? "true" : "false") + ")";
 }
 
 } // namespace qrv::engine

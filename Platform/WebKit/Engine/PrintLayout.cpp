@@ -246,7 +246,11 @@ PrintPlan screenPlan(const PageMeasurements& measured) {
     box.marginLeft += leftOverflow(m);
     addRootInPlace(root, box);
     addContainedBox(root, m, box);
-    addCanvas(plan, root, m, box);
+    if (m.rootHasEffect) {
+        addCanvasBox(plan, sheet, root, m, box);
+    } else {
+        addCanvas(plan, root, m, box);
+    }
     sheet.add(root);
     addBody(sheet, m, pins);
     plan.styleSheet = sheet.text();

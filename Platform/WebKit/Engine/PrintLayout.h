@@ -32,8 +32,9 @@ namespace qrv::engine {
 // A box above 14,400 pt keeps its true size and gets no UserUnit.
 struct PrintPlan {
     std::string styleSheet;  // every declaration important, in a layer of its own
-    std::string imageSource; // "root" or "body": whose background images the root gets; empty: those it has
-    std::string imagesOnTop; // images that the root gets before those, each with a comma behind it
+    std::string imageTarget; // selector of the element whose background images are set
+    std::string imageSource; // "root" or "body": whose images it gets; empty: those it has
+    std::string imagesOnTop; // images that it gets before those, each with a comma behind it
     double scale = 1;        // printToPDF: scale, 0.1 to 2
     std::string pageRanges;  // printToPDF: pageRanges; empty for all
     double paperWidth = 0;   // printToPDF: paperWidth, inches

@@ -69,7 +69,8 @@ StyleSheet::StyleSheet() {
     unnamed.add("page", "auto");
     add(unnamed);
     // The view that fixed backgrounds refer to is the first page, and nothing of them is drawn elsewhere.
-    StyleRule scrolling("*,::before,::after");
+    // Controls lose the looks that the system gives them when a style says anything of their background.
+    StyleRule scrolling(":not(input,button,select,textarea,progress,meter),::before,::after");
     scrolling.add("background-attachment", "scroll");
     add(scrolling);
 }

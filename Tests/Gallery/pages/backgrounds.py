@@ -5,6 +5,7 @@ from entry import blocks, page, paragraphs
 TILE = ("url(&quot;data:image/svg+xml,%3Csvg xmlns='http://www.w3.org/2000/svg' width='50' height='50'%3E%3Crect "
         "width='25' height='25' fill='%23acf'/%3E%3Crect x='25' y='25' width='25' height='25' fill='%23fca'/%3E%3C/svg%3E&quot;)"
         ).replace("&quot;", '"')
+RASTERED = "the engine draws what a filter changes as a picture, so that its words are lost"
 SHORT, LONG = paragraphs(4), paragraphs(25)
 
 
@@ -35,6 +36,11 @@ PAGES = [
              f"{TILE} 25% 75%/20% 10% no-repeat,linear-gradient(90deg,red,blue) 0 100%/100% 20px no-repeat,#efe", SHORT),
     backdrop("body-behind", "The body's image on a body narrower than the page", "body", f"{TILE}", SHORT,
              style="body{width:300px;margin:50px auto;border:5px solid #c33}"),
+    page("fixed-in-sections", "Sections with windows on a fixed picture",
+         "".join(f"<section>window{n}</section><p>between{n}</p>" for n in range(4)),
+         style=f"section{{height:300px;background:linear-gradient(#f88,#88f) fixed}}",
+         pictures_differ="on a page that does not scroll each element has a fixed picture of its own"),
+    page("clipped-root", "A clip path on the root", SHORT, style="html{clip-path:inset(40px);background:#eef}"),
     page("dark-scheme", "A page that asks for a dark canvas", SHORT, head='<meta name="color-scheme" content="dark">'),
     page("no-background", "A page without any background is white", SHORT, pixels=[(600, 780, (255, 255, 255))]),
     page("bordered-root", "A border on a tall root", LONG, style="html{border:15px solid #c33;background:linear-gradient(#fee,#eef)}"),
@@ -42,6 +48,8 @@ PAGES = [
          style="html{border:15px solid #c33;background:linear-gradient(#fee,#eef)}"),
     page("negative-margins", "Negative margins on the root", LONG,
          style="html{margin:-10px -20px;background:linear-gradient(#fee,#eef)}"),
+    page("filtered-root", "A filter on the root", LONG, style="html{filter:invert(1);background:#eef}", words=[],
+         allowance_reason=RASTERED, shifts_words=RASTERED),
     page("faded-root", "A root that lets the canvas shine through", LONG, style="html{opacity:.5;background:#eef}"),
     page("blended", "Blending with what is behind", "<div id=m>mixed</div>" + SHORT,
          style="body{background:#fc8}#m{mix-blend-mode:multiply;background:#8cf;height:80px}",

@@ -141,5 +141,32 @@ TEST(CanvasStyle, BodysColourCoversTheCanvas) {
               "html{background-color:rgb(1, 2, 3)!important;background-clip:border-box!important;}");
 }
 
+// The head's place is counted from the root's padding box, that of its images from the document's corner.
+TEST(CanvasStyle, BoxBehindADocumentWithAnEffect) {
+    PageMeasurements m = bordered();
+    m.scrollWidth = 900;
+    m.scrollHeight = 2000;
+    m.canvasHasImage = m.canvasFromBody = true;
+    m.canvasImages = "url";
+    m.canvasColor = "pink";
+    RootBox box = boxAsView(m);
+    box.marginLeft = 300;
+    box.top = -5;
+    PrintPlan plan;
+    StyleSheet sheet;
+    StyleRule root("html");
+    addCanvasBox(plan, sheet, root, m, box);
+    EXPECT_EQ(root.text(), "html{background:none!important;}");
+    EXPECT_EQ(plan.imageTarget, "head");
+    EXPECT_EQ(plan.imageSource, "body");
+    EXPECT_THAT(plan.imagesOnTop, HasSubstr("linear-gradient(red,red),"));
+    std::string text = sheet.text();
+    EXPECT_THAT(text, HasSubstr("head *{display:none!important;}"));
+    EXPECT_THAT(text, HasSubstr("left:-300px!important;top:5px!important;width:900px!important;"
+                                "height:2000px!important;"));
+    EXPECT_THAT(text, HasSubstr("background-color:pink!important;"));
+    EXPECT_THAT(text, HasSubstr("background-position-y:0px,397px,1px,1px,calc(0% + 1px)!important;"));
+}
+
 } // namespace
 } // namespace qrv::engine

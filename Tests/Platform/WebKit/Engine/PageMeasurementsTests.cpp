@@ -15,7 +15,7 @@ TEST(PageMeasurements, AreReadFromTheAnswer) {
         "bodyDirection":"rtl","rootZoom":1.5,"bodyZoom":0.5,"rootMarginTop":1,"rootMarginBottom":2,"rootMarginLeft":-3,"rootBorderTop":4,
         "rootBorderRight":5,"rootBorderBottom":6,"rootBorderLeft":7,"rootPaddingTop":8,"rootPaddingRight":9,
         "rootPaddingBottom":10,"rootPaddingLeft":11,"rootWidth":12,"rootHeight":13,"rootHeightIsAuto":false,
-        "rootIsContainer":true,"rootContainsFixed":true,"bodyMarginLeft":-14,"bodyWidth":15,"bodyHeight":16,"bodyHeightIsAuto":false,"rootBorderTopColor":"red","rootBorderRightColor":"blue",
+        "rootIsContainer":true,"rootContainsFixed":true,"rootHasEffect":true,"bodyMarginLeft":-14,"bodyWidth":15,"bodyHeight":16,"bodyHeightIsAuto":false,"rootBorderTopColor":"red","rootBorderRightColor":"blue",
         "rootBorderBottomColor":"green","rootBorderLeftColor":"lime","bodyOverflowSpreads":true,
         "canvasFromBody":true,"canvasHasImage":true,"canvasImages":"url,linear-gradient","canvasIsFixed":true,
         "canvasColor":"color(srgb 1 0 0 / 0.5)","canvasPositionX":"calc(100% - 3px)","canvasPositionY":"2px, 3px",
@@ -51,6 +51,7 @@ TEST(PageMeasurements, AreReadFromTheAnswer) {
     EXPECT_FALSE(m.rootHeightIsAuto);
     EXPECT_TRUE(m.rootIsContainer);
     EXPECT_TRUE(m.rootContainsFixed);
+    EXPECT_TRUE(m.rootHasEffect);
     EXPECT_EQ(m.bodyMarginLeft, -14);
     EXPECT_EQ(m.bodyWidth, 15);
     EXPECT_EQ(m.bodyHeight, 16);

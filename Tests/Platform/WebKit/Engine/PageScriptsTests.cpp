@@ -43,6 +43,7 @@ TEST(PageScripts, MeasuringScriptNamesEveryField) {
                              "canvasPositionX",
                              "canvasPositionY",
                              "canvasSize",
+                             "rootHasEffect",
                              "canvasRatios",
                              "canvasOrigin",
                              "canvasRepeat",
@@ -62,21 +63,22 @@ TEST(PageScripts, MeasuringScriptNamesEveryField) {
 TEST(PageScripts, ApplyingScriptQuotesTheSheet) {
     PrintPlan plan;
     plan.styleSheet = "a{content:'\\'}\n</style>";
-    std::string call = R"--(('a{content:\x27\x5c\x27}\x0a\x3c/style>','','',false))--";
+    std::string call = R"--(('a{content:\x27\x5c\x27}\x0a\x3c/style>','','','',false))--";
     EXPECT_TRUE(applyingScript(plan).ends_with(call)) << applyingScript(plan);
 }
 
 TEST(PageScripts, ApplyingScriptIsToldOfTheImages) {
     PrintPlan plan;
+    plan.imageTarget = "head";
     plan.imageSource = "body";
     plan.imagesOnTop = "linear-gradient(red,red),";
-    EXPECT_TRUE(applyingScript(plan).ends_with("('','body','linear-gradient(red,red),',false)"));
+    EXPECT_TRUE(applyingScript(plan).ends_with("('','head','body','linear-gradient(red,red),',false)"));
 }
 
 TEST(PageScripts, ApplyingScriptIsToldToReleaseStickyBoxes) {
     PrintPlan plan;
     plan.releasesSticky = true;
-    EXPECT_TRUE(applyingScript(plan).ends_with("('','','',true)"));
+    EXPECT_TRUE(applyingScript(plan).ends_with("('','','','',true)"));
 }
 
 } // namespace

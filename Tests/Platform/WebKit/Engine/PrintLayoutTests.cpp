@@ -278,6 +278,17 @@ TEST(PrintLayout, RootsBackgroundStaysWithTheRoot) {
     EXPECT_EQ(valueOf(screenPlan(m), "html", "background-size"), "auto"); // refers to the view
 }
 
+TEST(PrintLayout, CanvasIsABoxWhereTheRootHasAnEffect) {
+    PageMeasurements m = page(612, 3000);
+    m.canvasColor = "rgb(1, 2, 3)";
+    EXPECT_EQ(ruleOf(screenPlan(m), "head"), "");
+    m.rootHasEffect = true;
+    EXPECT_EQ(valueOf(screenPlan(m), "head", "background-color"), "rgb(1, 2, 3)");
+    EXPECT_EQ(valueOf(screenPlan(m), "head", "height"), "3000px");
+    EXPECT_EQ(valueOf(screenPlan(m), "html", "background"), "none");
+    EXPECT_EQ(ruleOf(paginatedPlan(m, 612, 792, 36), "head"), "");
+}
+
 TEST(PrintLayout, RootsZoomMovesToTheBody) {
     PageMeasurements m = page(612, 3000);
     m.bodyZoom = 0.5;

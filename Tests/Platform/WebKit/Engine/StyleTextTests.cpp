@@ -35,9 +35,11 @@ TEST(StyleText, SheetIsOneLayerAndTakesPageNamesAndTheViewsBackgroundsAway) {
     StyleRule rule("body");
     rule.add("color", "red");
     sheet.add(rule);
-    EXPECT_EQ(sheet.text(), "@layer web2pdf-print{*{page:auto!important;}"
-                            "*,::before,::after{background-attachment:scroll!important;}"
-                            "body{color:red!important;}}");
+    EXPECT_EQ(sheet.text(),
+              "@layer web2pdf-print{*{page:auto!important;}"
+              ":not(input,button,select,textarea,progress,meter),::before,::after{background-attachment:"
+              "scroll!important;}"
+              "body{color:red!important;}}");
 }
 
 } // namespace
