@@ -3,6 +3,8 @@
 A script is text of its own, because the tool may run it as another user and without the tests' modules.
 """
 
+import subprocess
+
 DIES_AT_ONCE = "#!/bin/sh\nexit 1\n"
 NEVER_ANSWERS = "#!/bin/sh\nexec sleep 600\n"
 ANSWERS_NONSENSE = "#!/bin/sh\nprintf 'no message\\0' >&4\nexec sleep 600\n"
@@ -103,3 +105,13 @@ def between(take_note, engine=HEADLESS_SHELL):
 def proxy(method, action, engine=HEADLESS_SHELL):
     """The real engine, until the named DevTools call comes: then it dies ("die") or the call fails ("refuse")."""
     return between(_FAILING % {"method": method, "action": action}, engine)
+
+
+def own_pdf(html, folder, engine=HEADLESS_SHELL):
+    """The PDF that the engine makes of a page by its own command, with structure tree and outline."""
+    source, output = folder / "own.html", folder / "own.pdf"
+    source.write_text(html, encoding="utf-8")
+    subprocess.run([engine, "--no-sandbox", "--disable-gpu", "--disable-breakpad", "--no-pdf-header-footer",
+                    "--generate-pdf-document-outline", f"--print-to-pdf={output}", source.as_uri()],
+                   stdin=subprocess.DEVNULL, capture_output=True, timeout=60, check=True)
+    return output.read_bytes()

@@ -1,4 +1,4 @@
-"""Small pictures made by rule, each of one colour: PNG, GIF, BMP, ICO, WebP and SVG."""
+"""Small pictures made by rule, each of one colour: PNG, GIF, BMP, ICO, WebP, JPEG and SVG."""
 
 import struct
 import zlib
@@ -66,3 +66,26 @@ def webp(width, height, colour):
     data = bytes(int(bits[at:at + 8][::-1], 2) for at in range(0, len(bits), 8))
     chunk = b"VP8L" + struct.pack("<I", len(data)) + data + bytes(len(data) % 2)
     return b"RIFF" + struct.pack("<I", len(chunk) + 4) + b"WEBP" + chunk
+
+
+def jpeg(width, height, grey):
+    """A JPEG of one shade of grey (0 to 255), its sides multiples of 8. Each block is its average alone."""
+    def segment(marker, data):
+        return bytes([0xFF, marker]) + struct.pack(">H", len(data) + 2) + data
+
+    def table(number, symbols):
+        # Codes 0, 10, 110, ...: one of each length.
+        lengths = bytes(1 if length < len(symbols) else 0 for length in range(16))
+        return segment(0xC4, bytes([number]) + lengths + bytes(symbols))
+
+    level = (grey - 128) * 8  # the transform's scale
+    size = abs(level).bit_length()
+    sign = level if level >= 0 else level + (1 << size) - 1
+    first = "10" + format(sign, f"0{size}b") + "0" if size else "00"
+    bits = first + "00" * (width // 8 * (height // 8) - 1)
+    bits += "1" * (-len(bits) % 8)
+    scan = bytes(int(bits[at:at + 8], 2) for at in range(0, len(bits), 8)).replace(b"\xff", b"\xff\0")
+    return (b"\xff\xd8" + segment(0xDB, b"\0" + b"\1" * 64)
+            + segment(0xC0, b"\x08" + struct.pack(">HH", height, width) + b"\1\1\x11\0")
+            + table(0x00, [0, size or 1]) + table(0x10, [0])
+            + segment(0xDA, b"\1\1\0\0\x3f\0") + scan + b"\xff\xd9")

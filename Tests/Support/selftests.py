@@ -58,6 +58,39 @@ class ImageTests(unittest.TestCase):
         self.assertEqual(images.png(20, 10, (1, 2, 3))[16:24], b"\0\0\0\x14\0\0\0\x0a")
 
 
+    def test_jpeg_has_its_size_and_both_ends(self):
+        data = images.jpeg(64, 48, 200)
+        self.assertTrue(data.startswith(b"\xff\xd8") and data.endswith(b"\xff\xd9"))
+        self.assertIn(b"\x08\0\x30\0\x40", data)
+
+
+class ValidityTests(unittest.TestCase):
+    PARTS = ("<</Type/Catalog/Pages 2 0 R>>", "<</Type/Pages/Kids[3 0 R]/Count 1>>",
+             "<</Type/Page/Parent 2 0 R/MediaBox[0 0 9 9]/Contents 4 0 R>>")
+
+    def judge(self, contents):
+        data, places = b"%PDF-1.4\n", []
+        for number, part in enumerate((*self.PARTS, contents), 1):
+            places.append(len(data))
+            data += f"{number} 0 obj\n{part}\nendobj\n".encode()
+        rows = "".join(f"{place:010d} 00000 n \n" for place in places)
+        table = f"xref\n0 5\n0000000000 65535 f \n{rows}trailer\n<</Size 5/Root 1 0 R>>\nstartxref\n{len(data)}\n%%EOF\n"
+        with tempfile.NamedTemporaryFile(suffix=".pdf") as file:
+            file.write(data + table.encode())
+            file.flush()
+            pdf.PDF(file.name).assert_valid()
+
+    def test_sound_file(self):
+        self.judge("<</Length 3>>\nstream\n0 g\nendstream")
+
+    def test_what_programs_only_warn_of(self):
+        for contents in ("<</Length 0/Filter/FlateDecode>>\nstream\n\nendstream",
+                         "<</Length 3/Filter/FlateDecode>>\nstream\n0 g\nendstream",
+                         "<</Length 9>>\nstream\n0 g\nendstream"):
+            with self.subTest(contents), self.assertRaises(AssertionError):
+                self.judge(contents)
+
+
 class PictureTests(unittest.TestCase):
     def test_pixels_are_found_by_column_and_row(self):
         picture = pdf.read_ppm(b"P6\n2 2\n255\n" + bytes([1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12]))
