@@ -16,8 +16,6 @@ namespace qrv {
 
 namespace {
 
-constexpr int patienceInMilliseconds = 100;
-
 /// Keeps a SIGPIPE of this thread's own writes from reaching the process.
 class BrokenPipeGuard {
 public:
@@ -50,10 +48,10 @@ private:
 
 /// Whether the descriptor takes data now. Once it did not within the time allowed, the following lines do not
 /// wait for it any more.
-bool isWritable(int descriptor) {
+bool isWritable(int descriptor, std::chrono::milliseconds patience) {
     static std::atomic<bool> isStalled = false;
     pollfd wanted{descriptor, POLLOUT, 0};
-    const bool writable = poll(&wanted, 1, isStalled ? 0 : patienceInMilliseconds) == 1 &&
+    const bool writable = poll(&wanted, 1, isStalled ? 0 : static_cast<int>(patience.count())) == 1 &&
                           (wanted.revents & POLLOUT) != 0 && (wanted.revents & (POLLERR | POLLNVAL)) == 0;
     isStalled = !writable;
     return writable;
@@ -67,13 +65,13 @@ bool isFile(int descriptor) {
 
 } // namespace
 
-void writeLogLine(int descriptor, std::string_view line) {
+void writeLogLine(int descriptor, std::string_view line, std::chrono::milliseconds patience) {
     static std::mutex wholeLines;
     const std::lock_guard lock(wholeLines);
     const BrokenPipeGuard guard;
     // A pipe or terminal that is ready takes PIPE_BUF bytes without blocking, but not always more.
     const std::size_t most = isFile(descriptor) ? line.size() : PIPE_BUF;
-    while (!line.empty() && isWritable(descriptor)) {
+    while (!line.empty() && isWritable(descriptor, patience)) {
         const ssize_t written = write(descriptor, line.data(), std::min(line.size(), most));
         if (written < 0 && errno != EINTR) return;
         if (written > 0) line.remove_prefix(static_cast<std::size_t>(written));
