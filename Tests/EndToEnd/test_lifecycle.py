@@ -119,7 +119,7 @@ class EngineDiesTests(ToolTestCase):
 
     def test_old_file_that_is_no_document_stays_when_nothing_is_rendered(self):
         run = self.convert_with(engine.proxy("Page.printToPDF", "refuse"), old=b"old contents")
-        self.assert_success(run)
+        self.assert_answers_success(run)
         with open(run.output, "rb") as file:
             self.assertEqual(file.read(), b"old contents")
 
