@@ -164,6 +164,18 @@ class FixedBoxTests(PrintTestCase):
         self.assertEqual(pdf.page_count, 1)
         self.assertTrue(near(pdf.picture().pixel(60, 750), RED))
 
+    def test_modal_dialog(self):
+        body = ("<style>::backdrop{background:black}dialog{padding:0;border:0;width:200px;height:100px;background:"
+                + css(RED) + "}</style>" + "".join(f"<p>Paragraph{number:04d}</p>" for number in range(100))
+                + "<dialog>D1X</dialog><script>document.querySelector('dialog').showModal()</script>")
+        pdf = self.print(page(body))
+        self.assertGreater(pdf.page_count, 3)
+        self.assertEqual([word.page for word in pdf.words() if word.text == "D1X"], [1])
+        # In the middle of the view: 720 by 960 px.
+        for (x, y), colour in {(306, 396): RED, (306, 365): RED, (306, 355): WHITE, (235, 396): RED,
+                               (225, 396): WHITE, (600, 780): WHITE}.items():
+            self.assertTrue(near(pdf.picture().pixel(x, y), colour), (x, y, pdf.picture().pixel(x, y)))
+
     def test_sticky_header(self):
         body = ('<h1>Title</h1><div style="position:sticky;top:0;height:40px">S1X</div>'
                 + "".join(f"<p>Paragraph{number:04d}</p>" for number in range(100)))

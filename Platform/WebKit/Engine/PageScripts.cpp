@@ -156,7 +156,7 @@ constexpr std::string_view measuring = R"js((() => {
 // Where a policy forbids style elements, an adopted sheet is still allowed; it comes last, so that only the
 // document's own layers are stronger.
 // Important declarations of style attributes are stronger than any sheet, hence they lose their importance.
-constexpr std::string_view applying = R"js(((text, target, source, imagesOnTop, releasesSticky) => {
+constexpr std::string_view applying = R"js(((text, target, source, imagesOnTop, releasesBoxes) => {
     const accessor = (name) => Object.getOwnPropertyDescriptor(Document.prototype, name);
     const property = (name) => accessor(name).get.call(document);
     const root = property('documentElement');
@@ -191,12 +191,23 @@ constexpr std::string_view applying = R"js(((text, target, source, imagesOnTop, 
             }
         }
     }
-    if (releasesSticky) {
+    if (releasesBoxes) {
+        const all = (selector) => Document.prototype.querySelectorAll.call(document, selector);
         const style = Object.getOwnPropertyDescriptor(HTMLElement.prototype, 'style').get;
-        for (const box of Document.prototype.querySelectorAll.call(document, '*')) {
+        const set = (box, values) => {
+            for (const name in values) style.call(box).setProperty(name, values[name], 'important');
+        };
+        for (const box of all('*')) {
             if (!(box instanceof HTMLElement) || getComputedStyle(box).position !== 'sticky') continue;
-            style.call(box).setProperty('position', 'relative', 'important');
-            style.call(box).setProperty('inset', 'auto', 'important');
+            set(box, {position: 'relative', inset: 'auto'});
+        }
+        for (const dialog of all('dialog:modal')) {
+            const {left, top, width, height} = Element.prototype.getBoundingClientRect.call(dialog);
+            HTMLDialogElement.prototype.close.call(dialog);
+            HTMLDialogElement.prototype.show.call(dialog);
+            set(dialog, {position: 'fixed', inset: `${top}px auto auto ${left}px`, margin: 0, 'z-index': 2 ** 31 - 1,
+                'box-sizing': 'border-box', width: `${width}px`, height: `${height}px`,
+                'max-width': 'none', 'max-height': 'none'});
         }
     }
     return sheet.cssRules.length > 0;
@@ -228,7 +239,7 @@ std::string measuringScript() {
 std::string applyingScript(const PrintPlan& plan) {
     return std::string(applying) + ")(" + scriptString(plan.styleSheet) + "," +
            scriptString(plan.imageTarget) + "," + scriptString(plan.imageSource) + "," +
-           scriptString(plan.imagesOnTop) + "," + (plan.releasesSticky ? "true" : "false") + ")";
+           scriptString(plan.imagesOnTop) + "," + (plan.releasesBoxes ? "true" : "false") + ")";
 }
 
 } // namespace qrv::engine

@@ -198,7 +198,7 @@ PrintPlan wholeDocumentPlan(const PageMeasurements& m, double shrink) {
 PrintPlan sheetsPlan(const PageMeasurements& m, const Paper& paper, double width) {
     PrintPlan plan;
     plan.isStructured = m.structureCost <= largestStructureCost;
-    plan.releasesSticky = true;
+    plan.releasesBoxes = true;
     double available = paper.printableWidth() * pixelsPerPoint;
     plan.shrink = std::max(1.0, width * smallestScale / available);
     plan.scale = std::clamp(plan.shrink * available / width, smallestScale, 1.0);

@@ -43,8 +43,10 @@ struct PrintPlan {
     double pageHeight = 0;
     double shrink = 1; // factor by which the printed pages are too large (or, below 1, too small)
     bool usesViewportPage = false;
-    bool isStructured = true;    // printToPDF: generateTaggedPDF, generateDocumentOutline
-    bool releasesSticky = false; // sticky boxes stand where they are in the flow: sheets do not scroll
+    bool isStructured = true; // printToPDF: generateTaggedPDF, generateDocumentOutline
+    // Sheets do not scroll: sticky boxes stand where they are in the flow, and modal dialogs, which the
+    // engine repeats on every sheet, are boxes fixed to the view, without a backdrop.
+    bool releasesBoxes = false;
     // Where the document is on the printed pages; the engine's destinations do not take it into account.
     double viewportPageLength = 0; // CSS px of the first page that is not kept
     double pageLength = 0;         // CSS px of the document on one page; 0 for documents of vertical text

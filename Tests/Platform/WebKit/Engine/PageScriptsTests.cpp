@@ -77,7 +77,7 @@ TEST(PageScripts, ApplyingScriptIsToldOfTheImages) {
 
 TEST(PageScripts, ApplyingScriptIsToldToReleaseStickyBoxes) {
     PrintPlan plan;
-    plan.releasesSticky = true;
+    plan.releasesBoxes = true;
     EXPECT_TRUE(applyingScript(plan).ends_with("('','','','',true)"));
 }
 

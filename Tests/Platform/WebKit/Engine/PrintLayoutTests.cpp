@@ -485,10 +485,10 @@ TEST(PrintLayout, StructureIsLeftOutWhereItWouldTakeTooLong) {
 
 TEST(PrintLayout, OnlySheetsReleaseStickyBoxes) {
     PageMeasurements m = page(612, 3000);
-    EXPECT_FALSE(screenPlan(m).releasesSticky);
-    EXPECT_FALSE(plainScreenPlan(m).releasesSticky);
-    EXPECT_TRUE(paginatedPlan(m, 612, 792, 36).releasesSticky);
-    EXPECT_TRUE(plainPaginatedPlan(m, 612, 792, 36).releasesSticky);
+    EXPECT_FALSE(screenPlan(m).releasesBoxes);
+    EXPECT_FALSE(plainScreenPlan(m).releasesBoxes);
+    EXPECT_TRUE(paginatedPlan(m, 612, 792, 36).releasesBoxes);
+    EXPECT_TRUE(plainPaginatedPlan(m, 612, 792, 36).releasesBoxes);
 }
 
 } // namespace
