@@ -57,6 +57,23 @@ class PositionTests(RootTestCase):
                            (2, 770): BLUE, (2, 740): RED},
                           size=(632, 1490))
 
+    def test_view_of_a_root_that_is_a_table(self):
+        self.assert_drawn("html{display:table;width:100%}",
+                          box("height:100vh;width:50vw", GREEN) + box("height:708px", GOLD)
+                          + box("position:absolute;bottom:0;right:0;width:40px;height:40px", RED),
+                          {(300, 785): GREEN, (312, 785): WHITE, (300, 800): GOLD, (600, 770): RED,
+                           (600, 740): WHITE})
+
+    def test_columns_higher_than_a_print_are_scaled(self):
+        pdf = self.convert(html_archive(
+            "<!DOCTYPE html><html style='writing-mode:vertical-rl'><body style='margin:0'>"
+            + box("width:100px;height:1900px", RED) + box("width:100px;height:1920px", GREEN)), mode="print").pdf
+        self.assertEqual(pdf.page_count, 1)
+        self.assertEqual(pdf.size(), LETTER)
+        # Two columns of 100 px at half the size, from the right.
+        self.assert_pixels(pdf, {(570, 740): RED, (540, 740): RED, (570, 752): WHITE, (535, 752): GREEN,
+                                 (505, 752): GREEN, (495, 400): WHITE})
+
 
 class BorderTests(RootTestCase):
     GRADIENT = f"linear-gradient({css(GOLD)},{css(GREEN)})"

@@ -45,20 +45,24 @@ Paper sanePaper(double width, double height, double margin) {
     return paper;
 }
 
+bool isTable(const PageMeasurements& m) {
+    return m.rootDisplay.find("table") != std::string::npos;
+}
+
 // The body's writing mode is the document's; the viewport takes it from there.
 bool isVertical(const PageMeasurements& m) {
     return m.bodyWritingMode != "horizontal-tb";
 }
 
-// Tables do not take size containment, so they cannot be pushed in one piece; and pages of vertical text
-// follow each other from side to side.
+// Pages of vertical text follow each other from side to side.
 bool canBePushed(const PageMeasurements& m) {
-    return m.rootIsHtml && !isVertical(m) && m.rootDisplay.find("table") == std::string::npos;
+    return m.rootIsHtml && !isVertical(m);
 }
 
 // What both modes ask of the root: stand in normal flow on pages of our name, with the width it has on the
 // screen, nothing cut off, and overflow to the right only.
-void addRootInPlace(StyleRule& root, const RootBox& box) {
+void addRootInPlace(StyleRule& root, const PageMeasurements& m, const RootBox& box) {
+    if (isTable(m)) root.add("display", "block"); // tables do not take size containment
     root.add("page", "document");
     root.add("position", "relative");
     root.add("inset", "auto");
@@ -111,7 +115,7 @@ BodyPins pinsIn(const RootBox& box, const PageMeasurements& m) {
     BodyPins pins;
     pins.minimumHeight = isCutDown && asksForHeight;
     pins.height = isCutDown && !m.rootHeightIsAuto && !m.bodyHeightIsAuto;
-    pins.across = pins.minimumHeight || isCutAcross || runsRightToLeft(m);
+    pins.across = pins.minimumHeight || isCutAcross || isTable(m) || runsRightToLeft(m);
     pins.left = m.bodyMarginLeft + moved / (m.rootZoom * m.bodyZoom);
     return pins;
 }
@@ -193,15 +197,18 @@ PrintPlan wholeDocumentPlan(const PageMeasurements& m, double shrink) {
     return plan;
 }
 
-// How far the document has to be scaled down to fit the paper's width. The engine goes down to a tenth only:
-// what is wider is printed on larger pages, which are shrunk afterwards.
-PrintPlan sheetsPlan(const PageMeasurements& m, const Paper& paper, double width) {
+// How far the document has to be scaled down so that the side along which its lines run fits the paper. The
+// engine goes down to a tenth only, and at any scale but 1 it misplaces vertical text that begins at the
+// right: what is longer is printed on larger pages, which are shrunk afterwards.
+PrintPlan sheetsPlan(const PageMeasurements& m, const Paper& paper) {
     PrintPlan plan;
     plan.isStructured = m.structureCost <= largestStructureCost;
     plan.releasesBoxes = true;
-    double available = paper.printableWidth() * pixelsPerPoint;
-    plan.shrink = std::max(1.0, width * smallestScale / available);
-    plan.scale = std::clamp(plan.shrink * available / width, smallestScale, 1.0);
+    double needed = isVertical(m) ? documentHeight(m) : documentWidth(m);
+    double available = (isVertical(m) ? paper.printableHeight() : paper.printableWidth()) * pixelsPerPoint;
+    double smallest = isVertical(m) ? 1 : smallestScale;
+    plan.shrink = std::max(1.0, needed * smallest / available);
+    plan.scale = std::clamp(plan.shrink * available / needed, smallest, 1.0);
     plan.pageWidth = paper.width;
     plan.pageHeight = paper.height;
     plan.paperWidth = inches(paper.width * plan.shrink);
@@ -244,7 +251,7 @@ PrintPlan screenPlan(const PageMeasurements& measured) {
     RootBox box = m.rootIsContainer ? boxAsContainer(m) : boxAsView(m);
     BodyPins pins = pinsIn(box, m);
     box.marginLeft += leftOverflow(m);
-    addRootInPlace(root, box);
+    addRootInPlace(root, m, box);
     addContainedBox(root, m, box);
     if (m.rootHasEffect) {
         addCanvasBox(plan, sheet, root, m, box);
@@ -276,7 +283,7 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     PageMeasurements m = sanitized(measured);
     if (!canBePushed(m)) return plainPaginatedPlan(m, paperWidth, paperHeight, margin);
     Paper paper = sanePaper(paperWidth, paperHeight, margin);
-    PrintPlan plan = sheetsPlan(m, paper, documentWidth(m));
+    PrintPlan plan = sheetsPlan(m, paper);
     plan.usesViewportPage = true;
     plan.viewportPageLength = m.viewHeight;
     plan.pageRanges = "2-";
@@ -289,7 +296,7 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     RootBox box = pagedBox(m);
     BodyPins pins = pinsIn(box, m);
     box.marginLeft += leftOverflow(m);
-    addRootInPlace(root, box);
+    addRootInPlace(root, m, box);
     addPagedBox(root, m, box, plan.pageLength);
     addCanvas(plan, root, m, box);
     sheet.add(root);
@@ -302,7 +309,7 @@ PrintPlan plainPaginatedPlan(const PageMeasurements& measured, double paperWidth
                              double margin) {
     PageMeasurements m = sanitized(measured);
     Paper paper = sanePaper(paperWidth, paperHeight, margin);
-    PrintPlan plan = sheetsPlan(m, paper, isVertical(m) ? m.viewWidth : documentWidth(m));
+    PrintPlan plan = sheetsPlan(m, paper);
     // Pages of vertical text do not follow each other downwards.
     if (isVertical(m)) plan.pageLength = 0;
     StyleSheet sheet;

@@ -66,7 +66,7 @@ LayoutSize screenView(double paperWidth, double paperHeight);
 LayoutSize paginatedView(double paperWidth, double paperHeight, double margin);
 
 // One page that holds the whole document as the screen shows it, one CSS px a point. Is
-// plainScreenPlan() where the root is not html, or is a table, and for vertical writing modes.
+// plainScreenPlan() where the root is not html, and for vertical writing modes.
 PrintPlan screenPlan(const PageMeasurements& measured);
 
 // The same without a viewport page: the document is laid out once more in a view as large as itself.

@@ -312,9 +312,7 @@ TEST(PrintLayout, WhatCannotBePushedIsPrintedPlainly) {
     image.rootIsHtml = false;
     PageMeasurements vertical = page(800, 1200);
     vertical.bodyWritingMode = "vertical-rl";
-    PageMeasurements table = page(800, 1200);
-    table.rootDisplay = "table";
-    for (const auto& m : {image, vertical, table}) {
+    for (const auto& m : {image, vertical}) {
         PrintPlan plan = screenPlan(m);
         EXPECT_FALSE(plan.usesViewportPage);
         EXPECT_EQ(plan.pageRanges, "1");
@@ -326,12 +324,35 @@ TEST(PrintLayout, WhatCannotBePushedIsPrintedPlainly) {
         PrintPlan paginated = paginatedPlan(m, 612, 792, 36);
         EXPECT_FALSE(paginated.usesViewportPage);
         EXPECT_EQ(paginated.pageRanges, "");
-        EXPECT_EQ(valueOf(paginated, "@page ", "margin"), "36pt");
+        EXPECT_EQ(paginated.styleSheet.find("html{"), std::string::npos);
     }
     // Columns of vertical text go on to the next page instead of being scaled.
     vertical.viewWidth = 720;
+    vertical.viewHeight = 960;
     vertical.scrollWidth = 5000;
+    vertical.scrollHeight = 960;
     EXPECT_EQ(paginatedPlan(vertical, 612, 792, 36).scale, 1);
+    EXPECT_EQ(paginatedPlan(vertical, 612, 792, 36).shrink, 1);
+    // Columns that are higher than a page are scaled afterwards only.
+    vertical.scrollHeight = 1440;
+    PrintPlan high = paginatedPlan(vertical, 612, 792, 36);
+    EXPECT_EQ(high.scale, 1);
+    EXPECT_EQ(high.shrink, 1.5);
+    EXPECT_EQ(valueOf(high, "@page ", "size"), "918pt 1188pt");
+    EXPECT_EQ(valueOf(high, "@page ", "margin"), "54pt");
+    EXPECT_EQ(high.pageHeight, 792);
+}
+
+TEST(PrintLayout, TablesArePushedAsBlocks) {
+    PageMeasurements m = page(612, 3000);
+    m.rootDisplay = "inline-table";
+    for (const PrintPlan& plan : {screenPlan(m), paginatedPlan(m, 612, 792, 36)}) {
+        EXPECT_TRUE(plan.usesViewportPage);
+        EXPECT_EQ(valueOf(plan, "html", "display"), "block");
+        EXPECT_EQ(valueOf(plan, "body", "margin-left"), "8px");
+        EXPECT_EQ(valueOf(plan, "body", "width"), "596px");
+    }
+    EXPECT_EQ(valueOf(screenPlan(page(612, 3000)), "html", "display"), "");
 }
 
 TEST(PrintLayout, PaginatedPlanFitsTheWidth) {
