@@ -20,8 +20,8 @@ constexpr milliseconds revealingLimit{1500};
 constexpr milliseconds concludingLimit{500};
 constexpr milliseconds pollInterval{5};
 
-// A view this tall shows most pages whole, and its layout takes no longer than a frame.
-constexpr double tallestView = 30'000;
+// A view this tall shows almost every page whole; each further look takes a frame.
+constexpr double tallestView = 100'000;
 
 // Keeps the engine from painting the tall view at its full size, which takes several times as long as all the
 // rest.

@@ -7,11 +7,11 @@
 namespace qrv::engine {
 namespace {
 
-// What is known of the view, kept in the world under a name that no element can have: whether it is held, the
-// size that the page knows, and the animations that ran before.
+// What is known of the view, kept in the world under a name that no element can have: whether it is held, and
+// the size that the page knows.
 constexpr std::string_view viewHolding = R"js((() => {
     if (window !== top) return;
-    const view = {held: false, width: innerWidth, height: innerHeight, animations: new Set()};
+    const view = {held: false, width: innerWidth, height: innerHeight};
     globalThis[Symbol.for('web2pdf-view')] = view;
     const notice = (event) => {
         if (!view.held) {
@@ -36,7 +36,6 @@ constexpr std::string_view common = R"js(
         const type = isDocument(content) ? Document : DocumentFragment;
         return [...type.prototype.querySelectorAll.call(content, selectors)];
     };
-    const animations = () => Document.prototype.getAnimations.call(document);
     const scroller = () => property('scrollingElement') || property('documentElement');
     const documentHeight = () => {
         const height = Object.getOwnPropertyDescriptor(Element.prototype, 'scrollHeight').get;
@@ -169,7 +168,6 @@ constexpr std::string_view holding = R"js(
     const view = globalThis[Symbol.for('web2pdf-view')];
     if (!view) return;
     if (view.width !== innerWidth || view.height !== innerHeight) dispatchEvent(new Event('resize'));
-    view.animations = new Set(animations());
     view.held = true;
 )js";
 
@@ -210,11 +208,8 @@ constexpr std::string_view revealing = R"js(
 
 // What moves with an element's place in the view has no place to go by.
 constexpr std::string_view concluding = R"js(
-    const view = globalThis[Symbol.for('web2pdf-view')];
-    for (const animation of view ? animations() : []) {
+    for (const animation of Document.prototype.getAnimations.call(document)) {
         if (animation.timeline instanceof ViewTimeline) animation.cancel();
-        if (view.animations.has(animation) || animation.timeline !== property('timeline')) continue;
-        if (animation.effect && isFinite(animation.effect.getComputedTiming().endTime)) animation.finish();
     }
     return images().filter((image) => !image.complete).length;
 )js";

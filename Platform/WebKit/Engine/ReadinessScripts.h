@@ -31,9 +31,9 @@ std::string holdingScript();
 // enlarged view for a frame, and where images still wait then, tells the page that it was scrolled.
 std::string revealingScript(std::chrono::milliseconds limit);
 
-// To be evaluated when the page's scripts stand still and the view has its own size again: puts an end to
-// transitions that began while the view was held, and takes back animations that show an element only as it
-// is scrolled into the view. Answers the number of images that are still on their way.
+// To be evaluated when the page's scripts stand still and the view has its own size again: takes back
+// animations that show an element only as it is scrolled into the view. Answers the number of images that are
+// still on their way.
 std::string concludingScript();
 
 } // namespace qrv::engine

@@ -30,7 +30,7 @@ TEST(ReadinessScripts, NothingOfTheDocumentIsReadByItsNameThere) {
 }
 
 TEST(ReadinessScripts, TheHeldViewIsTheSameInEach) {
-    for (const std::string& script : {viewHoldingScript(), holdingScript(), concludingScript()}) {
+    for (const std::string& script : {viewHoldingScript(), holdingScript()}) {
         EXPECT_THAT(script, HasSubstr("globalThis[Symbol.for('web2pdf-view')]"));
     }
 }
