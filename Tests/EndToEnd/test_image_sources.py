@@ -88,6 +88,11 @@ class ImageSourceTests(ToolTestCase):
         run = self.convert(archive.add(picture("s.png"), picture("2.png", RED, 200)))
         self.assertTrue(near(run.pdf.picture().pixel(50, 50), GREEN))
 
+    def test_hostile_numbers_of_images(self):
+        body = "".join(f'<img srcset="{number}.png, data:image/png;base64,{"A" * 3000} 2x">' for number in range(3000))
+        run = self.convert(page(STYLE + '<img srcset="1.png, 2.png 2x">' + body).add(picture("2.png", GREEN, 200)))
+        self.assertTrue(near(run.pdf.picture().pixel(50, 50), GREEN))
+
     def test_none_stored_is_missing(self):
         run = self.convert(page('<img src="0.png" srcset="1.png, 2.png 2x"><p>Text</p>'))
         self.assertIn("Text", run.pdf.text())

@@ -207,6 +207,7 @@ class LateTests(ShownTestCase):
         names = "".join(f'<form name="{name}"></form><img name="{name}" hidden>' for name in
                         ("fonts", "querySelectorAll", "nodeType", "getAnimations", "timeline", "scrollingElement",
                          "documentElement", "dispatchEvent", "document", "body", "images"))
+        names += '<form><input name="shadowRoot"><input name="localName"><input name="children"><img></form>'
         self.assert_green(self.late("d.innerHTML = '<img src=a.png width=100 height=100>'",
                                     "<div id=d></div>" + names, picture()))
 

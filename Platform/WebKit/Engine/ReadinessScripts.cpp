@@ -31,6 +31,7 @@ constexpr std::string_view common = R"js(
     const property = (name, content = document) =>
         Object.getOwnPropertyDescriptor(Document.prototype, name).get.call(content);
     const nodeType = Object.getOwnPropertyDescriptor(Node.prototype, 'nodeType').get;
+    const shadowRoot = Object.getOwnPropertyDescriptor(Element.prototype, 'shadowRoot').get;
     const isDocument = (content) => nodeType.call(content) === Node.DOCUMENT_NODE;
     const query = (content, selectors) => {
         const type = isDocument(content) ? Document : DocumentFragment;
@@ -45,7 +46,10 @@ constexpr std::string_view common = R"js(
         const found = [];
         const visit = (content) => {
             found.push(content);
-            for (const element of query(content, '*')) if (element.shadowRoot) visit(element.shadowRoot);
+            for (const element of query(content, '*')) {
+                const tree = shadowRoot.call(element);
+                if (tree) visit(tree);
+            }
         };
         const visitFrame = (frame) => {
             try {
@@ -82,6 +86,7 @@ constexpr std::string_view common = R"js(
             return '';
         }
     };
+    const isPlain = (address) => address.length < 5000 && !address.startsWith('data:');
     const listed = (element) => [...attribute(element, 'srcset')
         .matchAll(/([^\s,]\S*[^\s,]|[^\s,])(?:\s+([^\s,]+))?\s*(?:,|$)/g)]
         .map(([, address, descriptor = '']) => ({address: resolved(address, element), descriptor}));
@@ -91,8 +96,8 @@ constexpr std::string_view common = R"js(
         const candidates = choices.flatMap(listed).map(({address}) => address);
         if (candidates.length === 0) return [];
         if (attribute(image, 'src')) candidates.push(image.src);
-        return [{image, choices, chosen: image.currentSrc, candidates}];
-    });
+        return [{image, choices, chosen: image.currentSrc, candidates: candidates.filter(isPlain)}];
+    }).slice(0, 1000);
 )js";
 
 // The engine shows a single picture or film in the middle of a dark view and fits it in; here it is a page
