@@ -10,9 +10,6 @@ namespace qrv::engine {
 
 namespace {
 
-// Printing takes as long as it takes, within reason: 200,000 pixels take a third of a second.
-constexpr std::chrono::milliseconds printLimit = std::chrono::minutes(10);
-
 constexpr double pointsPerPixel = 0.75;
 
 } // namespace
@@ -73,6 +70,7 @@ NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
     return pdf ? edited(*pdf, plain, document) : NSData();
 }
 
+/// Nothing when the document cannot be printed by this plan; nil when it cannot be printed at all.
 std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
     if (!world_.evaluate(applyingScript(plan)).value_or(Json()).boolean()) return std::nullopt;
     const DevToolsReply reply = devTools_.call(session_, "Page.printToPDF",
@@ -88,7 +86,9 @@ std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
                                                              {"pageRanges", plan.pageRanges},
                                                              {"generateTaggedPDF", plan.isStructured},
                                                              {"generateDocumentOutline", plan.isStructured}}),
-                                               printLimit);
+                                               printLimit_);
+    // Another plan would take as long.
+    if (reply.status == DevToolsReply::Status::timedOut) return NSData();
     if (!reply.ok()) return std::nullopt;
     std::optional<std::string> pdf = base64Decode(reply.result["data"].stringView());
     return pdf ? std::optional(NSData(std::move(*pdf))) : std::nullopt;

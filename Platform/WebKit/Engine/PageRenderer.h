@@ -39,6 +39,9 @@ public:
     /// Changes the addresses that links in the PDF lead to.
     void setLinkMapping(LinkMapping mapping) { linkMapping_ = std::move(mapping); }
 
+    /// How long the engine may take to print; ten minutes unless set. 200,000 px take a third of a second.
+    void setPrintLimit(std::chrono::milliseconds limit) { printLimit_ = limit; }
+
     /// The laid-out document in CSS pixels; zero when the page does not answer.
     NSSize documentSize();
     NSData screenPDF();
@@ -60,6 +63,7 @@ private:
     NSSize viewSize_{612, 792};
     std::string mediaStyle_;
     bool printsBackgrounds_ = false;
+    std::chrono::milliseconds printLimit_ = std::chrono::minutes(10);
     LinkMapping linkMapping_;
     bool settled_ = false;
     std::optional<PageMeasurements> screen_;

@@ -31,6 +31,7 @@ public:
 
     int evaluationsToLose = 0;
     int printsToRefuse = 0;
+    bool printsForEver = false;
     bool dies = false;
     bool keepsPromises = true;
     Json title = "A page";
@@ -46,6 +47,7 @@ private:
             evaluate(id, params);
         } else if (method == "Page.printToPDF") {
             prints.push_back(params["pageRanges"].string());
+            if (printsForEver) return;
             if (printsToRefuse-- > 0) return refuse(id, "Page range exceeds page count");
             const std::string pdf =
                 makePDF({"<</Type/Catalog/Pages 2 0 R>>", "<</Type/Pages/Kids[3 0 R]/Count 1>>",
@@ -163,6 +165,13 @@ TEST_F(PageRendererTest, WhatCannotBePrintedAtAllIsNil) {
     transport_.printsToRefuse = 2;
     EXPECT_TRUE(renderer_.screenPDF().isNil());
     EXPECT_EQ(transport_.prints.size(), 2u);
+}
+
+TEST_F(PageRendererTest, WhatTakesTooLongIsNotPrintedOnceMore) {
+    transport_.printsForEver = true;
+    renderer_.setPrintLimit(std::chrono::milliseconds(10));
+    EXPECT_TRUE(renderer_.screenPDF().isNil());
+    EXPECT_EQ(transport_.prints.size(), 1u);
 }
 
 TEST_F(PageRendererTest, AConnectionThatEndsWhilePrintingEndsThePrinting) {
