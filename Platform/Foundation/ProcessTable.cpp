@@ -46,7 +46,8 @@ std::optional<uid_t> realUser(const fs::path& process) {
 
 std::string shortName(const fs::path& process) {
     std::ifstream file(process / "comm", std::ios::binary);
-    std::string name((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::string name;
+    std::getline(file, name, '\0'); // the whole file; no exception when the process ends meanwhile
     if (!name.empty() && name.back() == '\n') name.pop_back();
     if (name.size() != kernelLength) return name.substr(0, platformLength); // kernel threads may have more
 

@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <limits>
 #include <mutex>
 #include <set>
@@ -60,8 +59,9 @@ Value int64(long long value) {
 /// The contents of a small file up to its first line end or zero byte; empty when it cannot be read.
 std::string firstLine(const std::string& path) {
     std::ifstream file(systemPath(path), std::ios::binary);
-    std::string line((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    line.resize(std::min(line.size(), line.find_first_of(std::string_view("\n\0", 2))));
+    std::string line;
+    std::getline(file, line, '\0'); // no exception when the kernel refuses what the file promises
+    line.resize(std::min(line.size(), line.find('\n')));
     while (!line.empty() && line.back() == ' ') line.pop_back();
     return line;
 }

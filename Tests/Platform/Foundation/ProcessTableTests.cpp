@@ -60,6 +60,16 @@ TEST_F(ProcessTable, WhatIsNoProcessIsPassedOver) {
     EXPECT_THAT(namesOf(7), ElementsAre());
 }
 
+TEST_F(ProcessTable, AProcessThatEndsWhileItsFilesAreReadIsPassedOver) {
+    addProcess("1", 7, "first");
+    addProcess("4", 7, "last");
+    folder.write("2/status", "Uid:\t7\n");
+    // Folders open like files, and fail like the files of a process that has gone.
+    std::filesystem::create_directories(folder.path() / "2" / "comm");
+    std::filesystem::create_directories(folder.path() / "3" / "status");
+    EXPECT_THAT(namesOf(7), ElementsAre("first", "last"));
+}
+
 TEST_F(ProcessTable, TheSixteenthByteComesFromTheExecutable) {
     addProcess("1", 7, "abcdefghijklmno", "/usr/bin/abcdefghijklmnopqrst");
     addProcess("2", 7, "abcdefghijklmno", "/usr/bin/abcdefghijklmno");

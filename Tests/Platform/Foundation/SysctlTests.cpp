@@ -64,6 +64,14 @@ TEST_F(Sysctl, NamesOfTheKernelAreWhatUnameSays) {
     EXPECT_EQ(textOf("kern.bootsessionuuid"), output("cat /proc/sys/kernel/random/boot_id"));
 }
 
+TEST_F(Sysctl, AFileThatOpensAndCannotBeReadHasNoValue) {
+    useOwnSystem();
+    std::filesystem::create_directories(folder.path() / "proc/sys/kernel/pid_max");
+    std::filesystem::create_directories(folder.path() / "proc/cpuinfo");
+    EXPECT_FALSE(sysctlByName("kern.maxproc"));
+    EXPECT_FALSE(sysctlByName("machdep.cpu.brand_string"));
+}
+
 TEST_F(Sysctl, TextEndsInAZeroByte) {
     const auto bytes = sysctlByName("kern.ostype");
     ASSERT_TRUE(bytes);

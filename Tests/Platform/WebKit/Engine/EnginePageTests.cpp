@@ -337,7 +337,8 @@ std::vector<pid_t> processesOf(const std::string& argument) {
         const std::string name = entry.path().filename();
         if (name.find_first_not_of("0123456789") != std::string::npos) continue;
         std::ifstream file(entry.path() / "cmdline");
-        const std::string line{std::istreambuf_iterator<char>(file), {}};
+        std::string line;
+        std::getline(file, line); // no exception when the process ends meanwhile
         if (line.find(argument) == std::string::npos) continue;
         for (pid_t pid = std::stoi(name); pid > 1;) {
             if (pid == ::getpid()) found.push_back(std::stoi(name));
