@@ -201,13 +201,23 @@ constexpr std::string_view applying = R"js(((text, target, source, imagesOnTop, 
             if (!(box instanceof HTMLElement) || getComputedStyle(box).position !== 'sticky') continue;
             set(box, {position: 'relative', inset: 'auto'});
         }
-        for (const dialog of all('dialog:modal')) {
-            const {left, top, width, height} = Element.prototype.getBoundingClientRect.call(dialog);
-            HTMLDialogElement.prototype.close.call(dialog);
-            HTMLDialogElement.prototype.show.call(dialog);
-            set(dialog, {position: 'fixed', inset: `${top}px auto auto ${left}px`, margin: 0, 'z-index': 2 ** 31 - 1,
-                'box-sizing': 'border-box', width: `${width}px`, height: `${height}px`,
+        // Boxes of the top layer are on every sheet.
+        const takeDown = (box, leaveTopLayer) => {
+            const {left, top, width, height} = Element.prototype.getBoundingClientRect.call(box);
+            const {display} = getComputedStyle(box);
+            leaveTopLayer();
+            set(box, {display, position: 'fixed', inset: `${top}px auto auto ${left}px`, margin: 0,
+                'z-index': 2 ** 31 - 1, 'box-sizing': 'border-box', width: `${width}px`, height: `${height}px`,
                 'max-width': 'none', 'max-height': 'none'});
+        };
+        for (const dialog of all('dialog:modal')) {
+            takeDown(dialog, () => {
+                HTMLDialogElement.prototype.close.call(dialog);
+                HTMLDialogElement.prototype.show.call(dialog);
+            });
+        }
+        for (const box of all(':popover-open')) {
+            takeDown(box, () => HTMLElement.prototype.hidePopover.call(box));
         }
     }
     return sheet.cssRules.length > 0;

@@ -2,7 +2,7 @@
 
 from entry import blocks, page, paragraphs
 
-RED, GREEN, BLUE = (204, 51, 51), (51, 204, 51), (51, 51, 204)
+RED, BLUE, WHITE = (204, 51, 51), (51, 51, 204), (255, 255, 255)
 
 PAGES = [
     page("fixed-bottom", "A bar at the view's bottom slides to the document's end",
@@ -40,9 +40,9 @@ PAGES = [
          style="body{margin:0}#a{position:absolute;top:50%;left:25%;width:50%;height:25%;background:#33c;color:#fff}",
          pixels=[(300, 500, BLUE), (300, 590, BLUE)]),
     page("dialog", "An open modal dialog with its backdrop", "<dialog id=d>question</dialog>" + blocks(12) +
-         "<script>d.showModal()</script>", style="body{margin:0}"),
+         "<script>d.showModal()</script>", style="body{margin:0}", sheet_pixels=[(2, 306, 396, WHITE)]),
     page("popover", "An open popover", "<div popover id=d>popped</div>" + blocks(12) + "<script>d.showPopover()</script>",
-         style="body{margin:0}"),
+         style="body{margin:0}", sheet_pixels=[(2, 306, 396, WHITE)]),
     page("focused-below", "A field far below has the focus and scrolled the page",
          blocks(15) + "<input id=i value=typed>" + "<script>i.focus()</script>", style="body{margin:0}",
          pixels=[(300, 50, (214, 92, 92))]),
