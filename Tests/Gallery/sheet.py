@@ -14,12 +14,13 @@ from PIL import Image, ImageDraw, ImageFont
 CELL = (66, 88)
 COLUMNS = 10
 STYLE = """
-body { font: 13px/1.4 sans-serif; margin: 16px; background: #ddd }
-section { display: flex; gap: 10px; margin: 0 0 10px; padding: 8px; background: #fff; overflow-x: auto }
+body { font: 12px/1.3 sans-serif; margin: 12px; background: #ddd }
+main { display: grid; grid-template-columns: repeat(auto-fill, minmax(600px, 1fr)); gap: 6px }
+section { display: flex; gap: 5px; padding: 5px; background: #fff; overflow: hidden }
 section.failed { background: #fbb }
-.about { flex: 0 0 230px } .about h2 { margin: 0; font-size: 14px } .about p { margin: 2px 0 }
+.about { flex: 0 0 150px } .about h2 { margin: 0; font-size: 13px } .about p { margin: 1px 0 }
 figure { margin: 0; flex: none } figcaption { color: #666 }
-img { height: 180px; max-width: 260px; object-fit: contain; object-position: top left; border: 1px solid #aaa }
+img { height: 110px; max-width: 100px; object-fit: contain; object-position: top left; border: 1px solid #aaa }
 """
 
 
@@ -69,26 +70,38 @@ def figures(record):
         for file in files:
             path = html.escape(f"{record['group']}/{file}")
             yield (f'<figure><a href="{path}"><img src="{path}" loading="lazy"></a>'
-                   f"<figcaption>{html.escape(kind)}</figcaption></figure>")
+                   f"<figcaption>{kind}</figcaption></figure>")
 
 
-def section(record):
-    state = "failed" if record["problems"] else "passed"
-    facts = [record["trouble"], f"{record['sheets']} page(s), first {record['size'][0]:g} x {record['size'][1]:g} pt"]
+def facts(record):
+    yield f"{record['mode']}: {record['sheets']} page(s), {record['size'][0]:g} x {record['size'][1]:g} pt"
     if record["differing"] is not None:
-        facts.append(f"{record['differing']:.3f} % differ")
-    facts += [record["reason"]] if record["reason"] else []
-    facts += record["problems"]
-    about = "".join(f"<p>{html.escape(fact)}</p>" for fact in facts)
-    name = html.escape(f"{record['group']}: {record['name']} ({record['mode']})")
-    return f'<section class="{state}"><div class="about"><h2>{name}</h2>{about}</div>{"".join(figures(record))}</section>'
+        yield f"{record['differing']:.3f} % differ"
+    if record["reason"]:
+        yield record["reason"]
+    yield from record["problems"]
+
+
+def card(records):
+    """A page in all its modes, the screen's first."""
+    records = sorted(records, key=lambda record: record["mode"], reverse=True)
+    state = "failed" if any(record["problems"] for record in records) else "passed"
+    told = [records[0]["trouble"]] + [fact for record in records for fact in facts(record)]
+    about = "".join(f"<p>{html.escape(fact)}</p>" for fact in told)
+    name = html.escape(f"{records[0]['group']}: {records[0]['name']}")
+    pictures = "".join(figure for record in records for figure in figures(record))
+    return f'<section class="{state}"><div class="about"><h2>{name}</h2>{about}</div>{pictures}</section>'
 
 
 def contact_sheet(records):
+    """Pages that failed come first."""
+    pages = {}
+    for record in records:
+        pages.setdefault((record["group"], record["name"]), []).append(record)
+    cards = sorted(map(card, pages.values()), key=lambda text: "failed" not in text[:30])
     failed = sum(bool(record["problems"]) for record in records)
-    records = sorted(records, key=lambda record: not record["problems"])
     return (f"<!DOCTYPE html><meta charset=utf-8><title>Gallery</title><style>{STYLE}</style>"
-            f"<h1>Gallery: {len(records)} runs, {failed} failed</h1>{''.join(map(section, records))}")
+            f"<h1>Gallery: {len(pages)} pages, {len(records)} runs, {failed} failed</h1><main>{''.join(cards)}</main>")
 
 
 def thumbnail(path):
