@@ -135,7 +135,7 @@ void addCanvas(PrintPlan& plan, StyleRule& root, const PageMeasurements& m, cons
 }
 
 void addCanvasBox(PrintPlan& plan, StyleSheet& sheet, StyleRule& root, const PageMeasurements& m,
-                  const RootBox& box) {
+                  const RootBox& box, double height) {
     root.add("background", "none");
     StyleRule contents("head *");
     contents.add("display", "none");
@@ -147,7 +147,7 @@ void addCanvasBox(PrintPlan& plan, StyleSheet& sheet, StyleRule& root, const Pag
     head.add("left", pixels(-box.marginLeft - box.border.left));
     head.add("top", pixels(-box.top - box.border.top));
     head.add("width", pixels(documentWidth(m)));
-    head.add("height", pixels(documentHeight(m)));
+    head.add("height", pixels(height));
     head.add("z-index", "-2147483647");
     head.add("background-color", m.canvasColor);
     Layers layers = imageLayers(m, {documentWidth(m), documentHeight(m), 0});

@@ -13,9 +13,9 @@ namespace qrv::engine {
 void addCanvas(PrintPlan& plan, StyleRule& root, const PageMeasurements& measured, const RootBox& box);
 
 // The same where the root has an effect that works on the canvas: when it prints, the engine leaves the
-// canvas out of it. So the root gives its background to the document's head, which is made a box as large as
-// the document below everything else. For screen mode.
+// canvas out of it. So the root gives its background to the document's head, which is made a box as wide as
+// the document and of the given height below everything else.
 void addCanvasBox(PrintPlan& plan, StyleSheet& sheet, StyleRule& root, const PageMeasurements& measured,
-                  const RootBox& box);
+                  const RootBox& box, double height);
 
 } // namespace qrv::engine

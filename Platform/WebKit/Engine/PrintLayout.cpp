@@ -254,7 +254,7 @@ PrintPlan screenPlan(const PageMeasurements& measured) {
     addRootInPlace(root, m, box);
     addContainedBox(root, m, box);
     if (m.rootHasEffect) {
-        addCanvasBox(plan, sheet, root, m, box);
+        addCanvasBox(plan, sheet, root, m, box, documentHeight(m));
     } else {
         addCanvas(plan, root, m, box);
     }
@@ -298,7 +298,13 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     box.marginLeft += leftOverflow(m);
     addRootInPlace(root, m, box);
     addPagedBox(root, m, box, plan.pageLength);
-    addCanvas(plan, root, m, box);
+    if (m.rootHasEffect) {
+        // To the end of the last sheet.
+        addCanvasBox(plan, sheet, root, m, box,
+                     std::ceil(documentHeight(m) / plan.pageLength) * plan.pageLength - 1);
+    } else {
+        addCanvas(plan, root, m, box);
+    }
     sheet.add(root);
     addBody(sheet, m, pins);
     plan.styleSheet = sheet.text();

@@ -50,7 +50,7 @@ PAGES = [
     page("negative-margins", "Negative margins on the root", LONG,
          style="html{margin:-10px -20px;background:linear-gradient(#fee,#eef)}"),
     page("filtered-root", "A filter on the root", LONG, style="html{filter:invert(1);background:#eef}", words=[],
-         allowance_reason=RASTERED, shifts_words=RASTERED),
+         sheet_pixels=[(1, 40, 40, (17, 17, 0)), (2, 306, 700, (17, 17, 0))], allowance_reason=RASTERED, shifts_words=RASTERED),
     page("faded-root", "A root that lets the canvas shine through", LONG, style="html{opacity:.5;background:#eef}"),
     page("blended", "Blending with what is behind", "<div id=m>mixed</div>" + SHORT,
          style="body{background:#fc8}#m{mix-blend-mode:multiply;background:#8cf;height:80px}",

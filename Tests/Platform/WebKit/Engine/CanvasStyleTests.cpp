@@ -155,7 +155,7 @@ TEST(CanvasStyle, BoxBehindADocumentWithAnEffect) {
     PrintPlan plan;
     StyleSheet sheet;
     StyleRule root("html");
-    addCanvasBox(plan, sheet, root, m, box);
+    addCanvasBox(plan, sheet, root, m, box, documentHeight(m));
     EXPECT_EQ(root.text(), "html{background:none!important;}");
     EXPECT_EQ(plan.imageTarget, "head");
     EXPECT_EQ(plan.imageSource, "body");

@@ -286,7 +286,6 @@ TEST(PrintLayout, CanvasIsABoxWhereTheRootHasAnEffect) {
     EXPECT_EQ(valueOf(screenPlan(m), "head", "background-color"), "rgb(1, 2, 3)");
     EXPECT_EQ(valueOf(screenPlan(m), "head", "height"), "3000px");
     EXPECT_EQ(valueOf(screenPlan(m), "html", "background"), "none");
-    EXPECT_EQ(ruleOf(paginatedPlan(m, 612, 792, 36), "head"), "");
 }
 
 TEST(PrintLayout, RootsZoomMovesToTheBody) {
@@ -510,6 +509,17 @@ TEST(PrintLayout, OnlySheetsReleaseStickyBoxes) {
     EXPECT_FALSE(plainScreenPlan(m).releasesBoxes);
     EXPECT_TRUE(paginatedPlan(m, 612, 792, 36).releasesBoxes);
     EXPECT_TRUE(plainPaginatedPlan(m, 612, 792, 36).releasesBoxes);
+}
+
+TEST(PrintLayout, EffectsOfTheRootWorkOnTheCanvasToTheEndOfTheLastSheet) {
+    PageMeasurements m = page(720, 1000, 720, 960);
+    m.rootHasEffect = true;
+    m.canvasColor = "rgb(1, 2, 3)";
+    PrintPlan plan = paginatedPlan(m, 612, 792, 36);
+    EXPECT_EQ(valueOf(plan, "html", "background"), "none");
+    EXPECT_EQ(valueOf(plan, "head", "background-color"), "rgb(1, 2, 3)");
+    EXPECT_EQ(valueOf(plan, "head", "height"), "1919px");
+    EXPECT_EQ(valueOf(screenPlan(m), "head", "height"), "1000px");
 }
 
 } // namespace
