@@ -51,9 +51,10 @@ PAGES = [
           [Resource(SITE + "css/one.css", "@import 'deep/two.css';", "text/css"),
            Resource(SITE + "css/deep/two.css", ".b{width:100px;height:100px;background:url(../../a.png)}", "text/css"),
            picture("a.png", GREEN)], head="<link rel=stylesheet href=css/one.css>"),
-    shows("lazy-image", "An image that loads when it is scrolled to",
-          "<div style='height:100px;background:rgb(20,160,70)'></div><div style='height:9000px'></div>"
-          "<img loading=lazy src=a.png width=100 height=100>", GREEN, [picture("a.png", RED)], size=(612, 9256)),
+    page("lazy-image", "An image far below that loads when it is scrolled to",
+         "<div style='height:100px;background:rgb(20,160,70)'></div><div style='height:9000px'></div>"
+         "<img loading=lazy src=a.png width=100 height=100><p>caption</p>", style=PLAIN, resources=[picture("a.png", RED)],
+         size=(612, 9256), pixels=[(50, 50, GREEN), (50, 9150, RED)], sheet_pixels=[(1, 60, 60, GREEN)]),
     page("lazy-below", "The lazy image itself is there", "<div style='height:3000px'></div><img loading=lazy src=a.png width=100 height=100>"
          "<p>caption", style=PLAIN, resources=[picture("a.png", GREEN)], pixels=[(50, 3050, GREEN)]),
     page("lazy-frame", "A frame that loads when it is scrolled to",

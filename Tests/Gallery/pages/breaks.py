@@ -21,7 +21,7 @@ PAGES = [
          style=".g{display:grid}.b{break-after:page}", shifts_words="the breaks move the text"),
     page("column-breaks", "Breaks between columns", "<div class=c><p>left</p><p class=b>right</p></div>" + paragraphs(8),
          style=".c{columns:2;height:200px;column-fill:auto}.b{break-before:column}"),
-    page("table-head", "A table's head is repeated on the sheets only",
+    page("table-head", "A table over several sheets keeps every row",
          "<table><thead><tr><th>heading</thead>" + "".join(f"<tr><td>row{n}" for n in range(60)) + "</table>",
          style="thead{background:#ddf}"),
     page("unbreakable-block", "A block higher than a sheet that may not be broken",
