@@ -179,6 +179,16 @@ void addPagedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box,
     }
 }
 
+// The canvas in a root of this box; where it has to be a box itself, that is of the height given.
+void addBackground(PrintPlan& plan, StyleSheet& sheet, StyleRule& root, const PageMeasurements& m,
+                   const RootBox& box, double height) {
+    if (m.rootHasEffect) {
+        addCanvasBox(plan, sheet, root, m, box, height);
+    } else {
+        addCanvas(plan, root, m, box);
+    }
+}
+
 double inches(double points) {
     return points / pointsPerInch;
 }
@@ -253,11 +263,7 @@ PrintPlan screenPlan(const PageMeasurements& measured) {
     box.marginLeft += leftOverflow(m);
     addRootInPlace(root, m, box);
     addContainedBox(root, m, box);
-    if (m.rootHasEffect) {
-        addCanvasBox(plan, sheet, root, m, box, documentHeight(m));
-    } else {
-        addCanvas(plan, root, m, box);
-    }
+    addBackground(plan, sheet, root, m, box, documentHeight(m));
     sheet.add(root);
     addBody(sheet, m, pins);
     plan.styleSheet = sheet.text();
@@ -298,13 +304,8 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     box.marginLeft += leftOverflow(m);
     addRootInPlace(root, m, box);
     addPagedBox(root, m, box, plan.pageLength);
-    if (m.rootHasEffect) {
-        // To the end of the last sheet.
-        addCanvasBox(plan, sheet, root, m, box,
-                     std::ceil(documentHeight(m) / plan.pageLength) * plan.pageLength - 1);
-    } else {
-        addCanvas(plan, root, m, box);
-    }
+    double toEndOfLastSheet = std::ceil(documentHeight(m) / plan.pageLength) * plan.pageLength - 1;
+    addBackground(plan, sheet, root, m, box, toEndOfLastSheet);
     sheet.add(root);
     addBody(sheet, m, pins);
     plan.styleSheet = sheet.text();
