@@ -43,7 +43,8 @@ PAGES = [
     page("dialog", "An open modal dialog with its backdrop", "<dialog id=d>question</dialog>" + blocks(12) +
          "<script>d.showModal()</script>", style="body{margin:0}", sheet_pixels=[(2, 306, 396, WHITE)]),
     page("popover", "An open popover", "<div popover id=d>popped</div>" + blocks(12) + "<script>d.showPopover()</script>",
-         style="body{margin:0}", sheet_pixels=[(2, 306, 396, WHITE)]),
+         style="body{margin:0}#d{background:#fc8;padding:20px}",
+         sheet_pixels=[(1, 306, 378, (255, 204, 136)), (2, 306, 378, WHITE)]),
     page("focused-below", "A field far below has the focus and scrolled the page",
          blocks(15) + "<input id=i value=typed>" + "<script>i.focus()</script>", style="body{margin:0}",
          pixels=[(300, 50, (214, 92, 92))]),
