@@ -3,7 +3,7 @@
 // What a frame loads or has loaded: the request, the main resource's type and the page's title.
 
 #include "Platform/Foundation/NSURLRequest.h"
-#include "Platform/WebKit/WebResource.h"
+#include "Platform/WebArchive/WebResource.h"
 
 namespace qrv {
 

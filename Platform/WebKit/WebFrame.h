@@ -2,8 +2,8 @@
 
 // One frame of a page. Frames are compared by identity; a log line shows them by class and address.
 
+#include "Platform/WebArchive/WebArchive.h"
 #include "Platform/WebKit/DOMElement.h"
-#include "Platform/WebKit/WebArchive.h"
 #include "Platform/WebKit/WebDataSource.h"
 #include "Platform/WebKit/WebDelegates.h"
 #include "Platform/WebKit/WebFrameView.h"

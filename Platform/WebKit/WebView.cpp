@@ -1,9 +1,9 @@
 #include "Platform/WebKit/WebView.h"
 
+#include "Platform/Engine/EnginePage.h"
+#include "Platform/Engine/StoredPDFPage.h"
 #include "Platform/Foundation/NSNotificationCenter.h"
 #include "Platform/Foundation/NSNumber.h"
-#include "Platform/WebKit/Engine/EnginePage.h"
-#include "Platform/WebKit/Engine/StoredPDFPage.h"
 
 #include <algorithm>
 

@@ -4,7 +4,7 @@
 // the thread whose run loop is current when the view is made, and all callbacks arrive there.
 
 #include "Platform/AppKit/NSView.h"
-#include "Platform/WebKit/Engine/Page.h"
+#include "Platform/Engine/Page.h"
 #include "Platform/WebKit/WebDelegates.h"
 #include "Platform/WebKit/WebFrame.h"
 #include "Platform/WebKit/WebPreferences.h"

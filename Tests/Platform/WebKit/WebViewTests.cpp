@@ -2,7 +2,7 @@
 
 #include "Platform/Foundation/NSNotificationCenter.h"
 #include "Platform/Foundation/NSNumber.h"
-#include "Tests/Platform/WebKit/TestArchive.h"
+#include "Tests/Platform/WebArchive/TestArchive.h"
 
 #include <gmock/gmock.h>
 

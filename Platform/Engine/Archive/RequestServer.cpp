@@ -1,0 +1,235 @@
+#include "Platform/Engine/Archive/RequestServer.h"
+
+#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Engine/Archive/ReferenceRewriter.h"
+#include "Platform/Engine/Archive/ResourceResponse.h"
+#include "Platform/Foundation/Unicode.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace qrv::engine {
+
+namespace {
+
+/// Headers keep the case in which the page wrote them.
+std::string originOf(const Json& headers) {
+    for (const char* name : {"Origin", "origin"}) {
+        if (std::string value = headers[name].string(); !value.empty()) return value;
+    }
+    return {};
+}
+
+void collectNames(const Json& tree, std::map<std::string, std::string>& names) {
+    // An explicit stack: pages may nest frames deeper than is good for recursion.
+    std::vector<Json> open{tree};
+    while (!open.empty()) {
+        const Json node = std::move(open.back());
+        open.pop_back();
+        names[node["frame"]["id"].string()] = node["frame"]["name"].string();
+        for (const Json& child : node["childFrames"].elements()) open.push_back(child);
+    }
+}
+
+} // namespace
+
+RequestServer::RequestServer(DevToolsClient& devTools, FrameTracker& frames, PageClient& client)
+    : devTools_(devTools), frames_(frames), client_(client) {}
+
+void RequestServer::setPage(std::string session, std::string mainFrameID) {
+    pageSession_ = std::move(session);
+    mainFrameID_ = std::move(mainFrameID);
+    attach(pageSession_);
+}
+
+void RequestServer::attach(const std::string& session) {
+    subscriptions_.push_back(
+        devTools_.listen(session, "Fetch.requestPaused",
+                         [this, session](const Json& event) { requestPaused(session, event); }));
+    subscriptions_.push_back(
+        devTools_.listen(session, "Fetch.authRequired",
+                         [this, session](const Json& event) { authenticationRequired(session, event); }));
+    devTools_.send(session, "Fetch.enable",
+                   Json::object({{"patterns", Json::array({Json::object({{"urlPattern", "*"}})})},
+                                 {"handleAuthRequests", true}}));
+}
+
+void RequestServer::serve(const WebArchive& archive, const StandInAddress& address) {
+    index_.emplace(archive);
+    address_ = address;
+    nodes_ = {{mainFrameID_, ArchiveIndex::root}};
+}
+
+/// Workers and frames of which nothing is known see the main page's resources.
+RequestServer::Node RequestServer::nodeOf(const std::string& frame) const {
+    std::optional<std::string> at = frame;
+    while (at) {
+        if (const auto found = nodes_.find(*at); found != nodes_.end()) return found->second;
+        at = frames_.parentOf(*at);
+    }
+    return ArchiveIndex::root;
+}
+
+void RequestServer::requestPaused(const std::string& session, const Json& event) {
+    const Json wanted = event["request"];
+    Request request{.session = session,
+                    .identifier = event["requestId"].string(),
+                    .frame = event["frameId"].string(),
+                    .engineURL = wanted["url"].string(),
+                    .url = {},
+                    .origin = originOf(wanted["headers"]),
+                    .headers = wanted["headers"]["Access-Control-Request-Headers"].string(),
+                    .type = event["resourceType"].string(),
+                    .isDocument = event["resourceType"].string() == "Document"};
+    ++asked_;
+    if (!index_) {
+        fail(request);
+        return;
+    }
+    request.url = address_->storedURL(request.engineURL);
+    if (request.isDocument) {
+        answerDocument(request);
+    } else {
+        answer(request, index_->resource(nodeOf(request.frame), request.url));
+    }
+}
+
+void RequestServer::answerDocument(const Request& request) {
+    if (frames_.isRefused(request.frame)) {
+        fail(request);
+    } else if (request.frame != mainFrameID_) {
+        answerFrameDocument(request);
+    } else if (withoutFragment(request.engineURL) == withoutFragment(address_->engineURL())) {
+        answer(request, index_->mainResource(ArchiveIndex::root));
+    } else {
+        answer(request, index_->resource(ArchiveIndex::root, request.url));
+    }
+}
+
+void RequestServer::answerFrameDocument(const Request& request) {
+    const Node parent = nodeOf(frames_.parentOf(request.frame).value_or(mainFrameID_));
+    // A frame that has had its archive and goes on to another page must not get another frame's.
+    if (nodes_.contains(request.frame) || !index_->hasFramesLeft(parent)) {
+        answer(request, index_->resource(nodeOf(request.frame), request.url));
+        return;
+    }
+    queryNames([this, request, parent](const Names& names) {
+        const auto name = names.find(request.frame);
+        const auto taken =
+            index_->takeFrame(parent, name == names.end() ? std::string() : name->second, request.url);
+        if (taken) nodes_[request.frame] = *taken;
+        answer(request,
+               taken ? index_->mainResource(*taken) : index_->resource(nodeOf(request.frame), request.url));
+    });
+}
+
+void RequestServer::answer(const Request& request, const WebResource& resource) {
+    if (!resource) missing_.add(request.type, request.url);
+    const std::optional<std::string> body = resource ? responseBody(bodyOf(resource)) : std::nullopt;
+    if (!body) {
+        fail(request);
+        return;
+    }
+    ++answered_;
+    const ResourceRequest asked{.url = request.engineURL,
+                                .origin = request.origin,
+                                .headers = request.headers,
+                                .isDocument = request.isDocument};
+    devTools_.send(request.session, "Fetch.fulfillRequest",
+                   Json::object({{"requestId", request.identifier},
+                                 {"responseCode", 200},
+                                 {"responseHeaders", responseHeaders(resource, asked)},
+                                 {"body", *body}}));
+}
+
+/// The stored bytes, with references that lead to where the engine gets everything from.
+NSData RequestServer::bodyOf(const WebResource& resource) const {
+    const auto stems = address_->stems();
+    const auto syntax = referenceSyntax(lowered(resource.MIMEType().utf8()));
+    if (stems.empty() || syntax == ReferenceSyntax::none) return resource.data();
+    return NSData(withReplacedReferences(resource.data().bytes(), syntax, stems, address_->prefix()));
+}
+
+// A document is aborted rather than failed: the old page stays, a frame stays blank, and no error page of the
+// engine's takes its place.
+void RequestServer::fail(const Request& request) {
+    ++answered_;
+    devTools_.send(request.session, "Fetch.failRequest",
+                   Json::object({{"requestId", request.identifier},
+                                 {"errorReason", request.isDocument ? "Aborted" : "Failed"}}));
+}
+
+bool RequestServer::holds(const std::string& engineURL) const {
+    return index_ && index_->resource(ArchiveIndex::root, address_->storedURL(engineURL));
+}
+
+std::vector<std::string> RequestServer::substitutesFor(const std::string& chosen,
+                                                       const std::vector<std::string>& candidates) {
+    std::vector<std::string> held;
+    if (!index_ || holds(chosen)) return held;
+    std::copy_if(candidates.begin(), candidates.end(), std::back_inserter(held),
+                 [this](const std::string& candidate) { return holds(candidate); });
+    if (!held.empty()) missing_.remove("Image", address_->storedURL(chosen));
+    return held;
+}
+
+void RequestServer::authenticationRequired(const std::string& session, const Json& event) {
+    const std::string frame = event["frameId"].string();
+    client_.authenticationRequired(
+        frame == mainFrameID_ ? FrameID(mainFrame) : frame,
+        NSURL::URLWithString(NSString::fromUTF8(event["request"]["url"].string())));
+    devTools_.send(session, "Fetch.continueWithAuth",
+                   Json::object({{"requestId", event["requestId"]},
+                                 {"authChallengeResponse", Json::object({{"response", "CancelAuth"}})}}));
+}
+
+void RequestServer::queryNames(std::function<void(const Names&)> answer) {
+    devTools_.send(pageSession_, "Page.getFrameTree", {},
+                   [answer = std::move(answer)](const DevToolsReply& reply) {
+                       Names names;
+                       collectNames(reply.result["frameTree"], names);
+                       answer(names);
+                   });
+}
+
+void RequestServer::fillBlankFrames(std::function<void()> done) {
+    std::vector<std::string> blank = index_ ? frames_.blankFrames() : std::vector<std::string>();
+    std::erase_if(blank, [this](const std::string& frame) {
+        return nodes_.contains(frame) || !index_->hasFramesLeft(nodeOf(frame));
+    });
+    if (blank.empty()) {
+        done();
+        return;
+    }
+    queryNames([this, blank = std::move(blank), done = std::move(done)](const Names& names) {
+        std::vector<std::pair<std::string, Node>> pages;
+        for (const std::string& frame : blank) {
+            const auto name = names.find(frame);
+            const auto taken =
+                index_->takeBlankFrame(nodeOf(frame), name == names.end() ? std::string() : name->second);
+            if (taken) pages.emplace_back(frame, *taken);
+        }
+        if (pages.empty()) {
+            done();
+            return;
+        }
+        const auto unfilled = std::make_shared<std::size_t>(pages.size());
+        for (const auto& [frame, node] : pages) {
+            fillFrame(frame, node, [this, done, unfilled] {
+                // A frame that was filled may have brought blank frames of its own.
+                if (--*unfilled == 0) fillBlankFrames(done);
+            });
+        }
+    });
+}
+
+void RequestServer::fillFrame(const std::string& frame, Node node, std::function<void()> filled) {
+    nodes_[frame] = node;
+    const WebResource& page = index_->mainResource(node);
+    const std::u16string html = unicode::decodeWebText(bodyOf(page).bytes(), page.textEncodingName().utf8());
+    devTools_.send(pageSession_, "Page.setDocumentContent",
+                   Json::object({{"frameId", frame}, {"html", unicode::toUTF8Lossy(html)}}),
+                   [filled = std::move(filled)](const DevToolsReply&) { filled(); });
+}
+
+} // namespace qrv::engine

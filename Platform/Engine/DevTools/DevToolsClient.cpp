@@ -1,0 +1,160 @@
+#include "Platform/Engine/DevTools/DevToolsClient.h"
+
+#include <utility>
+
+namespace qrv::engine {
+
+namespace {
+
+// Written by hand around the parameters, which may be long: building a value of the whole would copy them.
+std::string commandText(std::int64_t id, const std::string& session, std::string_view method,
+                        const Json& params) {
+    std::string text = "{\"id\":" + std::to_string(id) + ",\"method\":" + Json(method).serialize();
+    if (!session.empty()) text += ",\"sessionId\":" + Json(session).serialize();
+    if (!params.isNull()) text += ",\"params\":" + params.serialize();
+    return text + "}";
+}
+
+DevToolsReply replyOf(const Json& message) {
+    if (message.contains("result"))
+        return {.status = DevToolsReply::Status::result, .result = message["result"]};
+    Json error = message["error"];
+    return {.status = DevToolsReply::Status::error,
+            .result = {},
+            .errorCode = error["code"].integer(),
+            .errorMessage = error["message"].string("unknown error")};
+}
+
+DevToolsReply failure(DevToolsReply::Status status, std::string message) {
+    return {.status = status, .result = {}, .errorCode = 0, .errorMessage = std::move(message)};
+}
+
+} // namespace
+
+DevToolsClient::DevToolsClient(DevToolsTransport& transport, NSRunLoop& loop)
+    : transport_(transport), loop_(loop) {
+    transport_.setMessageHandler([this](std::string_view text) { messageArrived(text); });
+    transport_.setCloseHandler([this](const std::string& reason) { connectionEnded(reason); });
+}
+
+DevToolsClient::~DevToolsClient() {
+    transport_.setMessageHandler({});
+    transport_.setCloseHandler({});
+}
+
+void DevToolsClient::send(const std::string& session, std::string_view method, const Json& params,
+                          ReplyHandler callback) {
+    sendCommand(session, method, params, std::move(callback));
+}
+
+std::int64_t DevToolsClient::sendCommand(const std::string& session, std::string_view method,
+                                         const Json& params, ReplyHandler callback) {
+    using Status = DevToolsReply::Status;
+    std::int64_t id = ++lastId_;
+    auto sent = closed_ ? DevToolsTransport::SendResult::closed
+                        : transport_.send(commandText(id, session, method, params));
+    switch (sent) {
+    case DevToolsTransport::SendResult::accepted:
+        pending_.emplace(id, Pending{session, std::move(callback)});
+        break;
+    case DevToolsTransport::SendResult::tooLarge:
+        answerSoon(std::move(callback), failure(Status::tooLarge, "the message is too large for the engine"));
+        break;
+    case DevToolsTransport::SendResult::closed:
+        answerSoon(std::move(callback), failure(Status::closed, closeReason_));
+        break;
+    }
+    return id;
+}
+
+DevToolsReply DevToolsClient::call(const std::string& session, std::string_view method, const Json& params,
+                                   std::chrono::nanoseconds timeout) {
+    auto reply = std::make_shared<std::optional<DevToolsReply>>();
+    auto deadline = std::chrono::steady_clock::now() + timeout;
+    auto id =
+        sendCommand(session, method, params, [reply](const DevToolsReply& arrived) { *reply = arrived; });
+    std::weak_ptr<bool> alive = alive_;
+    loop_.runUntil([&] { return reply->has_value() || alive.expired(); }, deadline);
+    if (*reply) return **reply;
+    if (alive.expired()) return failure(DevToolsReply::Status::closed, "the client was destroyed");
+    pending_.erase(id);
+    return failure(DevToolsReply::Status::timedOut, std::string(method) + " was not answered in time");
+}
+
+void DevToolsClient::answerSoon(ReplyHandler callback, DevToolsReply reply) {
+    if (!callback) return;
+    loop_.performSoon(
+        [alive = std::weak_ptr(alive_), callback = std::move(callback), reply = std::move(reply)] {
+            if (!alive.expired()) callback(reply);
+        });
+}
+
+DevToolsClient::Subscription DevToolsClient::listen(const std::string& session, std::string_view method,
+                                                    EventHandler handler) {
+    auto shared = std::make_shared<EventHandler>(std::move(handler));
+    Listeners& listeners = listeners_[{session, std::string(method)}];
+    std::erase_if(listeners, [](const auto& listener) { return listener.expired(); });
+    listeners.push_back(shared);
+    return Subscription(std::move(shared));
+}
+
+// What is no message, or answers nothing that was asked, is dropped: the engine is not trusted to be
+// well-behaved.
+void DevToolsClient::messageArrived(std::string_view text) {
+    auto message = Json::parse(text);
+    if (!message) return;
+    if (message->contains("id"))
+        replyArrived(*message);
+    else
+        eventArrived(*message);
+}
+
+void DevToolsClient::replyArrived(const Json& message) {
+    auto found = pending_.find(message["id"].integer(-1));
+    if (found == pending_.end()) return;
+    auto callback = std::move(found->second.callback);
+    pending_.erase(found);
+    if (callback) callback(replyOf(message));
+}
+
+void DevToolsClient::eventArrived(const Json& message) {
+    std::string method = message["method"].string();
+    Json params = message["params"];
+    // The engine leaves commands of a session unanswered when it ends the session.
+    if (method == "Target.detachedFromTarget") sessionEnded(params["sessionId"].string());
+
+    auto found = listeners_.find({message["sessionId"].string(), method});
+    if (found == listeners_.end()) return;
+    std::erase_if(found->second, [](const auto& listener) { return listener.expired(); });
+    // A copy: handlers may add and remove listeners, or destroy this object.
+    for (const auto& listener : Listeners(found->second))
+        if (auto handler = listener.lock()) (*handler)(params);
+}
+
+void DevToolsClient::sessionEnded(const std::string& session) {
+    for (auto entry = pending_.begin(); entry != pending_.end();) {
+        if (session.empty() || entry->second.session != session) {
+            ++entry;
+            continue;
+        }
+        answerSoon(std::move(entry->second.callback),
+                   failure(DevToolsReply::Status::closed, "the session ended"));
+        entry = pending_.erase(entry);
+    }
+}
+
+// Each callback gets a turn of its own, so that one that throws does not take the others' answers away.
+void DevToolsClient::connectionEnded(const std::string& reason) {
+    if (closed_) return;
+    closed_ = true;
+    transport_.setMessageHandler({});
+    closeReason_ = reason;
+    for (auto& [id, pending] : std::exchange(pending_, {}))
+        answerSoon(std::move(pending.callback), failure(DevToolsReply::Status::closed, reason));
+    loop_.performSoon([this, alive = std::weak_ptr(alive_)] {
+        if (alive.expired()) return;
+        if (auto handler = closedHandler_) handler(closeReason_);
+    });
+}
+
+} // namespace qrv::engine

@@ -1,0 +1,125 @@
+#pragma once
+
+// Commands to an engine and events from it, over a transport.
+//
+//     DevToolsClient client(transport, NSRunLoop::currentRunLoop());
+//     auto subscription = client.listen(session, "Page.loadEventFired", [](const Json& params) { ... });
+//     client.send(session, "Page.navigate", Json::object({{"url", url}}), [](const DevToolsReply& reply) {
+//     ... }); DevToolsReply version = client.call({}, "Browser.getVersion", {}, std::chrono::seconds(5));
+//
+// A session is the engine's identifier of a target that is attached to; the empty one is the browser itself.
+// Callbacks and listeners run on the loop, never inside send. Everything belongs to the loop's thread.
+
+#include "Platform/Engine/DevTools/DevToolsTransport.h"
+#include "Platform/Engine/DevTools/Json.h"
+#include "Platform/Foundation/NSRunLoop.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace qrv::engine {
+
+struct DevToolsReply {
+    enum class Status {
+        result,
+        error,    ///< the engine refused the command
+        tooLarge, ///< not sent: the engine would have ended the connection
+        closed,   ///< the connection or the session ended first
+        timedOut, ///< only from call
+    };
+
+    Status status = Status::closed;
+    Json result;                   ///< with Status::result
+    std::int64_t errorCode = 0;    ///< with Status::error
+    std::string errorMessage = {}; ///< whenever the command failed
+
+    bool ok() const { return status == Status::result; }
+};
+
+class DevToolsClient {
+public:
+    using ReplyHandler = std::function<void(const DevToolsReply& reply)>;
+    using EventHandler = std::function<void(const Json& params)>;
+    using ClosedHandler = std::function<void(const std::string& reason)>;
+
+    /// The transport is not owned; it and the loop must outlive the client.
+    DevToolsClient(DevToolsTransport& transport, NSRunLoop& loop);
+    /// Callbacks that are still waiting are dropped uncalled.
+    ~DevToolsClient();
+    DevToolsClient(const DevToolsClient&) = delete;
+    DevToolsClient& operator=(const DevToolsClient&) = delete;
+
+    /// Sends a command; the callback, when there is one, is called exactly once.
+    void send(const std::string& session, std::string_view method, const Json& params = {},
+              ReplyHandler callback = {});
+
+    /// Sends a command and runs the loop until its reply, the end of the connection or the timeout. A reply
+    /// that comes later is dropped.
+    DevToolsReply call(const std::string& session, std::string_view method, const Json& params,
+                       std::chrono::nanoseconds timeout);
+
+    /// Ends the listening when destroyed. It may be destroyed by any handler, its own included, and may
+    /// outlive the client.
+    class Subscription {
+    public:
+        Subscription() = default;
+
+        void cancel() { handler_.reset(); }
+
+    private:
+        friend class DevToolsClient;
+
+        explicit Subscription(std::shared_ptr<EventHandler> handler) : handler_(std::move(handler)) {}
+
+        std::shared_ptr<EventHandler> handler_;
+    };
+
+    /// Calls the handler with the parameters of each such event of the session, after the listeners that came
+    /// before it. A listener added while an event is handed out gets the next one.
+    [[nodiscard]] Subscription listen(const std::string& session, std::string_view method,
+                                      EventHandler handler);
+
+    /// Called once when the connection ends, after the callbacks that were still waiting.
+    void setClosedHandler(ClosedHandler handler) { closedHandler_ = std::move(handler); }
+
+    /// Ends the connection from this side: what is waited for and what is sent from now on is answered with
+    /// Status::closed, and no event arrives any more. The closed handler is called as if the engine had gone.
+    void disconnect(const std::string& reason) { connectionEnded(reason); }
+
+    bool isClosed() const { return closed_; }
+
+private:
+    struct Pending {
+        std::string session;
+        ReplyHandler callback;
+    };
+
+    std::int64_t sendCommand(const std::string& session, std::string_view method, const Json& params,
+                             ReplyHandler callback);
+    void answerSoon(ReplyHandler callback, DevToolsReply reply);
+    void messageArrived(std::string_view text);
+    void replyArrived(const Json& message);
+    void eventArrived(const Json& message);
+    void sessionEnded(const std::string& session);
+    void connectionEnded(const std::string& reason);
+
+    using Listeners = std::vector<std::weak_ptr<EventHandler>>;
+
+    DevToolsTransport& transport_;
+    NSRunLoop& loop_;
+    std::int64_t lastId_ = 0;
+    std::map<std::int64_t, Pending> pending_;
+    std::map<std::pair<std::string, std::string>, Listeners> listeners_;
+    ClosedHandler closedHandler_;
+    bool closed_ = false;
+    std::string closeReason_;
+    std::shared_ptr<bool> alive_ =
+        std::make_shared<bool>(true); // for posted functions, which may come too late
+};
+
+} // namespace qrv::engine

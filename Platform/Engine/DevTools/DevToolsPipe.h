@@ -1,0 +1,61 @@
+#pragma once
+
+// DevTools messages over a connected stream socket, each one ended by a NUL byte.
+//
+// Nothing blocks: what the socket does not take at once waits in a queue. Belongs to the run loop's thread.
+
+#include "Platform/Engine/DevTools/DevToolsTransport.h"
+#include "Platform/Foundation/FileDescriptor.h"
+#include "Platform/Foundation/NSRunLoop.h"
+
+#include <cstddef>
+#include <deque>
+#include <memory>
+
+namespace qrv::engine {
+
+class DevToolsPipe : public DevToolsTransport {
+public:
+    struct Limits {
+        /// The engine reads at most this much for one message, its NUL included, and then ends the
+        /// connection.
+        std::size_t outgoing = std::size_t{100} << 20;
+        /// A longer message ends the connection from our side.
+        std::size_t incoming = std::size_t{512} << 20;
+    };
+
+    DevToolsPipe(FileDescriptor socket, NSRunLoop& loop);
+    DevToolsPipe(FileDescriptor socket, NSRunLoop& loop, Limits limits);
+    ~DevToolsPipe() override;
+
+    SendResult send(std::string message) override;
+
+    /// Ends the connection from our side: no handler is called any more.
+    void close();
+
+private:
+    void readAvailable();
+    void takeBytes(std::string_view bytes);
+    void deliverNext();
+    void writeQueued();
+    void end(std::string reason);
+
+    FileDescriptor socket_;
+    NSRunLoop& loop_;
+    Limits limits_;
+    NSRunLoop::Watch readable_;
+    NSRunLoop::Watch writable_;
+    bool writing_ = false; // writable_ is watching
+    std::string incoming_; // the start of a message whose end has not come yet
+    std::deque<std::string> received_;
+    std::deque<std::string> outgoing_;
+    std::size_t written_ = 0; // bytes of the first outgoing message
+    bool ended_ = false;
+    bool closeDelivered_ = false;
+    bool deliveryPosted_ = false;
+    std::string endReason_;
+    std::shared_ptr<bool> alive_ =
+        std::make_shared<bool>(true); // for posted functions, which may come too late
+};
+
+} // namespace qrv::engine

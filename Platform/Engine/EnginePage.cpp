@@ -1,0 +1,392 @@
+#include "Platform/Engine/EnginePage.h"
+
+#include "Platform/Engine/Address/ResourceURL.h"
+#include "Platform/Engine/Archive/RequestServer.h"
+#include "Platform/Engine/Loading/FrameTracker.h"
+#include "Platform/Engine/Loading/NetErrors.h"
+#include "Platform/Engine/Loading/RequestsUnderWay.h"
+#include "Platform/Engine/Print/PageRenderer.h"
+#include "Platform/Engine/Process/EngineProcess.h"
+#include "Platform/Engine/Scripts/ReadinessScripts.h"
+#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/Logging/NSLog.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <list>
+#include <random>
+#include <utility>
+
+namespace qrv::engine {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// What the page has to answer before a load counts as finished (titles, blank frames) is waited for this
+// long.
+constexpr milliseconds answerLimit{2000};
+
+// A page that is drawn before it has loaded is waited for this long.
+constexpr milliseconds loadLimit{60'000};
+
+// A page that closes itself would take the engine with it.
+constexpr char keepOpenScript[] =
+    "Object.defineProperty(window, 'close', {value() {}, writable: false, configurable: false})";
+
+milliseconds startLimit() {
+    constexpr double defaultSeconds = 30;
+    const char* text = std::getenv("WEB2PDF_ENGINE_START_TIMEOUT");
+    const double seconds = text ? std::strtod(text, nullptr) : 0;
+    return milliseconds(static_cast<long long>((seconds > 0 ? seconds : defaultSeconds) * 1000));
+}
+
+NSError notInstalledError(const std::string& message) {
+    return NSError::errorWithDomain_code_userInfo(
+        NSCocoaErrorDomain, NSFileNoSuchFileError,
+        {{NSString(NSLocalizedDescriptionKey), NSString::fromUTF8(message)}});
+}
+
+/// A host label that no page can have guessed when it was saved.
+std::string randomToken() {
+    std::random_device device;
+    std::string token;
+    for (int i = 0; i < 4; ++i) token += "abcdefghijklmnopqrstuvwxyz234567"[device() % 32];
+    return token + std::to_string(device());
+}
+
+class EnginePage final : public Page {
+public:
+    explicit EnginePage(PageClient& client);
+
+    void loadArchive(const WebArchive& archive) override;
+    void setViewSize(NSSize size) override;
+    void setMediaStyle(const NSString& mediaStyle) override;
+    void setPrintsBackgrounds(bool prints) override;
+    void waitForLoad() override;
+    NSString ownerElementName(const FrameID& frame) override;
+    NSSize documentSize() override;
+    NSData screenPDF() override;
+    NSData paginatedPDF(NSSize paper, double margin) override;
+
+private:
+    using Handler = void (EnginePage::*)(const Json&);
+
+    void start();
+    void connect();
+    void targetCreated(const Json& event);
+    void attached(const std::string& target, const std::string& session);
+    void listen(const std::string& session, const char* method, Handler handler);
+    void workerAttached(const Json& event);
+    void dialogOpened(const Json& event);
+    void pageCrashed(const Json& event);
+    void resourceDone(const Json& event);
+    void enter();
+    void enterAt(const StandInAddress& address);
+    void fail(const NSError& error);
+    bool canRender();
+    NSData drawn(const NSData& pdf);
+    std::function<void(NSString)> onceInTime(std::function<void(NSString)> answer);
+    void completeMainFrame(const std::function<void()>& done);
+    void queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer);
+    NSURL storedURL(std::string_view engineURL) const;
+    std::string storedLink(const std::string& link) const;
+
+    PageClient& client_;
+    NSRunLoop& loop_;
+    std::unique_ptr<EngineProcess> process_;
+    std::unique_ptr<DevToolsClient> devTools_;
+    FrameTracker frames_;
+    std::unique_ptr<RequestServer> requests_;
+    std::unique_ptr<PageRenderer> renderer_;
+    std::string session_; // empty until the page is attached to
+    std::string mainFrameID_;
+    std::optional<StandInAddress> address_;
+    WebArchive archive_;
+    NSError failure_; // why the engine is not there
+    NSSize viewSize_;
+    RequestsUnderWay underWay_;
+    bool toldOfMissing_ = false;
+    std::vector<DevToolsClient::Subscription> subscriptions_;
+    NSRunLoop::Timer startTimer_;
+    std::list<NSRunLoop::Timer> answerTimers_; // of the questions that are open
+    std::shared_ptr<bool> alive_ =
+        std::make_shared<bool>(true); // for posted functions, which may come too late
+};
+
+EnginePage::EnginePage(PageClient& client)
+    : client_(client), loop_(NSRunLoop::currentRunLoop()),
+      frames_(client,
+              {.queryTitle =
+                   [this](const FrameID& frame, std::function<void(NSString)> answer) {
+                       queryTitle(frame, std::move(answer));
+                   },
+               .completeMainFrame = [this](const std::function<void()>& done) { completeMainFrame(done); },
+               .storedURL = [this](std::string_view url) { return storedURL(url); }}) {
+    start();
+}
+
+void EnginePage::start() {
+    EngineOptions options;
+    options.log = [](const std::string& line) { NSLog(u"%s", line.c_str()); };
+    auto launched = EngineProcess::launch(std::move(options), loop_);
+    if (const auto* error = std::get_if<EngineLaunchError>(&launched)) {
+        failure_ = error->kind == EngineLaunchError::Kind::notInstalled
+                       ? notInstalledError(error->message)
+                       : urlError(NSURLErrorNetworkConnectionLost, {}, NSString::fromUTF8(error->message));
+        return;
+    }
+    process_ = std::move(std::get<std::unique_ptr<EngineProcess>>(launched));
+    devTools_ = std::make_unique<DevToolsClient>(*process_, loop_);
+    devTools_->setClosedHandler([this](const std::string& reason) {
+        fail(urlError(NSURLErrorNetworkConnectionLost, {},
+                      NSString::stringWithFormat(u"The web engine ended unexpectedly: %s", reason.c_str())));
+    });
+    startTimer_ = loop_.scheduleTimer(startLimit(), [this] {
+        process_->terminate();
+        devTools_->disconnect("the engine did not answer in time");
+        fail(urlError(NSURLErrorTimedOut, {}, u"The web engine did not answer in time."));
+    });
+    connect();
+}
+
+void EnginePage::connect() {
+    listen({}, "Target.targetCreated", &EnginePage::targetCreated);
+    devTools_->send({}, "Target.setDiscoverTargets", Json::object({{"discover", true}}));
+    // A page that the engine cannot show would be saved instead, to no use.
+    devTools_->send({}, "Browser.setDownloadBehavior", Json::object({{"behavior", "deny"}}));
+}
+
+void EnginePage::listen(const std::string& session, const char* method, Handler handler) {
+    subscriptions_.push_back(
+        devTools_->listen(session, method, [this, handler](const Json& event) { (this->*handler)(event); }));
+}
+
+/// The engine opens one page by itself; it is the one to use.
+void EnginePage::targetCreated(const Json& event) {
+    const Json target = event["targetInfo"];
+    if (target["type"].string() != "page" || !mainFrameID_.empty()) return;
+    mainFrameID_ = target["targetId"].string();
+    devTools_->send({}, "Target.attachToTarget",
+                    Json::object({{"targetId", mainFrameID_}, {"flatten", true}}),
+                    [this](const DevToolsReply& reply) {
+                        if (reply.ok()) attached(mainFrameID_, reply.result["sessionId"].string());
+                    });
+}
+
+void EnginePage::attached(const std::string& target, const std::string& session) {
+    startTimer_.cancel();
+    session_ = session;
+    frames_.attach(*devTools_, session_, target);
+    requests_ = std::make_unique<RequestServer>(*devTools_, frames_, client_);
+    underWay_.attach(*devTools_, session_);
+    renderer_ = std::make_unique<PageRenderer>(*devTools_, loop_, session_, target);
+    renderer_->readiness().setBusyCheck(
+        [this] { return !underWay_.isEmpty() || requests_->answered() < requests_->asked(); });
+    renderer_->readiness().setSubstitution(
+        [this](const std::string& chosen, const std::vector<std::string>& candidates) {
+            return requests_->substitutesFor(chosen, candidates);
+        });
+    renderer_->setViewSize(viewSize_);
+    renderer_->setLinkMapping([this](const std::string& link) { return storedLink(link); });
+
+    listen(session_, "Target.attachedToTarget", &EnginePage::workerAttached);
+    listen(session_, "Page.javascriptDialogOpening", &EnginePage::dialogOpened);
+    listen(session_, "Inspector.targetCrashed", &EnginePage::pageCrashed);
+    listen(session_, "Network.loadingFinished", &EnginePage::resourceDone);
+    listen(session_, "Network.loadingFailed", &EnginePage::resourceDone);
+    devTools_->send(session_, "Page.enable");
+    devTools_->send(session_, "Inspector.enable");
+    devTools_->send(session_, "Page.addScriptToEvaluateOnNewDocument",
+                    Json::object({{"source", keepOpenScript}}));
+    devTools_->send(session_, "Page.addScriptToEvaluateOnNewDocument",
+                    Json::object({{"source", viewHoldingScript()}, {"worldName", PageWorld::name}}));
+    devTools_->send(session_, "Network.enable",
+                    Json::object({{"maxTotalBufferSize", 0}, {"maxResourceBufferSize", 0}}));
+    requests_->setPage(session_, target);
+    // Workers stop until their requests are intercepted as well.
+    devTools_->send(
+        session_, "Target.setAutoAttach",
+        Json::object({{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}}));
+    if (archive_) enter();
+}
+
+void EnginePage::workerAttached(const Json& event) {
+    const std::string session = event["sessionId"].string();
+    requests_->attach(session);
+    listen(session, "Target.attachedToTarget", &EnginePage::workerAttached);
+    devTools_->send(
+        session, "Target.setAutoAttach",
+        Json::object({{"autoAttach", true}, {"waitForDebuggerOnStart", true}, {"flatten", true}}));
+    devTools_->send(session, "Runtime.runIfWaitingForDebugger");
+}
+
+void EnginePage::dialogOpened(const Json& /*event*/) {
+    devTools_->send(session_, "Page.handleJavaScriptDialog", Json::object({{"accept", false}}));
+}
+
+/// After a crash every further command would hang or bring the rest of the engine down.
+void EnginePage::pageCrashed(const Json& /*event*/) {
+    fail(urlError(NSURLErrorNetworkConnectionLost, {}, u"The web engine's page process ended unexpectedly."));
+    devTools_->disconnect("the page process ended");
+}
+
+void EnginePage::resourceDone(const Json& /*event*/) {
+    const std::size_t asked = std::max(requests_->asked(), underWay_.ended());
+    client_.progressChanged(static_cast<double>(underWay_.ended()) / static_cast<double>(asked));
+}
+
+void EnginePage::fail(const NSError& error) {
+    if (failure_) return;
+    failure_ = error;
+    startTimer_.cancel();
+    if (archive_) frames_.failAll(error);
+}
+
+void EnginePage::loadArchive(const WebArchive& archive) {
+    archive_ = archive;
+    if (failure_) {
+        loop_.performSoon([this, alive = std::weak_ptr<bool>(alive_)] {
+            if (!alive.expired()) frames_.failAll(failure_);
+        });
+    } else if (!session_.empty()) {
+        enter();
+    }
+}
+
+void EnginePage::enter() {
+    const std::string stored = archive_.mainResource().URL().absoluteString().utf8();
+    enterAt(StandInAddress(stored.empty() ? "about:blank" : stored, randomToken()));
+}
+
+// location.replace from the page that the engine starts with: the history then has one entry, and going back
+// leads nowhere. An address that the engine finds no address at all throws, and gets a stand-in.
+void EnginePage::enterAt(const StandInAddress& address) {
+    address_ = address;
+    requests_->serve(archive_, address);
+    frames_.expectOwnLoad();
+    const std::string script = "location.replace(" + Json(address.engineURL()).serialize() + ")";
+    devTools_->send(session_, "Runtime.evaluate", Json::object({{"expression", script}}),
+                    [this](const DevToolsReply& reply) {
+                        if (!reply.result.contains("exceptionDetails")) return;
+                        enterAt(StandInAddress(archive_.mainResource().URL().absoluteString().utf8(),
+                                               randomToken(), StandInAddress::Use::always));
+                    });
+}
+
+NSURL EnginePage::storedURL(std::string_view engineURL) const {
+    return NSURL::URLWithString(
+        NSString::fromUTF8(address_ ? address_->storedURL(engineURL) : std::string(engineURL)));
+}
+
+std::string EnginePage::storedLink(const std::string& link) const {
+    return address_ ? address_->storedURL(link) : link;
+}
+
+/// Makes a function that hands on what it is called with first: the answer or, after answerLimit, nil.
+std::function<void(NSString)> EnginePage::onceInTime(std::function<void(NSString)> answer) {
+    const auto once = std::make_shared<std::function<void(NSString)>>(std::move(answer));
+    const auto timer = answerTimers_.emplace(answerTimers_.end());
+    const auto reply = [this, once, timer](const NSString& text) {
+        const auto waiting = std::exchange(*once, nullptr);
+        if (!waiting) return;
+        answerTimers_.erase(timer);
+        waiting(text);
+    };
+    *timer = loop_.scheduleTimer(answerLimit, [reply] { reply({}); });
+    return reply;
+}
+
+/// A page whose script never ends does not take what is stored for its blank frames.
+void EnginePage::completeMainFrame(const std::function<void()>& done) {
+    const auto reply = onceInTime([done](const NSString&) { done(); });
+    requests_->fillBlankFrames([reply] { reply({}); });
+}
+
+/// In a world of the frame's own scripts do not reach. What does not answer in time has no title.
+void EnginePage::queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer) {
+    const auto reply = onceInTime(std::move(answer));
+    devTools_->send(session_, "Page.createIsolatedWorld",
+                    Json::object({{"frameId", engineFrame}, {"worldName", PageWorld::name}}),
+                    [this, reply](const DevToolsReply& world) {
+                        if (!world.ok()) {
+                            reply({});
+                            return;
+                        }
+                        devTools_->send(session_, "Runtime.evaluate",
+                                        Json::object({{"expression", "document.title"},
+                                                      {"contextId", world.result["executionContextId"]},
+                                                      {"returnByValue", true}}),
+                                        [reply](const DevToolsReply& title) {
+                                            const std::string text = title.result["result"]["value"].string();
+                                            reply(text.empty() ? NSString() : NSString::fromUTF8(text));
+                                        });
+                    });
+}
+
+void EnginePage::setViewSize(NSSize size) {
+    viewSize_ = size;
+    if (renderer_) renderer_->setViewSize(size);
+}
+
+void EnginePage::setMediaStyle(const NSString& mediaStyle) {
+    if (renderer_) renderer_->setMediaStyle(mediaStyle.utf8());
+}
+
+void EnginePage::setPrintsBackgrounds(bool prints) {
+    if (renderer_) renderer_->setPrintsBackgrounds(prints);
+}
+
+void EnginePage::waitForLoad() {
+    const auto done = [this] { return failure_ || (!session_.empty() && !frames_.isMainFrameLoading()); };
+    if (archive_) loop_.runUntil(done, std::chrono::steady_clock::now() + loadLimit);
+}
+
+NSString EnginePage::ownerElementName(const FrameID& frame) {
+    if (!canRender() || frame == mainFrame) return {};
+    const milliseconds limit(5000);
+    devTools_->call(session_, "DOM.enable", {}, limit);
+    const DevToolsReply owner =
+        devTools_->call(session_, "DOM.getFrameOwner", Json::object({{"frameId", frame}}), limit);
+    if (!owner.ok()) return {};
+    const DevToolsReply node =
+        devTools_->call(session_, "DOM.describeNode",
+                        Json::object({{"backendNodeId", owner.result["backendNodeId"]}}), limit);
+    const std::string name = node.result["node"]["nodeName"].string();
+    return name.empty() ? NSString() : NSString::fromUTF8(name);
+}
+
+bool EnginePage::canRender() {
+    return renderer_ && failure_.isNil();
+}
+
+NSSize EnginePage::documentSize() {
+    if (!canRender()) return {};
+    if (const std::optional<NSString> title = renderer_->title()) client_.titleChanged(mainFrame, *title);
+    return canRender() ? renderer_->documentSize() : NSSize();
+}
+
+NSData EnginePage::screenPDF() {
+    return canRender() ? drawn(renderer_->screenPDF()) : NSData();
+}
+
+NSData EnginePage::paginatedPDF(NSSize paper, double margin) {
+    return canRender() ? drawn(renderer_->paginatedPDF(paper, margin)) : NSData();
+}
+
+/// Once the page has been drawn, it has asked for everything that it shows.
+NSData EnginePage::drawn(const NSData& pdf) {
+    const std::string missing = requests_->missing().description();
+    if (!missing.empty() && !toldOfMissing_) NSLog(u"%s", missing.c_str());
+    toldOfMissing_ = true;
+    return pdf;
+}
+
+} // namespace
+
+std::unique_ptr<Page> makeEnginePage(PageClient& client) {
+    return std::make_unique<EnginePage>(client);
+}
+
+} // namespace qrv::engine

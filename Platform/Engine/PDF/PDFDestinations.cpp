@@ -1,0 +1,88 @@
+#include "Platform/Engine/PDF/PDFDestinations.h"
+
+#include <algorithm>
+#include <cmath>
+#include <qpdf/QPDF.hh>
+
+namespace qrv {
+
+namespace {
+
+constexpr double renderersUnit = 0.75;
+// A place so close to the end of a page is the start of the next one.
+constexpr double slack = 0.5;
+constexpr int decimals = 3;
+
+class DestinationEditor {
+public:
+    DestinationEditor(QPDF& document, const DestinationLayout& layout)
+        : document_(document), layout_(layout), pages_(document.getAllPages()) {}
+
+    void run() {
+        QPDFObjectHandle destinations = document_.getRoot().getKey("/Dests");
+        if (!destinations.isDictionary()) {
+            if (layout_.missing.empty()) return;
+            destinations =
+                document_.getRoot().replaceKeyAndGetNew("/Dests", QPDFObjectHandle::newDictionary());
+        }
+        for (const auto& [name, destination] : destinations.ditems()) place(destination);
+        for (const auto& [name, distance] : layout_.missing) {
+            const std::string key = "/" + name;
+            if (!destinations.hasKey(key)) destinations.replaceKey(key, atDistance(distance, 0));
+        }
+    }
+
+private:
+    /// [page /XYZ left top zoom], in place: several names may share an array.
+    void place(QPDFObjectHandle destination) {
+        if (!destination.isArray() || destination.getArrayNItems() < 4 ||
+            !destination.getArrayItem(1).isNameAndEquals("/XYZ")) {
+            return;
+        }
+        const auto page = std::find_if(pages_.begin(), pages_.end(), [&](const QPDFObjectHandle& candidate) {
+            return candidate.getObjGen() == destination.getArrayItem(0).getObjGen();
+        });
+        double left = 0;
+        double top = 0;
+        if (page == pages_.end() || !destination.getArrayItem(2).getValueAsNumber(left) ||
+            !destination.getArrayItem(3).getValueAsNumber(top)) {
+            return;
+        }
+        const auto number = static_cast<double>(page - pages_.begin());
+        const double distance =
+            layout_.firstPageLength + number * layout_.pageLength + (topOf(*page) - top) / renderersUnit;
+        QPDFObjectHandle placed = atDistance(distance, left / renderersUnit);
+        for (int i = 0; i < 4; ++i) destination.setArrayItem(i, placed.getArrayItem(i));
+    }
+
+    /// Lengths in px from the start of the document.
+    QPDFObjectHandle atDistance(double down, double across) {
+        const auto last = static_cast<double>(pages_.size() - 1);
+        const double number = std::clamp(std::floor((down + slack) / layout_.pageLength), 0.0, last);
+        const QPDFObjectHandle& page = pages_[static_cast<std::size_t>(number)];
+        const double rest = std::max(0.0, down - number * layout_.pageLength);
+        QPDFObjectHandle destination = QPDFObjectHandle::newArray();
+        destination.appendItem(page);
+        destination.appendItem(QPDFObjectHandle::newName("/XYZ"));
+        destination.appendItem(real(layout_.margin + across * layout_.unit));
+        destination.appendItem(real(topOf(page) - layout_.margin - rest * layout_.unit));
+        destination.appendItem(QPDFObjectHandle::newNull());
+        return destination;
+    }
+
+    static QPDFObjectHandle real(double number) { return QPDFObjectHandle::newReal(number, decimals); }
+
+    static double topOf(QPDFObjectHandle page) { return page.getKey("/MediaBox").getArrayAsRectangle().ury; }
+
+    QPDF& document_;
+    const DestinationLayout& layout_;
+    const std::vector<QPDFObjectHandle>& pages_;
+};
+
+} // namespace
+
+void placeDestinations(QPDF& document, const DestinationLayout& layout) {
+    if (layout.pageLength > 0 && !document.getAllPages().empty()) DestinationEditor(document, layout).run();
+}
+
+} // namespace qrv

@@ -1,0 +1,249 @@
+#include "Platform/Engine/PDF/PDFPageEdits.h"
+
+#include "Platform/Engine/PDF/PDFGlyphTexts.h"
+#include "Platform/Engine/PDF/PDFOutline.h"
+#include "Platform/Engine/PDF/PDFStructure.h"
+#include "Platform/PDFKit/PDFFile.h"
+
+#include <cmath>
+#include <map>
+#include <qpdf/QPDF.hh>
+#include <qpdf/QUtil.hh>
+#include <set>
+#include <stdexcept>
+#include <string_view>
+
+namespace qrv {
+
+namespace {
+
+constexpr double largest = 1e8;
+constexpr int decimals = 8;
+constexpr const char* mediaBox = "/MediaBox";
+constexpr const char* innerBoxes[] = {"/CropBox", "/BleedBox", "/TrimBox", "/ArtBox"};
+
+bool isUsable(double value) {
+    return std::isfinite(value) && value > 0 && value <= largest;
+}
+
+std::string text(double number) {
+    return QUtil::double_to_string(number, decimals, true);
+}
+
+/// Where the points of a page go: scaled first, then moved.
+struct Placement {
+    double scale = 1;
+    double dx = 0;
+    double dy = 0;
+
+    double x(double from) const { return scale * from + dx; }
+
+    double y(double from) const { return scale * from + dy; }
+
+    bool isIdentity() const { return scale == 1 && dx == 0 && dy == 0; }
+};
+
+QPDFObjectHandle makeBox(double left, double bottom, double right, double top) {
+    QPDFObjectHandle box = QPDFObjectHandle::newArray();
+    for (const double edge : {left, bottom, right, top}) {
+        box.appendItem(QPDFObjectHandle::newReal(edge, decimals));
+    }
+    return box;
+}
+
+QPDFObjectHandle placedBox(const QPDFObjectHandle::Rectangle& box, const Placement& placement) {
+    return makeBox(placement.x(box.llx), placement.y(box.lly), placement.x(box.urx), placement.y(box.ury));
+}
+
+/// Numbers in pairs, x first.
+void movePoints(QPDFObjectHandle points, const Placement& placement) {
+    for (int i = 0; points.isArray() && i < points.getArrayNItems(); ++i) {
+        QPDFObjectHandle item = points.getArrayItem(i);
+        double number = 0;
+        if (!item.getValueAsNumber(number)) continue;
+        number = i % 2 == 0 ? placement.x(number) : placement.y(number);
+        points.setArrayItem(i, QPDFObjectHandle::newReal(number, decimals));
+    }
+}
+
+/// The axes of the coordinates of each kind of destination, from its third element on. Others have none.
+std::string_view destinationAxes(const std::string& kind) {
+    if (kind == "/XYZ") return "xy"; // and a zoom, which stays
+    if (kind == "/FitH" || kind == "/FitBH") return "y";
+    if (kind == "/FitV" || kind == "/FitBV") return "x";
+    if (kind == "/FitR") return "xyxy";
+    return "";
+}
+
+/// Makes the edits in one document.
+class PageEditor {
+public:
+    PageEditor(QPDF& document, const PDFPageEdits& edits) : document_(document), edits_(edits) {}
+
+    void run() {
+        document_.pushInheritedAttributesToPage();
+        for (const QPDFObjectHandle& page : document_.getAllPages()) placePage(page);
+        // A destination may stand in an annotation, an action, an outline or a name tree; its form says what
+        // it is wherever it stands.
+        for (const QPDFObjectHandle& object : document_.getAllObjects()) moveDestinations(object);
+        for (const QPDFObjectHandle& page : document_.getAllPages()) {
+            editAnnotations(page);
+            if (!placements_.at(page.getObjGen()).isIdentity()) moveContents(page);
+        }
+    }
+
+private:
+    void placePage(QPDFObjectHandle page) {
+        if (!page.getKey(mediaBox).isRectangle()) throw std::runtime_error("page without a size");
+        const QPDFObjectHandle::Rectangle old = page.getKey(mediaBox).getArrayAsRectangle();
+        Placement placement{edits_.scale};
+        if (edits_.size) {
+            placement.dx = -placement.x(old.llx);
+            placement.dy = edits_.size->height - placement.y(old.ury);
+        }
+        const double width = edits_.scale * (old.urx - old.llx);
+        const double height = edits_.scale * (old.ury - old.lly);
+        if (!isUsable(width) || !isUsable(height)) throw std::runtime_error("page of an absurd size");
+        placements_[page.getObjGen()] = placement;
+        placeBox(page, mediaBox, placement);
+        for (const char* name : innerBoxes) placeBox(page, name, placement);
+    }
+
+    void placeBox(QPDFObjectHandle page, const char* name, const Placement& placement) {
+        QPDFObjectHandle box = page.getKey(name);
+        if (!box.isRectangle()) return;
+        page.replaceKey(name, edits_.size ? makeBox(0, 0, edits_.size->width, edits_.size->height)
+                                          : placedBox(box.getArrayAsRectangle(), placement));
+    }
+
+    /// In one object and what it directly holds. References are not followed, so each destination is moved
+    /// once.
+    void moveDestinations(QPDFObjectHandle object) {
+        if (object.isArray()) {
+            moveDestination(object);
+            for (const QPDFObjectHandle& item : object.aitems()) {
+                if (!item.isIndirect()) moveDestinations(item);
+            }
+        } else if (object.isDictionary()) {
+            for (const auto& [name, value] : object.ditems()) {
+                if (!value.isIndirect()) moveDestinations(value);
+            }
+        }
+    }
+
+    void moveDestination(QPDFObjectHandle array) {
+        if (array.getArrayNItems() < 3 || !array.getArrayItem(1).isName()) return;
+        const auto placement = placements_.find(array.getArrayItem(0).getObjGen());
+        if (placement == placements_.end() || placement->second.isIdentity()) return;
+        int place = 2;
+        for (const char axis : destinationAxes(array.getArrayItem(1).getName())) {
+            double number = 0;
+            if (place < array.getArrayNItems() && array.getArrayItem(place).getValueAsNumber(number)) {
+                number = axis == 'x' ? placement->second.x(number) : placement->second.y(number);
+                array.setArrayItem(place, QPDFObjectHandle::newReal(number, decimals));
+            }
+            ++place;
+        }
+    }
+
+    void editAnnotations(QPDFObjectHandle page) {
+        const Placement& placement = placements_.at(page.getObjGen());
+        if (!page.getKey("/Annots").isArray()) return;
+        QPDFObjectHandle kept = QPDFObjectHandle::newArray();
+        for (QPDFObjectHandle annotation : page.getKey("/Annots").aitems()) {
+            if (annotation.isDictionary() && isNew(annotation)) {
+                movePoints(ownArray(annotation, "/Rect"), placement);
+                movePoints(ownArray(annotation, "/QuadPoints"), placement);
+                if (!mapLink(annotation)) continue;
+            }
+            kept.appendItem(annotation);
+        }
+        page.replaceKey("/Annots", kept);
+    }
+
+    /// False for an object that was here before; an object that stands directly in another always is new.
+    bool isNew(const QPDFObjectHandle& object) {
+        return !object.isIndirect() || seen_.insert(object.getObjGen()).second;
+    }
+
+    /// A copy put in place of an array, which others might refer to as well.
+    static QPDFObjectHandle ownArray(QPDFObjectHandle dictionary, const char* key) {
+        QPDFObjectHandle value = dictionary.getKey(key);
+        return value.isArray() ? dictionary.replaceKeyAndGetNew(key, value.shallowCopy()) : value;
+    }
+
+    /// False when the link is to go. A link without an action in its place would crash some viewers.
+    bool mapLink(QPDFObjectHandle annotation) {
+        QPDFObjectHandle action = annotation.getKey("/A");
+        if (!edits_.mapLink || !action.isDictionary() || !action.getKey("/URI").isString()) return true;
+        const std::string address = edits_.mapLink(action.getKey("/URI").getStringValue());
+        QPDFObjectHandle changed = annotation.replaceKeyAndGetNew("/A", action.shallowCopy());
+        changed.replaceKey("/URI", QPDFObjectHandle::newString(address));
+        return !address.empty();
+    }
+
+    /// Puts a transformation before a page's contents. Patterns are laid out in the page's own coordinates
+    /// whatever the contents set, so they get the transformation as well.
+    void moveContents(QPDFObjectHandle page) {
+        const Placement& placement = placements_.at(page.getObjGen());
+        const std::string scale = text(placement.scale);
+        const std::string operation =
+            scale + " 0 0 " + scale + " " + text(placement.dx) + " " + text(placement.dy) + " cm\n";
+        page.addPageContents(document_.newStream(operation), true);
+        QPDFObjectHandle patterns = page.getKey("/Resources");
+        patterns = patterns.isDictionary() ? patterns.getKey("/Pattern") : QPDFObjectHandle::newNull();
+        if (!patterns.isDictionary()) return;
+        QPDFObjectHandle moved = QPDFObjectHandle::newDictionary();
+        for (const auto& [name, pattern] : patterns.ditems()) {
+            moved.replaceKey(name, movedPattern(pattern, placement));
+        }
+        // Pages may share their resources, and forms their patterns: this page gets its own.
+        page.replaceKeyAndGetNew("/Resources", page.getKey("/Resources").shallowCopy())
+            .replaceKey("/Pattern", moved);
+    }
+
+    QPDFObjectHandle movedPattern(QPDFObjectHandle pattern, const Placement& placement) {
+        if (!pattern.isStream() && !pattern.isDictionary()) return pattern;
+        QPDFObjectHandle copy =
+            pattern.isStream() ? pattern.copyStream() : document_.makeIndirectObject(pattern.shallowCopy());
+        QPDFObjectHandle dictionary = copy.isStream() ? copy.getDict() : copy;
+        QPDFObjectHandle old = dictionary.getKey("/Matrix");
+        QPDFObjectHandle::Matrix matrix(1, 0, 0, 1, 0, 0);
+        if (old.isMatrix()) matrix = old.getArrayAsMatrix();
+        QPDFObjectHandle array = QPDFObjectHandle::newArray();
+        for (const double number : {matrix.a, matrix.b, matrix.c, matrix.d}) {
+            array.appendItem(QPDFObjectHandle::newReal(placement.scale * number, decimals));
+        }
+        array.appendItem(QPDFObjectHandle::newReal(placement.x(matrix.e), decimals));
+        array.appendItem(QPDFObjectHandle::newReal(placement.y(matrix.f), decimals));
+        dictionary.replaceKey("/Matrix", array);
+        return copy;
+    }
+
+    QPDF& document_;
+    const PDFPageEdits& edits_;
+    std::map<QPDFObjGen, Placement> placements_;
+    std::set<QPDFObjGen> seen_;
+};
+
+} // namespace
+
+NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
+    if (!isUsable(edits.scale)) return {};
+    if (edits.size && !(isUsable(edits.size->width) && isUsable(edits.size->height))) return {};
+    const std::shared_ptr<QPDF> document = openPDF(pdf);
+    if (!document) return {};
+    try {
+        placeDestinations(*document, edits.destinations);
+        PageEditor(*document, edits).run();
+        if (edits.language) setLanguage(*document, *edits.language);
+        correctOutline(*document, edits.headings);
+        mapStructureRoles(*document);
+        correctGlyphTexts(*document);
+    } catch (const std::exception&) {
+        return {};
+    }
+    return serializePDF(*document);
+}
+
+} // namespace qrv

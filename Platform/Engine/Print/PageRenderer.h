@@ -1,0 +1,72 @@
+#pragma once
+
+// Turns a loaded page into PDF. Every operation runs the loop until the engine has answered. Once the first
+// one has been called, the page's scripts stand still: what is measured is what is printed.
+
+#include "Platform/Engine/DevTools/DevToolsClient.h"
+#include "Platform/Engine/DevTools/PageWorld.h"
+#include "Platform/Engine/Print/DocumentDescription.h"
+#include "Platform/Engine/Print/PageMeasurements.h"
+#include "Platform/Engine/Print/PageReadiness.h"
+#include "Platform/Engine/Print/PrintLayout.h"
+#include "Platform/Foundation/NSData.h"
+#include "Platform/Foundation/NSRange.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace qrv::engine {
+
+class PageRenderer {
+public:
+    using LinkMapping = std::function<std::string(const std::string&)>;
+
+    /// The client and the loop must outlive the renderer. `mainFrameID` is the engine's name of the main
+    /// frame.
+    PageRenderer(DevToolsClient& devTools, NSRunLoop& loop, std::string session, std::string mainFrameID);
+
+    /// Lays the page out in a view of this size from now on.
+    void setViewSize(NSSize size);
+
+    void setMediaStyle(std::string mediaStyle) { mediaStyle_ = std::move(mediaStyle); }
+
+    void setPrintsBackgrounds(bool prints) { printsBackgrounds_ = prints; }
+
+    /// For what has to be known before the page is drawn.
+    PageReadiness& readiness() { return readiness_; }
+
+    /// Changes the addresses that links in the PDF lead to.
+    void setLinkMapping(LinkMapping mapping) { linkMapping_ = std::move(mapping); }
+
+    /// How long the engine may take to print; ten minutes unless set. 200,000 px take a third of a second.
+    void setPrintLimit(std::chrono::milliseconds limit) { printLimit_ = limit; }
+
+    /// The laid-out document in CSS pixels; zero when the page does not answer.
+    NSSize documentSize();
+    NSData screenPDF();
+    NSData paginatedPDF(NSSize paper, double margin);
+    /// The page's title, nil when it has none; nothing when the page does not answer.
+    std::optional<NSString> title();
+
+private:
+    void settle();
+    std::optional<PageMeasurements> measure(LayoutSize view);
+    NSData print(const PrintPlan& plan, const PrintPlan& plain);
+    std::optional<NSData> attempt(const PrintPlan& plan);
+    NSData edited(const NSData& pdf, const PrintPlan& plan, const DocumentDescription& document) const;
+
+    DevToolsClient& devTools_;
+    std::string session_;
+    PageWorld world_;
+    PageReadiness readiness_;
+    NSSize viewSize_{612, 792};
+    std::string mediaStyle_;
+    bool printsBackgrounds_ = false;
+    std::chrono::milliseconds printLimit_ = std::chrono::minutes(10);
+    LinkMapping linkMapping_;
+    bool settled_ = false;
+    std::optional<PageMeasurements> screen_;
+};
+
+} // namespace qrv::engine

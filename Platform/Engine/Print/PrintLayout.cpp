@@ -1,0 +1,328 @@
+#include "Platform/Engine/Print/PrintLayout.h"
+
+#include "Platform/Engine/Print/CanvasStyle.h"
+#include "Platform/Engine/Print/RootBox.h"
+#include "Platform/Engine/Print/StyleText.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string_view>
+
+namespace qrv::engine {
+namespace {
+
+constexpr double pointsPerInch = 72;
+constexpr double pixelsPerPoint = 96.0 / 72;
+constexpr double smallestScale = 0.1; // the engine takes no smaller one
+constexpr double smallestContent = 72;
+constexpr double smallestPaper = 72;
+constexpr double largestPaper = 14400;
+// 3,000 elements side by side: a third of a second more. 9,000 words in elements of their own in one
+// paragraph took 40 seconds instead of 2.
+constexpr double largestStructureCost = 1e7;
+// Just enough for a root as high as the view to miss the end of the first page.
+constexpr double pushMargin = 0.05;
+
+struct Paper {
+    double width;
+    double height;
+    double margin;
+
+    double printableWidth() const { return width - 2 * margin; }
+
+    double printableHeight() const { return height - 2 * margin; }
+};
+
+double saneLength(double value, double low, double high) {
+    return std::isnan(value) ? low : std::clamp(value, low, high);
+}
+
+Paper sanePaper(double width, double height, double margin) {
+    Paper paper{saneLength(width, smallestPaper, largestPaper),
+                saneLength(height, smallestPaper, largestPaper), 0};
+    double room = (std::min(paper.width, paper.height) - smallestContent) / 2;
+    paper.margin = saneLength(margin, 0, room);
+    return paper;
+}
+
+bool isTable(const PageMeasurements& m) {
+    return m.rootDisplay.find("table") != std::string::npos;
+}
+
+// The body's writing mode is the document's; the viewport takes it from there.
+bool isVertical(const PageMeasurements& m) {
+    return m.bodyWritingMode != "horizontal-tb";
+}
+
+// Pages of vertical text follow each other from side to side.
+bool canBePushed(const PageMeasurements& m) {
+    return m.rootIsHtml && !isVertical(m);
+}
+
+// What both modes ask of the root: stand in normal flow on pages of our name, with the width it has on the
+// screen, nothing cut off, and overflow to the right only.
+void addRootInPlace(StyleRule& root, const PageMeasurements& m, const RootBox& box) {
+    if (isTable(m)) root.add("display", "block"); // tables do not take size containment
+    root.add("page", "document");
+    root.add("position", "relative");
+    root.add("inset", "auto");
+    root.add("float", "none");
+    root.add("overflow", "visible");
+    root.add("transition", "none");
+    root.add("zoom", "1"); // the engine drops it, hence the body's
+    root.add("direction", "ltr");
+    root.add("writing-mode", "horizontal-tb");
+    root.add("box-sizing", "content-box");
+    root.add("width", pixels(box.contentWidth));
+    root.add("min-width", "0");
+    root.add("max-width", "none");
+}
+
+// What the body has to keep by order, because the root no longer gives it that.
+struct BodyPins {
+    bool across = false;        // its width and place in the root
+    double left = 0;            // its border box, from the root's content edge
+    bool minimumHeight = false; // these two together with its width only
+    bool height = false;
+};
+
+void addBody(StyleSheet& sheet, const PageMeasurements& m, const BodyPins& pins) {
+    if (!m.hasBody) return;
+    StyleRule body("body");
+    body.add("transition", "none");
+    if (m.rootZoom != 1) body.add("zoom", number(m.rootZoom * m.bodyZoom));
+    body.add("direction", m.bodyDirection);
+    body.add("writing-mode", m.bodyWritingMode);
+    if (m.bodyOverflowSpreads) body.add("overflow", "visible");
+    if (m.canvasFromBody) body.add("background", "none");
+    if (pins.across) {
+        body.add("box-sizing", "content-box");
+        body.add("margin-left", pixels(pins.left));
+        for (auto property : {"width", "min-width", "max-width"}) body.add(property, pixels(m.bodyWidth));
+    }
+    if (pins.minimumHeight) body.add("min-height", pixels(m.bodyHeight));
+    if (pins.height) body.add("height", pixels(m.bodyHeight));
+    sheet.add(body);
+}
+
+// The body where it was, in a root of this box.
+BodyPins pinsIn(const RootBox& box, const PageMeasurements& m) {
+    RootBox root = boxOnScreen(m);
+    double moved = root.contentLeft() - box.contentLeft();
+    bool isCutAcross = moved != 0 || box.contentWidth < root.contentWidth;
+    bool isCutDown = box.contentHeight < root.contentHeight;
+    bool asksForHeight = !m.rootHeightIsAuto || m.rootDisplay.find("flex") != std::string::npos;
+    BodyPins pins;
+    pins.minimumHeight = isCutDown && asksForHeight;
+    pins.height = isCutDown && !m.rootHeightIsAuto && !m.bodyHeightIsAuto;
+    pins.across = pins.minimumHeight || isCutAcross || isTable(m) || runsRightToLeft(m);
+    pins.left = m.bodyMarginLeft + moved / (m.rootZoom * m.bodyZoom);
+    return pins;
+}
+
+// Size containment is enough to print the root in one piece. Fixed boxes then refer to the first page, which
+// is the view; but their place is the left of the page even where the document reaches to the left of the
+// view.
+bool containsFixedBoxes(const PageMeasurements& m) {
+    return !m.rootIsContainer || m.rootContainsFixed || leftOverflow(m) > 0;
+}
+
+void addContainedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box) {
+    root.add("contain", containsFixedBoxes(m) ? "size layout" : "size");
+    root.add("top", pixels(box.top));
+    // Without a document type the root fills its page but for its margins, and its content asks for that
+    // height.
+    double marginBottom = m.isQuirky ? documentHeight(m) - box.height() : 0;
+    root.add("margin", lengths({pushMargin, 0, marginBottom, box.marginLeft}));
+    root.add("border-width", lengths(box.border));
+    if (box.border != boxOnScreen(m).border) {
+        root.add("border-style", "solid");
+        root.add("border-color", "transparent");
+        root.add("border-image", "none");
+    }
+    root.add("padding", lengths(box.padding));
+    root.add("height", m.rootHeightIsAuto ? "auto" : pixels(box.contentHeight));
+    root.add("contain-intrinsic-height", pixels(box.contentHeight));
+    root.add("min-height", "0");
+    root.add("max-height", "none");
+}
+
+// The engine repeats fixed boxes on every page, over its text. In a root that contains them each appears
+// once; and where the root is no higher than the view, with the rest of the document hanging out of it, they
+// stand where they stand in the view. A root that other positioned boxes refer to keeps its height: fixed
+// boxes then refer to the whole document. Margins become padding, since a page break swallows them.
+RootBox pagedBox(const PageMeasurements& m) {
+    if (m.rootIsContainer) {
+        RootBox box = boxOnScreen(m);
+        box.padding.top += std::max(0.0, m.rootMarginTop);
+        return box;
+    }
+    RootBox box = boxAsView(m);
+    box.border = {};
+    return box;
+}
+
+void addPagedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box, double pageLength) {
+    root.add("contain", "layout");
+    // Without a document type the root fills its page but for its margins, as it did the view.
+    double marginBottom = m.isQuirky ? m.rootMarginBottom + pageLength - 2 * m.viewHeight : 0;
+    // Where lines run from the right, a left margin counts only if the right one is free.
+    root.add("margin", pixels(m.viewHeight) + " auto " + pixels(marginBottom) + " " + pixels(box.marginLeft));
+    root.add("border-width", lengths(box.border));
+    root.add("padding", lengths(box.padding));
+    if (m.rootIsContainer) return;
+    if (m.rootHeightIsAuto) {
+        root.add("min-height", pixels(box.contentHeight));
+        root.add("max-height", pixels(box.contentHeight));
+    } else {
+        root.add("height", pixels(box.contentHeight));
+    }
+}
+
+// The canvas in a root of this box; where it has to be a box itself, that is of the height given.
+void addBackground(PrintPlan& plan, StyleSheet& sheet, StyleRule& root, const PageMeasurements& m,
+                   const RootBox& box, double height) {
+    if (m.rootHasEffect) {
+        addCanvasBox(plan, sheet, root, m, box, height);
+    } else {
+        addCanvas(plan, root, m, box);
+    }
+}
+
+double inches(double points) {
+    return points / pointsPerInch;
+}
+
+// One page for the whole document, printed larger by `shrink` than wanted.
+PrintPlan wholeDocumentPlan(const PageMeasurements& m, double shrink) {
+    PrintPlan plan;
+    plan.isStructured = m.structureCost <= largestStructureCost;
+    plan.shrink = shrink;
+    plan.scale = shrink * pixelsPerPoint;
+    plan.pageWidth = documentWidth(m);
+    plan.pageHeight = documentHeight(m);
+    plan.paperWidth = inches(plan.pageWidth * shrink);
+    plan.paperHeight = inches(plan.pageHeight * shrink);
+    plan.pageLength = plan.pageHeight;
+    return plan;
+}
+
+// How far the document has to be scaled down so that the side along which its lines run fits the paper. The
+// engine goes down to a tenth only, and at any scale but 1 it misplaces vertical text that begins at the
+// right: what is longer is printed on larger pages, which are shrunk afterwards.
+PrintPlan sheetsPlan(const PageMeasurements& m, const Paper& paper) {
+    PrintPlan plan;
+    plan.isStructured = m.structureCost <= largestStructureCost;
+    plan.releasesBoxes = true;
+    double needed = isVertical(m) ? documentHeight(m) : documentWidth(m);
+    double available = (isVertical(m) ? paper.printableHeight() : paper.printableWidth()) * pixelsPerPoint;
+    double smallest = isVertical(m) ? 1 : smallestScale;
+    plan.shrink = std::max(1.0, needed * smallest / available);
+    plan.scale = std::clamp(plan.shrink * available / needed, smallest, 1.0);
+    plan.pageWidth = paper.width;
+    plan.pageHeight = paper.height;
+    plan.paperWidth = inches(paper.width * plan.shrink);
+    plan.paperHeight = inches(paper.height * plan.shrink);
+    plan.pageLength = paper.printableHeight() * plan.shrink * pixelsPerPoint / plan.scale;
+    plan.pageMargin = paper.margin * plan.shrink;
+    return plan;
+}
+
+StyleRule paperRule(std::string_view selector, const Paper& paper, double shrink) {
+    return pageRule(selector, points(paper.width * shrink), points(paper.height * shrink),
+                    points(paper.margin * shrink));
+}
+
+} // namespace
+
+LayoutSize screenView(double paperWidth, double paperHeight) {
+    Paper paper = sanePaper(paperWidth, paperHeight, 0);
+    return {std::round(paper.width), std::round(paper.height)};
+}
+
+LayoutSize paginatedView(double paperWidth, double paperHeight, double margin) {
+    Paper paper = sanePaper(paperWidth, paperHeight, margin);
+    return {std::floor(paper.printableWidth() * pixelsPerPoint),
+            std::floor(paper.printableHeight() * pixelsPerPoint)};
+}
+
+PrintPlan screenPlan(const PageMeasurements& measured) {
+    PageMeasurements m = sanitized(measured);
+    if (!canBePushed(m)) return plainScreenPlan(m);
+    PrintPlan plan = wholeDocumentPlan(m, 1);
+    plan.usesViewportPage = true;
+    plan.viewportPageLength = m.viewHeight;
+    plan.pageRanges = "2";
+
+    StyleSheet sheet;
+    sheet.add(pageRule("document", points(plan.pageWidth), points(plan.pageHeight), "0"));
+    sheet.add(pageRule("document:first", points(m.viewWidth), points(m.viewHeight), "0"));
+    StyleRule root("html");
+    RootBox box = m.rootIsContainer ? boxAsContainer(m) : boxAsView(m);
+    BodyPins pins = pinsIn(box, m);
+    box.marginLeft += leftOverflow(m);
+    addRootInPlace(root, m, box);
+    addContainedBox(root, m, box);
+    addBackground(plan, sheet, root, m, box, documentHeight(m));
+    sheet.add(root);
+    addBody(sheet, m, pins);
+    plan.styleSheet = sheet.text();
+    return plan;
+}
+
+PrintPlan plainScreenPlan(const PageMeasurements& measured) {
+    PageMeasurements m = sanitized(measured);
+    // At any scale but 1 the engine misplaces documents whose text runs in columns from the right.
+    PrintPlan plan = wholeDocumentPlan(m, 1 / pixelsPerPoint);
+    plan.pageRanges = "1";
+    StyleSheet sheet;
+    sheet.add(pageRule("", pixels(plan.pageWidth), pixels(plan.pageHeight), "0"));
+    StyleRule unbroken("*");
+    for (auto property : {"break-before", "break-after", "break-inside"}) unbroken.add(property, "auto");
+    sheet.add(unbroken);
+    plan.styleSheet = sheet.text();
+    return plan;
+}
+
+PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, double paperHeight,
+                        double margin) {
+    PageMeasurements m = sanitized(measured);
+    if (!canBePushed(m)) return plainPaginatedPlan(m, paperWidth, paperHeight, margin);
+    Paper paper = sanePaper(paperWidth, paperHeight, margin);
+    PrintPlan plan = sheetsPlan(m, paper);
+    plan.usesViewportPage = true;
+    plan.viewportPageLength = m.viewHeight;
+    plan.pageRanges = "2-";
+
+    StyleSheet sheet;
+    sheet.add(paperRule("document", paper, plan.shrink));
+    sheet.add(
+        pageRule("document:first", pixels(m.viewWidth * plan.scale), pixels(m.viewHeight * plan.scale), "0"));
+    StyleRule root("html");
+    RootBox box = pagedBox(m);
+    BodyPins pins = pinsIn(box, m);
+    box.marginLeft += leftOverflow(m);
+    addRootInPlace(root, m, box);
+    addPagedBox(root, m, box, plan.pageLength);
+    double toEndOfLastSheet = std::ceil(documentHeight(m) / plan.pageLength) * plan.pageLength - 1;
+    addBackground(plan, sheet, root, m, box, toEndOfLastSheet);
+    sheet.add(root);
+    addBody(sheet, m, pins);
+    plan.styleSheet = sheet.text();
+    return plan;
+}
+
+PrintPlan plainPaginatedPlan(const PageMeasurements& measured, double paperWidth, double paperHeight,
+                             double margin) {
+    PageMeasurements m = sanitized(measured);
+    Paper paper = sanePaper(paperWidth, paperHeight, margin);
+    PrintPlan plan = sheetsPlan(m, paper);
+    // Pages of vertical text do not follow each other downwards.
+    if (isVertical(m)) plan.pageLength = 0;
+    StyleSheet sheet;
+    sheet.add(paperRule("", paper, plan.shrink));
+    plan.styleSheet = sheet.text();
+    return plan;
+}
+
+} // namespace qrv::engine

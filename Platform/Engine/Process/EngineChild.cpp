@@ -1,0 +1,191 @@
+#include "Platform/Engine/Process/EngineChild.h"
+
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+
+namespace qrv::engine {
+
+namespace {
+
+constexpr int firstFreeDescriptor = 6; // 0 to 2 lead nowhere, 3 and 4 to us, 5 tells of the steps
+constexpr int stepsDescriptor = 5;
+constexpr auto reapingTime =
+    std::chrono::seconds(10); // seen: 0.03, and 2 on a machine with far too much to do
+constexpr auto reapingStep = std::chrono::microseconds(200);
+
+int checked(int result, const char* what) {
+    if (result < 0) throw std::system_error(errno, std::generic_category(), what);
+    return result;
+}
+
+std::vector<char*> pointers(const std::vector<std::string>& strings) {
+    std::vector<char*> result;
+    result.reserve(strings.size() + 1);
+    for (const auto& string : strings) result.push_back(const_cast<char*>(string.c_str()));
+    result.push_back(nullptr);
+    return result;
+}
+
+// All that the child needs, made before the fork: it must not allocate.
+struct ChildPlan {
+    std::vector<char*> arguments;
+    std::vector<char*> argumentsWithoutSandbox;
+    std::vector<char*> environment;
+    bool checkEngineSandbox;
+    int socket;
+    int steps;
+    pid_t parent;
+};
+
+// Blocks all signals, so that no handler of ours runs in the child.
+class SignalsBlocked {
+public:
+    SignalsBlocked() {
+        sigset_t all;
+        ::sigfillset(&all);
+        ::pthread_sigmask(SIG_SETMASK, &all, &before_);
+    }
+
+    ~SignalsBlocked() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+
+    SignalsBlocked(const SignalsBlocked&) = delete;
+    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
+
+private:
+    sigset_t before_;
+};
+
+// From here to runChild: between fork and exec, async-signal-safe calls only.
+
+void resetSignals() {
+    struct sigaction standard;
+    std::memset(&standard, 0, sizeof standard);
+    standard.sa_handler = SIG_DFL;
+    for (int signal = 1; signal < NSIG; ++signal) ::sigaction(signal, &standard, nullptr);
+    sigset_t none;
+    ::sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+bool arrangeDescriptors(const ChildPlan& plan) {
+    // Out of the way first: they may stand where others have to go.
+    int socket = ::fcntl(plan.socket, F_DUPFD_CLOEXEC, firstFreeDescriptor);
+    int steps = ::fcntl(plan.steps, F_DUPFD_CLOEXEC, firstFreeDescriptor);
+    int nowhere = ::open("/dev/null", O_RDWR | O_CLOEXEC);
+    if (socket < 0 || steps < 0 || nowhere < 0) return false;
+    for (int standard : {0, 1, 2})
+        if (nowhere != standard && ::dup2(nowhere, standard) < 0) return false;
+    return ::dup2(socket, 3) == 3 && ::dup2(socket, 4) == 4 &&
+           ::dup3(steps, stepsDescriptor, O_CLOEXEC) == stepsDescriptor &&
+           ::close_range(firstFreeDescriptor, ~0U, 0) == 0;
+}
+
+[[noreturn]] void runChild(const ChildPlan& plan) {
+    constexpr int failed = 127;
+    resetSignals();
+    ::setsid();
+    ::umask(077);
+    if (::chdir("/") != 0) ::_exit(failed);
+    if (!arrangeDescriptors(plan)) {
+        LaunchReporter(plan.steps).report(LaunchStep::Kind::descriptors, errno);
+        ::_exit(failed);
+    }
+    LaunchReporter reporter(stepsDescriptor);
+    rlimit noCoreFile{0, 0};
+    ::setrlimit(RLIMIT_CORE, &noCoreFile);
+    if (!enterSandbox(reporter)) ::_exit(failed);
+    bool sandboxed = !plan.checkEngineSandbox || canUseEngineSandbox(reporter);
+
+    // Only now: every change of identity takes the setting back. A parent that died before it is noticed
+    // here.
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
+    if (::getppid() != plan.parent) ::_exit(failed);
+
+    const auto& arguments = sandboxed ? plan.arguments : plan.argumentsWithoutSandbox;
+    ::execve(arguments.front(), arguments.data(), plan.environment.data());
+    reporter.report(LaunchStep::Kind::execution, errno);
+    ::_exit(failed);
+}
+
+} // namespace
+
+EngineChild::EngineChild(const Command& command) {
+    int sockets[2];
+    checked(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets), "connecting to the engine");
+    socket_ = FileDescriptor(sockets[0]);
+    FileDescriptor engineSocket(sockets[1]);
+    int pipe[2];
+    checked(::pipe2(pipe, O_CLOEXEC | O_NONBLOCK), "connecting to the engine");
+    steps_ = FileDescriptor(pipe[0]);
+    FileDescriptor engineSteps(pipe[1]);
+
+    // Descendants of the engine become our children when their parents die, and can then be reaped.
+    ::prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0);
+    ChildPlan plan{pointers(command.arguments),
+                   pointers(command.argumentsWithoutSandbox),
+                   pointers(command.environment),
+                   command.checkEngineSandbox,
+                   engineSocket.get(),
+                   engineSteps.get(),
+                   ::getpid()};
+    SignalsBlocked blocked;
+    // No handlers for forks: one that starts a thread, as the thread sanitizer's does, would bar the child
+    // from user namespaces.
+    pid_ = checked(::_Fork(), "starting the engine");
+    if (pid_ == 0) runChild(plan);
+}
+
+EngineChild::~EngineChild() {
+    terminate();
+}
+
+std::vector<LaunchStep> EngineChild::takeSteps() {
+    std::vector<LaunchStep> steps;
+    LaunchStep step;
+    while (::read(steps_.get(), &step, sizeof step) == static_cast<ssize_t>(sizeof step))
+        steps.push_back(step);
+    return steps;
+}
+
+void EngineChild::terminate() {
+    if (terminated_) return;
+    // The engine leads a process group of its own, but for its first moment, when it has no children yet.
+    if (!reaped_) ::kill(pid_, SIGKILL);
+    ::kill(-pid_, SIGKILL);
+    auto deadline = std::chrono::steady_clock::now() + reapingTime;
+    while (!reap() && std::chrono::steady_clock::now() < deadline) std::this_thread::sleep_for(reapingStep);
+    terminated_ = true;
+}
+
+// Whether nothing is left of the engine. It comes first, and by its own number: only then is its end known,
+// and it may have died before it led its group.
+bool EngineChild::reap() {
+    if (!reaped_) reaped_ = ::waitpid(pid_, &status_, WNOHANG) == pid_;
+    if (!reaped_) return false;
+    pid_t descendant = 0;
+    do descendant = ::waitpid(-pid_, nullptr, WNOHANG);
+    while (descendant > 0);
+    return descendant < 0;
+}
+
+std::string EngineChild::endText() const {
+    if (!reaped_) return "does not end";
+    if (WIFSIGNALED(status_)) {
+        int signal = WTERMSIG(status_);
+        return "was ended by signal " + std::to_string(signal) + " (" + ::strsignal(signal) + ")";
+    }
+    return "exited with status " + std::to_string(WEXITSTATUS(status_));
+}
+
+} // namespace qrv::engine

@@ -1,0 +1,72 @@
+#include "Platform/Engine/Process/EngineCommand.h"
+
+#include <cstdlib>
+
+namespace qrv::engine {
+
+namespace {
+
+constexpr const char* commonArguments[] = {
+    "--remote-debugging-pipe",
+    // Start-up time.
+    "--disable-gpu",
+    "--enable-features=NetworkServiceInProcess2",
+    "--no-first-run",
+    "--disable-extensions",
+    "--disable-background-networking",
+    "--disable-component-update",
+    "--disable-sync",
+    "--disable-default-apps",
+    "--no-default-browser-check",
+    "--disable-site-isolation-trials",
+    "--disable-breakpad",
+    "--disable-dev-shm-usage",
+    // What the page looks and sounds like.
+    "--hide-scrollbars",
+    "--mute-audio",
+    "--font-render-hinting=none",
+    "--blink-settings=lazyLoadEnabled=false",
+    // What the page may reach. The network is barred by the kernel; this spares the attempts.
+    "--block-new-web-contents",
+    "--host-resolver-rules=MAP * ~NOTFOUND",
+};
+
+void passOn(std::vector<std::string>& environment, const char* name) {
+    if (const char* value = std::getenv(name)) environment.push_back(std::string(name) + "=" + value);
+}
+
+// Where the user's own fonts are looked for; the home directory itself stays hidden.
+void passOnDataDirectory(std::vector<std::string>& environment) {
+    const char* home = std::getenv("HOME");
+    if (std::getenv("XDG_DATA_HOME"))
+        passOn(environment, "XDG_DATA_HOME");
+    else if (home)
+        environment.push_back("XDG_DATA_HOME=" + std::string(home) + "/.local/share");
+}
+
+} // namespace
+
+std::vector<std::string> engineArguments(const EngineExecutable& executable, bool sandboxed) {
+    std::vector<std::string> arguments{executable.path};
+    if (!executable.isHeadlessShell) arguments.emplace_back("--headless");
+    arguments.insert(arguments.end(), std::begin(commonArguments), std::end(commonArguments));
+    if (!sandboxed) arguments.emplace_back("--no-sandbox");
+    arguments.emplace_back("about:blank");
+    return arguments;
+}
+
+std::vector<std::string> engineEnvironment() {
+    std::vector<std::string> environment{
+        "PATH=/usr/local/bin:/usr/bin:/bin",
+        "HOME=/nonexistent",
+        "XDG_CONFIG_HOME=/nonexistent",
+        "XDG_CACHE_HOME=/nonexistent",
+    };
+    for (const char* name : {"LANG", "LANGUAGE", "LC_ALL", "LC_CTYPE", "LC_MESSAGES", "LC_TIME", "LC_NUMERIC",
+                             "TZ", "TMPDIR", "FONTCONFIG_FILE", "FONTCONFIG_PATH", "FONTCONFIG_SYSROOT"})
+        passOn(environment, name);
+    passOnDataDirectory(environment);
+    return environment;
+}
+
+} // namespace qrv::engine

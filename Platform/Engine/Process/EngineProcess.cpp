@@ -1,0 +1,132 @@
+#include "Platform/Engine/Process/EngineProcess.h"
+
+#include "Platform/Engine/Process/EngineCommand.h"
+
+#include <cstdlib>
+#include <set>
+#include <system_error>
+#include <utility>
+
+namespace qrv::engine {
+
+namespace {
+
+// One for an engine that dies by chance, one more for an engine whose own sandbox turns out not to work.
+constexpr int mostStarts = 3;
+
+// The engines that run now. Never destroyed: it is needed until the last moment of the process.
+std::set<EngineProcess*>& running() {
+    static auto* engines = new std::set<EngineProcess*>;
+    return *engines;
+}
+
+} // namespace
+
+EngineProcess::LaunchResult EngineProcess::launch(EngineOptions options, NSRunLoop& loop) {
+    using Kind = EngineLaunchError::Kind;
+    auto executable = locateEngine(options.search);
+    if (!executable) {
+        const std::string& chosen = options.search.chosen;
+        const std::string place = chosen.empty() ? "" : " at " + chosen;
+        return EngineLaunchError{Kind::notInstalled, "There is no web engine" + place +
+                                                         ". Install the package chromium-headless-shell."};
+    }
+    try {
+        std::unique_ptr<EngineProcess> engine(new EngineProcess(*executable, std::move(options), loop));
+        engine->start();
+        return engine;
+    } catch (const std::system_error& error) {
+        return EngineLaunchError{Kind::failed, error.what()};
+    }
+}
+
+EngineProcess::EngineProcess(EngineExecutable executable, EngineOptions options, NSRunLoop& loop)
+    : executable_(std::move(executable)), options_(std::move(options)), loop_(loop) {
+    [[maybe_unused]] static const int registered = std::atexit(&EngineProcess::endAll);
+    running().insert(this);
+}
+
+EngineProcess::~EngineProcess() {
+    running().erase(this);
+    terminate();
+}
+
+// The run loops are gone by now: only the processes are touched.
+void EngineProcess::endAll() {
+    for (EngineProcess* engine : running()) {
+        if (engine->child_) engine->child_->terminate();
+    }
+}
+
+void EngineProcess::start() {
+    ++starts_;
+    pipe_.reset();
+    child_.reset();
+    child_ = std::make_unique<EngineChild>(EngineChild::Command{
+        .arguments = engineArguments(executable_, true),
+        .argumentsWithoutSandbox = engineArguments(executable_, false),
+        .environment = engineEnvironment(),
+        .checkEngineSandbox = starts_ > 1, // costs time, and is needed seldom
+    });
+    pipe_ = std::make_unique<DevToolsPipe>(child_->takeSocket(), loop_);
+    pipe_->setMessageHandler([this](std::string_view message) { messageArrived(message); });
+    pipe_->setCloseHandler([this](const std::string&) { connectionEnded(); });
+}
+
+DevToolsTransport::SendResult EngineProcess::send(std::string message) {
+    if (ended_) return SendResult::closed;
+    if (answered_) return pipe_->send(std::move(message));
+    SendResult result = pipe_->send(message);
+    if (result == SendResult::tooLarge) return result;
+    unanswered_.push_back(std::move(message)); // also when this start has just failed: the next one gets it
+    return SendResult::accepted;
+}
+
+void EngineProcess::messageArrived(std::string_view message) {
+    if (!std::exchange(answered_, true)) {
+        unanswered_ = {};
+        logSteps();
+    }
+    deliver(message);
+}
+
+void EngineProcess::connectionEnded() {
+    child_->terminate();
+    bool canStart = !logSteps();
+    std::string reason = "the web engine " + child_->endText();
+    if (!answered_ && canStart && starts_ < mostStarts) {
+        log(reason + " before its first message; it is started again");
+        try {
+            start();
+            for (const auto& message : unanswered_) pipe_->send(message);
+            return;
+        } catch (const std::system_error& error) {
+            reason = error.what();
+        }
+    }
+    ended_ = true;
+    deliverClose(reason);
+}
+
+// Whether one of the steps was fatal.
+bool EngineProcess::logSteps() {
+    bool fatal = false;
+    for (const LaunchStep& step : child_->takeSteps()) {
+        fatal = fatal || step.isFatal();
+        log(step.text());
+    }
+    return fatal;
+}
+
+// Each line once: another start meets the same refusals.
+void EngineProcess::log(const std::string& line) {
+    if (logged_.insert(line).second && options_.log) options_.log(line);
+}
+
+void EngineProcess::terminate() {
+    ended_ = true;
+    pipe_.reset();
+    if (child_) child_->terminate();
+}
+
+} // namespace qrv::engine

@@ -1,0 +1,70 @@
+#include "Platform/Engine/StoredPDFPage.h"
+
+#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Foundation/NSRunLoop.h"
+#include "Platform/PDFKit/PDFReadability.h"
+
+namespace qrv::engine {
+
+namespace {
+
+class StoredPDFPage final : public Page {
+public:
+    explicit StoredPDFPage(PageClient& client) : client_(client) {}
+
+    void loadArchive(const WebArchive& archive) override {
+        resource_ = archive.mainResource();
+        NSRunLoop::currentRunLoop().performSoon([this, alive = std::weak_ptr<bool>(alive_)] {
+            if (!alive.expired()) deliver();
+        });
+    }
+
+    void setViewSize(NSSize size) override { viewSize_ = size; }
+
+    void setMediaStyle(const NSString& /*mediaStyle*/) override {}
+
+    void setPrintsBackgrounds(bool /*prints*/) override {}
+
+    void waitForLoad() override { deliver(); }
+
+    NSString ownerElementName(const FrameID& /*frame*/) override { return {}; }
+
+    /// The pages of the file have sizes of their own, which a view of any size shows.
+    NSSize documentSize() override { return viewSize_; }
+
+    NSData screenPDF() override { return file(); }
+
+    NSData paginatedPDF(NSSize /*paper*/, double /*margin*/) override { return file(); }
+
+private:
+    void deliver() {
+        if (!resource_ || delivered_) return;
+        delivered_ = true;
+        client_.progressChanged(1);
+        client_.loadCommitted(mainFrame, resource_.URL(), resource_.MIMEType());
+        client_.loadFinished(mainFrame);
+    }
+
+    NSData file() const { return isReadablePDF(resource_.data()) ? resource_.data() : NSData(); }
+
+    PageClient& client_;
+    WebResource resource_;
+    NSSize viewSize_;
+    bool delivered_ = false;
+    std::shared_ptr<bool> alive_ =
+        std::make_shared<bool>(true); // for posted functions, which may come too late
+};
+
+} // namespace
+
+bool isPDFArchive(const WebArchive& archive) {
+    const std::string type = lowered(archive.mainResource().MIMEType().utf8());
+    const std::string_view bare = std::string_view(type).substr(0, type.find_first_of("; \t"));
+    return bare == "application/pdf" || bare == "application/x-pdf" || bare == "text/pdf";
+}
+
+std::unique_ptr<Page> makeStoredPDFPage(PageClient& client) {
+    return std::make_unique<StoredPDFPage>(client);
+}
+
+} // namespace qrv::engine

@@ -1,0 +1,202 @@
+#include "Platform/Engine/Print/PageRenderer.h"
+
+#include "Platform/Engine/Print/DocumentDescription.h"
+#include "Platform/Foundation/Base64.h"
+#include "Tests/Platform/Engine/ScriptedTransport.h"
+#include "Tests/Platform/PDFKit/SamplePDF.h"
+#include "Tests/Support/TemporaryFolder.h"
+
+#include <algorithm>
+#include <gmock/gmock.h>
+
+namespace qrv::engine {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+/// Answers each command at once, the way a page would; the test changes single answers.
+class AnsweringTransport final : public ScriptedTransport {
+public:
+    explicit AnsweringTransport(NSRunLoop& loop) : loop_(loop) {}
+
+    SendResult send(std::string message) override {
+        const SendResult result = ScriptedTransport::send(std::move(message));
+        if (result != SendResult::accepted) return result;
+        const Json command = sent.back();
+        loop_.performSoon(
+            [this, command] { answer(command["id"], command["method"].string(), command["params"]); });
+        return result;
+    }
+
+    int evaluationsToLose = 0;
+    int printsToRefuse = 0;
+    bool printsForEver = false;
+    bool dies = false;
+    bool keepsPromises = true;
+    Json title = "A page";
+    Json description;
+    std::vector<std::string> prints; // the page ranges asked for
+
+private:
+    void answer(const Json& id, const std::string& method, const Json& params) {
+        if (dies && method == "Page.printToPDF") return end("gone");
+        if (method == "Page.createIsolatedWorld") {
+            reply(id.integer(), Json::object({{"executionContextId", ++worlds_}}));
+        } else if (method == "Runtime.evaluate") {
+            evaluate(id, params);
+        } else if (method == "Page.printToPDF") {
+            prints.push_back(params["pageRanges"].string());
+            if (printsForEver) return;
+            if (printsToRefuse-- > 0) return refuse(id, "Page range exceeds page count");
+            const std::string pdf =
+                makePDF({"<</Type/Catalog/Pages 2 0 R>>", "<</Type/Pages/Kids[3 0 R]/Count 1>>",
+                         "<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]>>"});
+            reply(id.integer(), Json::object({{"data", base64Encode(pdf)}}));
+        } else {
+            reply(id.integer(), Json::object({}));
+        }
+    }
+
+    void evaluate(const Json& id, const Json& params) {
+        if (params["awaitPromise"].boolean() && !keepsPromises) return;
+        if (evaluationsToLose-- > 0 || params["contextId"].integer() != worlds_) {
+            return refuse(id, "Cannot find context with specified id");
+        }
+        Json value = true;
+        if (params["expression"].string() == "document.title") value = title;
+        if (params["expression"].string().find("scrollHeight") != std::string::npos) {
+            value = Json::object({{"viewWidth", 612},
+                                  {"viewHeight", 792},
+                                  {"scrollWidth", 612},
+                                  {"scrollHeight", 1000},
+                                  {"rootIsHtml", true},
+                                  {"hasBody", true},
+                                  {"rootDisplay", "block"},
+                                  {"bodyWritingMode", "horizontal-tb"},
+                                  {"bodyDirection", "ltr"},
+                                  {"rootWidth", 612},
+                                  {"rootHeight", 1000}});
+        }
+        if (params["expression"].string() == describingScript()) value = description;
+        reply(id.integer(), Json::object({{"result", Json::object({{"value", value}})}}));
+    }
+
+    void refuse(const Json& id, const char* message) {
+        receive(Json::object({{"id", id}, {"error", Json::object({{"message", message}})}}).serialize());
+    }
+
+    NSRunLoop& loop_;
+    std::int64_t worlds_ = 0;
+};
+
+class PageRendererTest : public ::testing::Test {
+protected:
+    std::size_t countOf(const std::string& method) const {
+        return static_cast<std::size_t>(
+            std::count_if(transport_.sent.begin(), transport_.sent.end(),
+                          [&](const Json& command) { return command["method"].string() == method; }));
+    }
+
+    NSRunLoop loop_;
+    AnsweringTransport transport_{loop_};
+    DevToolsClient client_{transport_, loop_};
+    PageRenderer renderer_{client_, loop_, "page", "M"};
+};
+
+TEST_F(PageRendererTest, MeasuresAndPrints) {
+    EXPECT_EQ(renderer_.documentSize(), (NSSize{612, 1000}));
+    EXPECT_THAT(std::string(renderer_.screenPDF().bytes()), HasSubstr("%PDF"));
+    EXPECT_THAT(transport_.prints, ElementsAre("2"));
+    EXPECT_EQ(countOf("Emulation.setScriptExecutionDisabled"), 1u);
+    EXPECT_EQ(countOf("Page.createIsolatedWorld"), 1u);
+    EXPECT_EQ(countOf("Runtime.terminateExecution"), 0u);
+}
+
+TEST_F(PageRendererTest, AWorldThatIsLostIsMadeAgain) {
+    transport_.evaluationsToLose = 2;
+    EXPECT_EQ(renderer_.title(), NSString(u"A page"));
+    EXPECT_EQ(countOf("Page.createIsolatedWorld"), 3u);
+    EXPECT_EQ(countOf("Runtime.terminateExecution"), 0u);
+}
+
+TEST_F(PageRendererTest, AWorldThatIsLostEachTimeEndsTheTrying) {
+    transport_.evaluationsToLose = 100;
+    EXPECT_EQ(renderer_.title(), std::nullopt);
+    EXPECT_EQ(countOf("Runtime.evaluate"), 3u);
+    EXPECT_EQ(renderer_.documentSize(), NSSize());
+    EXPECT_TRUE(renderer_.screenPDF().isNil());
+    EXPECT_EQ(countOf("Page.printToPDF"), 0u);
+}
+
+TEST_F(PageRendererTest, APageThatNeverGetsReadyIsInterruptedOnce) {
+    transport_.keepsPromises = false;
+    EXPECT_FALSE(renderer_.screenPDF().isNil());
+    EXPECT_EQ(countOf("Runtime.terminateExecution"), 1u);
+    std::size_t promises = 0;
+    for (const Json& command : transport_.sent)
+        promises += command["params"]["awaitPromise"].boolean() ? 1 : 0;
+    EXPECT_EQ(promises, 1u);
+}
+
+TEST_F(PageRendererTest, APageMayHaveNoTitle) {
+    transport_.title = "";
+    ASSERT_TRUE(renderer_.title().has_value());
+    EXPECT_TRUE(renderer_.title()->isNil());
+    transport_.title = {};
+    EXPECT_TRUE(renderer_.title()->isNil());
+}
+
+TEST_F(PageRendererTest, TheDocumentsLanguageIsThatOfThePDF) {
+    transport_.description = Json::object({{"language", "de-CH"}});
+    const TemporaryFolder folder;
+    folder.write("out.pdf", renderer_.screenPDF().bytes());
+    EXPECT_EQ(outputOf("mutool show '" + (folder.path() / "out.pdf").string() + "' trailer/Root/Lang"),
+              "(de-CH)\n");
+}
+
+TEST_F(PageRendererTest, WhatCannotBePrintedBehindAPageIsPrintedPlainly) {
+    transport_.printsToRefuse = 1;
+    EXPECT_FALSE(renderer_.screenPDF().isNil());
+    EXPECT_THAT(transport_.prints, ElementsAre("2", ::testing::Ne("2")));
+}
+
+TEST_F(PageRendererTest, WhatCannotBePrintedAtAllIsNil) {
+    transport_.printsToRefuse = 2;
+    EXPECT_TRUE(renderer_.screenPDF().isNil());
+    EXPECT_EQ(transport_.prints.size(), 2u);
+}
+
+TEST_F(PageRendererTest, WhatTakesTooLongIsNotPrintedOnceMore) {
+    transport_.printsForEver = true;
+    renderer_.setPrintLimit(std::chrono::milliseconds(10));
+    EXPECT_TRUE(renderer_.screenPDF().isNil());
+    EXPECT_EQ(transport_.prints.size(), 1u);
+}
+
+TEST_F(PageRendererTest, AConnectionThatEndsWhilePrintingEndsThePrinting) {
+    transport_.dies = true;
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(renderer_.screenPDF().isNil());
+    EXPECT_EQ(renderer_.documentSize(), NSSize());
+    EXPECT_EQ(renderer_.title(), std::nullopt);
+    EXPECT_TRUE(renderer_.paginatedPDF({612, 792}, 36).isNil());
+    EXPECT_EQ(countOf("Page.printToPDF"), 1u);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+}
+
+TEST_F(PageRendererTest, SettingsReachThePage) {
+    renderer_.setMediaStyle("print");
+    renderer_.setPrintsBackgrounds(true);
+    renderer_.setViewSize({800, 600});
+    renderer_.screenPDF();
+    std::string all;
+    for (const Json& command : transport_.sent) all += command["params"].serialize();
+    EXPECT_THAT(all, HasSubstr(R"({"media":"print"})"));
+    EXPECT_THAT(all, HasSubstr(R"("printBackground":true)"));
+    EXPECT_THAT(all, HasSubstr(R"("generateTaggedPDF":true,"generateDocumentOutline":true)"));
+    EXPECT_THAT(all, HasSubstr(R"("width":800,"height":600)"));
+}
+
+} // namespace
+} // namespace qrv::engine

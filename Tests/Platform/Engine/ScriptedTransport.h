@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Platform/Engine/DevTools/DevToolsTransport.h"
+#include "Platform/Engine/DevTools/Json.h"
+
+#include <vector>
+
+namespace qrv::engine {
+
+/// A transport without an engine: keeps what is sent and says what the test tells it to.
+class ScriptedTransport : public DevToolsTransport {
+public:
+    SendResult send(std::string message) override {
+        if (nextResult == SendResult::accepted) sent.push_back(Json::parse(message).value_or(Json()));
+        return nextResult;
+    }
+
+    void receive(std::string_view text) { deliver(text); }
+
+    void reply(std::int64_t id, const Json& result) {
+        receive(Json::object({{"id", id}, {"result", result}}).serialize());
+    }
+
+    void emit(const std::string& session, const std::string& method, const Json& params) {
+        receive(Json::object({{"method", method}, {"params", params}, {"sessionId", session}}).serialize());
+    }
+
+    void end(const std::string& reason) { deliverClose(reason); }
+
+    std::vector<Json> sent;
+    SendResult nextResult = SendResult::accepted;
+};
+
+} // namespace qrv::engine
