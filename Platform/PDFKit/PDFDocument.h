@@ -20,7 +20,7 @@ class QPDF;
 
 namespace qrv {
 
-// Keys of documentAttributes. Both dates are NSDate, everything else is NSString.
+/// Keys of documentAttributes. Both dates are NSDate, everything else is NSString.
 inline constexpr char16_t PDFDocumentTitleAttribute[] = u"Title";
 inline constexpr char16_t PDFDocumentAuthorAttribute[] = u"Author";
 inline constexpr char16_t PDFDocumentSubjectAttribute[] = u"Subject";

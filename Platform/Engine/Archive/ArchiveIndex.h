@@ -39,7 +39,7 @@ public:
     WebResource resource(Node node, const std::string& url) const;
 
 private:
-    // A tree: an archive cannot make it slow by addresses whose hashes are the same.
+    /// A tree: an archive cannot make it slow by addresses whose hashes are the same.
     using Resources = std::map<std::string, WebResource>;
 
     struct Entry {

@@ -32,8 +32,8 @@ public:
     void setCloseHandler(CloseHandler handler) { closeHandler_ = std::move(handler); }
 
 protected:
-    // The handlers may destroy the transport: call these last. They are copied because a handler that does so
-    // must not vanish while it runs.
+    /// The handlers may destroy the transport: call these last. They are copied because a handler that does
+    /// so must not vanish while it runs.
     void deliver(std::string_view message) {
         if (auto handler = messageHandler_) handler(message);
     }
