@@ -348,6 +348,10 @@ struct TypeCase {
     WebNavigationType type;
 };
 
+void PrintTo(const TypeCase& test, std::ostream* out) {
+    *out << (test.reason ? test.reason : "nothing") << " " << test.navigationType;
+}
+
 class NavigationTypeTest : public FrameTrackerTest, public ::testing::WithParamInterface<TypeCase> {};
 
 TEST_P(NavigationTypeTest, IsAskedAboutAndAllowed) {
