@@ -200,7 +200,9 @@ std::vector<Json::Member> Json::members() const {
 
 std::vector<Json> Json::elements() const {
     std::vector<Json> elements;
-    for (std::size_t index = 0; index < (isArray() ? size() : 0); ++index) elements.push_back(element(index));
+    if (!isArray()) return elements;
+    elements.reserve(size());
+    for (std::size_t index = 0; index < size(); ++index) elements.push_back(element(index));
     return elements;
 }
 
