@@ -16,7 +16,7 @@ class WebDocumentView final : public NSView {
 public:
     explicit WebDocumentView(WebView& view);
 
-    /// Lays the document out and takes its size, in points.
+    /// Lays the document out and takes its size, in points. The view is empty before.
     void layout() override;
     /// The whole document on one page; the rectangle only has to be non-empty. nil otherwise and when the
     /// engine does not deliver.

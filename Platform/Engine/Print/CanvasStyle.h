@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/Engine/Print/PageMeasurements.h"
-#include "Platform/Engine/Print/PrintLayout.h"
+#include "Platform/Engine/Print/PrintPlan.h"
 #include "Platform/Engine/Print/RootBox.h"
 #include "Platform/Engine/Print/StyleText.h"
 

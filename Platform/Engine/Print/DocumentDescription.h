@@ -17,11 +17,7 @@ struct DocumentDescription {
     std::map<std::string, double> targetsInView;
 };
 
-// The script, for an isolated world, whose answer the description is read from; the page must be scrolled to
-// its start. Trusts nothing that a document can name or overwrite.
-std::string describingScript();
-
-// What is missing, of another kind or no language tag is left empty.
+/// Reads the describing script's answer. What is missing, of another kind or no language tag is left empty.
 DocumentDescription documentDescriptionFromJson(const Json& answer);
 
 } // namespace qrv::engine

@@ -6,15 +6,6 @@
 
 namespace qrv::engine {
 
-struct Edges {
-    double top = 0;
-    double right = 0;
-    double bottom = 0;
-    double left = 0;
-
-    bool operator==(const Edges&) const = default;
-};
-
 // The four lengths as CSS writes them.
 std::string lengths(const Edges& edges);
 

@@ -32,7 +32,10 @@ public:
         return frame == mainFrame ? NSString() : NSString::fromUTF8(frame);
     }
 
-    NSSize documentSize() override { return {700, 1500}; }
+    NSSize documentSize() override {
+        ++measurements;
+        return {700, 1500};
+    }
 
     NSData screenPDF() override { return NSData("screen"); }
 
@@ -48,6 +51,7 @@ public:
     NSSize viewSize;
     NSString mediaStyle;
     bool printsBackgrounds = false;
+    int measurements = 0;
 };
 
 /// All delegates in one: writes down what it is told.
@@ -572,7 +576,9 @@ TEST_F(WebViewTest, TheMediaStyleReachesThePage) {
 TEST_F(WebViewTest, ThePreferencesReachThePageBeforeItDraws) {
     loadAndFinish();
     view_->preferences().setShouldPrintBackgrounds(true);
-    ASSERT_NE(view_->mainFrame()->frameView()->documentView(), nullptr);
+    NSView* document = view_->mainFrame()->frameView()->documentView();
+    ASSERT_NE(document, nullptr);
+    document->layout();
     EXPECT_TRUE(FakePage::last->printsBackgrounds);
 }
 
@@ -592,13 +598,23 @@ TEST_F(WebViewTest, TheDocumentHasItsSizeAndDrawsItself) {
     loadAndFinish();
     NSView* document = view_->mainFrame()->frameView()->documentView();
     ASSERT_NE(document, nullptr);
-    EXPECT_EQ(document->frame().size.width, 700);
-    EXPECT_EQ(document->frame().size.height, 1500);
+    EXPECT_TRUE(document->bounds().isEmpty());
+    document->layout();
+    EXPECT_EQ(document->frame().size, (NSSize{700, 1500}));
     EXPECT_EQ(document->dataWithPDFInsideRect(document->bounds()).bytes(), "screen");
     EXPECT_TRUE(document->dataWithPDFInsideRect({}).isNil());
     document->setFrameSize({1, 1});
     document->layout();
     EXPECT_EQ(document->frame().size.height, 1500);
+}
+
+TEST_F(WebViewTest, ThePageIsMeasuredForTheLayoutOnly) {
+    loadAndFinish();
+    NSView* document = view_->mainFrame()->frameView()->documentView();
+    EXPECT_EQ(FakePage::last->measurements, 0);
+    document->layout();
+    document->dataWithPDFInsideRect(document->bounds());
+    EXPECT_EQ(FakePage::last->measurements, 1);
 }
 
 } // namespace
