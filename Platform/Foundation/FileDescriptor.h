@@ -1,5 +1,7 @@
 #pragma once
 
+// A file descriptor that closes itself.
+
 #include <unistd.h>
 #include <utility>
 

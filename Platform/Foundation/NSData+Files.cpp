@@ -28,7 +28,7 @@ public:
 
     int get() const { return fd_; }
 
-    /// Closes now; false when the system reports a late write error.
+    /// Closes now; false if the system reports a late write error.
     bool close() {
         const int fd = fd_;
         fd_ = -1;
@@ -39,7 +39,7 @@ private:
     int fd_;
 };
 
-/// 0, or the errno value of the failure. The size asked for first only saves growing: the file may change
+/// Returns 0 or an errno value. The size asked for first only avoids reallocation: the file may change
 /// meanwhile.
 int readAll(int fd, std::string& bytes) {
     struct stat status {};
@@ -78,7 +78,7 @@ int writeDirectly(const std::string& path, std::string_view bytes) {
     return file.close() ? 0 : errno;
 }
 
-/// Opens a new file beside `path`, with permissions by the umask. -1 and errno on failure.
+/// Opens a new file beside `path`, with permissions by the umask. Returns -1 and sets errno on failure.
 int openBeside(const std::string& path, std::string& name) {
     const std::string folder = path.substr(0, path.rfind('/') + 1);
     std::random_device random;
@@ -89,7 +89,7 @@ int openBeside(const std::string& path, std::string& name) {
     }
 }
 
-/// Where a symbolic link leads, so that the link stays and its target is replaced.
+/// Resolves symbolic links, so that the link stays and its target is replaced.
 std::string resolved(const std::string& path) {
     char* target = ::realpath(path.c_str(), nullptr);
     if (!target) return path;
@@ -98,13 +98,14 @@ std::string resolved(const std::string& path) {
     return result;
 }
 
-/// Writes beside the destination and renames, so that the old contents stay until the new ones are complete.
+/// Writes to a file beside the destination and renames it, so that the old contents stay until the new ones
+/// are complete.
 int writeAtomically(const std::string& destination, std::string_view bytes) {
     const std::string path = resolved(destination);
 
     struct stat status {};
 
-    // Only a file can be replaced; a device or pipe is written to.
+    // Only a regular file can be replaced; a device or pipe is written to.
     if (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) return writeDirectly(path, bytes);
     std::string temporary;
     Descriptor file(openBeside(path, temporary));

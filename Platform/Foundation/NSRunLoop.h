@@ -2,8 +2,8 @@
 
 // The event loop of a thread: file descriptors, timers and posted functions.
 //
-// Handlers run inside the run operations only, on the loop's thread, one after the other. A handler may run
-// the loop again; a handler that throws ends the innermost run operation with its exception and leaves the
+// Handlers run only inside the run operations, on the loop's thread, one after the other. A handler may run
+// the loop itself; a handler that throws ends the innermost run operation with its exception and leaves the
 // loop usable. Everything but performSoon belongs to the loop's thread.
 
 #include <chrono>
@@ -37,11 +37,11 @@ public:
     using Timer = Registration;
     using Watch = Registration;
 
-    /// The loop of the calling thread, made on first use; it dies with the thread.
+    /// The calling thread's loop, created on first use and destroyed with the thread.
     // + currentRunLoop
     static NSRunLoop& currentRunLoop();
 
-    /// Puts another loop in the place of the calling thread's own; nullptr takes it away again. Not owned.
+    /// Replaces the calling thread's loop; null restores it. Not owned.
     static void setCurrentRunLoopForTesting(NSRunLoop* loop);
 
     NSRunLoop();
@@ -49,24 +49,24 @@ public:
     NSRunLoop(const NSRunLoop&) = delete;
     NSRunLoop& operator=(const NSRunLoop&) = delete;
 
-    /// Processes events until the date. With a nil date or one in the past: what is ready now, once, without
+    /// Processes events until the date. With a nil or past date, processes once what is ready, without
     /// blocking.
     // - runUntilDate:
     virtual void runUntilDate(const NSDate& date);
 
-    /// Processes events until the predicate holds or the deadline passes, and tells whether it holds. The
-    /// predicate is asked first, and then after each event.
+    /// Processes events until the predicate holds or the deadline has passed, and returns whether it holds.
+    /// The predicate is checked first and after each event.
     virtual bool runUntil(const std::function<bool()>& predicate, TimePoint deadline);
 
-    /// Calls the handler whenever the descriptor can be read (or written) without blocking, its end included.
-    /// The descriptor stays the caller's and should be non-blocking; closing it does not end the watch.
+    /// Calls the handler whenever the descriptor is ready to read (or write), at its end too. The descriptor
+    /// remains the caller's and should be non-blocking; closing it does not end the watch.
     Watch watchReadable(int descriptor, Handler handler);
     Watch watchWritable(int descriptor, Handler handler);
 
     /// Calls the handler once, after the delay.
     Timer scheduleTimer(std::chrono::nanoseconds delay, Handler handler);
 
-    /// Calls the handler in the next turn, after what was posted before. From any thread.
+    /// Calls the handler in the next turn of the loop, after everything posted before. Any thread.
     void performSoon(Handler handler);
 
 private:

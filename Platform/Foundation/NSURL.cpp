@@ -40,7 +40,7 @@ bool isHex(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
-/// Escapes every byte that is neither alphanumeric nor in `kept`.
+/// Percent-encodes every byte that is neither alphanumeric nor in `kept`.
 std::string escaped(const std::string& bytes, std::string_view kept) {
     std::string result;
     for (const char c : bytes) {
@@ -55,7 +55,7 @@ std::string escaped(const std::string& bytes, std::string_view kept) {
     return result;
 }
 
-/// Malformed escapes stay as they are.
+/// Percent-decodes; malformed escapes stay.
 NSString unescaped(std::u16string_view text) {
     std::string bytes = unicode::toUTF8Lossy(text);
     std::string result;
@@ -70,7 +70,7 @@ NSString unescaped(std::u16string_view text) {
     return NSString::fromUTF8(result);
 }
 
-/// The pieces of a URL, as views into it.
+/// The parts of a URL, as views into it.
 struct Parts {
     std::u16string_view scheme;
     std::u16string_view authority;
@@ -119,7 +119,7 @@ const ClassInfo& NSURL::classInfo() {
 
 NSURL NSURL::URLWithString(const NSString& text) {
     if (text.length() == 0) return {};
-    // Reserved and unreserved characters, and the escapes themselves.
+    // Keeps reserved and unreserved characters, and existing escapes.
     return make(NSString::fromUTF8(escaped(text.utf8(), "-._~:/?#[]@!$&'()*+,;=%")));
 }
 

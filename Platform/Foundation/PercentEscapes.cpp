@@ -57,7 +57,7 @@ std::optional<unsigned> hexDigit(char16_t c) {
     return std::nullopt;
 }
 
-/// The bytes of the escapes that follow one another from the start of the text; nullopt for a malformed one.
+/// Decodes the consecutive escapes at the start of the text; nullopt for a malformed one.
 std::optional<std::string> leadingEscapes(std::u16string_view text) {
     std::string bytes;
     while (text.starts_with(u'%')) {

@@ -13,7 +13,7 @@ namespace qrv {
 
 namespace {
 
-/// A read-only memory file with the bytes, or -1.
+/// Makes a read-only memory file with the bytes; -1 on failure.
 int memoryFile(std::string_view bytes) {
     const int file = memfd_create("log-entry", MFD_CLOEXEC | MFD_ALLOW_SEALING);
     if (file < 0) return -1;

@@ -8,7 +8,7 @@ namespace qrv {
 
 namespace {
 
-/// A document whose lifetime holds on to the bytes that it reads its objects from, as they are needed.
+/// Makes a document that keeps the bytes alive, from which it reads its objects when needed.
 std::shared_ptr<QPDF> makeDocument(const NSData& bytes) {
     const std::shared_ptr<QPDF> document = QPDF::create();
     document->setSuppressWarnings(true);
@@ -18,7 +18,8 @@ std::shared_ptr<QPDF> makeDocument(const NSData& bytes) {
     return {address, [document, bytes](QPDF*) {}};
 }
 
-/// The library compresses no data to no data, which no reader can decompress.
+/// Leaves empty streams uncompressed: the library would write no data at all, which readers cannot
+/// decompress.
 void keepEmptyStreams(QPDF& document) {
     for (QPDFObjectHandle& object : document.getAllObjects()) {
         if (!object.isStream()) continue;
@@ -33,7 +34,7 @@ std::shared_ptr<QPDF> openPDF(const NSData& bytes) {
     try {
         std::shared_ptr<QPDF> document = makeDocument(bytes);
         document->getAllPages();
-        // Whatever the library only warns of is damage that it went past.
+        // A warning of the library means damage that it ignored.
         if (document->isEncrypted() || document->anyWarnings()) return nullptr;
         return document;
     } catch (const std::exception&) {

@@ -13,7 +13,7 @@ public:
     explicit ElementObject(NSString tagName) : tagName_(std::move(tagName)) {}
 
     const ClassInfo& objectClass() const override {
-        // Documents of XML keep small letters.
+        // XML documents keep lower case.
         if (tagName_ == NSString(u"FRAME") || tagName_ == NSString(u"frame")) return frameElementClassInfo;
         if (tagName_ == NSString(u"IFRAME") || tagName_ == NSString(u"iframe")) return iframeElementClassInfo;
         return elementClassInfo;

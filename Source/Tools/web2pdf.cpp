@@ -50,8 +50,8 @@ NSError toolError(long long code, const NSString& description) {
     loader.savePDF(pdfPath);
 }
 
-/// The text with each character that XML cannot hold replaced by U+FFFD: a strange file name must not cost
-/// the parent its answer.
+/// Replaces each character that XML cannot represent by U+FFFD: an unusual file name must not prevent the
+/// answer.
 NSString deliverable(const NSString& text) {
     std::u16string units = unicode::fromUTF8Lossy(text.utf8()); // without unpaired surrogates
     std::replace_if(
@@ -88,7 +88,7 @@ void finishWithErrorAndPath(const NSError& error, const NSString& path) {
     }
     if (path) result.setObject_forKey(deliverable(path), NSString(u"path"));
     finishWithData(dataFromPropertyList(result.copy()));
-    exitProcess(EXIT_SUCCESS); // failures, too: the result alone tells the outcome
+    exitProcess(EXIT_SUCCESS); // also after a failure: only the result tells the outcome
 }
 
 void finishWithError(const NSError& error) {
@@ -112,7 +112,7 @@ NSError makePrintFailedError(const NSString& path) {
 }
 
 NSData archiveError(const NSError& error) {
-    // What the receiver may know: nothing of the program's insides.
+    // What the receiver may learn: no internals of the program.
     const NSString keys[] = {
         NSURLErrorFailingURLStringErrorKey,
         NSLocalizedDescriptionKey,

@@ -11,7 +11,7 @@ namespace qrv::engine {
 
 namespace {
 
-/// Far more than the 253 characters of a name, each of them escaped.
+/// Far more than the 253 characters of a name, even percent-encoded.
 constexpr std::size_t longestHost = 4096;
 
 std::optional<std::string> normalizedIPv6(const std::string& host) {
@@ -31,7 +31,7 @@ bool isNumber(std::string_view label) {
            });
 }
 
-/// A name whose last label is a number has to be an IPv4 address.
+/// Whether the last label is a number: then the host must be an IPv4 address.
 bool endsInNumber(std::string_view host) {
     if (host.ends_with('.')) host.remove_suffix(1);
     const std::size_t dot = host.rfind('.');

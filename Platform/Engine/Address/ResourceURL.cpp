@@ -19,7 +19,7 @@ bool isSchemeCharacter(char c) {
            c == '-' || c == '.';
 }
 
-/// The schemes of which the engine knows the inner build.
+/// Whether the engine knows the syntax of the scheme's addresses.
 bool isSpecial(std::string_view scheme) {
     constexpr std::array<std::string_view, 6> schemes{"http", "https", "ws", "wss", "ftp", "file"};
     return std::find(schemes.begin(), schemes.end(), scheme) != schemes.end();
@@ -31,7 +31,7 @@ std::string_view defaultPort(std::string_view scheme) {
     return scheme == "ftp" ? "21" : "";
 }
 
-/// How many dots, plain or escaped, the segment is made of; 0 when of anything else.
+/// Returns the number of dots, plain or escaped, if the segment consists of dots only; otherwise 0.
 int countDots(std::string_view segment) {
     int dots = 0;
     for (; !segment.empty(); ++dots) {
@@ -52,7 +52,7 @@ std::string resolvedPath(std::string_view path) {
         const int dots = countDots(segment);
         if (dots == 2 && !segments.empty()) segments.pop_back();
         if (dots != 1 && dots != 2) segments.push_back(segment);
-        // A path that ends in a dot segment keeps its last slash.
+        // A path that ends in a dot segment keeps its trailing slash.
         if (last && (dots == 1 || dots == 2)) segments.push_back({});
         if (!last) path.remove_prefix(slash + 1);
     }
@@ -61,7 +61,7 @@ std::string resolvedPath(std::string_view path) {
     return result.empty() ? "/" : result;
 }
 
-/// With a trailing "@" unless empty; an empty password goes.
+/// Returns the user with a trailing "@", or empty; an empty password is removed.
 std::string normalizedUser(std::string_view user) {
     if (user.ends_with(':') && user.find(':') == user.size() - 1) user.remove_suffix(1);
     if (user.empty()) return {};
@@ -70,7 +70,7 @@ std::string normalizedUser(std::string_view user) {
     return result + "@";
 }
 
-/// With a leading ":" unless it is the scheme's own; nothing when it is no port.
+/// Returns the port with a leading ":", or empty if it is the scheme's default; nothing if it is invalid.
 std::optional<std::string> normalizedPort(std::string_view port, std::string_view scheme) {
     if (port.find_first_not_of("0123456789") != std::string_view::npos) return std::nullopt;
     if (port.empty()) return std::string();
@@ -79,7 +79,7 @@ std::optional<std::string> normalizedPort(std::string_view port, std::string_vie
     return port == defaultPort(scheme) ? std::string() : ":" + std::string(port);
 }
 
-/// Nothing when the engine would not take it.
+/// Returns nothing if the engine would reject it.
 std::optional<std::string> normalizedAuthority(std::string_view authority, std::string_view scheme) {
     if (scheme == "file") {
         const std::string host = authority.empty() ? "localhost" : normalizedHost(authority).value_or("");
@@ -97,7 +97,7 @@ std::optional<std::string> normalizedAuthority(std::string_view authority, std::
     return host && port ? std::optional(user + *host + *port) : std::nullopt;
 }
 
-/// "scheme://authority/path?query#fragment" in pieces.
+/// The parts of "scheme://authority/path?query#fragment".
 struct Pieces {
     std::string scheme;
     std::string authority;
@@ -118,7 +118,7 @@ Pieces split(std::string_view url) {
 
     std::size_t start = 0;
     if (special && pieces.scheme != "file") {
-        // However many slashes there are, the host follows.
+        // The host follows after any number of slashes.
         start = std::min(path.find_first_not_of('/'), path.size());
         pieces.hasAuthority = true;
     } else if (path.starts_with("//")) {
@@ -131,7 +131,7 @@ Pieces split(std::string_view url) {
     return pieces;
 }
 
-/// In schemes that the engine knows, it escapes the apostrophes of a query.
+/// For schemes that it knows, the engine percent-encodes apostrophes in queries.
 std::string normalizedTail(std::string_view tail, bool special) {
     std::string result;
     const std::size_t fragment = std::min(tail.find('#'), tail.size());

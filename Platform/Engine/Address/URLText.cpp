@@ -12,7 +12,7 @@ bool isAlphanumeric(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
 }
 
-/// 16 and more for what is no hexadecimal digit.
+/// Returns 16 or more for anything but a hexadecimal digit.
 std::size_t digitValue(char c) {
     return capitalDigits.find(c >= 'a' && c <= 'f' ? static_cast<char>(c - 32) : c);
 }

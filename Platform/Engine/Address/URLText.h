@@ -1,19 +1,19 @@
 #pragma once
 
-// Letters and escapes in the text of addresses.
+// Case and percent-encoding of address text.
 
 #include <string>
 #include <string_view>
 
 namespace qrv::engine {
 
-/// ASCII letters only.
+/// Converts ASCII letters to lower case.
 std::string lowered(std::string_view text);
 
-/// Every byte that no address may hold is escaped, as NSURL does it; what is escaped stays.
+/// Percent-encodes every byte that an address must not contain, as NSURL does; existing escapes stay.
 std::string percentEscaped(std::string_view text);
 
-/// Malformed escapes stay.
+/// Percent-decodes; malformed escapes stay.
 std::string percentDecoded(std::string_view text);
 
 } // namespace qrv::engine

@@ -55,7 +55,7 @@ private:
         at_ = end;
     }
 
-    /// All stems begin with one scheme's first letter.
+    /// All stems have the same scheme, and so the same first letter.
     void replaceUpTo(std::size_t end) {
         end = std::min(end, text_.size());
         while (at_ < end) {

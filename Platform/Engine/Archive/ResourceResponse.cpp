@@ -11,8 +11,8 @@ namespace qrv::engine {
 
 namespace {
 
-// The engine ends the connection at a message of 100 MiB; base64 makes four bytes of three, and the rest of
-// the message needs a little.
+/// The engine ends the connection at a message of 100 MiB; Base64 makes four bytes of three, and the rest of
+/// the message needs a little.
 constexpr std::size_t maximumBody = std::size_t{74} << 20;
 
 bool isTokenCharacter(char c) {
@@ -20,8 +20,8 @@ bool isTokenCharacter(char c) {
            std::string_view("!#$%&'*+-.^_`|~/:").find(c) != std::string_view::npos;
 }
 
-/// Types and encodings come from the archive: nothing that could begin another header, value or parameter may
-/// pass, nor what would make the message longer than the engine takes.
+/// Types and encodings come from the archive: removes what could begin another header, value or parameter,
+/// and what could make the message too long for the engine.
 std::string headerSafe(const NSString& text) {
     constexpr std::size_t longest = 127;
     std::string safe = text.utf8();
@@ -34,7 +34,7 @@ bool isOneOf(std::string_view type, std::initializer_list<std::string_view> type
     return std::find(types.begin(), types.end(), type) != types.end();
 }
 
-/// Text that the engine would save, or show in a form of its own.
+/// Whether the engine would download the text or show it in its own way.
 bool isShownAsText(std::string_view type) {
     if (type.starts_with("text/")) return !isOneOf(type, {"text/html", "text/xml", "text/xsl"});
     for (const std::string_view ending : {"json", "javascript", "ecmascript", "yaml"}) {
@@ -64,13 +64,13 @@ Json responseHeaders(const WebResource& resource, const ResourceRequest& request
     if (const std::string type = contentType(resource, request.isDocument); !type.empty()) {
         headers.push_back(header("Content-Type", type));
     }
-    // Fonts, modules and fetched data of other origins were allowed when the page was saved.
+    // Fonts, modules and fetched data from other origins were allowed when the page was saved.
     headers.push_back(header("Access-Control-Allow-Origin", request.origin.empty() ? "*" : request.origin));
     if (!request.origin.empty()) headers.push_back(header("Access-Control-Allow-Credentials", "true"));
     if (!request.headers.empty()) {
         headers.push_back(header("Access-Control-Allow-Headers", request.headers));
     }
-    // Without it an http frame in an https page is blocked before it is ever asked for.
+    // Otherwise an http frame in an https page is blocked before it is requested.
     if (request.isDocument && schemeOf(request.url) == "https") {
         headers.push_back(header("Content-Security-Policy", "upgrade-insecure-requests"));
     }

@@ -6,7 +6,7 @@ namespace qrv::engine {
 
 namespace {
 
-// Written by hand around the parameters, which may be long: building a value of the whole would copy them.
+/// Assembled as text around the parameters, which may be long: a Json value of the whole would copy them.
 std::string commandText(std::int64_t id, const std::string& session, std::string_view method,
                         const Json& params) {
     std::string text = "{\"id\":" + std::to_string(id) + ",\"method\":" + Json(method).serialize();
@@ -98,8 +98,7 @@ DevToolsClient::Subscription DevToolsClient::listen(const std::string& session, 
     return Subscription(std::move(shared));
 }
 
-// What is no message, or answers nothing that was asked, is dropped: the engine is not trusted to be
-// well-behaved.
+/// Drops malformed messages and replies that nobody waits for: the engine is not trusted to be well-behaved.
 void DevToolsClient::messageArrived(std::string_view text) {
     auto message = Json::parse(text);
     if (!message) return;
@@ -120,7 +119,7 @@ void DevToolsClient::replyArrived(const Json& message) {
 void DevToolsClient::eventArrived(const Json& message) {
     std::string method = message["method"].string();
     Json params = message["params"];
-    // The engine leaves commands of a session unanswered when it ends the session.
+    // When a session ends, the engine does not answer its commands.
     if (method == "Target.detachedFromTarget") sessionEnded(params["sessionId"].string());
 
     auto found = listeners_.find({message["sessionId"].string(), method});
@@ -143,7 +142,7 @@ void DevToolsClient::sessionEnded(const std::string& session) {
     }
 }
 
-// Each callback gets a turn of its own, so that one that throws does not take the others' answers away.
+/// Each callback gets its own turn of the loop, so that one that throws does not prevent the others.
 void DevToolsClient::connectionEnded(const std::string& reason) {
     if (closed_) return;
     closed_ = true;

@@ -1,8 +1,8 @@
 #pragma once
 
-// DevTools messages over a connected stream socket, each one ended by a NUL byte.
+// DevTools messages over a connected stream socket, each terminated by a NUL byte.
 //
-// Nothing blocks: what the socket does not take at once waits in a queue. Belongs to the run loop's thread.
+// Nothing blocks: what the socket does not accept at once is queued. Belongs to the run loop's thread.
 
 #include "Platform/Engine/DevTools/DevToolsTransport.h"
 #include "Platform/Foundation/FileDescriptor.h"
@@ -17,8 +17,7 @@ namespace qrv::engine {
 class DevToolsPipe : public DevToolsTransport {
 public:
     struct Limits {
-        /// The engine reads at most this much for one message, its NUL included, and then ends the
-        /// connection.
+        /// The engine ends the connection at a longer message, its NUL included.
         std::size_t outgoing = std::size_t{100} << 20;
         /// A longer message ends the connection from our side.
         std::size_t incoming = std::size_t{512} << 20;
@@ -30,7 +29,7 @@ public:
 
     SendResult send(std::string message) override;
 
-    /// Ends the connection from our side: no handler is called any more.
+    /// Ends the connection from our side; no handler is called afterwards.
     void close();
 
 private:
@@ -46,10 +45,10 @@ private:
     NSRunLoop::Watch readable_;
     NSRunLoop::Watch writable_;
     bool writing_ = false; // writable_ is watching
-    std::string incoming_; // the start of a message whose end has not come yet
+    std::string incoming_; // the start of an incomplete message
     std::deque<std::string> received_;
     std::deque<std::string> outgoing_;
-    std::size_t written_ = 0; // bytes of the first outgoing message
+    std::size_t written_ = 0; // bytes written of the first outgoing message
     bool ended_ = false;
     bool closeDelivered_ = false;
     bool deliveryPosted_ = false;

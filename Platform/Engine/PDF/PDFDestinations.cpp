@@ -9,7 +9,7 @@ namespace qrv {
 namespace {
 
 constexpr double renderersUnit = 0.75;
-// A place so close to the end of a page is the start of the next one.
+/// A destination this close to the end of a page leads to the next page.
 constexpr double slack = 0.5;
 constexpr int decimals = 3;
 
@@ -33,7 +33,7 @@ public:
     }
 
 private:
-    /// [page /XYZ left top zoom], in place: several names may share an array.
+    /// Moves [page /XYZ left top zoom] in place: several names may share an array.
     void place(QPDFObjectHandle destination) {
         if (!destination.isArray() || destination.getArrayNItems() < 4 ||
             !destination.getArrayItem(1).isNameAndEquals("/XYZ")) {
@@ -55,7 +55,7 @@ private:
         for (int i = 0; i < 4; ++i) destination.setArrayItem(i, placed.getArrayItem(i));
     }
 
-    /// Lengths in px from the start of the document.
+    /// Makes a destination from lengths in px from the start of the document.
     QPDFObjectHandle atDistance(double down, double across) {
         const auto last = static_cast<double>(pages_.size() - 1);
         const double number = std::clamp(std::floor((down + slack) / layout_.pageLength), 0.0, last);

@@ -30,7 +30,7 @@ std::string text(double number) {
     return QUtil::double_to_string(number, decimals, true);
 }
 
-/// Where the points of a page go: scaled first, then moved.
+/// Maps the points of a page: scaled, then moved.
 struct Placement {
     double scale = 1;
     double dx = 0;
@@ -55,7 +55,7 @@ QPDFObjectHandle placedBox(const QPDFObjectHandle::Rectangle& box, const Placeme
     return makeBox(placement.x(box.llx), placement.y(box.lly), placement.x(box.urx), placement.y(box.ury));
 }
 
-/// Numbers in pairs, x first.
+/// Moves an array of alternating x and y.
 void movePoints(QPDFObjectHandle points, const Placement& placement) {
     for (int i = 0; points.isArray() && i < points.getArrayNItems(); ++i) {
         QPDFObjectHandle item = points.getArrayItem(i);
@@ -66,7 +66,7 @@ void movePoints(QPDFObjectHandle points, const Placement& placement) {
     }
 }
 
-/// The axes of the coordinates of each kind of destination, from its third element on. Others have none.
+/// The axes of each kind of destination's coordinates, from the third element on; other kinds have none.
 std::string_view destinationAxes(const std::string& kind) {
     if (kind == "/XYZ") return "xy"; // and a zoom, which stays
     if (kind == "/FitH" || kind == "/FitBH") return "y";
@@ -75,7 +75,7 @@ std::string_view destinationAxes(const std::string& kind) {
     return "";
 }
 
-/// Makes the edits in one document.
+/// Edits one document.
 class PageEditor {
 public:
     PageEditor(QPDF& document, const PDFPageEdits& edits) : document_(document), edits_(edits) {}
@@ -83,8 +83,8 @@ public:
     void run() {
         document_.pushInheritedAttributesToPage();
         for (const QPDFObjectHandle& page : document_.getAllPages()) placePage(page);
-        // A destination may stand in an annotation, an action, an outline or a name tree; its form says what
-        // it is wherever it stands.
+        // Destinations may be in annotations, actions, outlines or name trees; they are recognised by their
+        // form.
         for (const QPDFObjectHandle& object : document_.getAllObjects()) moveDestinations(object);
         for (const QPDFObjectHandle& page : document_.getAllPages()) {
             editAnnotations(page);
@@ -116,8 +116,8 @@ private:
                                           : placedBox(box.getArrayAsRectangle(), placement));
     }
 
-    /// In one object and what it directly holds. References are not followed, so each destination is moved
-    /// once.
+    /// Moves the destinations in one object and its direct parts. References are not followed, so each is
+    /// moved once.
     void moveDestinations(QPDFObjectHandle object) {
         if (object.isArray()) {
             moveDestination(object);
@@ -161,18 +161,18 @@ private:
         page.replaceKey("/Annots", kept);
     }
 
-    /// False for an object that was here before; an object that stands directly in another always is new.
+    /// Returns false for an object that was seen before; direct objects are always new.
     bool isNew(const QPDFObjectHandle& object) {
         return !object.isIndirect() || seen_.insert(object.getObjGen()).second;
     }
 
-    /// A copy put in place of an array, which others might refer to as well.
+    /// Replaces an array, which may be shared, by a copy.
     static QPDFObjectHandle ownArray(QPDFObjectHandle dictionary, const char* key) {
         QPDFObjectHandle value = dictionary.getKey(key);
         return value.isArray() ? dictionary.replaceKeyAndGetNew(key, value.shallowCopy()) : value;
     }
 
-    /// False when the link is to go. A link without an action in its place would crash some viewers.
+    /// Returns false if the link is to be removed; a link without an action would crash some viewers.
     bool mapLink(QPDFObjectHandle annotation) {
         QPDFObjectHandle action = annotation.getKey("/A");
         if (!edits_.mapLink || !action.isDictionary() || !action.getKey("/URI").isString()) return true;
@@ -182,8 +182,8 @@ private:
         return !address.empty();
     }
 
-    /// Puts a transformation before a page's contents. Patterns are laid out in the page's own coordinates
-    /// whatever the contents set, so they get the transformation as well.
+    /// Prepends a transformation to a page's contents. Patterns use the page's own coordinates whatever the
+    /// contents set, so they get the transformation as well.
     void moveContents(QPDFObjectHandle page) {
         const Placement& placement = placements_.at(page.getObjGen());
         const std::string scale = text(placement.scale);
@@ -197,7 +197,7 @@ private:
         for (const auto& [name, pattern] : patterns.ditems()) {
             moved.replaceKey(name, movedPattern(pattern, placement));
         }
-        // Pages may share their resources, and forms their patterns: this page gets its own.
+        // Pages may share resources, and forms may share patterns: this page gets its own.
         page.replaceKeyAndGetNew("/Resources", page.getKey("/Resources").shallowCopy())
             .replaceKey("/Pattern", moved);
     }

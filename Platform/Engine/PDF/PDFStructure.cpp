@@ -6,7 +6,7 @@ namespace qrv {
 
 namespace {
 
-/// A kind of PDF 2.0, and the nearest one of before.
+/// An element type of PDF 2.0, and the nearest older one.
 struct Role {
     const char* name;
     const char* standard;

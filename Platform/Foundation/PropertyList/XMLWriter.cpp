@@ -22,7 +22,8 @@ constexpr std::string_view header = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\
                                     "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
                                     "<plist version=\"1.0\">\n";
 
-// A few shared objects can stand for any number of elements, since this form repeats what is shared.
+/// Bounds the output: shared objects are repeated in this form, so a few can expand to any number of
+/// elements.
 constexpr std::size_t maximumLength = std::size_t{1} << 30;
 
 class Writer {
@@ -37,7 +38,7 @@ public:
 private:
     void indent(std::size_t depth) { out_.append(depth, '\t'); }
 
-    /// "<tag>content</tag>"; the content is markup already.
+    /// Writes "<tag>content</tag>"; the content is already escaped.
     void writeElement(std::string_view tag, std::string_view content, std::size_t depth) {
         indent(depth);
         out_.append("<").append(tag).append(">").append(content).append("</").append(tag).append(">\n");
@@ -118,7 +119,7 @@ private:
         return std::string(text, std::to_chars(text, text + sizeof text, value).ptr);
     }
 
-    /// In lines that end at the 76th column, a tab counting as eight, but not in lines of less than 16.
+    /// Breaks lines at column 76, a tab counting as eight, but never below 16 characters.
     void writeData(const NSData& data, std::size_t depth) {
         indent(depth);
         out_ += "<data>\n";
