@@ -2,7 +2,7 @@
 
 #include "Platform/Engine/Address/URLText.h"
 #include "Platform/Foundation/NSRunLoop.h"
-#include "Platform/PDFKit/PDFReadability.h"
+#include "Platform/PDFKit/PDFFile.h"
 
 namespace qrv::engine {
 

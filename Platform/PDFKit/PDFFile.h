@@ -1,7 +1,7 @@
 #pragma once
 
-// Reading and writing whole PDF files through the PDF library, for the units of this folder only. The
-// library's headers appear in this folder's .cpp files and nowhere else.
+// Whole PDF files: opened, written, looked at. For the units that work on the document itself; what it is
+// made of they take from the PDF library, whose headers appear in .cpp files only.
 
 #include "Platform/Foundation/NSData.h"
 
@@ -18,5 +18,9 @@ std::shared_ptr<QPDF> openPDF(const NSData& bytes);
 /// The document as a file: compressed, with object streams, not linearised, and the same bytes for the same
 /// document. nil when a part of it turned out to be damaged.
 NSData serializePDF(QPDF& document);
+
+/// True when readers will find pages in these bytes, if only after mending damage as they do, and when they
+/// will ask for a password. False for anything else and for nil.
+bool isReadablePDF(const NSData& bytes);
 
 } // namespace qrv

@@ -7,7 +7,7 @@
 
 class QPDF;
 
-namespace qrv {
+namespace qrv::engine {
 
 /// How a renderer laid the document out on its pages, as far as it did not think of it when it wrote the
 /// document's named destinations: it takes a px for 0.75 pt, pages for free of margins, and counts from the
@@ -24,4 +24,4 @@ struct DestinationLayout {
 /// Puts the named destinations where the document has them, and adds the missing ones.
 void placeDestinations(QPDF& document, const DestinationLayout& layout);
 
-} // namespace qrv
+} // namespace qrv::engine

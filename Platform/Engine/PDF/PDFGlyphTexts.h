@@ -10,7 +10,7 @@
 
 class QPDF;
 
-namespace qrv {
+namespace qrv::engine {
 
 /// A mapping from glyphs to texts with the usual characters in place of radicals, presentation forms and
 /// ligatures; nothing when there are none. Lines that are no part of a mapping stay as they are.
@@ -19,4 +19,4 @@ std::optional<std::string> withUsualCharacters(const std::string& mapping);
 /// Makes the texts of all fonts findable.
 void correctGlyphTexts(QPDF& document);
 
-} // namespace qrv
+} // namespace qrv::engine

@@ -12,7 +12,7 @@
 
 class QPDF;
 
-namespace qrv {
+namespace qrv::engine {
 
 /// Finds the heading that each title of an outline was made of, title by title in the outline's order.
 class HeadingFinder {
@@ -42,4 +42,4 @@ private:
 /// none of the headings stays as it is.
 void correctOutline(QPDF& document, const std::vector<std::string>& headings);
 
-} // namespace qrv
+} // namespace qrv::engine

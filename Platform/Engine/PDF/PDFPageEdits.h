@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-namespace qrv {
+namespace qrv::engine {
 
 struct PDFPageEdits {
     /// The size of every page in points, after scaling. The contents keep their place at the top left: what a
@@ -42,4 +42,4 @@ struct PDFPageEdits {
 /// points.
 NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf);
 
-} // namespace qrv
+} // namespace qrv::engine

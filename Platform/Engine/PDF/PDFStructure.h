@@ -7,7 +7,7 @@
 
 class QPDF;
 
-namespace qrv {
+namespace qrv::engine {
 
 /// Names the document's language, also where the tree's topmost element has one; empty for none.
 void setLanguage(QPDF& document, const std::string& language);
@@ -16,4 +16,4 @@ void setLanguage(QPDF& document, const std::string& language);
 /// or with a mapping of its own, stays as it is.
 void mapStructureRoles(QPDF& document);
 
-} // namespace qrv
+} // namespace qrv::engine
