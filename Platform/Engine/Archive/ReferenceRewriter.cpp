@@ -119,11 +119,9 @@ private:
 
 } // namespace
 
-ReferenceSyntax referenceSyntax(std::string_view mimeType) {
-    if (mimeType == "text/html" || mimeType.ends_with("xml")) return ReferenceSyntax::markup;
-    if (mimeType == "text/css" || mimeType.ends_with("javascript") || mimeType.ends_with("ecmascript"))
-        return ReferenceSyntax::anywhere;
-    return ReferenceSyntax::none;
+ReferenceSyntax referenceSyntax(const MIMEType& type) {
+    if (type.isMarkup()) return ReferenceSyntax::markup;
+    return type.isStyleSheet() || type.isScript() ? ReferenceSyntax::anywhere : ReferenceSyntax::none;
 }
 
 std::string withReplacedReferences(std::string_view text, ReferenceSyntax syntax,

@@ -3,6 +3,8 @@
 // Absolute references in the text of a page that is loaded under a stand-in address: the engine does not even
 // ask for local files, nor for frames and fonts of schemes that it does not know.
 
+#include "Platform/Engine/Address/MIMEType.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,8 +14,7 @@ namespace qrv::engine {
 /// How references stand in a text: in attributes, style elements and scripts; anywhere; or not at all.
 enum class ReferenceSyntax { markup, anywhere, none };
 
-/// By MIME type, in lower case and without parameters.
-ReferenceSyntax referenceSyntax(std::string_view mimeType);
+ReferenceSyntax referenceSyntax(const MIMEType& type);
 
 /// The text with each reference that begins with one of the stems ("file:///") beginning with the replacement
 /// instead. What a page shows as text stays as it is. For encodings in which ASCII stands for itself; in
