@@ -1,12 +1,23 @@
 #pragma once
 
-// Percent escapes of characters in UTF-8 ("%C3%A9").
+// Percent escapes, of bytes and of characters in UTF-8 ("%C3%A9").
 
 #include "Platform/Foundation/NSString.h"
 
 #include <functional>
+#include <string>
+#include <string_view>
 
 namespace qrv {
+
+/// What a URL may hold beside letters and digits: reserved and unreserved characters, and the "%" of escapes.
+inline constexpr std::string_view charactersOfURLs = "-._~:/?#[]@!$&'()*+,;=%";
+
+/// Every byte is escaped that is neither an ASCII letter or digit nor one of `kept`.
+std::string percentEscaped(std::string_view bytes, std::string_view kept = charactersOfURLs);
+
+/// Every escape becomes its byte; malformed ones stay.
+std::string percentDecoded(std::string_view text);
 
 /// Every character that `stays` says no to is escaped. nil for nil and for text with an unpaired surrogate.
 NSString addPercentEscapes(const NSString& text, const std::function<bool(char32_t)>& stays);

@@ -1,6 +1,6 @@
 #include "Platform/Engine/Address/MIMEType.h"
 
-#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Foundation/ASCII.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -12,8 +12,7 @@ namespace {
 constexpr std::string_view whiteSpace = " \t\r\n\f\v";
 
 bool isTokenCharacter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("!#$%&'*+-.^_`|~/:").find(c) != std::string_view::npos;
+    return isASCIIAlphanumeric(c) || std::string_view("!#$%&'*+-.^_`|~/:").find(c) != std::string_view::npos;
 }
 
 std::string_view firstWord(std::string_view text) {

@@ -19,9 +19,6 @@ std::string normalizedURL(std::string_view url);
 /// normal form, which some of these differ in. No address by itself.
 std::string readableURL(std::string_view normalizedURL);
 
-/// The part before "#".
-std::string_view withoutFragment(std::string_view url);
-
 /// The same address with https for http and the other way round; empty for other schemes.
 std::string withOtherHTTPScheme(std::string_view url);
 

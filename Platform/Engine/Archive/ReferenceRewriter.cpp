@@ -1,6 +1,6 @@
 #include "Platform/Engine/Archive/ReferenceRewriter.h"
 
-#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Foundation/ASCII.h"
 
 #include <algorithm>
 #include <array>
@@ -11,10 +11,6 @@ namespace {
 
 constexpr auto npos = std::string_view::npos;
 constexpr std::string_view blanks = " \t\r\n\f";
-
-bool isLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
 
 bool isReference(std::string_view attribute) {
     constexpr std::array<std::string_view, 13> names{
@@ -39,7 +35,7 @@ public:
             copyUpTo(text_.find('<', at_));
             if (text_.substr(at_).starts_with("<!--")) {
                 copyUpTo(text_.find("-->", at_));
-            } else if (at_ + 1 < text_.size() && isLetter(text_[at_ + 1])) {
+            } else if (at_ + 1 < text_.size() && isASCIILetter(text_[at_ + 1])) {
                 tag();
             } else {
                 copyUpTo(at_ + 1);

@@ -2,6 +2,7 @@
 
 #include "Platform/Engine/Archive/ReferenceRewriter.h"
 #include "Platform/Engine/Archive/ResourceResponse.h"
+#include "Platform/Foundation/URLPieces.h"
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
