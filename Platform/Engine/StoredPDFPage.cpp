@@ -1,8 +1,8 @@
 #include "Platform/Engine/StoredPDFPage.h"
 
-#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Engine/Address/MIMEType.h"
 #include "Platform/Foundation/NSRunLoop.h"
-#include "Platform/PDFKit/PDFReadability.h"
+#include "Platform/PDFKit/PDFFile.h"
 
 namespace qrv::engine {
 
@@ -58,9 +58,7 @@ private:
 } // namespace
 
 bool isPDFArchive(const WebArchive& archive) {
-    const std::string type = lowered(archive.mainResource().MIMEType().utf8());
-    const std::string_view bare = std::string_view(type).substr(0, type.find_first_of("; \t"));
-    return bare == "application/pdf" || bare == "application/x-pdf" || bare == "text/pdf";
+    return MIMEType(archive.mainResource().MIMEType().utf8()).isPDF();
 }
 
 std::unique_ptr<Page> makeStoredPDFPage(PageClient& client) {

@@ -1,12 +1,24 @@
 #pragma once
 
-// Percent-encoding in UTF-8 ("%C3%A9").
+// Percent-encoding, of bytes and of characters in UTF-8 ("%C3%A9").
 
 #include "Platform/Foundation/NSString.h"
 
 #include <functional>
+#include <string>
+#include <string_view>
 
 namespace qrv {
+
+/// What a URL may contain besides letters and digits: reserved and unreserved characters, and the "%" of
+/// escapes.
+inline constexpr std::string_view charactersOfURLs = "-._~:/?#[]@!$&'()*+,;=%";
+
+/// Percent-encodes every byte that is neither an ASCII letter or digit nor one of `kept`.
+std::string percentEscaped(std::string_view bytes, std::string_view kept = charactersOfURLs);
+
+/// Replaces every escape by its byte; malformed ones stay.
+std::string percentDecoded(std::string_view text);
 
 /// Percent-encodes every character that `stays` rejects. Returns nil for nil and for text with an unpaired
 /// surrogate.

@@ -2,17 +2,20 @@
 
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFWriter.hh>
 
 namespace qrv {
 
 namespace {
 
+enum class Damage { refused, mended };
+
 /// Makes a document that keeps the bytes alive, from which it reads its objects when needed.
-std::shared_ptr<QPDF> makeDocument(const NSData& bytes) {
+std::shared_ptr<QPDF> makeDocument(const NSData& bytes, Damage damage) {
     const std::shared_ptr<QPDF> document = QPDF::create();
     document->setSuppressWarnings(true);
-    document->setAttemptRecovery(false);
+    document->setAttemptRecovery(damage == Damage::mended);
     document->processMemoryFile("PDF", bytes.bytes().data(), bytes.length());
     QPDF* const address = document.get();
     return {address, [document, bytes](QPDF*) {}};
@@ -32,7 +35,7 @@ void keepEmptyStreams(QPDF& document) {
 
 std::shared_ptr<QPDF> openPDF(const NSData& bytes) {
     try {
-        std::shared_ptr<QPDF> document = makeDocument(bytes);
+        std::shared_ptr<QPDF> document = makeDocument(bytes, Damage::refused);
         document->getAllPages();
         // A warning of the library means damage that it ignored.
         if (document->isEncrypted() || document->anyWarnings()) return nullptr;
@@ -56,6 +59,16 @@ NSData serializePDF(QPDF& document) {
         return NSData(std::string(bytes, bytes + buffer->getSize()));
     } catch (const std::exception&) {
         return {};
+    }
+}
+
+bool isReadablePDF(const NSData& bytes) {
+    try {
+        return !makeDocument(bytes, Damage::mended)->getAllPages().empty();
+    } catch (const QPDFExc& error) {
+        return error.getErrorCode() == qpdf_e_password;
+    } catch (const std::exception&) {
+        return false;
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Reads and writes whole PDF files through the PDF library.
+// Opens, writes and judges whole PDF files through the PDF library.
 
 #include "Platform/Foundation/NSData.h"
 
@@ -17,5 +17,9 @@ std::shared_ptr<QPDF> openPDF(const NSData& bytes);
 /// Writes the document: compressed, with object streams, not linearised, deterministically. Returns nil if a
 /// part of it turns out to be damaged.
 NSData serializePDF(QPDF& document);
+
+/// True when readers will find pages in these bytes, if only after mending damage as they do, and when they
+/// will ask for a password. False for anything else and for nil.
+bool isReadablePDF(const NSData& bytes);
 
 } // namespace qrv

@@ -33,6 +33,24 @@ private:
     bool answer_ = false;
 };
 
+WebNavigationType platformType(engine::NavigationType type) {
+    switch (type) {
+    case engine::NavigationType::linkClicked:
+        return WebNavigationTypeLinkClicked;
+    case engine::NavigationType::formSubmitted:
+        return WebNavigationTypeFormSubmitted;
+    case engine::NavigationType::backForward:
+        return WebNavigationTypeBackForward;
+    case engine::NavigationType::reload:
+        return WebNavigationTypeReload;
+    case engine::NavigationType::formResubmitted:
+        return WebNavigationTypeFormResubmitted;
+    case engine::NavigationType::other:
+        break;
+    }
+    return WebNavigationTypeOther;
+}
+
 NSDictionary actionInformation(WebNavigationType type, const NSURL& url) {
     NSMutableDictionary information;
     information.setObject_forKey(NSNumber::numberWithInteger(type), NSString(WebActionNavigationTypeKey));
@@ -81,7 +99,7 @@ void WebView::setPageFactoryForTesting(engine::PageFactory factory) {
 void WebView::loadArchiveInFrame(const WebArchive& archive, WebFrame& frame) {
     if (archive.isNil() || &frame != mainFrame_.get()) return;
     const NSURL url = archive.mainResource().URL();
-    if (!shouldNavigate(engine::mainFrame, WebNavigationTypeOther, url)) return;
+    if (!shouldNavigate(engine::mainFrame, engine::NavigationType::other, url)) return;
     loadStarted(engine::mainFrame, url);
     // A PDF file is not rendered, so the engine is not needed any more.
     if (engine::isPDFArchive(archive)) {
@@ -183,13 +201,15 @@ void WebView::endLoading(const WebFramePtr& frame) {
                                                                       this);
 }
 
-bool WebView::shouldNavigate(const engine::FrameID& identifier, WebNavigationType type, const NSURL& url) {
+bool WebView::shouldNavigate(const engine::FrameID& identifier, engine::NavigationType type,
+                             const NSURL& url) {
     const WebFramePtr frame = frameWithID(identifier);
     if (!frame) return false;
     if (!policyDelegate_) return true;
     DecisionListener listener;
     policyDelegate_->webView_decidePolicyForNavigationAction_request_frame_decisionListener(
-        *this, actionInformation(type, url), NSURLRequest::requestWithURL(url), frame, listener);
+        *this, actionInformation(platformType(type), url), NSURLRequest::requestWithURL(url), frame,
+        listener);
     return listener.answer();
 }
 

@@ -70,7 +70,7 @@ private:
     void titleChanged(const engine::FrameID& frame, const NSString& title) override;
     void loadFinished(const engine::FrameID& frame) override;
     void loadFailed(const engine::FrameID& frame, const NSError& error) override;
-    bool shouldNavigate(const engine::FrameID& frame, WebNavigationType type, const NSURL& url) override;
+    bool shouldNavigate(const engine::FrameID& frame, engine::NavigationType type, const NSURL& url) override;
     void windowRequested(const NSURL& url, const NSString& frameName) override;
     void authenticationRequired(const engine::FrameID& frame, const NSURL& url) override;
     void progressChanged(double estimated) override;

@@ -7,6 +7,7 @@
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/NSProcessInfo.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
+#include "Platform/Foundation/PropertyList/XMLCharacters.h"
 #include "Platform/Foundation/Unicode.h"
 #include "QRVFoundation/Source/NSError+QRVDescription.h"
 #include "QRVFoundation/Source/QRVLog.h"
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <functional>
 #include <new>
 
 namespace qrv {
@@ -54,12 +56,7 @@ NSError toolError(long long code, const NSString& description) {
 /// answer.
 NSString deliverable(const NSString& text) {
     std::u16string units = unicode::fromUTF8Lossy(text.utf8()); // without unpaired surrogates
-    std::replace_if(
-        units.begin(), units.end(),
-        [](char16_t c) {
-            return (c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r') || c == 0xFFFE || c == 0xFFFF;
-        },
-        u'\uFFFD');
+    std::replace_if(units.begin(), units.end(), std::not_fn(canStandInXML), u'\uFFFD');
     return NSString(std::move(units));
 }
 

@@ -1,6 +1,7 @@
 #include "Platform/Engine/Address/HostName.h"
 
-#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Foundation/ASCII.h"
+#include "Platform/Foundation/PercentEscapes.h"
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>

@@ -1,7 +1,9 @@
 #include "Platform/Engine/Address/ResourceURL.h"
 
 #include "Platform/Engine/Address/HostName.h"
-#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Foundation/ASCII.h"
+#include "Platform/Foundation/PercentEscapes.h"
+#include "Platform/Foundation/URLPieces.h"
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
@@ -13,11 +15,6 @@
 namespace qrv::engine {
 
 namespace {
-
-bool isSchemeCharacter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '+' ||
-           c == '-' || c == '.';
-}
 
 /// Whether the engine knows the syntax of the scheme's addresses.
 bool isSpecial(std::string_view scheme) {
@@ -97,39 +94,37 @@ std::optional<std::string> normalizedAuthority(std::string_view authority, std::
     return host && port ? std::optional(user + *host + *port) : std::nullopt;
 }
 
-/// The parts of "scheme://authority/path?query#fragment".
+/// In schemes that it knows, the engine reads a "\\" as a "/" and, except for files, any number of slashes as
+/// the two in front of a host.
+std::string withUsualSlashes(std::string_view url) {
+    const URLPieces pieces = splitURL(url);
+    const std::string scheme = lowered(pieces.scheme);
+    if (!isSpecial(scheme)) return std::string(url);
+    std::string rest(url.substr(scheme.size() + 1));
+    const auto tail = rest.end() - static_cast<std::ptrdiff_t>(pieces.tail.size());
+    std::replace(rest.begin(), tail, '\\', '/');
+    if (scheme != "file") rest.replace(0, std::min(rest.find_first_not_of('/'), rest.size()), "//");
+    return scheme + ":" + rest;
+}
+
+/// The parts of an address as the engine sees them, the scheme in lower case.
 struct Pieces {
+    explicit Pieces(std::string_view url) {
+        const std::string text = withUsualSlashes(url);
+        const URLPieces pieces = splitURL(text);
+        scheme = lowered(pieces.scheme);
+        authority = pieces.authority;
+        hasAuthority = pieces.hasAuthority;
+        path = pieces.path;
+        tail = pieces.tail;
+    }
+
     std::string scheme;
     std::string authority;
     bool hasAuthority = false;
     std::string path;
-    std::string tail; // from "?" or "#" on
+    std::string tail;
 };
-
-Pieces split(std::string_view url) {
-    Pieces pieces;
-    pieces.scheme = schemeOf(url);
-    const bool special = isSpecial(pieces.scheme);
-    std::string_view rest = url.substr(pieces.scheme.empty() ? 0 : pieces.scheme.size() + 1);
-    const std::size_t tail = std::min(rest.find_first_of("?#"), rest.size());
-    std::string path(rest.substr(0, tail));
-    pieces.tail = rest.substr(tail);
-    if (special) std::replace(path.begin(), path.end(), '\\', '/');
-
-    std::size_t start = 0;
-    if (special && pieces.scheme != "file") {
-        // The host follows after any number of slashes.
-        start = std::min(path.find_first_not_of('/'), path.size());
-        pieces.hasAuthority = true;
-    } else if (path.starts_with("//")) {
-        start = 2;
-        pieces.hasAuthority = true;
-    }
-    const std::size_t end = pieces.hasAuthority ? std::min(path.find('/', start), path.size()) : 0;
-    pieces.authority = path.substr(start, pieces.hasAuthority ? end - start : 0);
-    pieces.path = path.substr(end);
-    return pieces;
-}
 
 /// For schemes that it knows, the engine percent-encodes apostrophes in queries.
 std::string normalizedTail(std::string_view tail, bool special) {
@@ -144,13 +139,11 @@ std::string normalizedTail(std::string_view tail, bool special) {
 } // namespace
 
 std::string schemeOf(std::string_view url) {
-    const auto end = std::find_if_not(url.begin(), url.end(), isSchemeCharacter);
-    if (end == url.begin() || end == url.end() || *end != ':') return {};
-    return lowered(url.substr(0, static_cast<std::size_t>(end - url.begin())));
+    return lowered(splitURL(url).scheme);
 }
 
 std::string normalizedURL(std::string_view url) {
-    const Pieces pieces = split(url);
+    const Pieces pieces(url);
     const bool special = isSpecial(pieces.scheme);
     std::string result = pieces.scheme.empty() ? "" : pieces.scheme + ":";
     if (special) {
@@ -172,10 +165,6 @@ std::string readableURL(std::string_view normalizedURL) {
     return text ? unicode::toUTF8Lossy(unicode::decomposed(*text)) : url;
 }
 
-std::string_view withoutFragment(std::string_view url) {
-    return url.substr(0, url.find('#'));
-}
-
 std::string withOtherHTTPScheme(std::string_view url) {
     if (url.starts_with("https://")) return "http://" + std::string(url.substr(8));
     if (url.starts_with("http://")) return "https://" + std::string(url.substr(7));
@@ -183,7 +172,7 @@ std::string withOtherHTTPScheme(std::string_view url) {
 }
 
 StandInAddress::StandInAddress(std::string url, const std::string& token, Use use) : url_(std::move(url)) {
-    const Pieces pieces = split(url_);
+    const Pieces pieces(url_);
     if (use == Use::whereNeeded && (pieces.scheme == "http" || pieces.scheme == "https")) {
         engineURL_ = url_;
         return;

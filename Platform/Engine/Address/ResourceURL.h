@@ -19,9 +19,6 @@ std::string normalizedURL(std::string_view url);
 /// key, not an address.
 std::string readableURL(std::string_view normalizedURL);
 
-/// The part before "#".
-std::string_view withoutFragment(std::string_view url);
-
 /// Exchanges http and https; empty for other schemes.
 std::string withOtherHTTPScheme(std::string_view url);
 

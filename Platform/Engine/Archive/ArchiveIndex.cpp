@@ -1,6 +1,7 @@
 #include "Platform/Engine/Archive/ArchiveIndex.h"
 
 #include "Platform/Engine/Address/ResourceURL.h"
+#include "Platform/Foundation/URLPieces.h"
 
 #include <algorithm>
 

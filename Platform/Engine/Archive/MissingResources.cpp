@@ -1,6 +1,6 @@
 #include "Platform/Engine/Archive/MissingResources.h"
 
-#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Foundation/PercentEscapes.h"
 
 #include <algorithm>
 #include <array>

@@ -3,6 +3,8 @@
 // Rewrites absolute references in a page that is loaded under a synthetic origin: the engine would not even
 // request local files, nor frames and fonts of unknown schemes.
 
+#include "Platform/Engine/Address/MIMEType.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,8 +14,7 @@ namespace qrv::engine {
 /// Where a text contains references: in attributes, style elements and scripts; anywhere; or nowhere.
 enum class ReferenceSyntax { markup, anywhere, none };
 
-/// Chooses by MIME type, in lower case and without parameters.
-ReferenceSyntax referenceSyntax(std::string_view mimeType);
+ReferenceSyntax referenceSyntax(const MIMEType& type);
 
 /// Replaces the prefix of each reference that begins with one of the stems ("file:///"). Text that the page
 /// displays is not changed. For encodings that are supersets of ASCII; linear time.

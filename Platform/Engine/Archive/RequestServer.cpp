@@ -1,8 +1,8 @@
 #include "Platform/Engine/Archive/RequestServer.h"
 
-#include "Platform/Engine/Address/URLText.h"
 #include "Platform/Engine/Archive/ReferenceRewriter.h"
 #include "Platform/Engine/Archive/ResourceResponse.h"
+#include "Platform/Foundation/URLPieces.h"
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
@@ -145,7 +145,7 @@ void RequestServer::answer(const Request& request, const WebResource& resource) 
 /// Returns the stored bytes, with references to the synthetic origin.
 NSData RequestServer::bodyOf(const WebResource& resource) const {
     const auto stems = address_->stems();
-    const auto syntax = referenceSyntax(lowered(resource.MIMEType().utf8()));
+    const auto syntax = referenceSyntax(MIMEType(resource.MIMEType().utf8()));
     if (stems.empty() || syntax == ReferenceSyntax::none) return resource.data();
     return NSData(withReplacedReferences(resource.data().bytes(), syntax, stems, address_->prefix()));
 }

@@ -7,6 +7,7 @@
 #include "Platform/Engine/Archive/MissingResources.h"
 #include "Platform/Engine/DevTools/DevToolsClient.h"
 #include "Platform/Engine/Loading/FrameTracker.h"
+#include "Platform/Engine/Loading/PageClient.h"
 
 #include <functional>
 #include <map>

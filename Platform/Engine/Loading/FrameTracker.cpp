@@ -11,20 +11,19 @@ namespace qrv::engine {
 namespace {
 
 /// Why a frame asked to navigate (`Page.ClientNavigationReason`).
-WebNavigationType typeOfReason(std::string_view reason) {
-    if (reason == "anchorClick") return WebNavigationTypeLinkClicked;
-    if (reason == "formSubmissionGet" || reason == "formSubmissionPost")
-        return WebNavigationTypeFormSubmitted;
-    if (reason == "reload") return WebNavigationTypeReload;
-    return WebNavigationTypeOther;
+NavigationType typeOfReason(std::string_view reason) {
+    if (reason == "anchorClick") return NavigationType::linkClicked;
+    if (reason == "formSubmissionGet" || reason == "formSubmissionPost") return NavigationType::formSubmitted;
+    if (reason == "reload") return NavigationType::reload;
+    return NavigationType::other;
 }
 
 /// How a navigation started that no frame requested (`navigationType` of frameStartedNavigating).
-WebNavigationType typeOfNavigation(std::string_view type) {
-    if (type == "restoreWithPost") return WebNavigationTypeFormResubmitted;
-    if (type.starts_with("reload")) return WebNavigationTypeReload;
-    if (type.starts_with("history") || type.starts_with("restore")) return WebNavigationTypeBackForward;
-    return WebNavigationTypeOther;
+NavigationType typeOfNavigation(std::string_view type) {
+    if (type == "restoreWithPost") return NavigationType::formResubmitted;
+    if (type.starts_with("reload")) return NavigationType::reload;
+    if (type.starts_with("history") || type.starts_with("restore")) return NavigationType::backForward;
+    return NavigationType::other;
 }
 
 bool isSameDocument(std::string_view navigationType) {
@@ -143,7 +142,7 @@ std::vector<std::string> FrameTracker::dropDescendants(const std::string& engine
     return children;
 }
 
-bool FrameTracker::allows(const std::string& engineFrame, WebNavigationType type, const NSURL& url) {
+bool FrameTracker::allows(const std::string& engineFrame, NavigationType type, const NSURL& url) {
     return client_.shouldNavigate(named(engineFrame), type, url);
 }
 

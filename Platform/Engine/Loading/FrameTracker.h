@@ -14,7 +14,7 @@
 //    first.
 
 #include "Platform/Engine/DevTools/DevToolsClient.h"
-#include "Platform/Engine/Page.h"
+#include "Platform/Engine/Loading/PageClient.h"
 
 #include <functional>
 #include <map>
@@ -89,7 +89,7 @@ private:
     void loadingFailed(const Json& event);
     void windowOpened(const Json& event);
 
-    bool allows(const std::string& engineFrame, WebNavigationType type, const NSURL& url);
+    bool allows(const std::string& engineFrame, NavigationType type, const NSURL& url);
     void errorPageShown(const std::string& engineFrame);
     std::vector<std::string> dropDescendants(const std::string& engineFrame);
     void finish(const std::string& engineFrame);

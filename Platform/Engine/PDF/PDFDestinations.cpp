@@ -4,7 +4,7 @@
 #include <cmath>
 #include <qpdf/QPDF.hh>
 
-namespace qrv {
+namespace qrv::engine {
 
 namespace {
 
@@ -85,4 +85,4 @@ void placeDestinations(QPDF& document, const DestinationLayout& layout) {
     if (layout.pageLength > 0 && !document.getAllPages().empty()) DestinationEditor(document, layout).run();
 }
 
-} // namespace qrv
+} // namespace qrv::engine

@@ -7,7 +7,7 @@
 
 class QPDF;
 
-namespace qrv {
+namespace qrv::engine {
 
 /// How a renderer laid the document out on pages, as far as its named destinations ignore it: they assume
 /// 0.75 pt per px and pages without margins, and count from the start of a first page that the file does not
@@ -24,4 +24,4 @@ struct DestinationLayout {
 /// Moves the named destinations to their correct places, and adds the missing ones.
 void placeDestinations(QPDF& document, const DestinationLayout& layout);
 
-} // namespace qrv
+} // namespace qrv::engine

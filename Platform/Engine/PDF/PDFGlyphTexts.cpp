@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-namespace qrv {
+namespace qrv::engine {
 
 namespace {
 
@@ -143,4 +143,4 @@ void correctGlyphTexts(QPDF& document) {
     }
 }
 
-} // namespace qrv
+} // namespace qrv::engine

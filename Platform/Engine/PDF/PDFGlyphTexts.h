@@ -9,7 +9,7 @@
 
 class QPDF;
 
-namespace qrv {
+namespace qrv::engine {
 
 /// Replaces radicals, presentation forms and ligatures by the usual characters in a mapping from glyphs to
 /// texts; nothing if there are none. Lines that are not part of a mapping stay.
@@ -18,4 +18,4 @@ std::optional<std::string> withUsualCharacters(const std::string& mapping);
 /// Corrects the mappings of all fonts.
 void correctGlyphTexts(QPDF& document);
 
-} // namespace qrv
+} // namespace qrv::engine

@@ -7,7 +7,7 @@
 #include <set>
 #include <string_view>
 
-namespace qrv {
+namespace qrv::engine {
 
 namespace {
 
@@ -129,4 +129,4 @@ void correctOutline(QPDF& document, const std::vector<std::string>& headings) {
     OutlineEditor(document, headings).run();
 }
 
-} // namespace qrv
+} // namespace qrv::engine

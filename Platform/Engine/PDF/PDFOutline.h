@@ -11,7 +11,7 @@
 
 class QPDF;
 
-namespace qrv {
+namespace qrv::engine {
 
 /// Finds the heading for each title of an outline, in the outline's order.
 class HeadingFinder {
@@ -40,4 +40,4 @@ private:
 /// heading was drawn on two pages leads to the second. Entries without a heading stay.
 void correctOutline(QPDF& document, const std::vector<std::string>& headings);
 
-} // namespace qrv
+} // namespace qrv::engine

@@ -13,7 +13,7 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace qrv {
+namespace qrv::engine {
 
 namespace {
 
@@ -246,4 +246,4 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
     return serializePDF(*document);
 }
 
-} // namespace qrv
+} // namespace qrv::engine

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace qrv {
+namespace qrv::engine {
 
 struct PDFPageEdits {
     /// The size of every page in points, after scaling. The contents stay at the top left; pages grow or
@@ -39,4 +39,4 @@ struct PDFPageEdits {
 /// for sizes and scales that are not finite and positive or give a page larger than 1e8 points.
 NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf);
 
-} // namespace qrv
+} // namespace qrv::engine

@@ -2,7 +2,7 @@
 
 #include <qpdf/QPDF.hh>
 
-namespace qrv {
+namespace qrv::engine {
 
 namespace {
 
@@ -35,4 +35,4 @@ void mapStructureRoles(QPDF& document) {
     tree.replaceKey("/RoleMap", map);
 }
 
-} // namespace qrv
+} // namespace qrv::engine

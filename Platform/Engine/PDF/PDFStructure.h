@@ -6,7 +6,7 @@
 
 class QPDF;
 
-namespace qrv {
+namespace qrv::engine {
 
 /// Sets the document's language, also in the tree's topmost element if it has one; empty for none.
 void setLanguage(QPDF& document, const std::string& language);
@@ -15,4 +15,4 @@ void setLanguage(QPDF& document, const std::string& language);
 /// or with a role map of its own, is not changed.
 void mapStructureRoles(QPDF& document);
 
-} // namespace qrv
+} // namespace qrv::engine

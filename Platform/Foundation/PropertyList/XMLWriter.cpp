@@ -6,6 +6,7 @@
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
 #include "Platform/Foundation/PropertyList/PropertyListFailure.h"
+#include "Platform/Foundation/PropertyList/XMLCharacters.h"
 #include "Platform/Foundation/PropertyList/XMLDate.h"
 #include "Platform/Foundation/Unicode.h"
 
@@ -73,10 +74,7 @@ private:
     static std::string escaped(const NSString& text) {
         const auto bytes = unicode::toUTF8(text.view());
         if (!bytes) throw PropertyListFailure("text with an unpaired surrogate");
-        const auto isForbidden = [](char16_t c) {
-            return (c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r') || c == 0xFFFE || c == 0xFFFF;
-        };
-        if (std::any_of(text.view().begin(), text.view().end(), isForbidden)) {
+        if (!std::all_of(text.view().begin(), text.view().end(), canStandInXML)) {
             throw PropertyListFailure("text with a character that XML cannot hold");
         }
         std::string result;

@@ -1,5 +1,6 @@
 // Text in the character sets of the web.
 
+#include "Platform/Foundation/ASCII.h"
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
@@ -49,10 +50,9 @@ void U_CALLCONV replace(const void*, UConverterToUnicodeArgs* arguments, const c
     ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, status);
 }
 
-Converter open(std::string name) {
-    if (name.empty() || !isPlainName(name)) return {nullptr, &ucnv_close};
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+Converter open(const std::string& charset) {
+    if (charset.empty() || !isPlainName(charset)) return {nullptr, &ucnv_close};
+    const std::string name = lowered(charset);
     const auto* meaning = std::find_if(webMeanings.begin(), webMeanings.end(),
                                        [&name](const Pair& pair) { return pair.first == name; });
     UErrorCode status = U_ZERO_ERROR;

@@ -193,7 +193,7 @@ TEST_F(EnginePageTest, AScriptedNavigationIsAllowedOther) {
            "<!DOCTYPE html><script>onload = () => setTimeout(() => location = 'b')</script>"},
           {{"http://a.example/b", "<!DOCTYPE html><title>Second</title>"}}});
     EXPECT_TRUE(waitFor("title main Second"));
-    EXPECT_THAT(owner_.calls, Contains("asked main 5 http://a.example/b"));
+    EXPECT_THAT(owner_.calls, Contains("asked main other http://a.example/b"));
 }
 
 TEST_F(EnginePageTest, RefusedNavigationsLeaveThePage) {
@@ -203,9 +203,9 @@ TEST_F(EnginePageTest, RefusedNavigationsLeaveThePage) {
            "<script>onload = () => { l.click(); setTimeout(() => f.submit(), 50);"
            "setTimeout(() => location.reload(), 100); }</script>"},
           {{"http://a.example/b", "<!DOCTYPE html><title>Second</title>"}}});
-    EXPECT_TRUE(waitFor("asked main 0 http://a.example/b"));
-    EXPECT_TRUE(waitFor("asked main 1 http://a.example/b"));
-    EXPECT_TRUE(waitFor("asked main 3 http://a.example/"));
+    EXPECT_TRUE(waitFor("asked main linkClicked http://a.example/b"));
+    EXPECT_TRUE(waitFor("asked main formSubmitted http://a.example/b"));
+    EXPECT_TRUE(waitFor("asked main reload http://a.example/"));
     linger();
     EXPECT_THAT(owner_.calls, Not(Contains("title main Second")));
     EXPECT_THAT(owner_.calls, Contains(StartsWith("committed main")).Times(1));

@@ -10,6 +10,7 @@ namespace qrv {
 namespace {
 
 using engine::mainFrame;
+using engine::NavigationType;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -209,7 +210,7 @@ TEST_F(WebViewTest, WithoutAPolicyDelegateEverythingIsAllowed) {
     view_->setPolicyDelegate(nullptr);
     load();
     EXPECT_EQ(FakePage::last->archives.size(), 1u);
-    EXPECT_TRUE(page().shouldNavigate(mainFrame, WebNavigationTypeLinkClicked, url("http://b/")));
+    EXPECT_TRUE(page().shouldNavigate(mainFrame, NavigationType::linkClicked, url("http://b/")));
 }
 
 TEST_F(WebViewTest, NilAndSubframesLoadNothing) {
@@ -512,16 +513,28 @@ TEST_F(WebViewTest, OwnerElementsHaveTheirClass) {
 
 // Questions
 
-TEST_F(WebViewTest, NavigationsAreAskedAboutWithTheirType) {
+TEST_F(WebViewTest, NavigationsAreAskedAbout) {
     loadAndFinish();
     const WebFramePtr child = addFrame("F");
     for (const bool allows : {true, false}) {
         delegate_.allows = allows;
-        EXPECT_EQ(page().shouldNavigate("F", WebNavigationTypeReload, url("http://b/")), allows);
+        EXPECT_EQ(page().shouldNavigate("F", NavigationType::reload, url("http://b/")), allows);
     }
     EXPECT_THAT(delegate_.calls, ElementsAre("policy 3 http://b/", "policy 3 http://b/"));
     EXPECT_EQ(delegate_.frames[0], child);
-    EXPECT_FALSE(page().shouldNavigate("unknown", WebNavigationTypeOther, url("http://b/")));
+    EXPECT_FALSE(page().shouldNavigate("unknown", NavigationType::other, url("http://b/")));
+}
+
+TEST_F(WebViewTest, NavigationsHaveTheTypesOfThePlatform) {
+    loadAndFinish();
+    for (const auto type :
+         {NavigationType::linkClicked, NavigationType::formSubmitted, NavigationType::backForward,
+          NavigationType::reload, NavigationType::formResubmitted, NavigationType::other}) {
+        page().shouldNavigate(mainFrame, type, url("http://b/"));
+    }
+    EXPECT_THAT(delegate_.calls,
+                ElementsAre("policy 0 http://b/", "policy 1 http://b/", "policy 2 http://b/",
+                            "policy 3 http://b/", "policy 4 http://b/", "policy 5 http://b/"));
 }
 
 TEST_F(WebViewTest, WindowsAreAskedAbout) {
