@@ -38,6 +38,10 @@ struct SetterCase {
     id value;
 };
 
+void PrintTo(const SetterCase& test, std::ostream* out) {
+    *out << test.name;
+}
+
 class Setter : public testing::TestWithParam<SetterCase> {};
 
 TEST_P(Setter, CopiesWithOneMoreKey) {

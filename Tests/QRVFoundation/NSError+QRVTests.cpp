@@ -4,6 +4,7 @@
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "QRVFoundation/Source/NSException+QRVStackTrace.h"
+#include "Tests/Platform/Foundation/Printing.h"
 
 #include <gtest/gtest.h>
 
@@ -41,6 +42,10 @@ struct PermissionsCase {
     long long code;
     bool isPermissions;
 };
+
+void PrintTo(const PermissionsCase& test, std::ostream* out) {
+    *out << printed(test.domain) << " " << test.code;
+}
 
 class FilePermissions : public testing::TestWithParam<PermissionsCase> {};
 

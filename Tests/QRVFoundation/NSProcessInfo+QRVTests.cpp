@@ -5,6 +5,7 @@
 #include "Platform/Foundation/NSUserDefaults.h"
 #include "Platform/Foundation/ProcessTable.h"
 #include "Platform/Foundation/Sysctl.h"
+#include "Tests/Platform/Foundation/Printing.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -44,12 +45,20 @@ struct FoundationCase {
     double atLeast;
 };
 
+void PrintTo(const FoundationCase& test, std::ostream* out) {
+    *out << test.below << " and " << test.atLeast;
+}
+
 class FoundationThreshold : public ProcessInfoQRV, public testing::WithParamInterface<FoundationCase> {};
 
 struct SystemCase {
     bool (*isAtLeast)();
     NSOperatingSystemVersion version;
 };
+
+void PrintTo(const SystemCase& test, std::ostream* out) {
+    *out << testing::PrintToString(test.version);
+}
 
 class SystemThreshold : public ProcessInfoQRV, public testing::WithParamInterface<SystemCase> {};
 
@@ -137,6 +146,10 @@ struct ParseCase {
     const char16_t* text;
     NSOperatingSystemVersion version;
 };
+
+void PrintTo(const ParseCase& test, std::ostream* out) {
+    *out << printed(test.text);
+}
 
 class GoodVersionText : public testing::TestWithParam<ParseCase> {};
 

@@ -23,6 +23,10 @@ struct ValueCase {
     const char* expected;
 };
 
+void PrintTo(const ValueCase& test, std::ostream* out) {
+    *out << test.name;
+}
+
 class ValueFormatting : public testing::TestWithParam<ValueCase> {};
 
 const char* const someText = "\xC3\xA4 text";

@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/NSException.h"
 #include "Platform/Foundation/NSProcessInfo.h"
+#include "Tests/Platform/Foundation/Printing.h"
 #include "Tests/Platform/Logging/LogReceiver.h"
 
 #include <cstdlib>
@@ -267,6 +268,11 @@ struct VersionCase {
     bool available;
 };
 
+void PrintTo(const VersionCase& test, std::ostream* out) {
+    *out << "foundation " << test.version.foundation << " system "
+         << testing::PrintToString(test.version.system);
+}
+
 class OSLogAvailability : public testing::TestWithParam<VersionCase> {};
 
 TEST_P(OSLogAvailability, NeedsFoundation1057AndSystem10_12) {
@@ -308,6 +314,10 @@ struct SequenceCase {
     const char* name;
     const char16_t* sequence;
 };
+
+void PrintTo(const SequenceCase& test, std::ostream* out) {
+    *out << test.name;
+}
 
 class ComposedSequence : public testing::TestWithParam<SequenceCase> {};
 

@@ -171,7 +171,7 @@ class KeyedArchiveTests(unittest.TestCase):
 
 
 class SourceCheckTests(unittest.TestCase):
-    """The check of include directions finds what it is there for."""
+    """The check of the sources finds what it is there for."""
 
     @classmethod
     def setUpClass(cls):
@@ -180,33 +180,142 @@ class SourceCheckTests(unittest.TestCase):
         cls.check = importlib.util.module_from_spec(importlib.util.spec_from_loader("check_sources", loader))
         loader.exec_module(cls.check)
 
-    def found(self, path, *included):
-        text = "#pragma once\n" + "".join(f"#include {name}\n" for name in included)
+    def found(self, path, text):
         return list(self.check.problems_of(path, text))
 
-    def test_downward_is_allowed(self):
-        self.assertEqual(self.found("Source/Tools/loader.cpp", '"Platform/WebKit/WebView.h"',
-                                    '"QRVFoundation/Source/QRVLogger.h"', "<vector>"), [])
-        self.assertEqual(self.found("Platform/WebKit/WebView.cpp", '"Platform/Engine/Page.h"',
-                                    '"Platform/Foundation/NSString.h"', "<boost/json.hpp>"), [])
+    def assert_found(self, expected, path, text):
+        """Exactly one problem, whose text has the expected words."""
+        problems = self.found(path, text)
+        self.assertEqual(len(problems), 1, problems)
+        self.assertIn(expected, problems[0])
 
-    def test_upward_is_found(self):
+    @staticmethod
+    def including(*names):
+        return "#pragma once\n\n// For a test.\n\n" + "".join(f"#include {name}\n" for name in names)
+
+    def test_arrows_may_be_followed(self):
+        for path, *names in (
+                ("Source/Tools/loader.cpp", '"Platform/WebKit/WebView.h"', '"QRVFoundation/Source/QRVLogger.h"', "<vector>"),
+                ("Platform/WebKit/WebView.cpp", '"Platform/Engine/Page.h"', '"Platform/Foundation/NSString.h"'),
+                ("Platform/Engine/EnginePage.cpp", '"Platform/Engine/Print/PageRenderer.h"', "<boost/json.hpp>"),
+                ("Platform/Foundation/PropertyList/XMLReader.cpp", '"Platform/Logging/NSLog.h"', "<expat.h>"),
+                ("Tests/Platform/Engine/Print/RootBoxTests.cpp", '"Platform/Engine/Print/RootBox.h"', "<gtest/gtest.h>")):
+            with self.subTest(path):
+                self.assertEqual(self.found(path, self.including(*names)), [])
+
+    def test_against_the_arrows(self):
         for path, name in (("Platform/Foundation/NSData.cpp", '"QRVFoundation/Source/QRVLogger.h"'),
                            ("Platform/Foundation/NSData.cpp", '"Platform/WebKit/WebView.h"'),
                            ("QRVFoundation/Source/QRVLogger.cpp", '"Source/Tools/loader.h"'),
-                           ("Platform/Logging/UnifiedLog.h", '"Platform/AppKit/NSWindow.h"')):
+                           ("Platform/Logging/UnifiedLog.h", '"Platform/AppKit/NSWindow.h"'),
+                           ("Platform/WebKit/WebView.cpp", '"Platform/Engine/Print/PageRenderer.h"'),
+                           ("Platform/Engine/Loading/FrameTracker.h", '"Platform/Engine/Page.h"'),
+                           ("Platform/Engine/Scripts/PageScripts.h", '"Platform/Engine/DevTools/Json.h"'),
+                           ("Source/Tools/loader.cpp", '"Platform/Engine/Page.h"'),
+                           ("Tests/Tools/LoaderTests.cpp", '"Platform/Engine/Page.h"')):
             with self.subTest(path=path, name=name):
-                self.assertEqual(len(self.found(path, name)), 1)
+                self.assert_found("must not include", path, self.including(name))
 
-    def test_engine_is_private(self):
-        self.assertEqual(len(self.found("Source/Tools/loader.cpp", '"Platform/Engine/Page.h"')), 1)
+    def test_path_that_does_not_begin_at_the_root(self):
+        self.assert_found("not the path from the root", "Source/Tools/loader.cpp", self.including('"loader.h"'))
 
-    def test_library_in_a_header_is_found(self):
-        self.assertEqual(len(self.found("Platform/Engine/Page.h", "<boost/json.hpp>")), 1)
-        self.assertEqual(len(self.found("QRVFoundation/Source/QRVLogger.cpp", "<gtest/gtest.h>")), 1)
+    def test_new_folder_needs_its_arrows(self):
+        self.assert_found("table of folders", "Platform/Engine/Cellar/Wine.h", self.including())
 
-    def test_header_without_guard_is_found(self):
-        self.assertEqual(len(list(self.check.problems_of("Platform/AppKit/NSWindow.h", "int x;\n"))), 1)
+    def test_library_in_a_wrong_place(self):
+        self.assert_found(".cpp file", "Platform/Engine/Page.h", self.including("<boost/json.hpp>"))
+        self.assert_found("to the tests", "QRVFoundation/Source/QRVLogger.cpp", self.including("<gtest/gtest.h>"))
+
+    def test_circle(self):
+        files = {"Platform/Engine/EnginePage.cpp": '#include "Platform/Engine/Print/PageRenderer.h"',
+                 "Platform/Engine/Print/PageRenderer.cpp": '#include "Platform/Engine/PDF/PDFOutline.h"',
+                 "Platform/Engine/PDF/PDFOutline.h": '#include "Platform/PDFKit/PDFFile.h"'}
+        self.assertEqual(list(self.check.circle_problems(files)), [])
+        files["Platform/Engine/PDF/PDFOutline.h"] += '\n#include "Platform/Engine/Print/PrintLayout.h"'
+        self.assertEqual(list(self.check.circle_problems(files)),
+                         ["folders that include each other in a circle: Platform/Engine/PDF, Platform/Engine/Print"])
+
+    def test_basis_is_no_circle(self):
+        files = {"Platform/Foundation/NSData.cpp": '#include "Platform/Logging/NSLog.h"',
+                 "Platform/Logging/NSLog.h": '#include "Platform/Foundation/NSString.h"'}
+        self.assertEqual(list(self.check.circle_problems(files)), [])
+
+    def test_picture_counts_units_and_arrows(self):
+        files = {"Platform/Engine/PDF/PDFOutline.h": '#include "Platform/PDFKit/PDFFile.h"',
+                 "Platform/Engine/PDF/PDFOutline.cpp": '#include "Platform/PDFKit/PDFFile.h"',
+                 "Platform/PDFKit/PDFFile.h": "", "Platform/Engine/Scripts/one.js": ""}
+        self.assertEqual(list(self.check.picture(files)),
+                         ["Platform/Engine/PDF: 1 unit → Platform/PDFKit (2)", "Platform/Engine/Scripts: 1 unit",
+                          "Platform/PDFKit: 1 unit"])
+
+    def test_large_folder(self):
+        def units(folder, count):
+            return [f"{folder}/{number}{kind}" for number in range(count) for kind in (".h", ".cpp")]
+        self.assertEqual(list(self.check.size_problems(units("Platform/Engine/Print", 12))), [])
+        self.assertEqual(len(list(self.check.size_problems(units("Platform/Engine/Print", 13)))), 1)
+        self.assertEqual(list(self.check.size_problems(units("Platform/Foundation", 99))), [])
+
+    def test_header_without_guard(self):
+        self.assert_found("no #pragma once", "Platform/AppKit/NSWindow.h", "// A window.\n\nint x;\n")
+
+    def test_header_that_does_not_say_what_it_is_for(self):
+        for text in ("#pragma once\n\n#include <vector>\n\n// Late.\n\nint x;\n",
+                     "#pragma once\n\n/// Of x alone.\nint x;\n"):
+            with self.subTest(text):
+                self.assert_found("what it is for", "Platform/AppKit/NSWindow.h", text)
+
+    def in_header(self, text):
+        return self.found("Platform/AppKit/NSWindow.h", "#pragma once\n\n// A window.\n\nnamespace qrv {\n" + text + "}\n")
+
+    def test_declaration_with_a_plain_comment(self):
+        for text in ("// Opens it.\nvoid open();\n", "struct S {\n    // Opens it,\n    // and more.\n    int x = 0;\n};\n",
+                     "enum class E {\n    // The first.\n    one,\n};\n",
+                     "// - open\n// Opens it.\nvoid open();\n", "// - open\n/// Opens it.\n// - shut\n// Both.\nvoid open();\n"):
+            with self.subTest(text):
+                problems = self.in_header(text)
+                self.assertEqual(len(problems), 1, problems)
+                self.assertIn("in the place of ///", problems[0])
+
+    def test_comments_that_a_header_may_have(self):
+        for text in ("// - open\n/// Opens it.\nvoid open();\n", "// + window\nvoid open();\n",
+                     "// Of the section below.\n\nvoid open();\n", "int x = 0; // Behind it.\n",
+                     "struct S {\n    int x() {\n        // Why so.\n        return 1;\n    }\n};\n",
+                     "inline constexpr int x[] = {\n    // The first.\n    1,\n};\n",
+                     'inline const char* x = "{";\n/// Shut.\nint y;\n'):
+            with self.subTest(text):
+                self.assertEqual(self.in_header(text), [])
+
+    def test_script_in_a_literal(self):
+        for text in ('"document.title"', 'R"js(1)js"', 'R"(x => x)"', '"(function () {})()"', '"window.close = 1"',
+                     '"Object.defineProperty(window, \'close\', {})"', '"location.replace(" + url + ")"',
+                     'R"(const x = 1;)"'):
+            with self.subTest(text):
+                self.assert_found("a script belongs", "Platform/Engine/EnginePage.cpp", f"auto x = {text};\n")
+
+    def test_literals_that_are_no_script(self):
+        for text in ('"the document ends"', '"--window-size=1,1"', '"A function of the engine"', "'\"'", '"Page.enable"',
+                     '1; // window.close() => 2', '1\'000 + 1\'000; f("x"); /* document.title */'):
+            with self.subTest(text):
+                self.assertEqual(self.found("Platform/Engine/EnginePage.cpp", f"auto x = {text};\n"), [])
+
+    def test_property_of_the_document_in_a_script(self):
+        for text in ("() => document.title", "() => document?.title", "() => document['title']", "() => document\n.title"):
+            with self.subTest(text):
+                self.assert_found("the page's own", "Platform/Engine/Scripts/title.js", text)
+
+    def test_the_document_itself_in_a_script(self):
+        for text in ("() => property(document, 'title')", "() => frame.document.title // document.title",
+                     "() => 'document.title'", "() => documents.all", "/* document.title */ () => 1"):
+            with self.subTest(text):
+                self.assertEqual(self.found("Platform/Engine/Scripts/title.js", text), [])
+
+    def test_class_that_would_not_be_run(self):
+        text = "class {}(ToolTestCase):\n    def test_it(self):\n        pass\n"
+        self.assertEqual(self.found("Tests/EndToEnd/test_x.py", text.format("SomeTests")), [])
+        self.assert_found("ends in Tests", "Tests/EndToEnd/test_x.py", text.format("SomeTestCase"))
+
+    def test_python_that_does_not_compile(self):
+        self.assert_found("Tests/Support/x.py:2", "Tests/Support/x.py", "x = 1\ndef\n")
 
 
 class ProcessTests(unittest.TestCase):

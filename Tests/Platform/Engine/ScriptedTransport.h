@@ -1,5 +1,7 @@
 #pragma once
 
+// A transport without an engine: keeps what is sent and says what the test tells it to.
+
 #include "Platform/Engine/DevTools/DevToolsTransport.h"
 #include "Platform/Engine/DevTools/Json.h"
 
@@ -7,7 +9,6 @@
 
 namespace qrv::engine {
 
-/// A transport without an engine: keeps what is sent and says what the test tells it to.
 class ScriptedTransport : public DevToolsTransport {
 public:
     SendResult send(std::string message) override {

@@ -11,6 +11,10 @@ struct Pair {
     std::string text;
 };
 
+void PrintTo(const Pair& pair, std::ostream* out) {
+    *out << testing::PrintToString(pair.bytes);
+}
+
 class Base64 : public testing::TestWithParam<Pair> {};
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "Tests/Platform/Foundation/Printing.h"
 
 #include <cerrno>
+#include <cstring>
 #include <gtest/gtest.h>
 
 namespace qrv {
@@ -128,6 +129,10 @@ struct ErrnoCode {
     long long reading;
     long long writing;
 };
+
+void PrintTo(const ErrnoCode& code, std::ostream* out) {
+    *out << ::strerrorname_np(code.number);
+}
 
 class NSErrorOfErrno : public testing::TestWithParam<ErrnoCode> {};
 

@@ -145,6 +145,10 @@ struct NumberText {
     const char16_t* text;
 };
 
+void PrintTo(const NumberText& test, std::ostream* out) {
+    *out << printed(test.text);
+}
+
 class NSNumberDescription : public testing::TestWithParam<NumberText> {};
 
 TEST_P(NSNumberDescription, IsTheNumber) {

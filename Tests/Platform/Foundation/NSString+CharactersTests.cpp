@@ -70,6 +70,10 @@ struct LineCase {
     std::size_t start, end, contentsEnd;
 };
 
+void PrintTo(const LineCase& test, std::ostream* out) {
+    *out << testing::PrintToString(test.text) << " " << testing::PrintToString(test.range);
+}
+
 class LineRanges : public testing::TestWithParam<LineCase> {};
 
 TEST_P(LineRanges, AreFound) {

@@ -12,6 +12,10 @@ struct Encoded {
     std::string bytes;
 };
 
+void PrintTo(const Encoded& text, std::ostream* out) {
+    *out << text.encoding << " " << testing::PrintToString(text.text);
+}
+
 class Encodings : public testing::TestWithParam<Encoded> {};
 
 TEST_P(Encodings, RoundTrip) {
@@ -50,6 +54,10 @@ struct BadBytes {
     unsigned long encoding;
     std::string bytes;
 };
+
+void PrintTo(const BadBytes& bad, std::ostream* out) {
+    *out << bad.encoding << " " << testing::PrintToString(bad.bytes);
+}
 
 class BadEncodings : public testing::TestWithParam<BadBytes> {};
 

@@ -13,6 +13,10 @@ struct IntegerReading {
     long long value;
 };
 
+void PrintTo(const IntegerReading& reading, std::ostream* out) {
+    *out << printed(reading.text);
+}
+
 class NSStringIntegerValue : public testing::TestWithParam<IntegerReading> {};
 
 TEST_P(NSStringIntegerValue, IsTheLeadingDecimalNumberHeldToTheRange) {
@@ -41,6 +45,10 @@ struct DoubleReading {
     double value;
 };
 
+void PrintTo(const DoubleReading& reading, std::ostream* out) {
+    *out << printed(reading.text);
+}
+
 class NSStringDoubleValue : public testing::TestWithParam<DoubleReading> {};
 
 TEST_P(NSStringDoubleValue, IsTheLeadingDecimalNumber) {
@@ -61,6 +69,10 @@ struct BooleanReading {
     const char16_t* text;
     bool value;
 };
+
+void PrintTo(const BooleanReading& reading, std::ostream* out) {
+    *out << printed(reading.text);
+}
 
 class NSStringBoolValue : public testing::TestWithParam<BooleanReading> {};
 
@@ -89,6 +101,10 @@ struct SizeReading {
     const char16_t* text;
     NSSize size;
 };
+
+void PrintTo(const SizeReading& reading, std::ostream* out) {
+    *out << printed(reading.text);
+}
 
 class NSSizeReading : public testing::TestWithParam<SizeReading> {};
 

@@ -14,6 +14,10 @@ struct PathPieces {
     const char16_t* rest;
 };
 
+void PrintTo(const PathPieces& pieces, std::ostream* out) {
+    *out << printed(pieces.path);
+}
+
 class NSStringPathPieces : public testing::TestWithParam<PathPieces> {};
 
 TEST_P(NSStringPathPieces, LastComponentAndTheRest) {
@@ -36,6 +40,10 @@ struct ExtensionPieces {
     const char16_t* extension;
     const char16_t* rest;
 };
+
+void PrintTo(const ExtensionPieces& pieces, std::ostream* out) {
+    *out << printed(pieces.path);
+}
 
 class NSStringPathExtension : public testing::TestWithParam<ExtensionPieces> {};
 
@@ -77,6 +85,10 @@ struct Standardized {
     const char16_t* path;
     const char16_t* result;
 };
+
+void PrintTo(const Standardized& test, std::ostream* out) {
+    *out << printed(test.path);
+}
 
 class NSStringStandardizing : public testing::TestWithParam<Standardized> {};
 

@@ -35,6 +35,10 @@ struct Charset {
     unsigned long encoding;
 };
 
+void PrintTo(const Charset& charset, std::ostream* out) {
+    *out << printed(charset.name);
+}
+
 class MIMEEncoding : public testing::TestWithParam<Charset> {};
 
 TEST_P(MIMEEncoding, HasThePlatformsValue) {
@@ -139,6 +143,10 @@ struct FileText {
     std::string bytes;
     const char16_t* text;
 };
+
+void PrintTo(const FileText& file, std::ostream* out) {
+    *out << testing::PrintToString(file.bytes);
+}
 
 class StringWithContentsOfFile : public testing::TestWithParam<FileText> {};
 

@@ -33,6 +33,10 @@ struct FileKind {
     bool path, file, directory, link;
 };
 
+void PrintTo(const FileKind& kind, std::ostream* out) {
+    *out << kind.name;
+}
+
 class FilesBasicsKinds : public testing::TestWithParam<FileKind> {
 protected:
     void SetUp() override {

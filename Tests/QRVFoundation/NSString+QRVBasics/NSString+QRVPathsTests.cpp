@@ -93,6 +93,10 @@ struct Containment {
     bool contained;
 };
 
+void PrintTo(const Containment& test, std::ostream* out) {
+    *out << printed(test.outer) << " " << printed(test.inner);
+}
+
 class PathContainment : public testing::TestWithParam<Containment> {};
 
 TEST_P(PathContainment, IsByWholeComponents) {

@@ -9,6 +9,10 @@ struct PunctuationCase {
     char16_t character;
 };
 
+void PrintTo(const PunctuationCase& test, std::ostream* out) {
+    *out << testing::PrintToString(test.character);
+}
+
 class Punctuation : public testing::TestWithParam<PunctuationCase> {};
 
 TEST_P(Punctuation, IsTheOneCharacter) {

@@ -32,6 +32,10 @@ struct Decoding {
     const char16_t* decoded;
 };
 
+void PrintTo(const Decoding& test, std::ostream* out) {
+    *out << printed(test.text) << " keeping " << printed(test.kept);
+}
+
 class PercentDecoding : public testing::TestWithParam<Decoding> {};
 
 TEST_P(PercentDecoding, ReplacesTheEscapes) {

@@ -101,6 +101,10 @@ struct Lines {
     NSArray lines;
 };
 
+void PrintTo(const Lines& test, std::ostream* out) {
+    *out << testing::PrintToString(test.text);
+}
+
 class LineSplitting : public testing::TestWithParam<Lines> {};
 
 TEST_P(LineSplitting, GivesTheLines) {

@@ -349,6 +349,10 @@ struct TypeCase {
     NavigationType type;
 };
 
+void PrintTo(const TypeCase& test, std::ostream* out) {
+    *out << (test.reason ? test.reason : "nothing") << " " << test.navigationType;
+}
+
 class NavigationTypeTest : public FrameTrackerTest, public ::testing::WithParamInterface<TypeCase> {};
 
 TEST_P(NavigationTypeTest, IsAskedAboutAndAllowed) {
