@@ -17,6 +17,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <map>
 #include <memory>
 #include <string>
@@ -101,6 +102,7 @@ private:
 
     std::int64_t sendCommand(const std::string& session, std::string_view method, const Json& params,
                              ReplyHandler callback);
+    void callSoon(NSRunLoop::Handler handler);
     void answerSoon(ReplyHandler callback, DevToolsReply reply);
     void messageArrived(std::string_view text);
     void replyArrived(const Json& message);
@@ -118,8 +120,7 @@ private:
     ClosedHandler closedHandler_;
     bool closed_ = false;
     std::string closeReason_;
-    std::shared_ptr<bool> alive_ =
-        std::make_shared<bool>(true); // for posted functions, which may come too late
+    std::list<NSRunLoop::Posted> posted_; // what is still to be called
 };
 
 } // namespace qrv::engine
