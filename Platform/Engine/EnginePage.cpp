@@ -121,8 +121,7 @@ private:
     std::vector<DevToolsClient::Subscription> subscriptions_;
     NSRunLoop::Timer startTimer_;
     std::list<NSRunLoop::Timer> answerTimers_; // of the questions that are open
-    std::shared_ptr<bool> alive_ =
-        std::make_shared<bool>(true); // for posted functions, which may come too late
+    NSRunLoop::Posted failing_;                // of a load without an engine
 };
 
 EnginePage::EnginePage(PageClient& client)
@@ -256,9 +255,7 @@ void EnginePage::fail(const NSError& error) {
 void EnginePage::loadArchive(const WebArchive& archive) {
     archive_ = archive;
     if (failure_) {
-        loop_.performSoon([this, alive = std::weak_ptr<bool>(alive_)] {
-            if (!alive.expired()) frames_.failAll(failure_);
-        });
+        failing_ = loop_.performSoon([this] { frames_.failAll(failure_); });
     } else if (!session_.empty()) {
         enter();
     }

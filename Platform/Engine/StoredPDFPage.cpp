@@ -14,9 +14,7 @@ public:
 
     void loadArchive(const WebArchive& archive) override {
         resource_ = archive.mainResource();
-        NSRunLoop::currentRunLoop().performSoon([this, alive = std::weak_ptr<bool>(alive_)] {
-            if (!alive.expired()) deliver();
-        });
+        delivery_ = NSRunLoop::currentRunLoop().performSoon([this] { deliver(); });
     }
 
     void setViewSize(NSSize size) override { viewSize_ = size; }
@@ -51,8 +49,7 @@ private:
     WebResource resource_;
     NSSize viewSize_;
     bool delivered_ = false;
-    std::shared_ptr<bool> alive_ =
-        std::make_shared<bool>(true); // for posted functions, which may come too late
+    NSRunLoop::Posted delivery_;
 };
 
 } // namespace

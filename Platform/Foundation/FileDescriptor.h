@@ -1,17 +1,20 @@
 #pragma once
 
-// A file descriptor that closes itself.
+// An open file, socket or pipe of the system that closes itself.
 
+#include <cerrno>
 #include <unistd.h>
 #include <utility>
 
-namespace qrv::engine {
+namespace qrv {
 
-/// Owns an open file descriptor, or nothing.
+/// Owns an open file descriptor, or nothing. Closing it leaves errno alone, so that what failed before can
+/// still be told, and may be done between fork and exec.
 class FileDescriptor {
 public:
     FileDescriptor() = default;
 
+    /// -1 for nothing.
     explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
 
     FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
@@ -26,16 +29,25 @@ public:
         return *this;
     }
 
+    /// -1 for nothing.
     int get() const { return descriptor_; }
 
     explicit operator bool() const { return descriptor_ >= 0; }
 
     void reset() {
-        if (descriptor_ >= 0) ::close(std::exchange(descriptor_, -1));
+        const int error = errno;
+        if (descriptor_ >= 0) close();
+        errno = error;
     }
 
+    /// The same for a file that was written: false, with errno, when the system tells only now that it
+    /// failed.
+    [[nodiscard]] bool closeWritten() { return close() == 0; }
+
 private:
+    int close() { return ::close(std::exchange(descriptor_, -1)); }
+
     int descriptor_ = -1;
 };
 
-} // namespace qrv::engine
+} // namespace qrv

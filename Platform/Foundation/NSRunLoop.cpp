@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <system_error>
+#include <utility>
 
 namespace qrv {
 
@@ -126,8 +127,12 @@ NSRunLoop::Timer NSRunLoop::scheduleTimer(std::chrono::nanoseconds delay, Handle
     return Timer(std::move(state));
 }
 
-void NSRunLoop::performSoon(Handler handler) {
-    asio::post(context_->io, std::move(handler));
+NSRunLoop::Posted NSRunLoop::performSoon(Handler handler) {
+    auto state = std::make_shared<Handler>(std::move(handler));
+    asio::post(context_->io, [weak = std::weak_ptr(state)] {
+        if (const auto alive = weak.lock()) std::exchange(*alive, nullptr)(); // gone when it has run
+    });
+    return Posted(std::move(state));
 }
 
 } // namespace qrv

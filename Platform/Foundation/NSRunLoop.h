@@ -4,7 +4,7 @@
 //
 // Handlers run only inside the run operations, on the loop's thread, one after the other. A handler may run
 // the loop itself; a handler that throws ends the innermost run operation with its exception and leaves the
-// loop usable. Everything but performSoon belongs to the loop's thread.
+// loop usable. Everything belongs to the loop's thread.
 
 #include <chrono>
 #include <functional>
@@ -19,7 +19,8 @@ public:
     using Handler = std::function<void()>;
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    /// Keeps a timer or a watch alive; its handler never runs after cancel or destruction.
+    /// Keeps a watch, a timer or a posted function alive; its handler never runs after cancel or destruction.
+    /// An owner that holds its registrations may be destroyed by any handler, theirs included.
     class Registration {
     public:
         Registration() = default;
@@ -36,6 +37,7 @@ public:
 
     using Timer = Registration;
     using Watch = Registration;
+    using Posted = Registration;
 
     /// The calling thread's loop, created on first use and destroyed with the thread.
     // + currentRunLoop
@@ -60,14 +62,14 @@ public:
 
     /// Calls the handler whenever the descriptor is ready to read (or write), at its end too. The descriptor
     /// remains the caller's and should be non-blocking; closing it does not end the watch.
-    Watch watchReadable(int descriptor, Handler handler);
-    Watch watchWritable(int descriptor, Handler handler);
+    [[nodiscard]] Watch watchReadable(int descriptor, Handler handler);
+    [[nodiscard]] Watch watchWritable(int descriptor, Handler handler);
 
     /// Calls the handler once, after the delay.
-    Timer scheduleTimer(std::chrono::nanoseconds delay, Handler handler);
+    [[nodiscard]] Timer scheduleTimer(std::chrono::nanoseconds delay, Handler handler);
 
-    /// Calls the handler in the next turn of the loop, after everything posted before. Any thread.
-    void performSoon(Handler handler);
+    /// Calls the handler once, in a turn of its own after what was posted before.
+    [[nodiscard]] Posted performSoon(Handler handler);
 
 private:
     struct Context;

@@ -2,6 +2,8 @@
 
 // The client side of a log daemon's datagram socket.
 
+#include "Platform/Foundation/FileDescriptor.h"
+
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -14,12 +16,8 @@ class LogSocket {
 public:
     explicit LogSocket(std::string path) : path_(std::move(path)) {}
 
-    ~LogSocket();
-    LogSocket(const LogSocket&) = delete;
-    LogSocket& operator=(const LogSocket&) = delete;
-
-    /// Returns false if the datagram was dropped. One that is too long is passed in a sealed memory file, if
-    /// the daemon supports that.
+    /// False when nobody took it. What is too long for one datagram is handed over in a sealed memory file,
+    /// where the daemon knows that way.
     bool send(std::string_view datagram, bool mayPassMemoryFile);
 
     /// Changes the path for the following datagrams.
@@ -27,12 +25,11 @@ public:
 
 private:
     bool connect();
-    void disconnect();
     bool sendOnce(std::string_view datagram, bool mayPassMemoryFile);
 
     std::mutex mutex_;
     std::string path_;
-    int descriptor_ = -1;
+    FileDescriptor socket_;
 };
 
 } // namespace qrv

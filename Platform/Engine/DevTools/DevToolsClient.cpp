@@ -73,20 +73,25 @@ DevToolsReply DevToolsClient::call(const std::string& session, std::string_view 
     auto deadline = std::chrono::steady_clock::now() + timeout;
     auto id =
         sendCommand(session, method, params, [reply](const DevToolsReply& arrived) { *reply = arrived; });
-    std::weak_ptr<bool> alive = alive_;
-    loop_.runUntil([&] { return reply->has_value() || alive.expired(); }, deadline);
+    // A client that a handler destroys takes the callback with it, the other holder of the reply.
+    auto destroyed = [&reply] { return reply.use_count() == 1; };
+    loop_.runUntil([&] { return reply->has_value() || destroyed(); }, deadline);
     if (*reply) return **reply;
-    if (alive.expired()) return failure(DevToolsReply::Status::closed, "the client was destroyed");
+    if (destroyed()) return failure(DevToolsReply::Status::closed, "the client was destroyed");
     pending_.erase(id);
     return failure(DevToolsReply::Status::timedOut, std::string(method) + " was not answered in time");
 }
 
+void DevToolsClient::callSoon(NSRunLoop::Handler handler) {
+    auto place = posted_.emplace(posted_.end());
+    *place = loop_.performSoon([this, place, handler = std::move(handler)] {
+        posted_.erase(place); // first: the handler may destroy this object
+        handler();
+    });
+}
+
 void DevToolsClient::answerSoon(ReplyHandler callback, DevToolsReply reply) {
-    if (!callback) return;
-    loop_.performSoon(
-        [alive = std::weak_ptr(alive_), callback = std::move(callback), reply = std::move(reply)] {
-            if (!alive.expired()) callback(reply);
-        });
+    if (callback) callSoon([callback = std::move(callback), reply = std::move(reply)] { callback(reply); });
 }
 
 DevToolsClient::Subscription DevToolsClient::listen(const std::string& session, std::string_view method,
@@ -150,8 +155,7 @@ void DevToolsClient::connectionEnded(const std::string& reason) {
     closeReason_ = reason;
     for (auto& [id, pending] : std::exchange(pending_, {}))
         answerSoon(std::move(pending.callback), failure(DevToolsReply::Status::closed, reason));
-    loop_.performSoon([this, alive = std::weak_ptr(alive_)] {
-        if (alive.expired()) return;
+    callSoon([this] {
         if (auto handler = closedHandler_) handler(closeReason_);
     });
 }

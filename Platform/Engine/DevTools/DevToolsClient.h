@@ -18,6 +18,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <map>
 #include <memory>
 #include <string>
@@ -102,6 +103,7 @@ private:
 
     std::int64_t sendCommand(const std::string& session, std::string_view method, const Json& params,
                              ReplyHandler callback);
+    void callSoon(NSRunLoop::Handler handler);
     void answerSoon(ReplyHandler callback, DevToolsReply reply);
     void messageArrived(std::string_view text);
     void replyArrived(const Json& message);
@@ -119,8 +121,7 @@ private:
     ClosedHandler closedHandler_;
     bool closed_ = false;
     std::string closeReason_;
-    std::shared_ptr<bool> alive_ =
-        std::make_shared<bool>(true); // for posted functions, which may come too late
+    std::list<NSRunLoop::Posted> posted_; // what is still to be called
 };
 
 } // namespace qrv::engine

@@ -111,8 +111,7 @@ void DevToolsPipe::deliverNext() {
     received_.pop_front();
     if (!received_.empty() || ended_) {
         deliveryPosted_ = true;
-        loop_.performSoon([this, alive = std::weak_ptr(alive_)] {
-            if (alive.expired()) return;
+        delivery_ = loop_.performSoon([this] {
             deliveryPosted_ = false;
             deliverNext();
         });

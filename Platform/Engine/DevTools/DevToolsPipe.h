@@ -10,7 +10,6 @@
 
 #include <cstddef>
 #include <deque>
-#include <memory>
 
 namespace qrv::engine {
 
@@ -51,10 +50,9 @@ private:
     std::size_t written_ = 0; // bytes written of the first outgoing message
     bool ended_ = false;
     bool closeDelivered_ = false;
+    NSRunLoop::Posted delivery_; // of the next message
     bool deliveryPosted_ = false;
     std::string endReason_;
-    std::shared_ptr<bool> alive_ =
-        std::make_shared<bool>(true); // for posted functions, which may come too late
 };
 
 } // namespace qrv::engine

@@ -1,5 +1,7 @@
 #include "Platform/Engine/Process/EngineSandbox.h"
 
+#include "Platform/Foundation/FileDescriptor.h"
+
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
@@ -26,14 +28,9 @@ namespace {
 constexpr unsigned nobody = 65534;
 
 bool writeFile(const char* path, const char* text) {
-    int file = ::open(path, O_WRONLY | O_CLOEXEC);
-    if (file < 0) return false;
+    const FileDescriptor file(::open(path, O_WRONLY | O_CLOEXEC));
     auto size = static_cast<ssize_t>(std::strlen(text));
-    bool written = ::write(file, text, static_cast<std::size_t>(size)) == size;
-    int error = errno;
-    ::close(file);
-    errno = error;
-    return written;
+    return file && ::write(file.get(), text, static_cast<std::size_t>(size)) == size;
 }
 
 char* appendNumber(char* at, unsigned number) {

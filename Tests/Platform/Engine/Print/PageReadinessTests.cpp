@@ -18,7 +18,7 @@ public:
 
     SendResult send(std::string message) override {
         ScriptedTransport::send(std::move(message));
-        loop_.performSoon([this, command = sent.back()] { answer(command); });
+        answers_.push_back(loop_.performSoon([this, command = sent.back()] { answer(command); }));
         return SendResult::accepted;
     }
 
@@ -71,6 +71,7 @@ private:
     }
 
     NSRunLoop& loop_;
+    std::vector<NSRunLoop::Posted> answers_;
 };
 
 class PageReadinessTest : public ::testing::Test {

@@ -24,8 +24,8 @@ public:
         const SendResult result = ScriptedTransport::send(std::move(message));
         if (result != SendResult::accepted) return result;
         const Json command = sent.back();
-        loop_.performSoon(
-            [this, command] { answer(command["id"], command["method"].string(), command["params"]); });
+        answers_.push_back(loop_.performSoon(
+            [this, command] { answer(command["id"], command["method"].string(), command["params"]); }));
         return result;
     }
 
@@ -83,6 +83,7 @@ private:
     }
 
     NSRunLoop& loop_;
+    std::vector<NSRunLoop::Posted> answers_;
     std::int64_t worlds_ = 0;
 };
 
