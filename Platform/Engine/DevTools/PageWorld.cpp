@@ -1,5 +1,6 @@
 #include "Platform/Engine/DevTools/PageWorld.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace qrv::engine {
@@ -38,18 +39,19 @@ Json callParameters(const PageScript& script, const PageWorld::Arguments& argume
                          {"awaitPromise", awaitsPromise}});
 }
 
-/// "measure.js threw at line 12: TypeError: ...", the text in one line.
+/// "measure.js threw at line 12: TypeError: ...", with the place in the shared functions where it was thrown
+/// there: "measure.js threw at line 9 of shared.js: ...".
 std::string descriptionOf(const PageScript& script, const Json& exception) {
     constexpr std::size_t longestText = 300;
-    std::string text = exception["exception"]["description"].string(exception["text"].stringView());
-    text.resize(std::min({text.find('\n'), text.size(), longestText}));
-    // The engine counts lines from 0. An exception in the shared functions stands there.
-    const Json innermost = exception["stackTrace"]["callFrames"][0];
-    const Json& place = innermost.isNull() ? exception : innermost;
-    std::string name = innermost["url"].string();
-    name.erase(0, name.rfind('/') + 1);
-    return std::string(script.name) + " threw at line " + std::to_string(place["lineNumber"].integer() + 1) +
-           (name.empty() || name == script.name ? "" : " of " + name) + ": " + text;
+    const std::string text = exception["exception"]["description"].string(exception["text"].stringView());
+    const std::string_view firstLine =
+        std::string_view(text).substr(0, std::min(text.find('\n'), longestText));
+    // Below it are the places of the stack. The engine counts lines from 0.
+    const bool isShared = text.find("/" + std::string(scripts::shared.name) + ":") <
+                          text.find("/" + std::string(script.name) + ":");
+    return std::string(script.name) + " threw at line " +
+           std::to_string(exception["lineNumber"].integer() + 1) +
+           (isShared ? " of " + std::string(scripts::shared.name) : "") + ": " + std::string(firstLine);
 }
 
 } // namespace

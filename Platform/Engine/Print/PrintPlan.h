@@ -24,7 +24,9 @@ struct PrintPlan {
     /// Sheets do not scroll: sticky boxes stand where they are in the flow, and modal dialogs, which the
     /// engine repeats on every sheet, are boxes fixed to the view, without a backdrop.
     bool releasesBoxes = false;
+
     // Where the document is on the printed pages; the engine's destinations do not take it into account.
+
     double viewportPageLength = 0; ///< CSS px of the first page that is not kept
     double pageLength = 0;         ///< CSS px of the document on one page; 0 for documents of vertical text
     double pageMargin = 0;         ///< points

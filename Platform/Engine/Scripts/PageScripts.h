@@ -1,8 +1,9 @@
 #pragma once
 
-// The scripts that run in pages: one JavaScript file of this folder each, embedded by the build. Each begins
-// with a comment that says what it does with its arguments and what it answers. Most are functions that
-// PageWorld calls in a page's isolated world; those that are meant for new documents are programs.
+// The scripts that run in pages: one JavaScript file each in this folder and those below, embedded by the
+// build. Each begins with a comment that says what it does with its arguments and what it answers. Most are
+// functions that PageWorld calls in a page's isolated world; those that are meant for new documents are
+// programs.
 
 #include <string_view>
 
@@ -18,19 +19,24 @@ namespace scripts {
 /// The functions that the others use; to be evaluated in a world before any of them is called there.
 extern const PageScript shared;
 
-// Programs for new documents, run before the page's own scripts.
+// Loading/. The first two are programs for new documents, which run before the page's own scripts.
+
 extern const PageScript keepOpen;  ///< in the page's own world
 extern const PageScript watchView; ///< in the isolated world
-
-// Functions, in the order in which a page meets them.
 extern const PageScript enter;
 extern const PageScript title;
+
+// Readiness/
+
 extern const PageScript awaitContents;
 extern const PageScript presentMedia;
 extern const PageScript substituteImages;
 extern const PageScript holdView;
 extern const PageScript reveal;
 extern const PageScript conclude;
+
+// Print/
+
 extern const PageScript standStill;
 extern const PageScript measure;
 extern const PageScript describe;

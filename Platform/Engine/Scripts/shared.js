@@ -96,7 +96,9 @@ function listed(element) {
             return '';
         }
     };
-    const entries = attribute(element, 'srcset').matchAll(/([^\s,]\S*[^\s,]|[^\s,])(?:\s+([^\s,]+))?\s*(?:,|$)/g);
+    const entries = attribute(element, 'srcset').matchAll(
+        /([^\s,]\S*[^\s,]|[^\s,])(?:\s+([^\s,]+))?\s*(?:,|$)/g,
+    );
     return [...entries].map(([, address, descriptor = '']) => ({ address: resolved(address), descriptor }));
 }
 

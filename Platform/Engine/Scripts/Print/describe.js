@@ -1,5 +1,5 @@
 // Answers what the document says of itself and the engine loses, or makes up, when it prints: its language, the texts of
-// the headings that are seen, and where the targets of its inner links are, as far as they begin in the view. The page
+// its headings, and where the targets of its inner links are, as far as they begin in the view. The page
 // must be scrolled to its start.
 () => {
     const root = property('documentElement');
@@ -28,7 +28,8 @@
         if (top < innerHeight) targets.set(href.slice(hash + 1), Math.max(0, top));
     }
     return {
-        language: rootAttribute(null, 'lang') ?? rootAttribute('http://www.w3.org/XML/1998/namespace', 'lang'),
+        language:
+            rootAttribute(null, 'lang') ?? rootAttribute('http://www.w3.org/XML/1998/namespace', 'lang'),
         headings: query('h1,h2,h3,h4,h5,h6,[role="heading"]')
             .map((heading) => heading.innerText)
             .filter(Boolean),

@@ -9,7 +9,11 @@
     const takeBack = Symbol.for('web2pdf-takeBack');
     globalThis[takeBack]?.();
     const images = imageSource && getComputedStyle({ root, body }[imageSource]).backgroundImage;
-    const element = Document.prototype.createElementNS.call(document, 'http://www.w3.org/1999/xhtml', 'style');
+    const element = Document.prototype.createElementNS.call(
+        document,
+        'http://www.w3.org/1999/xhtml',
+        'style',
+    );
     element.textContent = styleSheet;
     if (root) Element.prototype.prepend.call(property('head') || root, element);
     // Where a policy forbids style elements, an adopted sheet is still allowed; it comes last, so that only the

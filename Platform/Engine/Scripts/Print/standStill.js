@@ -11,7 +11,9 @@
                 animation.finish();
             } else {
                 animation.pause();
-                animation.currentTime = animation.currentTime;
+                // Lets go of a timeline that follows the scrolling.
+                const { currentTime } = animation;
+                animation.currentTime = currentTime;
             }
         } catch {
             // An animation that the page's scripts have given values which allow neither: it goes on.

@@ -2,7 +2,8 @@
 // repeats on every sheet, become boxes fixed to the view, without a backdrop.
 () => {
     const set = (box, values) => {
-        for (const name in values) read(HTMLElement, 'style', box).setProperty(name, values[name], 'important');
+        for (const name in values)
+            read(HTMLElement, 'style', box).setProperty(name, values[name], 'important');
     };
     for (const box of query('*')) {
         if (!(box instanceof HTMLElement) || getComputedStyle(box).position !== 'sticky') continue;
@@ -25,13 +26,14 @@
             'max-height': 'none',
         });
     };
+    // Before the dialogs: one that is shown again hides popovers.
+    for (const box of query(':popover-open')) {
+        takeDown(box, () => HTMLElement.prototype.hidePopover.call(box));
+    }
     for (const dialog of query('dialog:modal')) {
         takeDown(dialog, () => {
             HTMLDialogElement.prototype.close.call(dialog);
             HTMLDialogElement.prototype.show.call(dialog);
         });
-    }
-    for (const box of query(':popover-open')) {
-        takeDown(box, () => HTMLElement.prototype.hidePopover.call(box));
     }
 };

@@ -12,7 +12,12 @@
     const rootZoom = px(rootStyle, 'zoom') || 1;
     const bodyZoom = (body && px(bodyStyle, 'zoom')) || 1;
     const edge = (name) => px(rootStyle, name) * rootZoom;
-    const edges = (name) => ({ top: name('Top'), right: name('Right'), bottom: name('Bottom'), left: name('Left') });
+    const edges = (name) => ({
+        top: name('Top'),
+        right: name('Right'),
+        bottom: name('Bottom'),
+        left: name('Left'),
+    });
 
     // A box's size as if box-sizing were content-box.
     const contentSize = (style, size, around) => {
@@ -47,7 +52,7 @@
             strings.push(text.replace(/\\(.)/g, '$1'));
             return '[' + (strings.length - 1) + ']';
         });
-        for (let length = -1; length !== layers.length; ) {
+        for (let length = -1; length !== layers.length;) {
             length = layers.length;
             layers = layers.replace(/\((?:[^()[\]]*(\[\d+\]))?[^()]*\)/g, '$1');
         }
