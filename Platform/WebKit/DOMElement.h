@@ -15,9 +15,6 @@ public:
     /// The element of a node name: "FRAME" gives a DOMHTMLFrameElement, "IFRAME" a DOMHTMLIFrameElement,
     /// also in small letters; another name gives a DOMElement; nil gives nil.
     static DOMElement elementWithTagName(const NSString& tagName);
-
-    // - tagName
-    NSString tagName() const;
 };
 
 /// The element of a frame in a frameset.

@@ -29,9 +29,6 @@ public:
 
     SendResult send(std::string message) override;
 
-    /// Ends the connection from our side: no handler is called any more.
-    void close();
-
 private:
     void readAvailable();
     void takeBytes(std::string_view bytes);
