@@ -27,7 +27,6 @@ inline constexpr char16_t PDFDocumentAuthorAttribute[] = u"Author";
 inline constexpr char16_t PDFDocumentSubjectAttribute[] = u"Subject";
 inline constexpr char16_t PDFDocumentCreatorAttribute[] = u"Creator";
 inline constexpr char16_t PDFDocumentProducerAttribute[] = u"Producer";
-inline constexpr char16_t PDFDocumentKeywordsAttribute[] = u"Keywords";
 inline constexpr char16_t PDFDocumentCreationDateAttribute[] = u"CreationDate";
 inline constexpr char16_t PDFDocumentModificationDateAttribute[] = u"ModDate";
 

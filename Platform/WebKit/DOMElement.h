@@ -15,9 +15,6 @@ public:
     /// Makes an element from its node name: DOMHTMLFrameElement for "FRAME", DOMHTMLIFrameElement for
     /// "IFRAME", in lower case too, and DOMElement for any other name. nil gives nil.
     static DOMElement elementWithTagName(const NSString& tagName);
-
-    // - tagName
-    NSString tagName() const;
 };
 
 /// A frame in a frameset.

@@ -31,12 +31,6 @@ DevToolsPipe::DevToolsPipe(FileDescriptor socket, NSRunLoop& loop, Limits limits
 
 DevToolsPipe::~DevToolsPipe() = default;
 
-void DevToolsPipe::close() {
-    closeDelivered_ = true;
-    received_.clear();
-    end({});
-}
-
 DevToolsTransport::SendResult DevToolsPipe::send(std::string message) {
     if (ended_) return SendResult::closed;
     if (message.size() >= limits_.outgoing) return SendResult::tooLarge;

@@ -28,9 +28,6 @@ public:
 
     SendResult send(std::string message) override;
 
-    /// Ends the connection from our side; no handler is called afterwards.
-    void close();
-
 private:
     void readAvailable();
     void takeBytes(std::string_view bytes);

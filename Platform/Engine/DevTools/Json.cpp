@@ -189,24 +189,10 @@ std::string_view Json::stringView() const {
     return isString() ? view(node_->get_string()) : std::string_view();
 }
 
-std::vector<Json::Member> Json::members() const {
-    std::vector<Member> members;
-    if (!isObject()) return members;
-    members.reserve(size());
-    for (const auto& member : node_->get_object())
-        members.emplace_back(std::string(view(member.key())), Json(Node(node_, &member.value())));
-    return members;
-}
-
 std::vector<Json> Json::elements() const {
     std::vector<Json> elements;
     for (std::size_t index = 0; index < (isArray() ? size() : 0); ++index) elements.push_back(element(index));
     return elements;
-}
-
-bool operator==(const Json& left, const Json& right) {
-    if (left.isNull() || right.isNull()) return left.isNull() && right.isNull();
-    return *left.node_ == *right.node_;
 }
 
 } // namespace qrv::engine

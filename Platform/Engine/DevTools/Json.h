@@ -85,10 +85,7 @@ public:
     std::string_view
     stringView() const; // without a copy; empty for other kinds; valid while this value lives
 
-    std::vector<Member> members() const; // in the order of the text; empty for other kinds
     std::vector<Json> elements() const;
-
-    friend bool operator==(const Json& left, const Json& right);
 
 private:
     /// Points into a document, which it keeps alive; empty for null.

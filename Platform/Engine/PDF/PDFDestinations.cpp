@@ -1,5 +1,7 @@
 #include "Platform/Engine/PDF/PDFDestinations.h"
 
+#include "Platform/Engine/PDF/LengthUnits.h"
+
 #include <algorithm>
 #include <cmath>
 #include <qpdf/QPDF.hh>
@@ -8,7 +10,6 @@ namespace qrv::engine {
 
 namespace {
 
-constexpr double renderersUnit = 0.75;
 /// A destination this close to the end of a page leads to the next page.
 constexpr double slack = 0.5;
 constexpr int decimals = 3;
@@ -50,8 +51,8 @@ private:
         }
         const auto number = static_cast<double>(page - pages_.begin());
         const double distance =
-            layout_.firstPageLength + number * layout_.pageLength + (topOf(*page) - top) / renderersUnit;
-        QPDFObjectHandle placed = atDistance(distance, left / renderersUnit);
+            layout_.firstPageLength + number * layout_.pageLength + (topOf(*page) - top) / pointsPerPixel;
+        QPDFObjectHandle placed = atDistance(distance, left / pointsPerPixel);
         for (int i = 0; i < 4; ++i) destination.setArrayItem(i, placed.getArrayItem(i));
     }
 

@@ -6,8 +6,10 @@
 #include "Platform/PDFKit/PDFFile.h"
 
 #include <cmath>
+#include <initializer_list>
 #include <map>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFMatrix.hh>
 #include <qpdf/QUtil.hh>
 #include <set>
 #include <stdexcept>
@@ -30,38 +32,37 @@ std::string text(double number) {
     return QUtil::double_to_string(number, decimals, true);
 }
 
-/// Maps the points of a page: scaled, then moved.
-struct Placement {
-    double scale = 1;
-    double dx = 0;
-    double dy = 0;
-
-    double x(double from) const { return scale * from + dx; }
-
-    double y(double from) const { return scale * from + dy; }
-
-    bool isIdentity() const { return scale == 1 && dx == 0 && dy == 0; }
-};
-
-QPDFObjectHandle makeBox(double left, double bottom, double right, double top) {
-    QPDFObjectHandle box = QPDFObjectHandle::newArray();
-    for (const double edge : {left, bottom, right, top}) {
-        box.appendItem(QPDFObjectHandle::newReal(edge, decimals));
-    }
-    return box;
+/// The matrices here scale and move, and do not rotate, so that the coordinates are independent.
+double movedX(const QPDFMatrix& placement, double x) {
+    return placement.a * x + placement.e;
 }
 
-QPDFObjectHandle placedBox(const QPDFObjectHandle::Rectangle& box, const Placement& placement) {
-    return makeBox(placement.x(box.llx), placement.y(box.lly), placement.x(box.urx), placement.y(box.ury));
+double movedY(const QPDFMatrix& placement, double y) {
+    return placement.d * y + placement.f;
+}
+
+bool isIdentity(const QPDFMatrix& placement) {
+    return placement == QPDFMatrix();
+}
+
+/// Makes an array with as many decimals as an exact size needs; the library's own conversion has fewer.
+QPDFObjectHandle makeNumbers(std::initializer_list<double> numbers) {
+    QPDFObjectHandle array = QPDFObjectHandle::newArray();
+    for (const double number : numbers) array.appendItem(QPDFObjectHandle::newReal(number, decimals));
+    return array;
+}
+
+QPDFObjectHandle makeBox(const QPDFObjectHandle::Rectangle& box) {
+    return makeNumbers({box.llx, box.lly, box.urx, box.ury});
 }
 
 /// Moves an array of alternating x and y.
-void movePoints(QPDFObjectHandle points, const Placement& placement) {
+void movePoints(QPDFObjectHandle points, const QPDFMatrix& placement) {
     for (int i = 0; points.isArray() && i < points.getArrayNItems(); ++i) {
         QPDFObjectHandle item = points.getArrayItem(i);
         double number = 0;
         if (!item.getValueAsNumber(number)) continue;
-        number = i % 2 == 0 ? placement.x(number) : placement.y(number);
+        number = i % 2 == 0 ? movedX(placement, number) : movedY(placement, number);
         points.setArrayItem(i, QPDFObjectHandle::newReal(number, decimals));
     }
 }
@@ -88,7 +89,7 @@ public:
         for (const QPDFObjectHandle& object : document_.getAllObjects()) moveDestinations(object);
         for (const QPDFObjectHandle& page : document_.getAllPages()) {
             editAnnotations(page);
-            if (!placements_.at(page.getObjGen()).isIdentity()) moveContents(page);
+            if (!isIdentity(placements_.at(page.getObjGen()))) moveContents(page);
         }
     }
 
@@ -96,10 +97,10 @@ private:
     void placePage(QPDFObjectHandle page) {
         if (!page.getKey(mediaBox).isRectangle()) throw std::runtime_error("page without a size");
         const QPDFObjectHandle::Rectangle old = page.getKey(mediaBox).getArrayAsRectangle();
-        Placement placement{edits_.scale};
+        QPDFMatrix placement(edits_.scale, 0, 0, edits_.scale, 0, 0);
         if (edits_.size) {
-            placement.dx = -placement.x(old.llx);
-            placement.dy = edits_.size->height - placement.y(old.ury);
+            placement.e = -movedX(placement, old.llx);
+            placement.f = edits_.size->height - movedY(placement, old.ury);
         }
         const double width = edits_.scale * (old.urx - old.llx);
         const double height = edits_.scale * (old.ury - old.lly);
@@ -109,11 +110,12 @@ private:
         for (const char* name : innerBoxes) placeBox(page, name, placement);
     }
 
-    void placeBox(QPDFObjectHandle page, const char* name, const Placement& placement) {
+    void placeBox(QPDFObjectHandle page, const char* name, const QPDFMatrix& placement) {
         QPDFObjectHandle box = page.getKey(name);
         if (!box.isRectangle()) return;
-        page.replaceKey(name, edits_.size ? makeBox(0, 0, edits_.size->width, edits_.size->height)
-                                          : placedBox(box.getArrayAsRectangle(), placement));
+        page.replaceKey(name, makeBox(edits_.size ? QPDFObjectHandle::Rectangle(0, 0, edits_.size->width,
+                                                                                edits_.size->height)
+                                                  : placement.transformRectangle(box.getArrayAsRectangle())));
     }
 
     /// Moves the destinations in one object and its direct parts. References are not followed, so each is
@@ -134,12 +136,12 @@ private:
     void moveDestination(QPDFObjectHandle array) {
         if (array.getArrayNItems() < 3 || !array.getArrayItem(1).isName()) return;
         const auto placement = placements_.find(array.getArrayItem(0).getObjGen());
-        if (placement == placements_.end() || placement->second.isIdentity()) return;
+        if (placement == placements_.end() || isIdentity(placement->second)) return;
         int place = 2;
         for (const char axis : destinationAxes(array.getArrayItem(1).getName())) {
             double number = 0;
             if (place < array.getArrayNItems() && array.getArrayItem(place).getValueAsNumber(number)) {
-                number = axis == 'x' ? placement->second.x(number) : placement->second.y(number);
+                number = axis == 'x' ? movedX(placement->second, number) : movedY(placement->second, number);
                 array.setArrayItem(place, QPDFObjectHandle::newReal(number, decimals));
             }
             ++place;
@@ -147,7 +149,7 @@ private:
     }
 
     void editAnnotations(QPDFObjectHandle page) {
-        const Placement& placement = placements_.at(page.getObjGen());
+        const QPDFMatrix& placement = placements_.at(page.getObjGen());
         if (!page.getKey("/Annots").isArray()) return;
         QPDFObjectHandle kept = QPDFObjectHandle::newArray();
         for (QPDFObjectHandle annotation : page.getKey("/Annots").aitems()) {
@@ -185,10 +187,13 @@ private:
     /// Prepends a transformation to a page's contents. Patterns use the page's own coordinates whatever the
     /// contents set, so they get the transformation as well.
     void moveContents(QPDFObjectHandle page) {
-        const Placement& placement = placements_.at(page.getObjGen());
-        const std::string scale = text(placement.scale);
-        const std::string operation =
-            scale + " 0 0 " + scale + " " + text(placement.dx) + " " + text(placement.dy) + " cm\n";
+        const QPDFMatrix& placement = placements_.at(page.getObjGen());
+        std::string operation;
+        for (const double number :
+             {placement.a, placement.b, placement.c, placement.d, placement.e, placement.f}) {
+            operation += text(number) + " ";
+        }
+        operation += "cm\n";
         page.addPageContents(document_.newStream(operation), true);
         QPDFObjectHandle patterns = page.getKey("/Resources");
         patterns = patterns.isDictionary() ? patterns.getKey("/Pattern") : QPDFObjectHandle::newNull();
@@ -202,27 +207,22 @@ private:
             .replaceKey("/Pattern", moved);
     }
 
-    QPDFObjectHandle movedPattern(QPDFObjectHandle pattern, const Placement& placement) {
+    QPDFObjectHandle movedPattern(QPDFObjectHandle pattern, const QPDFMatrix& placement) {
         if (!pattern.isStream() && !pattern.isDictionary()) return pattern;
         QPDFObjectHandle copy =
             pattern.isStream() ? pattern.copyStream() : document_.makeIndirectObject(pattern.shallowCopy());
         QPDFObjectHandle dictionary = copy.isStream() ? copy.getDict() : copy;
         QPDFObjectHandle old = dictionary.getKey("/Matrix");
-        QPDFObjectHandle::Matrix matrix(1, 0, 0, 1, 0, 0);
-        if (old.isMatrix()) matrix = old.getArrayAsMatrix();
-        QPDFObjectHandle array = QPDFObjectHandle::newArray();
-        for (const double number : {matrix.a, matrix.b, matrix.c, matrix.d}) {
-            array.appendItem(QPDFObjectHandle::newReal(placement.scale * number, decimals));
-        }
-        array.appendItem(QPDFObjectHandle::newReal(placement.x(matrix.e), decimals));
-        array.appendItem(QPDFObjectHandle::newReal(placement.y(matrix.f), decimals));
-        dictionary.replaceKey("/Matrix", array);
+        QPDFMatrix matrix = placement;
+        if (old.isMatrix()) matrix.concat(old.getArrayAsMatrix());
+        dictionary.replaceKey("/Matrix",
+                              makeNumbers({matrix.a, matrix.b, matrix.c, matrix.d, matrix.e, matrix.f}));
         return copy;
     }
 
     QPDF& document_;
     const PDFPageEdits& edits_;
-    std::map<QPDFObjGen, Placement> placements_;
+    std::map<QPDFObjGen, QPDFMatrix> placements_;
     std::set<QPDFObjGen> seen_;
 };
 

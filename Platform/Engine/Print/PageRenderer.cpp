@@ -1,5 +1,6 @@
 #include "Platform/Engine/Print/PageRenderer.h"
 
+#include "Platform/Engine/PDF/LengthUnits.h"
 #include "Platform/Engine/PDF/PDFPageEdits.h"
 #include "Platform/Engine/Print/PrintLayout.h"
 #include "Platform/Engine/Print/ViewMetrics.h"
@@ -8,12 +9,6 @@
 #include <chrono>
 
 namespace qrv::engine {
-
-namespace {
-
-constexpr double pointsPerPixel = 0.75;
-
-} // namespace
 
 PageRenderer::PageRenderer(DevToolsClient& devTools, NSRunLoop& loop, std::string session, PageWorld& world)
     : devTools_(devTools), session_(std::move(session)), world_(world), readiness_(world_, loop) {}

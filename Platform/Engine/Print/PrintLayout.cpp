@@ -1,5 +1,6 @@
 #include "Platform/Engine/Print/PrintLayout.h"
 
+#include "Platform/Engine/PDF/LengthUnits.h"
 #include "Platform/Engine/Print/CanvasStyle.h"
 #include "Platform/Engine/Print/RootBox.h"
 #include "Platform/Engine/Print/StyleText.h"
@@ -11,8 +12,6 @@
 namespace qrv::engine {
 namespace {
 
-constexpr double pointsPerInch = 72;
-constexpr double pixelsPerPoint = 96.0 / 72;
 constexpr double smallestScale = 0.1; // the engine takes no smaller one
 constexpr double smallestContent = 72;
 constexpr double smallestPaper = 72;

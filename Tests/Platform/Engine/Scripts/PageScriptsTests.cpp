@@ -68,8 +68,8 @@ TEST_F(PageScriptsTest, AScriptThatThrowsSaysWhere) {
     constexpr PageScript misused{"misused.js",
                                  "() => property('noSuchThing')\n//# sourceURL=web2pdf/misused.js\n"};
     show("");
-    EXPECT_EQ(world().call(broken), std::nullopt);
-    EXPECT_EQ(world().await(misused), std::nullopt);
+    EXPECT_FALSE(world().call(broken));
+    EXPECT_FALSE(world().await(misused));
     ASSERT_THAT(log_, SizeIs(2));
     EXPECT_EQ(log_[0], "broken.js threw at line 3: ReferenceError: nothing is not defined");
     EXPECT_THAT(log_[1],
@@ -106,8 +106,8 @@ TEST_F(PageScriptsTest, TheTitleIsThatOfTheDocumentWhateverElementsAreCalled) {
 
 TEST_F(PageScriptsTest, PagesAreEnteredByAddressesOnly) {
     show("");
-    EXPECT_EQ(answer(scripts::enter, {"http://[half"}), Json(false));
-    EXPECT_EQ(answer(scripts::enter, {"about:blank#there"}), Json(true));
+    EXPECT_FALSE(answer(scripts::enter, {"http://[half"}).boolean(true));
+    EXPECT_TRUE(answer(scripts::enter, {"about:blank#there"}).boolean());
 }
 
 TEST_F(PageScriptsTest, APageCannotCloseItself) {
@@ -120,10 +120,8 @@ TEST_F(PageScriptsTest, APageCannotCloseItself) {
 
 TEST_F(PageScriptsTest, AQuietPageIsReady) {
     show("<!DOCTYPE html><body style=margin:0><div style=height:1500px></div>");
-    const Json found = awaited(scripts::awaitContents, {farLimit});
-    EXPECT_EQ(found, *Json::parse(R"({"documentHeight": 1500, "viewHeight": 400, "isSingleMedia": false,
-                                      "failedImages": []})"))
-        << found.serialize();
+    EXPECT_EQ(awaited(scripts::awaitContents, {farLimit}).serialize(),
+              R"({"documentHeight":1500,"viewHeight":400,"isSingleMedia":false,"failedImages":[]})");
 }
 
 TEST_F(PageScriptsTest, EveryFieldOfTheContentsIsRead) {
@@ -354,7 +352,7 @@ constexpr char greenSheet[] =
 TEST_F(PageScriptsTest, ThePrintsStyleSheetIsStrongerThanThePage) {
     show("<!DOCTYPE html><html style='color:blue!important'><style>body{color:blue!important}</style>"
          "<body style='color:blue!important'>");
-    EXPECT_EQ(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}), Json(true));
+    EXPECT_TRUE(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}).boolean());
     EXPECT_EQ(style("html", "color"), "rgb(255, 0, 0)");
     EXPECT_EQ(style("body", "color"), "rgb(255, 0, 0)");
     EXPECT_EQ(evaluate("document.body.getAttribute('style')").string(), "color: blue;");
@@ -373,10 +371,10 @@ TEST_F(PageScriptsTest, AnAdoptedSheetServesWhereStylesAreForbidden) {
         "<!DOCTYPE html><meta http-equiv=Content-Security-Policy content=\"style-src 'none'\"><p>text<script>"
         "const own = new CSSStyleSheet(); own.replaceSync('p{color:rgb(0,0,255)}');"
         "document.adoptedStyleSheets = [own]</script>");
-    EXPECT_EQ(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}), Json(true));
+    EXPECT_TRUE(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}).boolean());
     EXPECT_EQ(style("body", "color"), "rgb(255, 0, 0)");
     EXPECT_EQ(style("p", "color"), "rgb(0, 0, 255)");
-    EXPECT_EQ(answer(scripts::applyPrintStyle, {greenSheet, "", "", ""}), Json(true));
+    EXPECT_TRUE(answer(scripts::applyPrintStyle, {greenSheet, "", "", ""}).boolean());
     EXPECT_EQ(style("body", "color"), "rgb(0, 128, 0)");
     EXPECT_EQ(style("p", "color"), "rgb(0, 0, 255)");
     EXPECT_EQ(evaluate("document.adoptedStyleSheets.length").integer(), 2);
@@ -386,7 +384,7 @@ TEST_F(PageScriptsTest, TheStyleSheetStandsInTheRealHead) {
     show("<!DOCTYPE html><html><head><title>T</title></head><body><div id=h></div><form name=head></form>"
          "<img name=documentElement><img name=body>");
     ASSERT_EQ(evaluate("document.head.localName").string(), "form");
-    EXPECT_EQ(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}), Json(true));
+    EXPECT_TRUE(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}).boolean());
     EXPECT_EQ(evaluate("document.querySelector('style').parentNode.localName").string(), "head");
     EXPECT_EQ(evaluate("document.querySelector('head').firstChild.localName").string(), "style");
     EXPECT_EQ(style("body", "color"), "rgb(255, 0, 0)");
@@ -404,7 +402,7 @@ TEST_F(PageScriptsTest, BackgroundImagesMoveToTheirTarget) {
 
 TEST_F(PageScriptsTest, NothingIsInForceInAPageWithoutARoot) {
     show("<!DOCTYPE html><script>document.documentElement.remove()</script>");
-    EXPECT_EQ(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}), Json(true));
+    EXPECT_TRUE(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}).boolean());
 }
 
 TEST_F(PageScriptsTest, BoxesThatScrollOrStandAboveAllAreReleased) {
