@@ -3,7 +3,6 @@
 import concurrent.futures
 import os
 import subprocess
-import time
 import unittest
 
 import engine
@@ -17,15 +16,9 @@ URL_ERRORS = "NSURLErrorDomain"
 class StoppedTests(ToolTestCase):
     """The tool is stopped from outside while its engine shows a page."""
 
-    def start_and_wait_for_the_engine(self, archive):
-        self.set_preferences({"WebToolExtraLoadingTime": 60})
-        child = self.start("screen", self.archive_file(archive), self.folder / "out" / "page.pdf", "uid")
-        self.assertIsNotNone(processes.wait_for(lambda: len(processes.descendants()) >= 3, 20), "no engine came up")
-        time.sleep(1)
-        return child
-
     def assert_ends(self, signal_number, archive):
-        child = self.start_and_wait_for_the_engine(archive)
+        child = self.start_and_show(archive, 60)
+        self.assertGreaterEqual(len(processes.descendants()), 3, "no engine came up")
         status = stop_by(signal_number, child)
         self.assertEqual(processes.wait_until_none(5), {}, "processes outlived the tool")
         self.assertEqual(processes.carrying("WEB2PDF_TEST_RUN", self.marker), {})
@@ -59,12 +52,12 @@ class StoppedTests(ToolTestCase):
 class EngineDiesTests(ToolTestCase):
     """The engine ends before the tool has got what it wants from it."""
 
-    def convert_with(self, text, mode="screen", old=None):
+    def convert_with(self, text, mode="screen", old=None, **environment):
         path = self.folder / "out" / "page.pdf"
         if old is not None:
             path.write_bytes(old)
         return self.convert(page("<p>Text</p>"), mode=mode, expect_success=False,
-                            environment=self.environment(WEB2PDF_ENGINE=self.script("engine", text)))
+                            environment=self.environment(WEB2PDF_ENGINE=self.script("engine", text), **environment))
 
     def test_proxy_alone_changes_nothing(self):
         run = self.convert_with(engine.proxy("Nothing.atAll", "die"))
@@ -78,12 +71,10 @@ class EngineDiesTests(ToolTestCase):
             self.assertEqual(file.read(), b"old contents")
 
     def test_killed_while_the_page_is_shown(self):
-        self.set_preferences({"WebToolExtraLoadingTime": 30})
-        child = self.start("screen", self.archive_file(page("<p>Text</p>")), self.folder / "out" / "page.pdf", "uid")
-        others = lambda: [pid for pid in processes.descendants() if pid != child.pid]
-        self.assertIsNotNone(processes.wait_for(lambda: len(others()) >= 2, 20))
-        time.sleep(2)
-        for pid in others():
+        child = self.start_and_show(page("<p>Text</p>"), 3)
+        others = [pid for pid in processes.descendants() if pid != child.pid]
+        self.assertGreaterEqual(len(others), 2)
+        for pid in others:
             try:
                 os.kill(pid, KILL)
             except ProcessLookupError:
@@ -124,7 +115,7 @@ class EngineDiesTests(ToolTestCase):
             self.assertEqual(file.read(), b"old contents")
 
     def test_nonsense_instead_of_messages(self):
-        run = self.convert_with(engine.ANSWERS_NONSENSE, old=b"old contents")
+        run = self.convert_with(engine.ANSWERS_NONSENSE, old=b"old contents", WEB2PDF_ENGINE_START_TIMEOUT=2)
         self.assertEqual(run.result["succeeded"], False)
         self.assertEqual(run.error.domain, URL_ERRORS)
 

@@ -4,7 +4,6 @@ import os
 import socket
 import subprocess
 import threading
-import time
 import unittest
 
 import processes
@@ -137,14 +136,11 @@ class IsolationTests(ToolTestCase):
 
     def watch(self, **options):
         """The engine's processes during the quiet period, as (name, network, user, seccomp, command line)."""
-        self.set_preferences({"WebToolExtraLoadingTime": 3})
-        child = self.start("screen", self.archive_file(page("<p>Text</p>")), self.folder / "out" / "page.pdf", "uid",
-                           **options)
+        child = self.start_and_show(page("<p>Text</p>"), 3, **options)
         seen = []
-        engine = lambda: [pid for pid, name in processes.descendants().items() if pid != child.pid]
-        self.assertIsNotNone(processes.wait_for(lambda: len(engine()) >= 2, 20), "no engine was started")
-        time.sleep(1)
-        for pid in engine():
+        engine = [pid for pid in processes.descendants() if pid != child.pid]
+        self.assertGreaterEqual(len(engine), 2, "no engine was started")
+        for pid in engine:
             with open(f"/proc/{pid}/status", encoding="utf-8") as file:
                 status = dict(line.split(":", 1) for line in file)
             with open(f"/proc/{pid}/cmdline", "rb") as file:

@@ -24,17 +24,17 @@ class GalleryTestCase(ToolTestCase):
         notes = self.folder / "witness"
         notes.mkdir()
         notes.chmod(0o777)
-        engine = self.script("engine", witness(notes))
+        target = os.environ.get("WEB2PDF_GALLERY")
+        # A print is not compared with the picture of the page, which the contact sheet alone shows beside it.
+        engine = self.script("engine", witness(notes, takes_picture=bool(target) or mode == "screen"))
         run = self.convert(page.archive, mode=mode, environment=self.environment(WEB2PDF_ENGINE=engine))
-        verdict = judge(page, mode, run.pdf, Sight(notes))
-        self.keep(group, page, verdict)
+        verdict = judge(page, mode, run.pdf, Sight(notes), illustrated=bool(target))
+        if target:
+            self.keep(target, group, page, verdict)
         self.assertEqual(verdict.problems, [], page.trouble)
 
     @staticmethod
-    def keep(group, page, verdict):
-        target = os.environ.get("WEB2PDF_GALLERY")
-        if not target:
-            return
+    def keep(target, group, page, verdict):
         folder = pathlib.Path(target) / group
         folder.mkdir(parents=True, exist_ok=True)
         name = f"{page.name}-{verdict.mode}"

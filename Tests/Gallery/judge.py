@@ -1,6 +1,7 @@
 """Compares a page's PDF with what the witness saw and with what the gallery says must hold."""
 
 import collections
+import functools
 import io
 import json
 import re
@@ -95,7 +96,8 @@ class Verdict:
                 "problems": self.problems}
 
 
-def judge(page, mode, pdf, sight):
+def judge(page, mode, pdf, sight, illustrated=True):
+    """The verdict; where it is not to be illustrated, without the pictures that nothing is told by."""
     verdict = Verdict(mode)
     verdict.sheets = pdf.page_count
     verdict.size = pdf.size(1)
@@ -104,7 +106,7 @@ def judge(page, mode, pdf, sight):
     if mode == "screen":
         _judge_screen(verdict, page, pdf, words, sight)
     else:
-        _judge_print(verdict, page, pdf, words, sight)
+        _judge_print(verdict, page, pdf, words, sight, illustrated)
     if verdict.lost:
         verdict.problems.append(f"words lost: {verdict.lost[:10]}")
     if verdict.outside:
@@ -144,7 +146,7 @@ def _judge_screen(verdict, page, pdf, words, sight):
         verdict.expect(share <= page.allowance, f"{share:.3f} % of the pixels differ")
 
 
-def _judge_print(verdict, page, pdf, words, sight):
+def _judge_print(verdict, page, pdf, words, sight, illustrated):
     for number in range(1, pdf.page_count + 1):
         size = pdf.size(number)
         verdict.expect(max(abs(size[0] - PAPER[0]), abs(size[1] - PAPER[1])) < 0.01, f"page {number} is {size}")
@@ -154,10 +156,12 @@ def _judge_print(verdict, page, pdf, words, sight):
     scale = min(0.75, (PAPER[0] - 2 * MARGIN) / sight.size[0])
     if not page.shifts_words:
         _find_moved(verdict, page, words, sight, scale, (MARGIN, MARGIN))
-    sheets = [rendered(pdf, PAPER, number) for number in range(1, min(pdf.page_count, 4) + 1)]
-    verdict.pictures = {"seen": sight.picture(), "sheets": sheets}
+    sheet = functools.cache(lambda number: rendered(pdf, PAPER, number))
+    if illustrated:
+        sheets = [sheet(number) for number in range(1, min(pdf.page_count, 4) + 1)]
+        verdict.pictures = {"seen": sight.picture(), "sheets": sheets}
     for number, x, y, colour in page.sheet_pixels:
-        found = rendered(pdf, PAPER, number).getpixel((x, y))
+        found = sheet(number).getpixel((x, y))
         verdict.expect(near(found, colour), f"page {number}, pixel {x},{y} is {found}")
 
 

@@ -89,7 +89,14 @@ class Picture:
 class PDF:
     def __init__(self, path):
         self.path = str(path)
+        self._answers = {}
         self._info = _run("pdfinfo", "-enc", "UTF-8", "-f", "1", "-l", "1000000", "-box", self.path).decode()
+
+    def _told(self, *command):
+        """What a program says of the file; it is asked once."""
+        if command not in self._answers:
+            self._answers[command] = _run(*command)
+        return self._answers[command]
 
     @property
     def page_count(self):
@@ -120,15 +127,15 @@ class PDF:
         """What poppler reads: line by line as they are seen, or as_drawn, in the file's own order."""
         span = [] if page is None else ["-f", str(page), "-l", str(page)]
         order = ["-raw"] if as_drawn else []
-        return _run("pdftotext", "-enc", "UTF-8", *order, *span, self.path, "-").decode()
+        return self._told("pdftotext", "-enc", "UTF-8", *order, *span, self.path, "-").decode()
 
     def glyph_text(self):
         """What mupdf reads, which takes each glyph for what its font says of it, in the order of drawing."""
-        return _run("mutool", "draw", "-q", "-F", "txt", self.path).decode("utf-8", "surrogatepass")
+        return self._told("mutool", "draw", "-q", "-F", "txt", self.path).decode("utf-8", "surrogatepass")
 
     def words(self):
         """Every word with its place, in points from the page's top left."""
-        html = _run("pdftotext", "-enc", "UTF-8", "-bbox", self.path, "-").decode()
+        html = self._told("pdftotext", "-enc", "UTF-8", "-bbox", self.path, "-").decode()
         page, words = 0, []
         for line in html.splitlines():
             if "<page " in line:
@@ -160,8 +167,8 @@ class PDF:
     def assert_valid(self):
         """Nothing that any of three programs would have to repair or complain of."""
         _run_in_silence("qpdf", "--check", self.path)
-        _run_in_silence("mutool", "draw", "-q", "-F", "txt", "-o", "/dev/null", self.path)
-        _run_in_silence("pdftotext", self.path, "/dev/null")
+        for command in (("mutool", "draw", "-q", "-F", "txt", self.path), ("pdftotext", "-enc", "UTF-8", self.path, "-")):
+            self._answers[command] = _run_in_silence(*command)
 
     def links(self):
         """The addresses of the page's outward links, in order."""
@@ -206,7 +213,7 @@ class PDF:
 
     def picture(self, page=1, dpi=72):
         """The page as pixels; at 72 dpi one pixel is one point."""
-        return read_ppm(_run("pdftoppm", "-r", str(dpi), "-f", str(page), "-l", str(page), self.path))
+        return read_ppm(self._told("pdftoppm", "-r", str(dpi), "-f", str(page), "-l", str(page), self.path))
 
     def ppm(self, page, scale_to):
         """A page as the bytes of a PPM file of the size given."""
@@ -215,7 +222,7 @@ class PDF:
 
     def second_picture(self, page=1, dpi=72):
         """The same, drawn by mupdf."""
-        return read_ppm(_run("mutool", "draw", "-q", "-r", str(dpi), "-F", "ppm", "-o", "-", self.path, str(page)))
+        return read_ppm(self._told("mutool", "draw", "-q", "-r", str(dpi), "-F", "ppm", "-o", "-", self.path, str(page)))
 
 
 def read_ppm(data):

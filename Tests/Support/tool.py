@@ -10,6 +10,7 @@ lines of the documented form, no process and no temporary file left. A tool that
 writes their reports into a folder of the test, which must be empty at its end.
 """
 
+import functools
 import os
 import pathlib
 import plistlib
@@ -84,8 +85,9 @@ class Run:
     def result(self):
         return read_result(self.answer)
 
-    @property
+    @functools.cached_property
     def pdf(self):
+        """The file as it is when it is asked for first."""
         return PDF(self.output)
 
     @property
@@ -163,6 +165,17 @@ class ToolTestCase(unittest.TestCase):
                                  env=environment or self.environment(), cwd=self.folder,
                                  start_new_session=True, **options)
         self.addCleanup(self._stop, child)
+        return child
+
+    def start_and_show(self, archive, seconds, **options):
+        """Starts the tool in screen mode; when this returns, the page has loaded and is shown for these seconds."""
+        self.set_preferences({"WebToolExtraLoadingTime": seconds})
+        child = self.start("screen", self.archive_file(archive), self.folder / "out" / "page.pdf", "uid", **options)
+        log = b""
+        while b"Extra wait in loop" not in log:
+            line = child.stderr.readline()
+            self.assertTrue(line, f"the tool ended before the page was shown; log:\n{log.decode()}")
+            log += line
         return child
 
     @staticmethod
