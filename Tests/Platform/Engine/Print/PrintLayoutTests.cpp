@@ -507,6 +507,14 @@ TEST(PrintLayout, StructureIsLeftOutWhereItWouldTakeTooLong) {
     }
 }
 
+TEST(PrintLayout, AContainedRootHasNoOtherHeightThanItsContents) {
+    PrintPlan plan = screenPlan(page(612, 3000));
+    EXPECT_EQ(valueOf(plan, "html", "min-height"), "0");
+    EXPECT_EQ(valueOf(plan, "html", "max-height"), "none");
+    EXPECT_EQ(valueOf(plan, "html", "height"), "auto");
+    EXPECT_EQ(valueOf(plan, "html", "contain-intrinsic-height"), "792px");
+}
+
 TEST(PrintLayout, OnlySheetsReleaseStickyBoxes) {
     PageMeasurements m = page(612, 3000);
     EXPECT_FALSE(screenPlan(m).releasesBoxes);

@@ -60,7 +60,8 @@ Fields fieldsOf(const json::value& value, const std::string& prefix = {}) {
         if (member.is_object()) {
             fields.merge(fieldsOf(member, name + "."));
         } else {
-            fields[name] = json::serialize(member.is_number() ? json::value(member.to_number<double>()) : member);
+            fields[name] =
+                json::serialize(member.is_number() ? json::value(member.to_number<double>()) : member);
         }
     }
     return fields;
@@ -156,8 +157,7 @@ TEST_F(MeasureTest, APageThatShadowsItsDocumentsProperties) {
          "<div style=height:100px></div>" +
          images);
     ASSERT_EQ(evaluate("document.head.localName").string(), "img");
-    expectAnswer(
-        merged(plain(), json::parse(R"({"structureCost": 149, "root": {"hasEffect": true}})")));
+    expectAnswer(merged(plain(), json::parse(R"({"structureCost": 149, "root": {"hasEffect": true}})")));
 }
 
 constexpr Row rows[] = {
