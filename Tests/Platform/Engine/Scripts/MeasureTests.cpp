@@ -145,21 +145,6 @@ TEST_F(MeasureTest, AnEffectNeedsAHeadToWorkOn) {
     EXPECT_FALSE(pageMeasurementsFromJson(answer(scripts::measure)).root.hasEffect);
 }
 
-// Elements with names of the document's properties stand in front of them.
-TEST_F(MeasureTest, APageThatShadowsItsDocumentsProperties) {
-    std::string images;
-    for (const char* name :
-         {"head", "body", "documentElement", "scrollingElement", "compatMode", "querySelectorAll",
-          "adoptedStyleSheets", "getAnimations", "defaultView", "property", "query"}) {
-        images += "<img name=" + std::string(name) + " id=" + name + ">";
-    }
-    show("<!DOCTYPE html><head><style>html{opacity:0.5}img{display:none}</style></head><body>"
-         "<div style=height:100px></div>" +
-         images);
-    ASSERT_EQ(evaluate("document.head.localName").string(), "img");
-    expectAnswer(merged(plain(), json::parse(R"({"structureCost": 149, "root": {"hasEffect": true}})")));
-}
-
 constexpr Row rows[] = {
     {"MarginsBordersAndPaddings",
      "html{margin:1px 2px 3px 4px;border:5px solid;border-color:red lime blue gold;padding:6px 7px 8px 9px}",

@@ -95,6 +95,65 @@ TEST_F(PageScriptsTest, AnyElementMayBeNamedLikeASharedFunction) {
     EXPECT_EQ(answer(scripts::title).string(), "One");
 }
 
+/// Elements with the names of the document's properties stand in front of them in the page's own world. The
+/// engine spares other worlds that, so the scripts are tried in this one.
+class ShadowedDocumentTest : public PageScriptsTest {
+protected:
+    void SetUp() override {
+        PageScriptsTest::SetUp();
+        show("<!DOCTYPE html><html style=opacity:0.5><head><title>A page</title></head><body><p>text</p>"
+             "<form name=head></form><form name=title></form><img name=body><img name=documentElement>"
+             "<img name=scrollingElement><img name=compatMode><img name=contentType><img "
+             "name=querySelectorAll>"
+             "<img name=createElementNS><img name=getAnimations>");
+        ASSERT_EQ(evaluate("document.head.localName").string(), "form");
+    }
+
+    Json answerInPagesWorld(const PageScript& script, const std::vector<Json>& arguments = {}) {
+        qrv::engine::evaluate(client(), session(), std::string(scripts::shared.source));
+        const Json window =
+            client()
+                .call(session(), "Runtime.evaluate", Json::object({{"expression", "globalThis"}}), patience)
+                .result["result"]["objectId"];
+        std::vector<Json> values;
+        for (const Json& argument : arguments) values.push_back(Json::object({{"value", argument}}));
+        const DevToolsReply reply = client().call(session(), "Runtime.callFunctionOn",
+                                                  Json::object({{"functionDeclaration", script.source},
+                                                                {"objectId", window},
+                                                                {"arguments", Json::array(values)},
+                                                                {"returnByValue", true},
+                                                                {"awaitPromise", true}}),
+                                                  patience);
+        EXPECT_FALSE(reply.result.contains("exceptionDetails")) << reply.result.serialize();
+        return reply.result["result"]["value"];
+    }
+};
+
+TEST_F(ShadowedDocumentTest, HasItsTitle) {
+    EXPECT_EQ(answerInPagesWorld(scripts::title).string(), "A page");
+}
+
+TEST_F(ShadowedDocumentTest, HasItsMeasurements) {
+    const Json answer = answerInPagesWorld(scripts::measure);
+    EXPECT_TRUE(answer["root"]["hasEffect"].boolean());
+    EXPECT_TRUE(answer["body"]["exists"].boolean());
+    EXPECT_FALSE(answer["isQuirky"].boolean(true));
+    EXPECT_EQ(answer["scroll"]["width"].integer(), 600);
+}
+
+TEST_F(ShadowedDocumentTest, IsAwaitedAndDescribed) {
+    EXPECT_FALSE(answerInPagesWorld(scripts::awaitContents, {100})["isSingleMedia"].boolean(true));
+    EXPECT_TRUE(answerInPagesWorld(scripts::describe).isObject());
+    answerInPagesWorld(scripts::standStill);
+    EXPECT_EQ(answerInPagesWorld(scripts::conclude).integer(-1), 0);
+}
+
+TEST_F(ShadowedDocumentTest, GetsTheStyleSheetInItsHead) {
+    EXPECT_TRUE(
+        answerInPagesWorld(scripts::applyPrintStyle, {"@layer l{p{color:red}}", "", "", ""}).boolean());
+    EXPECT_EQ(evaluate("document.querySelector('style').parentNode.localName").string(), "head");
+}
+
 // Loading
 
 TEST_F(PageScriptsTest, TheTitleIsThatOfTheDocumentWhateverElementsAreCalled) {
@@ -204,6 +263,7 @@ TEST_F(PageScriptsTest, ImagesInShadowTreesAreAwaited) {
 
 TEST_F(PageScriptsTest, ASinglePictureHasItsNaturalSize) {
     show(base64Decode(widePicture).value(), "image/png");
+    evaluate("document.images[0].style = 'max-width:100%;max-height:10px'; 0");
     awaited(scripts::presentMedia, {farLimit});
     EXPECT_EQ(style("img", "width"), "700px");
     EXPECT_EQ(style("img", "max-width"), "none");
