@@ -1,6 +1,6 @@
 #pragma once
 
-// Letters and digits of ASCII, whatever the locale and whatever kind of character they are given as.
+// ASCII letters and digits, independent of the locale, for any character type.
 
 #include <algorithm>
 #include <optional>
@@ -24,7 +24,7 @@ constexpr bool isASCIIAlphanumeric(Char c) {
     return isASCIILetter(c) || isASCIIDigit(c);
 }
 
-/// From 0 to 15; nothing for what is no hexadecimal digit.
+/// Returns 0 to 15, or nothing if it is no hexadecimal digit.
 template <class Char>
 constexpr std::optional<unsigned> hexDigitValue(Char c) {
     if (isASCIIDigit(c)) return static_cast<unsigned>(c - '0');
@@ -33,7 +33,7 @@ constexpr std::optional<unsigned> hexDigitValue(Char c) {
     return std::nullopt;
 }
 
-/// Capital letters become small ones; nothing else changes.
+/// Converts ASCII capitals to small letters.
 inline std::string lowered(std::string_view text) {
     std::string result(text);
     std::transform(result.begin(), result.end(), result.begin(),

@@ -8,8 +8,8 @@
 
 namespace qrv {
 
-/// Owns an open file descriptor, or nothing. Closing it leaves errno alone, so that what failed before can
-/// still be told, and may be done between fork and exec.
+/// Owns an open file descriptor, or nothing. Closing preserves errno, so that an earlier failure can still be
+/// reported, and is allowed between fork and exec.
 class FileDescriptor {
 public:
     FileDescriptor() = default;
@@ -40,8 +40,7 @@ public:
         errno = error;
     }
 
-    /// The same for a file that was written: false, with errno, when the system tells only now that it
-    /// failed.
+    /// Closes a file that was written; false, with errno set, if the system reports a write error only now.
     [[nodiscard]] bool closeWritten() { return close() == 0; }
 
 private:

@@ -1,14 +1,15 @@
 #pragma once
 
-// What kind of resource the engine is given. Types come from the archive, as some server once wrote them.
+// MIME types. They come from the archive, as some server wrote them.
 
 #include <string>
 #include <string_view>
 
 namespace qrv::engine {
 
-/// A MIME type such as "text/html": in lower case, without parameters and white space. What no type may hold
-/// is left out, and what is too long for one is none, so that it can stand in a header as it is.
+/// A MIME type such as "text/html": in lower case, without parameters and white space. Characters that no
+/// type may contain are removed, and a text that is too long is no type, so that it can be written into a
+/// header.
 class MIMEType {
 public:
     /// "Text/HTML; charset=utf-8"
@@ -24,15 +25,15 @@ public:
     bool isStyleSheet() const { return text_ == "text/css"; }
 
     bool isScript() const;
-    /// Text that is shown as it is. The engine would save such a page, or show it in a form of its own.
+    /// Text to be shown as it is, which the engine would otherwise download or show in its own way.
     bool isShownAsText() const;
 
 private:
     std::string text_;
 };
 
-/// The value of a header in front of its parameters, without what could begin another header, value or
-/// parameter. Empty when it is too long for a name.
+/// Returns a header's value without its parameters and without characters that could begin another header,
+/// value or parameter; empty if it is too long for a name.
 std::string headerToken(std::string_view value);
 
 } // namespace qrv::engine

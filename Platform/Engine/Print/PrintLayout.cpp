@@ -12,6 +12,10 @@
 namespace qrv::engine {
 namespace {
 
+// The names of the pages that hold the document, and of the first one, which is the view.
+constexpr char documentPage[] = "document";
+constexpr char viewportPage[] = "document:first";
+
 constexpr double smallestScale = 0.1; // the engine takes no smaller one
 constexpr double smallestContent = 72;
 constexpr double smallestPaper = 72;
@@ -60,7 +64,7 @@ bool canBePushed(const PageMeasurements& m) {
 // screen, nothing cut off, and overflow to the right only.
 void addRootInPlace(StyleRule& root, const PageMeasurements& m, const RootBox& box) {
     if (isTable(m)) root.add("display", "block"); // tables do not take size containment
-    root.add("page", "document");
+    root.add("page", documentPage);
     root.add("position", "relative");
     root.add("inset", "auto");
     root.add("float", "none");
@@ -248,8 +252,8 @@ PrintPlan screenPlan(const PageMeasurements& m) {
     plan.pageRanges = "2";
 
     StyleSheet sheet;
-    sheet.add(pageRule("document", points(plan.page.width), points(plan.page.height), "0"));
-    sheet.add(pageRule("document:first", points(m.view.width), points(m.view.height), "0"));
+    sheet.add(pageRule(documentPage, points(plan.page.width), points(plan.page.height), "0"));
+    sheet.add(pageRule(viewportPage, points(m.view.width), points(m.view.height), "0"));
     StyleRule root("html");
     RootBox box = m.root.isContainer ? boxAsContainer(m) : boxAsView(m);
     BodyPins pins = pinsIn(box, m);
@@ -285,9 +289,9 @@ PrintPlan paginatedPlan(const PageMeasurements& m, NSSize size, double margin) {
     plan.pageRanges = "2-";
 
     StyleSheet sheet;
-    sheet.add(paperRule("document", paper, plan.shrink));
-    sheet.add(pageRule("document:first", pixels(m.view.width * plan.scale),
-                       pixels(m.view.height * plan.scale), "0"));
+    sheet.add(paperRule(documentPage, paper, plan.shrink));
+    sheet.add(
+        pageRule(viewportPage, pixels(m.view.width * plan.scale), pixels(m.view.height * plan.scale), "0"));
     StyleRule root("html");
     RootBox box = pagedBox(m);
     BodyPins pins = pinsIn(box, m);
