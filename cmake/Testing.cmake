@@ -16,6 +16,15 @@ function(web2pdf_add_tests name)
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE web2pdf_options ${ARG_LIBRARIES} GTest::gmock GTest::gtest_main)
 
+    # A third of the time that a test takes to compile goes into these two headers: all share the first one's.
+    get_property(precompiled GLOBAL PROPERTY WEB2PDF_PRECOMPILED_FOR_TESTS)
+    if(precompiled)
+        target_precompile_headers(${name} REUSE_FROM ${precompiled})
+    else()
+        target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h>)
+        set_property(GLOBAL PROPERTY WEB2PDF_PRECOMPILED_FOR_TESTS ${name})
+    endif()
+
     set(suites ${CMAKE_CURRENT_BINARY_DIR}/${name}-suites.cmake)
     add_custom_command(TARGET ${name} POST_BUILD
         COMMAND ${CMAKE_COMMAND} -D PROGRAM=$<TARGET_FILE:${name}> -D NAME=${name} -D OUTPUT=${suites}
