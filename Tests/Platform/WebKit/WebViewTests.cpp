@@ -571,6 +571,28 @@ TEST_F(WebViewTest, WithoutALoadDelegateLoadsGoOn) {
 
 // The view and what it draws
 
+TEST_F(WebViewTest, ADelegateNeedImplementNothing) {
+    WebFrameLoadDelegate load;
+    WebPolicyDelegate policy;
+    WebResourceLoadDelegate resources;
+    view_->setFrameLoadDelegate(&load);
+    view_->setPolicyDelegate(&policy);
+    view_->setResourceLoadDelegate(&resources);
+    loadAndFinish();
+    EXPECT_TRUE(
+        page().shouldNavigate(engine::mainFrame, engine::NavigationType::linkClicked, url("http://a/")));
+    page().windowRequested(url("http://a/"), u"name");
+    page().authenticationRequired(engine::mainFrame, url("http://a/"));
+    page().titleChanged(engine::mainFrame, u"Title");
+    EXPECT_EQ(view_->mainFrame()->dataSource()->pageTitle(), NSString(u"Title"));
+    page().loadStarted(engine::mainFrame, url("http://a/"));
+    page().loadFailed(engine::mainFrame, failure(-1));
+    page().loadStarted(engine::mainFrame, url("http://a/"));
+    page().loadCommitted(engine::mainFrame, url("http://a/"), u"text/html");
+    page().loadFailed(engine::mainFrame, failure(-1));
+    EXPECT_EQ(view_->mainFrame()->dataSource()->request().URL().absoluteString(), NSString(u"http://a/"));
+}
+
 TEST_F(WebViewTest, ThePageIsLaidOutInTheViewsSize) {
     EXPECT_EQ(FakePage::last->viewSize.width, 612);
     EXPECT_EQ(FakePage::last->viewSize.height, 792);
