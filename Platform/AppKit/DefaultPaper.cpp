@@ -11,7 +11,7 @@ namespace {
 
 constexpr NSSize usLetter{612, 792};
 
-/// Holds the library's tables while they are read.
+/// Keeps the paper library initialised while it is read.
 class PaperLibrary {
 public:
     PaperLibrary() { ::paperinit(); }

@@ -1,11 +1,11 @@
 #pragma once
 
-// The process as an application.
+// Prepares the process for views and printing.
 
 namespace qrv {
 
-/// Makes the windows, views and printing of this folder usable in a process without an event loop. Here they
-/// need no connection to a display and no other setting up, so there is nothing that could fail: always true.
+/// Makes windows, views and printing usable in a process without an event loop. Nothing has to be set up
+/// here, so it always succeeds.
 inline bool NSApplicationLoad() {
     return true;
 }

@@ -72,7 +72,7 @@ double NSPrintInfo::number(const char16_t* key) const {
     return as<NSNumber>(settings_.objectForKey(NSString(key))).doubleValue();
 }
 
-/// A number that is no mode counts as zero, too.
+/// A number that is not a mode counts as zero.
 NSPrintingPaginationMode NSPrintInfo::mode(const char16_t* key) const {
     const long long value = as<NSNumber>(settings_.objectForKey(NSString(key))).integerValue();
     for (const auto known : {NSPrintingPaginationModeFit, NSPrintingPaginationModeClip}) {

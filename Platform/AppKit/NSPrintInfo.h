@@ -1,6 +1,6 @@
 #pragma once
 
-// Print settings: paper, margins, how pages are made and where they go. A value; copies are independent.
+// Print settings: paper, margins, pagination and destination. A value; copies are independent.
 //
 //     NSMutableDictionary settings = NSPrintInfo::sharedPrintInfo().dictionary().mutableCopy();
 //     settings.setObject_forKey(NSString(NSPrintSaveJob), NSString(NSPrintJobDisposition));
@@ -12,7 +12,7 @@
 
 namespace qrv {
 
-/// What is done with contents that are larger than the page.
+/// What happens to contents that are larger than the page.
 enum NSPrintingPaginationMode : unsigned long {
     NSPrintingPaginationModeAutomatic = 0, // broken into pages
     NSPrintingPaginationModeFit = 1,       // scaled to the page
@@ -20,6 +20,7 @@ enum NSPrintingPaginationMode : unsigned long {
 };
 
 // Keys of the dictionary.
+
 inline constexpr char16_t NSPrintPaperSize[] = u"NSPaperSize"; // NSString, as of NSStringFromSize, in points
 inline constexpr char16_t NSPrintTopMargin[] = u"NSTopMargin"; // NSNumber, in points, as the next three
 inline constexpr char16_t NSPrintBottomMargin[] = u"NSBottomMargin";
@@ -33,24 +34,25 @@ inline constexpr char16_t NSPrintJobDisposition[] = u"NSPrintJobDisposition"; //
 inline constexpr char16_t NSPrintJobSavingURL[] = u"NSJobSavingURL";          // NSURL of a file
 
 // Dispositions.
+
 inline constexpr char16_t NSPrintSpoolJob[] = u"NSPrintSpoolJob";
 inline constexpr char16_t NSPrintSaveJob[] = u"NSPrintSaveJob";
 
 class NSPrintInfo {
 public:
     // + sharedPrintInfo
-    /// The settings a process starts from: this machine's default paper (read once), margins of an inch at
-    /// the sides and an inch and a quarter above and below, contents centred, clipped at the sides and broken
-    /// into pages, for a printer. They never change.
+    /// The process's immutable default settings: this machine's default paper (read once), margins of one
+    /// inch at the sides and 1.25 inches above and below, contents centred, clipped horizontally and
+    /// paginated vertically, for a printer.
     static const NSPrintInfo& sharedPrintInfo();
 
     // - initWithDictionary:
-    /// Entries that are missing are the shared settings'; nil gives those. An entry of the wrong kind counts
-    /// as zero, no or nil, and as the shared settings' where it is the paper's size.
+    /// Missing entries, or a nil dictionary, take the shared settings' values. An entry of the wrong kind
+    /// counts as zero, no or nil; a paper size of the wrong kind as the shared settings' size.
     explicit NSPrintInfo(const NSDictionary& dictionary);
 
     // - dictionary
-    /// Every setting under its key, and whatever else the dictionary held that these settings were made from.
+    /// All settings by key, and the further entries of the dictionary that they were made from.
     NSDictionary dictionary() const { return settings_.copy(); }
 
     // - paperSize
@@ -83,7 +85,7 @@ public:
 
     // - jobDisposition
     NSString jobDisposition() const;
-    /// Where the job is saved; nil when that is not said.
+    /// The file that the job is saved to; nil if none is set.
     NSURL jobSavingURL() const;
 
     // - setTopMargin:
@@ -112,7 +114,7 @@ private:
     NSPrintingPaginationMode mode(const char16_t* key) const;
     void setNumber(const char16_t* key, double value);
 
-    // The dictionary is the one place where the settings are kept, so that it cannot disagree with them.
+    /// The only place where the settings are stored.
     NSMutableDictionary settings_;
 };
 

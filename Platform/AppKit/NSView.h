@@ -1,6 +1,6 @@
 #pragma once
 
-// A rectangle that draws itself. Views are never shown; what they draw is asked for as PDF. Main thread only.
+// A rectangular view. Views are never shown; they draw to PDF. Main thread only.
 
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSRange.h"
@@ -19,15 +19,15 @@ public:
 
     NSView(const NSView&) = delete;
     NSView& operator=(const NSView&) = delete;
-    /// Takes the view out of its superview; its subviews lose theirs.
+    /// Removes the view from its superview and detaches its subviews.
     virtual ~NSView();
 
     // - frame
-    /// In the coordinates of the superview.
+    /// In the superview's coordinates.
     NSRect frame() const { return frame_; }
 
     // - bounds
-    /// The same size, with the origin at zero.
+    /// The frame's size, with the origin at zero.
     NSRect bounds() const { return {{}, frame_.size}; }
 
     // - setFrame:
@@ -37,28 +37,28 @@ public:
     void setFrameSize(NSSize size) { setFrame({frame_.origin, size}); }
 
     // - addSubview:
-    /// Held without ownership, in front of its siblings; taken out of the superview it had. A view cannot
-    /// hold itself or a view that it stands in: that raises NSInvalidArgumentException.
+    /// Adds a view in front of its siblings, after removing it from its old superview. Not owned. Adding a
+    /// view to itself or to one of its descendants raises NSInvalidArgumentException.
     void addSubview(NSView& view);
     // - removeFromSuperview
     void removeFromSuperview();
 
     // - superview
-    /// Null for none.
+    /// Null if there is none.
     NSView* superview() const { return superview_; }
 
     // - subviews
     const std::vector<NSView*>& subviews() const { return subviews_; }
 
     // - layout
-    /// Arranges the contents for the present frame.
+    /// Lays the contents out for the current frame.
     virtual void layout() {}
 
     // - dataWithPDFInsideRect:
-    /// One page with what the view draws in the rectangle of its bounds; nil when it draws nothing.
+    /// Draws the rectangle, in the view's coordinates, on one page; nil if the view draws nothing.
     virtual NSData dataWithPDFInsideRect(NSRect rect);
 
-    /// What the view draws, on as many pages as these settings make of it; nil when it cannot be printed.
+    /// Draws the view on pages as the settings say; nil if it cannot be printed.
     virtual NSData dataForPrinting(const NSPrintInfo& settings);
 
 private:

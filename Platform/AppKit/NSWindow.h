@@ -1,6 +1,6 @@
 #pragma once
 
-// A window that is never shown: the place where a view stands while it lays out and draws.
+// A window that is never shown; it hosts a view for layout and drawing.
 
 #include "Platform/AppKit/NSView.h"
 
@@ -14,12 +14,12 @@ enum NSBackingStoreType : unsigned long { NSBackingStoreRetained = 0 };
 class NSWindow {
 public:
     // - initWithContentRect:styleMask:backing:defer:
-    /// The rectangle is that of the contents, in points. Style, backing store and deferral describe a window
-    /// on a screen and have nothing to act on here.
+    /// The rectangle is the contents' rectangle, in points. Style, backing store and deferral have no effect,
+    /// since nothing is shown.
     NSWindow(NSRect contentRect, NSWindowStyleMask styleMask, NSBackingStoreType backing, bool defer);
 
     // - contentView
-    /// As large as the window; it lives as long as the window.
+    /// As large as the window, and owned by it.
     NSView& contentView() { return contentView_; }
 
 private:

@@ -7,7 +7,6 @@
 #include "Platform/Engine/Loading/RequestsUnderWay.h"
 #include "Platform/Engine/Print/PageRenderer.h"
 #include "Platform/Engine/Process/EngineProcess.h"
-#include "Platform/Engine/Scripts/ReadinessScripts.h"
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Platform/Logging/NSLog.h"
 
@@ -31,15 +30,20 @@ constexpr milliseconds answerLimit{2000};
 // A page that is drawn before it has loaded is waited for this long.
 constexpr milliseconds loadLimit{60'000};
 
-// A page that closes itself would take the engine with it.
-constexpr char keepOpenScript[] =
-    "Object.defineProperty(window, 'close', {value() {}, writable: false, configurable: false})";
-
 milliseconds startLimit() {
     constexpr double defaultSeconds = 30;
     const char* text = std::getenv("WEB2PDF_ENGINE_START_TIMEOUT");
     const double seconds = text ? std::strtod(text, nullptr) : 0;
     return milliseconds(static_cast<long long>((seconds > 0 ? seconds : defaultSeconds) * 1000));
+}
+
+void tell(const std::string& line) {
+    NSLog(u"%s", line.c_str());
+}
+
+/// nil for a page without a title.
+NSString titleOf(const Json& answer) {
+    return answer.stringView().empty() ? NSString() : NSString::fromUTF8(answer.stringView());
 }
 
 NSError notInstalledError(const std::string& message) {
@@ -85,7 +89,11 @@ private:
     void enter();
     void enterAt(const StandInAddress& address);
     void fail(const NSError& error);
-    bool canRender();
+
+    bool isAlive() const { return renderer_ && failure_.isNil(); }
+
+    bool isReadyToRender();
+    void updateTitle();
     NSData drawn(const NSData& pdf);
     std::function<void(NSString)> onceInTime(std::function<void(NSString)> answer);
     void completeMainFrame(const std::function<void()>& done);
@@ -99,6 +107,7 @@ private:
     std::unique_ptr<DevToolsClient> devTools_;
     FrameTracker frames_;
     std::unique_ptr<RequestServer> requests_;
+    std::unique_ptr<PageWorld> world_;
     std::unique_ptr<PageRenderer> renderer_;
     std::string session_; // empty until the page is attached to
     std::string mainFrameID_;
@@ -107,12 +116,12 @@ private:
     NSError failure_; // why the engine is not there
     NSSize viewSize_;
     RequestsUnderWay underWay_;
+    bool titleIsFinal_ = false;
     bool toldOfMissing_ = false;
     std::vector<DevToolsClient::Subscription> subscriptions_;
     NSRunLoop::Timer startTimer_;
     std::list<NSRunLoop::Timer> answerTimers_; // of the questions that are open
-    std::shared_ptr<bool> alive_ =
-        std::make_shared<bool>(true); // for posted functions, which may come too late
+    NSRunLoop::Posted failing_;                // of a load without an engine
 };
 
 EnginePage::EnginePage(PageClient& client)
@@ -129,7 +138,7 @@ EnginePage::EnginePage(PageClient& client)
 
 void EnginePage::start() {
     EngineOptions options;
-    options.log = [](const std::string& line) { NSLog(u"%s", line.c_str()); };
+    options.log = tell;
     auto launched = EngineProcess::launch(std::move(options), loop_);
     if (const auto* error = std::get_if<EngineLaunchError>(&launched)) {
         failure_ = error->kind == EngineLaunchError::Kind::notInstalled
@@ -181,7 +190,8 @@ void EnginePage::attached(const std::string& target, const std::string& session)
     frames_.attach(*devTools_, session_, target);
     requests_ = std::make_unique<RequestServer>(*devTools_, frames_, client_);
     underWay_.attach(*devTools_, session_);
-    renderer_ = std::make_unique<PageRenderer>(*devTools_, loop_, session_, target);
+    world_ = std::make_unique<PageWorld>(*devTools_, session_, target, tell);
+    renderer_ = std::make_unique<PageRenderer>(*devTools_, loop_, session_, *world_);
     renderer_->readiness().setBusyCheck(
         [this] { return !underWay_.isEmpty() || requests_->answered() < requests_->asked(); });
     renderer_->readiness().setSubstitution(
@@ -198,10 +208,8 @@ void EnginePage::attached(const std::string& target, const std::string& session)
     listen(session_, "Network.loadingFailed", &EnginePage::resourceDone);
     devTools_->send(session_, "Page.enable");
     devTools_->send(session_, "Inspector.enable");
-    devTools_->send(session_, "Page.addScriptToEvaluateOnNewDocument",
-                    Json::object({{"source", keepOpenScript}}));
-    devTools_->send(session_, "Page.addScriptToEvaluateOnNewDocument",
-                    Json::object({{"source", viewHoldingScript()}, {"worldName", PageWorld::name}}));
+    world_->runInNewDocuments(scripts::keepOpen, PageWorld::Place::pagesWorld);
+    world_->runInNewDocuments(scripts::watchView, PageWorld::Place::ownWorld);
     devTools_->send(session_, "Network.enable",
                     Json::object({{"maxTotalBufferSize", 0}, {"maxResourceBufferSize", 0}}));
     requests_->setPage(session_, target);
@@ -247,9 +255,7 @@ void EnginePage::fail(const NSError& error) {
 void EnginePage::loadArchive(const WebArchive& archive) {
     archive_ = archive;
     if (failure_) {
-        loop_.performSoon([this, alive = std::weak_ptr<bool>(alive_)] {
-            if (!alive.expired()) frames_.failAll(failure_);
-        });
+        failing_ = loop_.performSoon([this] { frames_.failAll(failure_); });
     } else if (!session_.empty()) {
         enter();
     }
@@ -260,19 +266,17 @@ void EnginePage::enter() {
     enterAt(StandInAddress(stored.empty() ? "about:blank" : stored, randomToken()));
 }
 
-// location.replace from the page that the engine starts with: the history then has one entry, and going back
-// leads nowhere. An address that the engine finds no address at all throws, and gets a stand-in.
+// An address that the engine finds to be none gets a stand-in.
 void EnginePage::enterAt(const StandInAddress& address) {
     address_ = address;
     requests_->serve(archive_, address);
     frames_.expectOwnLoad();
-    const std::string script = "location.replace(" + Json(address.engineURL()).serialize() + ")";
-    devTools_->send(session_, "Runtime.evaluate", Json::object({{"expression", script}}),
-                    [this](const DevToolsReply& reply) {
-                        if (!reply.result.contains("exceptionDetails")) return;
-                        enterAt(StandInAddress(archive_.mainResource().URL().absoluteString().utf8(),
-                                               randomToken(), StandInAddress::Use::always));
-                    });
+    world_->callInFrame(mainFrameID_, scripts::enter, {address.engineURL()},
+                        [this](const std::optional<Json>& entered) {
+                            if (!entered || entered->boolean(true)) return;
+                            enterAt(StandInAddress(archive_.mainResource().URL().absoluteString().utf8(),
+                                                   randomToken(), StandInAddress::Use::always));
+                        });
 }
 
 NSURL EnginePage::storedURL(std::string_view engineURL) const {
@@ -304,25 +308,12 @@ void EnginePage::completeMainFrame(const std::function<void()>& done) {
     requests_->fillBlankFrames([reply] { reply({}); });
 }
 
-/// In a world of the frame's own scripts do not reach. What does not answer in time has no title.
+/// What does not answer in time has no title.
 void EnginePage::queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer) {
     const auto reply = onceInTime(std::move(answer));
-    devTools_->send(session_, "Page.createIsolatedWorld",
-                    Json::object({{"frameId", engineFrame}, {"worldName", PageWorld::name}}),
-                    [this, reply](const DevToolsReply& world) {
-                        if (!world.ok()) {
-                            reply({});
-                            return;
-                        }
-                        devTools_->send(session_, "Runtime.evaluate",
-                                        Json::object({{"expression", "document.title"},
-                                                      {"contextId", world.result["executionContextId"]},
-                                                      {"returnByValue", true}}),
-                                        [reply](const DevToolsReply& title) {
-                                            const std::string text = title.result["result"]["value"].string();
-                                            reply(text.empty() ? NSString() : NSString::fromUTF8(text));
-                                        });
-                    });
+    world_->callInFrame(engineFrame, scripts::title, {}, [reply](const std::optional<Json>& title) {
+        reply(title ? titleOf(*title) : NSString());
+    });
 }
 
 void EnginePage::setViewSize(NSSize size) {
@@ -344,7 +335,7 @@ void EnginePage::waitForLoad() {
 }
 
 NSString EnginePage::ownerElementName(const FrameID& frame) {
-    if (!canRender() || frame == mainFrame) return {};
+    if (!isAlive() || frame == mainFrame) return {};
     const milliseconds limit(5000);
     devTools_->call(session_, "DOM.enable", {}, limit);
     const DevToolsReply owner =
@@ -357,22 +348,31 @@ NSString EnginePage::ownerElementName(const FrameID& frame) {
     return name.empty() ? NSString() : NSString::fromUTF8(name);
 }
 
-bool EnginePage::canRender() {
-    return renderer_ && failure_.isNil();
+/// A page may have changed its title since it was loaded. Once it is being drawn, its scripts stand still.
+void EnginePage::updateTitle() {
+    if (titleIsFinal_) return;
+    titleIsFinal_ = true;
+    if (const std::optional<Json> title = world_->call(scripts::title)) {
+        client_.titleChanged(mainFrame, titleOf(*title));
+    }
+}
+
+/// Asks the page, which may show that it is not alive any more.
+bool EnginePage::isReadyToRender() {
+    if (isAlive()) updateTitle();
+    return isAlive();
 }
 
 NSSize EnginePage::documentSize() {
-    if (!canRender()) return {};
-    if (const std::optional<NSString> title = renderer_->title()) client_.titleChanged(mainFrame, *title);
-    return canRender() ? renderer_->documentSize() : NSSize();
+    return isReadyToRender() ? renderer_->documentSize() : NSSize();
 }
 
 NSData EnginePage::screenPDF() {
-    return canRender() ? drawn(renderer_->screenPDF()) : NSData();
+    return isReadyToRender() ? drawn(renderer_->screenPDF()) : NSData();
 }
 
 NSData EnginePage::paginatedPDF(NSSize paper, double margin) {
-    return canRender() ? drawn(renderer_->paginatedPDF(paper, margin)) : NSData();
+    return isReadyToRender() ? drawn(renderer_->paginatedPDF(paper, margin)) : NSData();
 }
 
 /// Once the page has been drawn, it has asked for everything that it shows.

@@ -1,8 +1,8 @@
 #include "Platform/Engine/StoredPDFPage.h"
 
-#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Engine/Address/MIMEType.h"
 #include "Platform/Foundation/NSRunLoop.h"
-#include "Platform/PDFKit/PDFReadability.h"
+#include "Platform/PDFKit/PDFFile.h"
 
 namespace qrv::engine {
 
@@ -14,9 +14,7 @@ public:
 
     void loadArchive(const WebArchive& archive) override {
         resource_ = archive.mainResource();
-        NSRunLoop::currentRunLoop().performSoon([this, alive = std::weak_ptr<bool>(alive_)] {
-            if (!alive.expired()) deliver();
-        });
+        delivery_ = NSRunLoop::currentRunLoop().performSoon([this] { deliver(); });
     }
 
     void setViewSize(NSSize size) override { viewSize_ = size; }
@@ -51,16 +49,13 @@ private:
     WebResource resource_;
     NSSize viewSize_;
     bool delivered_ = false;
-    std::shared_ptr<bool> alive_ =
-        std::make_shared<bool>(true); // for posted functions, which may come too late
+    NSRunLoop::Posted delivery_;
 };
 
 } // namespace
 
 bool isPDFArchive(const WebArchive& archive) {
-    const std::string type = lowered(archive.mainResource().MIMEType().utf8());
-    const std::string_view bare = std::string_view(type).substr(0, type.find_first_of("; \t"));
-    return bare == "application/pdf" || bare == "application/x-pdf" || bare == "text/pdf";
+    return MIMEType(archive.mainResource().MIMEType().utf8()).isPDF();
 }
 
 std::unique_ptr<Page> makeStoredPDFPage(PageClient& client) {

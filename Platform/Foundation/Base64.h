@@ -1,6 +1,6 @@
 #pragma once
 
-// Bytes as text of 64 letters (RFC 4648, with the letters "+" and "/").
+// Base64 encoding and decoding, with the standard alphabet ("+" and "/").
 
 #include <optional>
 #include <string>
@@ -8,11 +8,11 @@
 
 namespace qrv {
 
-/// With padding, without line breaks.
+/// Encodes with padding and without line breaks.
 std::string base64Encode(std::string_view bytes);
 
-/// White space is passed over and the padding may be missing; nullopt for any other character that does not
-/// belong, for padding before the end and for a last group of one letter.
+/// Decodes; white space is skipped, and the padding may be missing. Returns nullopt for any character
+/// outside the alphabet, for padding before the end and for a last group of one letter.
 std::optional<std::string> base64Decode(std::string_view text);
 
 } // namespace qrv

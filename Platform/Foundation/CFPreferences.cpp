@@ -38,7 +38,7 @@ std::optional<long long> integerOf(const id& value) {
     if (number.isFloatingPoint()) {
         constexpr double limit = 9223372036854775808.0; // 2^63
         const double real = number.doubleValue();
-        // Written so that "not a number" fails as well.
+        // Written so that NaN fails as well.
         if (!(real >= -limit && real < limit) || std::trunc(real) != real) return std::nullopt;
     }
     return number.integerValue();

@@ -1,41 +1,38 @@
 #pragma once
 
-// Settings by domain, one property list (XML or binary) per domain: preferences/DOMAIN.plist below
-// $XDG_CONFIG_HOME (~/.config), then below each of $XDG_CONFIG_DIRS (/etc/xdg); after the domain, the global
-// domain, preferences/.GlobalPreferences.plist, in the same places. The first file that has the key decides.
+// Preferences by domain, one property list (XML or binary) per domain. A key is looked up in
+// preferences/DOMAIN.plist below $XDG_CONFIG_HOME (~/.config), then below each folder of $XDG_CONFIG_DIRS
+// (/etc/xdg), and then in the global domain's file, preferences/.GlobalPreferences.plist, in the same places.
+// The first file that has the key decides.
 //
-// Files are read at the moment of use. One that cannot be read counts as empty and is warned of once. A
-// domain whose name could lead to another folder has no settings. nil keys and domains have no values. Any
-// thread.
+// Files are read at the moment of use. A file that cannot be read counts as empty, with one warning. A domain
+// whose name could lead to another folder has no settings. nil keys and domains have no values. Any thread.
 
 #include "Platform/Foundation/NSDictionary.h"
 
 namespace qrv {
 
-/// The domain whose settings hold for every application that has none of its own.
+/// The domain that applications fall back to for keys that their own domain lacks.
 inline constexpr char16_t NSGlobalDomain[] = u".GlobalPreferences";
 
-// CFPreferencesCopyAppValue
-/// The value as it is stored, or nil.
+/// Returns the value as it is stored, or nil.
 id CFPreferencesCopyAppValue(const NSString& key, const NSString& domain);
 
-// CFPreferencesGetAppBooleanValue
-/// True, and the flag set, for true booleans, numbers other than zero and the texts "YES", "true" and "1";
-/// false, and the flag set, for their counterparts, "NO", "false" and "0" (in any case of letters). For
-/// anything else and for a missing key false, and the flag cleared. The flag may be absent.
+/// Returns true for true booleans, numbers other than zero and the texts "YES", "true" and "1", and false for
+/// their counterparts (texts in any case); the flag is then set. Anything else, and a missing key, gives
+/// false and clears the flag. The flag pointer may be null.
 bool CFPreferencesGetAppBooleanValue(const NSString& key, const NSString& domain,
                                      bool* keyExistsAndHasValidFormat);
 
-// CFPreferencesGetAppIntegerValue
-/// The value, and the flag set, for whole numbers within the signed 64-bit range, booleans, and texts that
-/// are such a number in decimal from end to end; else 0, and the flag cleared. The flag may be absent.
+/// Returns whole numbers within the signed 64-bit range, booleans, and texts that are entirely such a number
+/// in decimal; the flag is then set. Anything else gives 0 and clears the flag. The flag pointer may be null.
 long long CFPreferencesGetAppIntegerValue(const NSString& key, const NSString& domain,
                                           bool* keyExistsAndHasValidFormat);
 
-/// What one domain holds in all its places together, without the global domain; nil when it has no file.
+/// Merges all files of one domain, without the global domain; nil if it has no file.
 NSDictionary preferencesOfDomain(const NSString& domain);
 
-/// Who is told of files that cannot be read; null, as at the start, for nobody.
+/// Sets the function that reports files which cannot be read; null, the default, reports nothing.
 void setPreferencesWarning(void (*warn)(const NSString& message));
 
 } // namespace qrv

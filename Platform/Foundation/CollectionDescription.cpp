@@ -9,7 +9,7 @@ namespace qrv {
 
 namespace {
 
-// Deeper nesting is cut, so that a hostile property list cannot exhaust the stack.
+/// Deeper nesting is cut, so that a hostile property list cannot exhaust the stack.
 constexpr int maximumDepth = 512;
 
 bool isPlain(char16_t c) {

@@ -1,12 +1,12 @@
 #pragma once
 
-// Numbers are read and printed with a decimal point, whatever locale the program around this library has set.
+// Reads and prints numbers with a decimal point, whatever locale the surrounding program has set.
 
 #include <locale.h>
 
 namespace qrv {
 
-/// While it lives, the C functions of this thread follow the plain locale.
+/// Switches the C functions of the calling thread to the "C" locale for its lifetime.
 class DecimalPoint {
 public:
     DecimalPoint() : before_(::uselocale(plainLocale())) {}

@@ -1,8 +1,7 @@
 #pragma once
 
-// The arguments of a format string, with their types erased into an owning list, so that a format and its
-// arguments can be handed on and kept ("packed") and a wrong conversion prints a visible marker instead of
-// reading memory that is not there.
+// The arguments of a format string, type-erased into an owning list. A format and its arguments can thus be
+// passed on and stored, and a wrong conversion prints a visible marker instead of reading invalid memory.
 //
 // Conversions: %@ (description of an object, "(null)" for nil), %d %i %u %o %x %X %c %C, with the length
 // modifiers hh h l ll q z t j, %f %F %e %E %g %G %a %A (L for long double), %s (bytes in UTF-8), %S (UTF-16),
@@ -18,13 +17,13 @@
 
 namespace qrv {
 
-/// A pointer as %p prints it, with the text it leads to where the argument was a text.
+/// A pointer as %p prints it, and the text it points to if the argument was a text.
 struct FormatPointer {
     const void* address = nullptr;
     std::variant<std::monostate, std::string, std::u16string> text;
 };
 
-/// An integer with the width it was passed in.
+/// An integer and the width of its type.
 struct FormatInteger {
     unsigned long long bits = 0;
     unsigned char bytes = 4;

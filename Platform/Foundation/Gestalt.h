@@ -1,6 +1,6 @@
 #pragma once
 
-// Questions about the system by four-character selector.
+// System information by four-character selector.
 
 #include <cstdint>
 
@@ -11,7 +11,8 @@ inline constexpr std::uint32_t gestaltSystemVersionMinor = 0x73797332;  // 'sys2
 inline constexpr std::uint32_t gestaltSystemVersionBugFix = 0x73797333; // 'sys3'
 inline constexpr int gestaltUndefSelectorErr = -5551;
 
-/// Stores the answer and returns 0, or leaves the place alone and returns an error. Any thread.
+/// Stores the answer and returns 0; on failure leaves the response untouched and returns an error code. Any
+/// thread.
 int Gestalt(std::uint32_t selector, std::int32_t* response);
 
 } // namespace qrv

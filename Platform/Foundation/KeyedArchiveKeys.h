@@ -1,6 +1,6 @@
 #pragma once
 
-// The names within a keyed archive.
+// The keys and fixed values of a keyed archive.
 
 namespace qrv::keyed {
 
@@ -11,7 +11,7 @@ inline constexpr long long versionNumber = 100000;
 inline constexpr char16_t top[] = u"$top";
 inline constexpr char16_t root[] = u"root";
 inline constexpr char16_t objects[] = u"$objects";
-/// What stands first in the list of objects, so that the reference 0 is nil.
+/// The first element of the list of objects, so that reference 0 means nil.
 inline constexpr char16_t null[] = u"$null";
 
 inline constexpr char16_t classReference[] = u"$class";

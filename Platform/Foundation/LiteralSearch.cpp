@@ -11,8 +11,8 @@ LiteralSearch::LiteralSearch(std::u16string_view needle) : needle_(needle), bord
 }
 
 std::size_t LiteralSearch::find(std::u16string_view text, std::size_t from) const {
-    // For a short needle the plain search is faster, though it may look at each unit once for every unit of
-    // it.
+    // For a short needle the plain search is faster, though it may examine each unit once per unit of the
+    // needle.
     constexpr std::size_t shortNeedle = 16;
     if (needle_.size() <= shortNeedle) return text.find(needle_, from);
     return find(text, from, [](std::size_t) { return true; });

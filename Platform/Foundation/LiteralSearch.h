@@ -1,21 +1,21 @@
 #pragma once
 
-// Finding a text in another, unit by unit, in a time that grows with the length of the text only.
+// Substring search by UTF-16 units in linear time.
 
 #include <string_view>
 #include <vector>
 
 namespace qrv {
 
-/// Refers to the needle, which has to live as long as the search does. An empty one is found everywhere.
+/// Keeps a reference to the needle, which must outlive the search. An empty needle is found everywhere.
 class LiteralSearch {
 public:
     explicit LiteralSearch(std::u16string_view needle);
 
-    /// The first place at or after `from`, or npos.
+    /// Returns the first occurrence at or after `from`, or npos.
     std::size_t find(std::u16string_view text, std::size_t from = 0) const;
 
-    /// The same, among the places that `accept` says yes to.
+    /// Returns the first occurrence that `accept` agrees to.
     template <class Accept>
     std::size_t find(std::u16string_view text, std::size_t from, const Accept& accept) const {
         for (std::size_t i = from, matched = 0; i < text.size(); ++i) {
@@ -30,7 +30,8 @@ public:
 
 private:
     std::u16string_view needle_;
-    /// For each unit of the needle: how much of its start is also the end of what stands up to there.
+    /// For each unit of the needle, the length of the longest proper prefix that is also a suffix up to that
+    /// unit.
     std::vector<std::size_t> borders_;
 };
 

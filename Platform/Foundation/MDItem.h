@@ -1,14 +1,13 @@
 #pragma once
 
-// Metadata of files that the desktop keeps beside their contents.
+// File metadata that the desktop stores beside a file's contents.
 
 #include "Platform/Foundation/NSArray.h"
 
 namespace qrv {
 
-/// The keywords of a file, links followed: the `user.xdg.tags` extended attribute, separated by commas,
-/// without the white space around them and without empty ones. nil when there is no such attribute or the
-/// file system knows none.
+/// Returns the keywords of a file, following links: the comma-separated `user.xdg.tags` extended attribute,
+/// trimmed and without empty entries. nil if the attribute is missing or the file system does not support it.
 NSArray keywordsOfFile(const NSString& path);
 
 } // namespace qrv

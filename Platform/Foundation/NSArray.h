@@ -12,7 +12,7 @@ class NSArray : public id {
 public:
     using id::id;
     NSArray() = default;
-    /// nil elements are not allowed and raise NSInvalidArgumentException.
+    /// nil elements raise NSInvalidArgumentException.
     explicit NSArray(std::vector<id> elements);
     static const ClassInfo& classInfo();
 
@@ -30,10 +30,10 @@ public:
     // - arrayByAddingObject:
     NSArray arrayByAddingObject(const id& object) const;
     // - componentsJoinedByString:
-    /// The elements' descriptions with the separator between neighbours; nil for nil.
+    /// Joins the elements' descriptions; a nil receiver gives nil.
     NSString componentsJoinedByString(const NSString& separator) const;
 
-    /// Empty for nil. Valid as long as any handle on this payload lives.
+    /// Empty for nil. Valid for as long as a handle to this payload exists.
     const std::vector<id>& elements() const;
 
     auto begin() const { return elements().begin(); }

@@ -1,6 +1,6 @@
 #pragma once
 
-// What becomes of a failed precondition: an exception with the description as its reason.
+// Handles failed preconditions: raises an exception with the description as its reason.
 
 #include "Platform/Foundation/NSString.h"
 
@@ -9,12 +9,12 @@ namespace qrv {
 class NSAssertionHandler {
 public:
     // + currentHandler
-    /// The handler of the calling thread: the same for all, since it has no state.
+    /// Returns the calling thread's handler, which is the same for all threads, since it has no state.
     static NSAssertionHandler& currentHandler();
 
     // - handleFailureInMethod:object:file:lineNumber:description:
-    /// Raises NSInternalInconsistencyException with the formatted description; its user-info names the
-    /// method, the object (when not nil), the file and the line.
+    /// Raises NSInternalInconsistencyException with the formatted description. The user-info names the
+    /// method, the object (unless nil), the file and the line.
     template <class... Arguments>
     [[noreturn]] void handleFailureInMethod_object_file_lineNumber_description(
         const NSString& selector, const id& object, const NSString& file, long long line,

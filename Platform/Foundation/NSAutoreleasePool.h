@@ -1,7 +1,7 @@
 #pragma once
 
-// A scope in which convenience results used to be gathered. Values here are shared handles that go with their
-// last holder, so there is nothing to drain: what remains of a pool is its extent, which can be asked for.
+// A scope for temporary objects. Values here are reference-counted handles, so a pool has nothing to drain:
+// it only marks a scope, and the number of open scopes can be asked for.
 
 #include <cstddef>
 
@@ -16,7 +16,7 @@ public:
     NSAutoreleasePool(const NSAutoreleasePool&) = delete;
     NSAutoreleasePool& operator=(const NSAutoreleasePool&) = delete;
 
-    /// How many pools of the calling thread are open.
+    /// Returns how many pools of the calling thread are open.
     static std::size_t openScopes() { return openScopes_; }
 
 private:

@@ -13,20 +13,20 @@ public:
     static const ClassInfo& classInfo();
 
     // + characterSetWithCharactersInString:
-    /// nil makes the empty set.
+    /// nil gives the empty set.
     static NSCharacterSet characterSetWithCharactersInString(const NSString& characters);
     // + whitespaceAndNewlineCharacterSet
-    /// Blanks and line breaks of every script, the tabulator included.
+    /// White space and line breaks of every script, tabs included.
     static NSCharacterSet whitespaceAndNewlineCharacterSet();
     // + URLQueryAllowedCharacterSet
-    /// What the query of a URL may hold unescaped (RFC 3986).
+    /// The characters that the query of a URL may contain unescaped.
     static NSCharacterSet URLQueryAllowedCharacterSet();
 
     // - characterIsMember:
     /// False for nil.
     bool characterIsMember(char16_t character) const;
 
-    /// The set with the characters of a text added or taken out. For nil as for the empty set.
+    /// Returns the set with the characters of a text added or removed. nil counts as the empty set.
     NSCharacterSet adding(const NSString& characters) const;
     NSCharacterSet removing(const NSString& characters) const;
 };

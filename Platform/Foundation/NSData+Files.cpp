@@ -1,5 +1,6 @@
 // Reading and replacing files.
 
+#include "Platform/Foundation/FileDescriptor.h"
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSError.h"
 
@@ -14,32 +15,7 @@ namespace qrv {
 
 namespace {
 
-/// A file descriptor that closes itself.
-class Descriptor {
-public:
-    explicit Descriptor(int fd) : fd_(fd) {}
-
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    ~Descriptor() {
-        if (fd_ >= 0) ::close(fd_);
-    }
-
-    int get() const { return fd_; }
-
-    /// Closes now; false when the system reports a late write error.
-    bool close() {
-        const int fd = fd_;
-        fd_ = -1;
-        return ::close(fd) == 0;
-    }
-
-private:
-    int fd_;
-};
-
-/// 0, or the errno value of the failure. The size asked for first only saves growing: the file may change
+/// Returns 0 or an errno value. The size asked for first only avoids reallocation: the file may change
 /// meanwhile.
 int readAll(int fd, std::string& bytes) {
     struct stat status {};
@@ -72,24 +48,24 @@ int writeAll(int fd, std::string_view bytes) {
 }
 
 int writeDirectly(const std::string& path, std::string_view bytes) {
-    Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
-    if (file.get() < 0) return errno;
+    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    if (!file) return errno;
     if (const int error = writeAll(file.get(), bytes)) return error;
-    return file.close() ? 0 : errno;
+    return file.closeWritten() ? 0 : errno;
 }
 
-/// Opens a new file beside `path`, with permissions by the umask. -1 and errno on failure.
-int openBeside(const std::string& path, std::string& name) {
+/// Opens a new file beside `path`, with permissions by the umask. Returns nothing and sets errno on failure.
+FileDescriptor openBeside(const std::string& path, std::string& name) {
     const std::string folder = path.substr(0, path.rfind('/') + 1);
     std::random_device random;
     for (;;) {
         name = folder + ".new-" + std::to_string(random()) + "-" + std::to_string(random());
-        const int fd = ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (fd >= 0 || errno != EEXIST) return fd;
+        FileDescriptor file(::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+        if (file || errno != EEXIST) return file;
     }
 }
 
-/// Where a symbolic link leads, so that the link stays and its target is replaced.
+/// Resolves symbolic links, so that the link stays and its target is replaced.
 std::string resolved(const std::string& path) {
     char* target = ::realpath(path.c_str(), nullptr);
     if (!target) return path;
@@ -98,19 +74,20 @@ std::string resolved(const std::string& path) {
     return result;
 }
 
-/// Writes beside the destination and renames, so that the old contents stay until the new ones are complete.
+/// Writes to a file beside the destination and renames it, so that the old contents stay until the new ones
+/// are complete.
 int writeAtomically(const std::string& destination, std::string_view bytes) {
     const std::string path = resolved(destination);
 
     struct stat status {};
 
-    // Only a file can be replaced; a device or pipe is written to.
+    // Only a regular file can be replaced; a device or pipe is written to.
     if (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) return writeDirectly(path, bytes);
     std::string temporary;
-    Descriptor file(openBeside(path, temporary));
-    if (file.get() < 0) return errno;
+    FileDescriptor file = openBeside(path, temporary);
+    if (!file) return errno;
     int error = writeAll(file.get(), bytes);
-    if (!file.close() && !error) error = errno;
+    if (!file.closeWritten() && !error) error = errno;
     if (!error && ::rename(temporary.c_str(), path.c_str()) != 0) error = errno;
     if (error) ::unlink(temporary.c_str());
     return error;
@@ -121,9 +98,9 @@ int writeAtomically(const std::string& destination, std::string_view bytes) {
 NSData NSData::initWithContentsOfFile_options_error(const NSString& path, unsigned long /*options*/,
                                                     NSError* error) {
     const std::string name = path.fileSystemRepresentation();
-    Descriptor file(::open(name.c_str(), O_RDONLY | O_CLOEXEC));
+    const FileDescriptor file(::open(name.c_str(), O_RDONLY | O_CLOEXEC));
     std::string bytes;
-    int failure = file.get() < 0 ? errno : 0;
+    int failure = file ? 0 : errno;
     if (!failure) {
         try {
             failure = readAll(file.get(), bytes);

@@ -24,7 +24,7 @@ public:
 
     std::size_t hash() const override { return std::hash<std::string_view>{}(bytes_.substr(0, 80)); }
 
-    /// The length and, for long data, only its two ends.
+    /// The length and the bytes; of long data, only those at both ends.
     NSString description() const override {
         constexpr std::size_t shown = 24;
         constexpr std::size_t end = 8;

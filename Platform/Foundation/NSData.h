@@ -1,6 +1,6 @@
 #pragma once
 
-// Immutable bytes. Copies and parts share the storage.
+// Immutable bytes. Copies and subranges share their storage.
 
 #include "Platform/Foundation/NSString.h"
 
@@ -13,10 +13,10 @@ namespace qrv {
 
 class NSError;
 
-/// Options of reading and writing, with the platform's values.
+/// Options for reading and writing, with the platform's values.
 enum NSDataWritingOptions : unsigned long {
     NSDataWritingDirect = 0,
-    /// Written to a temporary file beside the destination and moved into place.
+    /// Writes to a temporary file beside the destination, which is then moved into place.
     NSDataWritingAtomic = 1,
 };
 
@@ -31,27 +31,27 @@ public:
     static NSData data() { return NSData(std::string()); }
 
     // - initWithContentsOfFile:options:error:
-    /// The whole file, or nil and an error of NSCocoaErrorDomain (260 no such file, 257 no permission, 256
-    /// otherwise) with the path, unless nil, under NSFilePathErrorKey and the POSIX error under
-    /// NSUnderlyingErrorKey. Reading a directory fails. No options are defined: pass 0.
+    /// Reads the whole file. On failure returns nil and an error of NSCocoaErrorDomain (260 no such file, 257
+    /// no permission, 263 too large, 256 otherwise) with the path, unless nil, under NSFilePathErrorKey and
+    /// the POSIX error under NSUnderlyingErrorKey. Reading a directory fails. No options are defined: pass 0.
     static NSData initWithContentsOfFile_options_error(const NSString& path, unsigned long options,
                                                        NSError* error);
 
     /// 0 for nil.
     std::size_t length() const { return bytes().size(); }
 
-    /// Empty for nil. Valid as long as any handle on this payload lives.
+    /// Empty for nil. Valid for as long as a handle to this payload exists.
     std::string_view bytes() const;
     std::span<const std::uint8_t> span() const;
     // - subdataWithRange:
-    /// Shares the bytes. Raises NSRangeException beyond the end.
+    /// Shares the bytes. A range beyond the end raises NSRangeException.
     NSData subdataWithRange(NSRange range) const;
 
     // - writeToFile:options:error:
-    /// Replaces the file's contents, with permissions by the umask. On failure false and an error of
-    /// NSCocoaErrorDomain (4 no such folder, 513 no permission, 640 no space, 642 read-only volume, 512
-    /// otherwise); an atomic write then leaves an existing file as it was and no temporary file behind. A
-    /// symbolic link stays and its target is replaced; devices and pipes are written to.
+    /// Replaces the file's contents; the permissions follow the umask. On failure returns false and an error
+    /// of NSCocoaErrorDomain (4 no such folder, 513 no permission, 640 no space, 642 read-only volume, 512
+    /// otherwise); an atomic write then leaves an existing file untouched and no temporary file behind. A
+    /// symbolic link is followed and its target replaced; devices and pipes are written to directly.
     bool writeToFile_options_error(const NSString& path, NSDataWritingOptions options, NSError* error) const;
     // - writeToFile:atomically:
     bool writeToFile_atomically(const NSString& path, bool atomically) const;

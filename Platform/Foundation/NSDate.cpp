@@ -28,7 +28,7 @@ public:
     NSString description() const override {
         const double unixSeconds = std::floor(seconds_ + NSTimeIntervalSince1970);
         std::tm parts{};
-        // Beyond these years the calendar call fails; the bare number says more than nothing.
+        // Beyond these years the calendar call fails; the bare number is better than nothing.
         if (!(std::fabs(unixSeconds) < 1e15)) return NSString::stringWithFormat(u"%g", seconds_);
         const auto time = static_cast<std::time_t>(unixSeconds);
         gmtime_r(&time, &parts);

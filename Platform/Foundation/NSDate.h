@@ -15,7 +15,7 @@ public:
     static const ClassInfo& classInfo();
 
     // + date
-    /// Now, by the wall clock.
+    /// The current time of the wall clock.
     static NSDate date();
     // + dateWithTimeIntervalSinceNow:
     static NSDate dateWithTimeIntervalSinceNow(double seconds);
@@ -28,8 +28,7 @@ public:
     // - compare:
     NSComparisonResult compare(const NSDate& other) const;
 
-    /// A clock of a test's own in place of the wall clock: seconds since the reference date. Null restores
-    /// it.
+    /// Replaces the wall clock by a test's own clock, in seconds since the reference date. Null restores it.
     using Clock = double (*)();
     static void setClockForTesting(Clock clock);
 };

@@ -1,7 +1,7 @@
 #pragma once
 
-// Dates as text, by a pattern of the Unicode locale data ("yyyy-MM-dd HH:mm:ss.SSS"), in the local time zone
-// and the Gregorian calendar, with ASCII digits whatever the user's language.
+// Formats dates by a Unicode date pattern ("yyyy-MM-dd HH:mm:ss.SSS"), in the local time zone and the
+// Gregorian calendar, with ASCII digits whatever the user's language.
 
 #include "Platform/Foundation/NSDate.h"
 
@@ -13,19 +13,19 @@ namespace unicode {
 class DatePattern;
 }
 
-/// Copies share the pattern. `stringFromDate` may be called from any thread; `setDateFormat` needs the
-/// owner's care, as any change does.
+/// Copies share the pattern. `stringFromDate` may be called from any thread, `setDateFormat` only while no
+/// other thread uses the formatter.
 class NSDateFormatter {
 public:
-    /// Without a pattern yet: every date gives the empty text.
+    /// Has no pattern yet: every date gives the empty text.
     NSDateFormatter() = default;
 
     // - setDateFormat:
-    /// nil and the empty pattern give empty texts; a letter without a meaning prints nothing, nor do the
-    /// fields after it. Takes the local time zone as it is now.
+    /// A nil or empty pattern gives empty texts. A letter without a meaning prints nothing, nor do the fields
+    /// after it. The local time zone is that of the moment of this call.
     void setDateFormat(const NSString& format);
     // - stringFromDate:
-    /// nil for nil.
+    /// A nil date gives nil.
     NSString stringFromDate(const NSDate& date) const;
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
 
-// Keyed collections. They enumerate their entries in the order in which the keys were first set.
+// Dictionaries. They enumerate their entries in the order in which the keys were first set.
 
 #include "Platform/Foundation/NSArray.h"
 
@@ -12,15 +12,14 @@ namespace qrv {
 
 class NSMutableDictionary;
 
-/// Immutable. Copies share.
+/// An immutable dictionary; copies share their storage.
 class NSDictionary : public id {
 public:
     using Entries = std::vector<std::pair<id, id>>;
 
     using id::id;
     NSDictionary() = default;
-    /// Later entries replace earlier ones of an equal key. nil keys or values raise
-    /// NSInvalidArgumentException.
+    /// Of entries with equal keys the last one counts. nil keys and values raise NSInvalidArgumentException.
     NSDictionary(std::initializer_list<std::pair<id, id>> entries);
     static const ClassInfo& classInfo();
 
@@ -31,7 +30,7 @@ public:
     std::size_t count() const { return entries().size(); }
 
     // - objectForKey:
-    /// nil when there is none, for a nil key and for nil.
+    /// Returns nil if there is no such key, and for a nil key or receiver.
     id objectForKey(const id& key) const;
     // - allKeys
     /// In the order of enumeration.
@@ -39,7 +38,7 @@ public:
     // - mutableCopy
     NSMutableDictionary mutableCopy() const;
 
-    /// Empty for nil. Valid as long as any handle on this payload lives.
+    /// Empty for nil. Valid for as long as a handle to this payload exists.
     const Entries& entries() const;
 
     auto begin() const { return entries().begin(); }
@@ -47,13 +46,13 @@ public:
     auto end() const { return entries().end(); }
 };
 
-/// A dictionary in the making; it belongs to one owner.
+/// A dictionary that can be changed, by one owner.
 class NSMutableDictionary {
 public:
     NSMutableDictionary() = default;
 
     // - setObject:forKey:
-    /// nil objects or keys raise NSInvalidArgumentException. A key that is there keeps its place.
+    /// nil objects and keys raise NSInvalidArgumentException. An existing key keeps its place.
     void setObject_forKey(const id& object, const id& key);
     // - removeObjectForKey:
     void removeObjectForKey(const id& key);

@@ -1,7 +1,7 @@
 #pragma once
 
-// Expected failures as values: a domain, a code and a user-info. An operation that can fail takes an
-// `NSError*` that may be null, and touches it only on failure.
+// Errors as values: a domain, a code and a user-info. An operation that can fail takes an `NSError*`, which
+// may be null and is written to on failure only.
 
 #include "Platform/Foundation/NSDictionary.h"
 
@@ -13,6 +13,7 @@ inline constexpr char16_t NSOSStatusErrorDomain[] = u"NSOSStatusErrorDomain";
 inline constexpr char16_t NSURLErrorDomain[] = u"NSURLErrorDomain";
 
 // Keys of a user-info.
+
 inline constexpr char16_t NSLocalizedDescriptionKey[] = u"NSLocalizedDescription";
 inline constexpr char16_t NSLocalizedFailureReasonErrorKey[] = u"NSLocalizedFailureReason";
 inline constexpr char16_t NSLocalizedRecoverySuggestionErrorKey[] = u"NSLocalizedRecoverySuggestion";
@@ -24,6 +25,7 @@ inline constexpr char16_t NSURLErrorFailingURLErrorKey[] = u"NSErrorFailingURLKe
 inline constexpr char16_t NSURLErrorFailingURLStringErrorKey[] = u"NSErrorFailingURLStringKey";
 
 // Codes of NSCocoaErrorDomain.
+
 inline constexpr long long NSFileNoSuchFileError = 4;
 inline constexpr long long NSFileReadUnknownError = 256;
 inline constexpr long long NSFileReadNoPermissionError = 257;
@@ -36,6 +38,7 @@ inline constexpr long long NSFileWriteOutOfSpaceError = 640;
 inline constexpr long long NSFileWriteVolumeReadOnlyError = 642;
 
 // Codes of NSURLErrorDomain.
+
 inline constexpr long long NSURLErrorUnknown = -1;
 inline constexpr long long NSURLErrorCancelled = -999;
 inline constexpr long long NSURLErrorBadURL = -1000;
@@ -68,24 +71,25 @@ public:
     // - userInfo
     NSDictionary userInfo() const;
     // - localizedDescription
-    /// The user-info's, else the standard text of the domain and code; nil for nil only.
+    /// The user-info's description, or else the standard text of the domain and code; nil only for a nil
+    /// receiver.
     NSString localizedDescription() const;
     // - localizedFailureReason
-    /// The user-info's, or nil.
+    /// The user-info's entry, or nil.
     NSString localizedFailureReason() const;
     // - localizedRecoverySuggestion
-    /// The user-info's, or nil.
+    /// The user-info's entry, or nil.
     NSString localizedRecoverySuggestion() const;
 };
 
-/// The payload, for error classes of one's own: derive from it and give it a class of its own.
+/// The payload. To make an error class of your own, derive from it and override objectClass.
 class NSErrorObject : public Object, public NSCoding {
 public:
     NSErrorObject(NSString domain, long long code, NSDictionary userInfo);
 
     const ClassInfo& objectClass() const override { return NSError::classInfo(); }
 
-    /// Same domain, code and user-info.
+    /// Compares domain, code and user-info.
     bool isEqual(const Object& other) const override;
     std::size_t hash() const override;
     /// "Error Domain=... Code=... "description" UserInfo={...}"
@@ -96,14 +100,14 @@ public:
     const NSDictionary userInfo;
 };
 
-/// An error of NSPOSIXErrorDomain for an errno value, described as the system describes it.
+/// Makes an error of NSPOSIXErrorDomain from an errno value, described in the system's words.
 NSError posixError(int number);
-/// The error of a failed file operation: NSCocoaErrorDomain with the code that fits the errno value, the path
-/// (unless nil) under NSFilePathErrorKey and the POSIX error under NSUnderlyingErrorKey.
+/// Makes the error of a failed file operation: NSCocoaErrorDomain with the code that fits the errno value,
+/// the path (unless nil) under NSFilePathErrorKey and the POSIX error under NSUnderlyingErrorKey.
 NSError fileReadError(int number, const NSString& path);
 NSError fileWriteError(int number, const NSString& path);
 
-/// Stores the error where the caller wants one.
+/// Stores the error unless the destination is null.
 inline void setError(NSError* destination, const NSError& error) {
     if (destination) *destination = error;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-// Programming errors: a name, a reason and a user-info, thrown. Expected failures are NSError values instead.
+// Exceptions for programming errors, with a name, a reason and a user-info. Expected failures are NSError
+// values instead.
 
 #include "Platform/Foundation/NSDictionary.h"
 
@@ -29,8 +30,8 @@ public:
     /// "name: reason", in UTF-8.
     const char* what() const noexcept override { return what_.c_str(); }
 
-    /// Raises NSInvalidArgumentException "-[class selector]: unrecognized selector sent to instance", as a
-    /// call of an abstract operation does.
+    /// Raises NSInvalidArgumentException "-[class selector]: unrecognized selector sent to instance", as
+    /// calling an abstract operation does.
     // - doesNotRecognizeSelector:
     [[noreturn]] static void doesNotRecognizeSelector(const NSString& className, const NSString& selector);
 

@@ -1,12 +1,12 @@
 #pragma once
 
-// An open file descriptor that bytes are written to.
+// Writes to an open file descriptor.
 
 #include "Platform/Foundation/NSData.h"
 
 namespace qrv {
 
-/// Does not own the descriptor: it stays open until closeFile. One thread at a time.
+/// Does not own the descriptor, which stays open until closeFile. One thread at a time.
 class NSFileHandle {
 public:
     // - initWithFileDescriptor:
@@ -16,13 +16,13 @@ public:
     static NSFileHandle fileHandleWithStandardOutput();
 
     // - writeData:
-    /// All bytes, however many steps it takes, waiting where the descriptor does not. A failure is not
-    /// reported: what could not be written is lost. nil writes nothing. Writing to a pipe without a reader
-    /// raises SIGPIPE unless the process ignores that signal.
+    /// Writes all bytes, and waits for a non-blocking descriptor to become ready. Failures are not reported;
+    /// what could not be written is lost. nil writes nothing. Writing to a pipe without a reader raises
+    /// SIGPIPE unless the process ignores that signal.
     void writeData(const NSData& data);
 
     // - closeFile
-    /// Nothing can be written afterwards; closing again does nothing.
+    /// Closes the descriptor; later writes are lost. Closing twice does nothing.
     void closeFile();
 
 private:

@@ -1,7 +1,7 @@
 #pragma once
 
-// The reference from one object of a keyed archive to another: an index into the archive's list of objects.
-// It exists in binary property lists only.
+// A reference between objects of a keyed archive: an index into the archive's list of objects. It exists in
+// binary property lists only.
 
 #include "Platform/Foundation/NSString.h"
 

@@ -23,7 +23,7 @@ void set(NSMutableDictionary& dictionary, const char16_t* key, const id& value) 
 
 class Archiver {
 public:
-    /// nil when an object cannot be archived.
+    /// nil if an object cannot be archived.
     NSDictionary archive(const id& root) {
         objects_.push_back(NSString(keyed::null));
         const Reference reference = refer(root, 0);
@@ -37,12 +37,12 @@ public:
     }
 
 private:
-    /// The place of an object in the list, where it is put when it is not yet there.
+    /// Returns the index of an object in the list, to which it is added unless it is there.
     Reference refer(const id& object, int depth) {
         if (object.isNil()) return {};
         const void* identity = object.shared().get();
         if (const auto known = places_.find(identity); known != places_.end()) return known->second;
-        // The place comes before those of what the object holds.
+        // The object's index comes before those of its parts.
         const std::size_t place = objects_.size();
         objects_.emplace_back();
         const id form = formOf(object, depth);
@@ -51,7 +51,7 @@ private:
         return places_[identity] = Reference::uidWithValue(place);
     }
 
-    /// An object as the list holds it, or nil.
+    /// Returns the form in which the list holds an object, or nil.
     id formOf(const id& object, int depth) {
         if (isPlain(object)) return object;
         NSMutableDictionary form;
@@ -66,7 +66,7 @@ private:
                object.isKindOfClass(NSData::classInfo());
     }
 
-    /// Fills in the parts of an object and returns the class that they make; null when there is none.
+    /// Fills in the parts of an object and returns the class that they describe; null if there is none.
     const ClassInfo* describe(const id& object, NSMutableDictionary& form, int depth) {
         if (object.isKindOfClass(NSNull::classInfo())) return &NSNull::classInfo();
         if (const auto date = as<NSDate>(object)) {

@@ -1,10 +1,10 @@
 #pragma once
 
-// Objects as bytes that another process, or another program, can read back: a binary property list in the
-// keyed form, in which objects lie in one list and name each other by their place in it.
+// Archives objects as bytes that another process or program can read: a binary property list in keyed form,
+// in which the objects form one list and refer to each other by index.
 //
-// What can be archived: strings, numbers, data, dates, URLs, null objects, arrays, dictionaries, errors. An
-// error of a class of one's own comes back as a plain one.
+// Strings, numbers, data, dates, URLs, null objects, arrays, dictionaries and errors can be archived. An
+// error of a derived class is read back as a plain NSError.
 
 #include "Platform/Foundation/NSData.h"
 
@@ -15,8 +15,8 @@ public:
     NSKeyedArchiver() = delete;
 
     // + archivedDataWithRootObject:
-    /// nil for nil, and when something in it is of another kind or containers are nested too deep (more than
-    /// 512 levels). An error's empty user-info is archived as an empty dictionary.
+    /// Returns nil for nil, for objects of any other kind and for containers nested more than 512 deep. An
+    /// error's empty user-info is archived as an empty dictionary.
     static NSData archivedDataWithRootObject(const id& root);
 };
 
@@ -25,8 +25,8 @@ public:
     NSKeyedUnarchiver() = delete;
 
     // + unarchiveObjectWithData:
-    /// The root object, or nil when the bytes are no such archive or hold an object of another kind. They may
-    /// come from anyone: time and memory stay in proportion to their length.
+    /// Returns the root object, or nil if the bytes are no such archive or hold an object of another kind.
+    /// The bytes may be hostile: time and memory stay proportional to their length.
     static id unarchiveObjectWithData(const NSData& data);
 };
 

@@ -14,14 +14,14 @@ namespace qrv {
 
 namespace {
 
-/// Thrown where an archive is not sound; it stays in this file.
+/// Thrown for a malformed archive; never leaves this file.
 struct BadArchive {};
 
 void require(bool condition) {
     if (!condition) throw BadArchive();
 }
 
-/// `x` as a T, which it has to be.
+/// Returns `x` as a T; anything else is malformed.
 template <class T>
 T expect(const id& x) {
     T typed = as<T>(x);
@@ -52,12 +52,12 @@ private:
 
     static id part(const NSDictionary& form, const char16_t* key) { return form.objectForKey(NSString(key)); }
 
-    /// The object that a reference names; nil for the reference 0.
+    /// Returns the object that a reference denotes; nil for reference 0.
     const Slot& resolve(const id& reference, int depth) {
         const unsigned long long place = expect<NSKeyedArchiveUID>(reference).value();
         require(place < slots_.size() && depth <= maximumPropertyListDepth + 1);
         Slot& slot = slots_[place];
-        require(slot.state != Slot::inProgress); // an object that holds itself
+        require(slot.state != Slot::inProgress); // an object that contains itself
         if (slot.state == Slot::untouched && place != 0) {
             slot.state = Slot::inProgress;
             slot.object = decode(slot, objects_.objectAtIndex(place), depth);
@@ -66,7 +66,7 @@ private:
         return slot;
     }
 
-    /// A part of the object in `owner`, which must not be nil.
+    /// Decodes a part of the object in `owner`; it must not be nil.
     id decodePart(Slot& owner, const id& reference, int depth) {
         const Slot& slot = resolve(reference, depth + 1);
         require(!slot.object.isNil());
@@ -88,20 +88,20 @@ private:
         throw BadArchive();
     }
 
-    /// The class's name and its superclasses', nearest first.
+    /// The names of the class and its superclasses, nearest first.
     NSArray classNames(const NSDictionary& parts) const {
         const unsigned long long place =
             expect<NSKeyedArchiveUID>(part(parts, keyed::classReference)).value();
         require(place < objects_.count());
         auto names =
             expect<NSArray>(part(expect<NSDictionary>(objects_.objectAtIndex(place)), keyed::classNames));
-        // One list serves many objects, so a long one would be gone through again and again.
+        // Many objects share one list, so a long one would be searched again and again.
         constexpr std::size_t mostNames = 16;
         require(names.count() <= mostNames);
         return names;
     }
 
-    /// nil when the class is not known here; a superclass may be.
+    /// nil if the class is unknown here; a superclass may be known.
     id decodeClass(Slot& slot, const NSString& name, const NSDictionary& parts, int depth) {
         const auto is = [&](const char16_t* known) { return name.isEqualToString(known); };
         if (is(u"NSNull")) return NSNull::null();
@@ -119,7 +119,7 @@ private:
     }
 
     id decodeURL(const NSDictionary& parts, int depth) {
-        // Only whole URLs are written here; one relative to another is not understood.
+        // Only absolute URLs are written here; relative ones are not understood.
         require(expect<NSKeyedArchiveUID>(part(parts, keyed::base)).value() == 0);
         return expect<NSURL>(
             NSURL::URLWithString(expect<NSString>(resolve(part(parts, keyed::relative), depth + 1).object)));
@@ -127,7 +127,7 @@ private:
 
     std::vector<id> decodeParts(Slot& slot, const id& list, int depth) {
         const auto references = expect<NSArray>(list);
-        // One list may serve many objects; a sound archive does not need more parts than it has bytes.
+        // Many objects may share one list; a well-formed archive has no more parts than bytes.
         require(references.count() <= budget_);
         budget_ -= references.count();
         slot.height = 1;
@@ -143,7 +143,7 @@ private:
         require(keys.size() == values.size());
         NSMutableDictionary dictionary;
         for (std::size_t i = 0; i < keys.size(); ++i) {
-            // Others would be compared part by part, and shared parts again and again.
+            // Keys of other kinds would be compared part by part, and shared parts again and again.
             require(!keys[i].isKindOfClass(NSArray::classInfo()) &&
                     !keys[i].isKindOfClass(NSDictionary::classInfo()) &&
                     !keys[i].isKindOfClass(NSError::classInfo()));
@@ -155,7 +155,7 @@ private:
     id decodeError(Slot& slot, const NSDictionary& parts, int depth) {
         const auto domain = expect<NSString>(decodePart(slot, part(parts, keyed::errorDomain), depth));
         const auto code = expect<NSNumber>(part(parts, keyed::errorCode));
-        // Other writers leave an empty user-info out.
+        // Other writers omit an empty user-info.
         const id reference = part(parts, keyed::errorUserInfo);
         const bool isAbsent = !reference || expect<NSKeyedArchiveUID>(reference).value() == 0;
         const NSDictionary userInfo =

@@ -1,6 +1,6 @@
 #pragma once
 
-// Announcements by name, from senders to whoever listens.
+// Notifications by name, from senders to observers.
 //
 //     NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
 //     center.addObserver_name_object(this, u"Finished", view, [this](const NSNotification& n) { ... });
@@ -17,7 +17,7 @@ namespace qrv {
 
 struct NSNotification {
     NSString name;
-    /// The sender, for comparison; null when none was given.
+    /// The sender, to compare with; null if none was given.
     const void* object = nullptr;
 };
 
@@ -30,21 +30,21 @@ public:
     NSNotificationCenter& operator=(const NSNotificationCenter&) = delete;
 
     // + defaultCenter
-    /// The center of the process. Every operation may be called from any thread.
+    /// The process's center. Every operation may be called from any thread.
     static NSNotificationCenter& defaultCenter();
 
     // - addObserver:selector:name:object:
-    /// Calls `handler` for each notification of this name from `object`, or from anyone when `object` is
-    /// null. The observer, which is only compared, is not kept alive.
+    /// Calls `handler` for each notification of this name from `object`, or from any sender if `object` is
+    /// null. The observer only identifies the observation; it is not kept alive.
     void addObserver_name_object(const void* observer, const NSString& name, const void* object,
                                  Handler handler);
     // - removeObserver:
-    /// Ends every observation of this observer at once. A notification that is being posted does not reach
-    /// it any more either.
+    /// Ends every observation of this observer at once; even a notification that is being posted no longer
+    /// reaches it.
     void removeObserver(const void* observer);
     // - postNotificationName:object:
-    /// Calls the handlers on this thread, in the order in which they were added; ones that are added
-    /// meanwhile wait for the next notification.
+    /// Calls the handlers on this thread, in the order in which they were added. Handlers added meanwhile get
+    /// the next notification.
     void postNotificationName_object(const NSString& name, const void* object);
 
 private:

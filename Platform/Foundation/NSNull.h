@@ -1,6 +1,6 @@
 #pragma once
 
-// The null object: a value that stands for "none" where a collection cannot hold nil.
+// The null object: stands for "none" where a collection cannot hold nil.
 
 #include "Platform/Foundation/Object.h"
 
@@ -12,7 +12,7 @@ public:
     static const ClassInfo& classInfo();
 
     // + null
-    /// The one null object of the process; described as "<null>".
+    /// The process's only null object, described as "<null>".
     static NSNull null();
 };
 

@@ -15,8 +15,7 @@ const ClassInfo numberClassInfo{"NSNumber", &Object::classInfo};
 
 using Value = std::variant<bool, long long, unsigned long long, double>;
 
-// Holds every value of every kind exactly, so that equality is the same whichever way three numbers are
-// compared.
+/// Represents every value of every kind exactly, so that equality is transitive.
 using Exact = long double;
 static_assert(std::numeric_limits<Exact>::digits >= 64);
 
@@ -81,7 +80,7 @@ public:
                           : std::numeric_limits<unsigned long long>::max();
     }
 
-    /// Not-a-number is equal to itself and stands before every number.
+    /// NaN is equal to itself and comes before every number.
     std::weak_ordering compare(const NumberObject& other) const {
         const Exact a = exact();
         const Exact b = other.exact();
@@ -98,7 +97,7 @@ private:
         return std::visit([](auto v) { return static_cast<Exact>(v); }, value_);
     }
 
-    /// 16 significant digits, or 17 where 16 would read back as another value; "inf", "nan". The same in
+    /// Prints 16 significant digits, or 17 if 16 would read back as another value; "inf", "nan". The same in
     /// every locale.
     static NSString describeDouble(double value) {
         if (std::isnan(value)) return u"nan";

@@ -1,7 +1,7 @@
 #pragma once
 
-// Numbers and booleans. Numbers compare by value whatever their kind, and exactly: 1, 1.0 and true are equal,
-// 2^53 + 1 and the double 2^53 are not. Not-a-number is equal to itself.
+// Numbers and booleans. Numbers of different kinds compare by value, exactly: 1, 1.0 and true are equal, 2^53
+// + 1 and the double 2^53 are not. NaN is equal to itself.
 
 #include "Platform/Foundation/NSString.h"
 
@@ -21,26 +21,26 @@ public:
     // + numberWithDouble:
     static NSNumber numberWithDouble(double value);
 
-    /// Made as a boolean (a property list tells these from numbers).
+    /// Whether it was made from a boolean, which property lists distinguish from numbers.
     bool isBoolean() const;
-    /// Made from a floating-point value.
+    /// Whether it was made from a floating-point value.
     bool isFloatingPoint() const;
-    /// Made as an unsigned value above the signed range.
+    /// Whether it was made from an unsigned value above the signed range.
     bool isBeyondSigned() const;
 
     // - boolValue
-    /// Not zero. False for nil.
+    /// Whether it is not zero; false for nil.
     bool boolValue() const;
     // - integerValue
-    /// Truncated towards zero and held to the 64-bit range; 0 for nil and for no-numbers.
+    /// Truncates towards zero and clamps to the 64-bit range; 0 for nil and NaN.
     long long integerValue() const;
     // - unsignedIntegerValue
-    /// A negative value wraps, as the platform has it; a larger floating-point value is held to the range.
+    /// A negative value wraps around, as on the platform; a floating-point value above the range is clamped.
     unsigned long long unsignedIntegerValue() const;
     // - doubleValue
     double doubleValue() const;
     // - compare:
-    /// Not-a-number stands before every number, nil before everything.
+    /// NaN comes before every number, nil before everything.
     NSComparisonResult compare(const NSNumber& other) const;
 };
 

@@ -70,7 +70,7 @@ NSDictionary NSProcessInfo::environment() const {
         const std::size_t equals = text.find('=');
         if (equals == std::string_view::npos) continue;
         const NSString name = NSString::fromUTF8(text.substr(0, equals));
-        // Of variables given twice the first one counts, as in getenv.
+        // If a variable is given twice, the first one counts, as in getenv.
         if (variables.objectForKey(name)) continue;
         variables.setObject_forKey(NSString::fromUTF8(text.substr(equals + 1)), name);
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-// This process, and the version of the platform whose services this layer offers.
+// The current process, and the version of the platform that this layer claims to be.
 
 #include "Platform/Foundation/NSDictionary.h"
 
@@ -16,7 +16,7 @@ struct NSOperatingSystemVersion {
     friend bool operator==(const NSOperatingSystemVersion&, const NSOperatingSystemVersion&) = default;
 };
 
-/// The version that this layer states: that of the generation of services it offers, not the kernel's.
+/// The version that this layer reports: that of the services it offers, not the kernel's.
 struct PlatformVersion {
     double foundation = 1677.104;
     NSOperatingSystemVersion system = {10, 15, 7};
@@ -32,19 +32,19 @@ public:
     NSProcessInfo& operator=(const NSProcessInfo&) = delete;
 
     // + processInfo
-    /// The one object; every operation may be called from any thread.
+    /// The only object. Every operation may be called from any thread.
     static NSProcessInfo& processInfo();
 
     // - arguments
-    /// The command line, the command's own name first. Bytes that are not UTF-8 show as U+FFFD.
+    /// The command line, beginning with the command's name. Bytes that are not UTF-8 become U+FFFD.
     NSArray arguments() const;
     // - processName
-    /// The last path component of the command's own name.
+    /// The last path component of the command's name.
     NSString processName() const;
     // - processIdentifier
     int processIdentifier() const;
     // - environment
-    /// The variables as they are at the time of the call.
+    /// The environment variables at the time of the call.
     NSDictionary environment() const;
 
     // - operatingSystemVersion
@@ -53,16 +53,16 @@ public:
     bool isOperatingSystemAtLeastVersion(NSOperatingSystemVersion version) const;
 
     // - setAutomaticTerminationSupportEnabled:
-    /// Nothing ends processes of its own accord here; what is asked for is kept and can be read.
+    /// Only stored: nothing here terminates processes automatically.
     void setAutomaticTerminationSupportEnabled(bool enabled);
     // - automaticTerminationSupportEnabled
     bool automaticTerminationSupportEnabled() const;
     // - disableAutomaticTermination:
     void disableAutomaticTermination(const NSString& reason);
-    /// The reasons for which automatic termination is off, in the order given.
+    /// The reasons given to disableAutomaticTermination, in order.
     NSArray automaticTerminationDisablingReasons() const;
 
-    /// What a test wants to be told. The default and nil restore the truth.
+    /// Replaces what a test wants to replace. The default arguments restore the real values.
     void setVersionForTesting(PlatformVersion version = {});
     void setArgumentsForTesting(const NSArray& arguments = {});
     void setProcessNameForTesting(const NSString& name = {});

@@ -47,7 +47,7 @@ NSString NSStringFromPoint(NSPoint point);
 NSString NSStringFromSize(NSSize size);
 /// "{{x, y}, {width, height}}"
 NSString NSStringFromRect(NSRect rect);
-/// Two numbers anywhere in the text, width first; what is missing is 0. nil gives a zero size.
+/// Reads two numbers anywhere in the text, width first. A missing number is 0; nil gives a zero size.
 NSSize NSSizeFromString(const NSString& text);
 
 } // namespace qrv

@@ -7,14 +7,15 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <system_error>
+#include <utility>
 
 namespace qrv {
 
 namespace asio = boost::asio;
 using Descriptor = asio::posix::stream_descriptor;
 
-// Registrations share the context, so that one that outlives its loop does no harm. The queue of the context
-// refers to registrations only weakly, which keeps the two from holding each other.
+/// Registrations share ownership of the context, so that one may outlive its loop. The context's queue refers
+/// to registrations weakly, which avoids a reference cycle.
 struct NSRunLoop::Context {
     asio::io_context io;
     asio::executor_work_guard<asio::io_context::executor_type> keepRunning{io.get_executor()};
@@ -47,7 +48,7 @@ namespace {
 
 thread_local NSRunLoop* substitute = nullptr;
 
-// A descriptor of our own for the same open file: a file can then be watched for reading and writing at once.
+/// Duplicates the descriptor, so that one file can be watched for reading and writing at once.
 int duplicate(int descriptor) {
     int copy = ::fcntl(descriptor, F_DUPFD_CLOEXEC, 0);
     if (copy < 0) throw std::system_error(errno, std::generic_category(), "watching a descriptor");
@@ -90,8 +91,8 @@ bool NSRunLoop::runUntil(const std::function<bool()>& predicate, TimePoint deadl
     return true;
 }
 
-// Two trips of a marker through the queue: the first one passes the point where descriptors and timers are
-// looked at, the second one runs what was found there. What handlers post meanwhile waits for the next time.
+/// Sends a marker through the queue twice: the first pass reaches the point where descriptors and timers are
+/// polled, the second runs what was found there. What handlers post meanwhile waits for the next run.
 void NSRunLoop::runReadyOnce() {
     for (int trip = 0; trip < 2; ++trip) {
         auto passed = std::make_shared<bool>(false);
@@ -126,8 +127,12 @@ NSRunLoop::Timer NSRunLoop::scheduleTimer(std::chrono::nanoseconds delay, Handle
     return Timer(std::move(state));
 }
 
-void NSRunLoop::performSoon(Handler handler) {
-    asio::post(context_->io, std::move(handler));
+NSRunLoop::Posted NSRunLoop::performSoon(Handler handler) {
+    auto state = std::make_shared<Handler>(std::move(handler));
+    asio::post(context_->io, [weak = std::weak_ptr(state)] {
+        if (const auto alive = weak.lock()) std::exchange(*alive, nullptr)(); // gone when it has run
+    });
+    return Posted(std::move(state));
 }
 
 } // namespace qrv

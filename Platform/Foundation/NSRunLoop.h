@@ -2,9 +2,9 @@
 
 // The event loop of a thread: file descriptors, timers and posted functions.
 //
-// Handlers run inside the run operations only, on the loop's thread, one after the other. A handler may run
-// the loop again; a handler that throws ends the innermost run operation with its exception and leaves the
-// loop usable. Everything but performSoon belongs to the loop's thread.
+// Handlers run only inside the run operations, on the loop's thread, one after the other. A handler may run
+// the loop itself; a handler that throws ends the innermost run operation with its exception and leaves the
+// loop usable. Everything belongs to the loop's thread.
 
 #include <chrono>
 #include <functional>
@@ -19,7 +19,8 @@ public:
     using Handler = std::function<void()>;
     using TimePoint = std::chrono::steady_clock::time_point;
 
-    /// Keeps a timer or a watch alive; its handler never runs after cancel or destruction.
+    /// Keeps a watch, a timer or a posted function alive; its handler never runs after cancel or destruction.
+    /// An owner that holds its registrations may be destroyed by any handler, theirs included.
     class Registration {
     public:
         Registration() = default;
@@ -36,12 +37,13 @@ public:
 
     using Timer = Registration;
     using Watch = Registration;
+    using Posted = Registration;
 
-    /// The loop of the calling thread, made on first use; it dies with the thread.
+    /// The calling thread's loop, created on first use and destroyed with the thread.
     // + currentRunLoop
     static NSRunLoop& currentRunLoop();
 
-    /// Puts another loop in the place of the calling thread's own; nullptr takes it away again. Not owned.
+    /// Replaces the calling thread's loop; null restores it. Not owned.
     static void setCurrentRunLoopForTesting(NSRunLoop* loop);
 
     NSRunLoop();
@@ -49,25 +51,25 @@ public:
     NSRunLoop(const NSRunLoop&) = delete;
     NSRunLoop& operator=(const NSRunLoop&) = delete;
 
-    /// Processes events until the date. With a nil date or one in the past: what is ready now, once, without
+    /// Processes events until the date. With a nil or past date, processes once what is ready, without
     /// blocking.
     // - runUntilDate:
     virtual void runUntilDate(const NSDate& date);
 
-    /// Processes events until the predicate holds or the deadline passes, and tells whether it holds. The
-    /// predicate is asked first, and then after each event.
+    /// Processes events until the predicate holds or the deadline has passed, and returns whether it holds.
+    /// The predicate is checked first and after each event.
     virtual bool runUntil(const std::function<bool()>& predicate, TimePoint deadline);
 
-    /// Calls the handler whenever the descriptor can be read (or written) without blocking, its end included.
-    /// The descriptor stays the caller's and should be non-blocking; closing it does not end the watch.
-    Watch watchReadable(int descriptor, Handler handler);
-    Watch watchWritable(int descriptor, Handler handler);
+    /// Calls the handler whenever the descriptor is ready to read (or write), at its end too. The descriptor
+    /// remains the caller's and should be non-blocking; closing it does not end the watch.
+    [[nodiscard]] Watch watchReadable(int descriptor, Handler handler);
+    [[nodiscard]] Watch watchWritable(int descriptor, Handler handler);
 
     /// Calls the handler once, after the delay.
-    Timer scheduleTimer(std::chrono::nanoseconds delay, Handler handler);
+    [[nodiscard]] Timer scheduleTimer(std::chrono::nanoseconds delay, Handler handler);
 
-    /// Calls the handler in the next turn, after what was posted before. From any thread.
-    void performSoon(Handler handler);
+    /// Calls the handler once, in a turn of its own after what was posted before.
+    [[nodiscard]] Posted performSoon(Handler handler);
 
 private:
     struct Context;

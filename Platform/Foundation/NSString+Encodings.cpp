@@ -1,4 +1,4 @@
-// Texts from bytes and back.
+// Conversion between text and bytes.
 
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSString.h"

@@ -1,6 +1,5 @@
-// Expansion of formats. The format is walked once; a conversion without a fitting argument prints a marker
-// such as
-// "<%d: missing>" or "<%d: wrong type>".
+// Expands formats in one pass. A conversion without a fitting argument prints a marker such as "<%d:
+// missing>" or "<%d: wrong type>".
 
 #include "Platform/Foundation/DecimalPoint.h"
 #include "Platform/Foundation/NSString.h"
@@ -16,14 +15,14 @@ namespace qrv {
 
 namespace {
 
-// Wider fields than this are cut: a format is never worth more memory than a page.
+/// Limits the width of a field, so that a format cannot allocate without bound.
 constexpr int maximumWidth = 4096;
 
 bool isDigit(char16_t c) {
     return c >= u'0' && c <= u'9';
 }
 
-/// One conversion as written, e.g. "%-8.3lf".
+/// A conversion as written, e.g. "%-8.3lf".
 struct Conversion {
     std::u16string_view source;
     std::string flags;
@@ -40,7 +39,8 @@ class Parser {
 public:
     explicit Parser(std::u16string_view rest) : all_(rest) {}
 
-    /// The conversion at the start of the text, which begins with '%'; a letter of 0 means it is cut short.
+    /// Parses the conversion at the start of the text, which begins with '%'; a letter of 0 means that it is
+    /// truncated.
     Conversion parse() {
         Conversion c;
         at_ = 1;
@@ -203,14 +203,13 @@ private:
     bool integer(const Conversion& c, const FormatArgument& argument, bool isSigned) {
         const auto* value = std::get_if<FormatInteger>(&argument);
         if (!value) return false;
-        // The bits are those of the value as a 64-bit integer; a narrower conversion cuts them as printf
-        // does.
+        // The bits are those of the 64-bit value; a narrower conversion truncates them, as printf does.
         const unsigned width = lengthInBytes(c);
         const std::string spec = "%" + fields(c) + "ll" + static_cast<char>(toPrintf(c.letter));
         if (isSigned) {
             print(spec.c_str(), signExtended(value->bits, width));
         } else {
-            // A negative number shows the bits it has after promotion to int, not those of the conversion.
+            // A negative number shows its bits after promotion to int, not those of the conversion.
             const unsigned promoted = std::max<unsigned>(value->bytes, 4);
             const unsigned bytes = value->isSigned ? std::min(width, promoted) : width;
             print(spec.c_str(), value->bits & (~0ULL >> (64 - 8 * bytes)));
@@ -298,7 +297,7 @@ private:
 
     template <class T>
     void print(const char* spec, T value) {
-        // The conversion is put together above from checked parts only.
+        // The conversion was assembled above from checked parts.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
         const int length = std::snprintf(nullptr, 0, spec, value);

@@ -1,4 +1,4 @@
-// Numbers read from the beginning of a text, and geometry in its text form.
+// Numbers at the start of a text, and geometry as text.
 
 #include "Platform/Foundation/DecimalPoint.h"
 #include "Platform/Foundation/NSString.h"
@@ -25,7 +25,7 @@ std::u16string_view skipSpace(std::u16string_view text) {
     return text.substr(static_cast<std::size_t>(first - text.begin()));
 }
 
-/// The longest decimal number at the start of the text, and how many units it takes (0 without one).
+/// The longest decimal number at the start of the text, and how many units it takes (0 if there is none).
 struct LeadingNumber {
     double value = 0;
     std::size_t units = 0;
@@ -34,7 +34,7 @@ struct LeadingNumber {
 LeadingNumber leadingNumber(std::u16string_view text) {
     const std::size_t sign = !text.empty() && (text[0] == u'+' || text[0] == u'-') ? 1 : 0;
     const std::u16string_view digits = text.substr(sign);
-    // A second sign is no number, and "infinity" is a word; both are kept from the conversion.
+    // A second sign is not a number, and "infinity" is a word: neither may reach the conversion.
     const bool isNumber = !digits.empty() && (isDigit(digits[0]) ||
                                               (digits[0] == u'.' && digits.size() > 1 && isDigit(digits[1])));
     if (!isNumber) return {};
@@ -70,7 +70,7 @@ long long NSString::integerValue() const {
     for (const char16_t c : text) {
         if (!isDigit(c)) break;
         const int digit = c - u'0';
-        // Accumulated on the negative side, which reaches one further.
+        // Accumulated as a negative number, since the negative range is larger by one.
         if (value < (Limits::min() + digit) / 10) return negative ? Limits::min() : Limits::max();
         value = value * 10 - digit;
     }

@@ -1,4 +1,4 @@
-// Paths as text. Only standardizing looks at the disk.
+// Paths as text. Only standardising accesses the disk.
 
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSString.h"
@@ -16,14 +16,14 @@ namespace qrv {
 
 namespace {
 
-/// The path without the slashes at its end; a path of slashes only keeps one.
+/// Removes trailing slashes; a path of slashes only keeps one.
 std::u16string_view withoutTrailingSlashes(std::u16string_view path) {
     const std::size_t last = path.find_last_not_of(u'/');
     if (last == std::u16string_view::npos) return path.substr(0, path.empty() ? 0 : 1);
     return path.substr(0, last + 1);
 }
 
-/// The place of the dot that starts the extension of a path without slashes at its end, or npos.
+/// Returns the index of the extension's dot in a path without trailing slashes, or npos.
 std::size_t extensionDot(std::u16string_view path) {
     const std::size_t dot = path.rfind(u'.');
     const std::size_t slash = path.rfind(u'/');
@@ -32,7 +32,7 @@ std::size_t extensionDot(std::u16string_view path) {
     return hasDotInside ? dot : std::u16string_view::npos;
 }
 
-/// Calls `visit` with each component that is not empty.
+/// Calls `visit` with each non-empty component.
 template <class Visit>
 void forEachName(std::u16string_view path, const Visit& visit) {
     while (!path.empty()) {
@@ -47,7 +47,7 @@ void appendName(std::u16string& path, std::u16string_view name) {
     path.append(name);
 }
 
-/// The home folder of a user by name, or of this process's user for the empty name.
+/// Returns the home folder of a user by name, or of this process's user for an empty name.
 std::optional<std::string> homeFolder(const std::string& user) {
     const char* home = user.empty() ? std::getenv("HOME") : nullptr;
     if (home && *home) return home;
@@ -72,8 +72,8 @@ std::u16string expandingTilde(std::u16string_view path) {
     return unicode::fromUTF8Lossy(*home).append(path.substr(end));
 }
 
-/// Turns an absolute path into that of the folder that holds it; a symbolic link at its end is followed first
-/// where it is there.
+/// Replaces an absolute path by its parent folder's, after following a symbolic link at its end, if there is
+/// one.
 void moveToRealParent(std::u16string& path) {
     if (path.size() < PATH_MAX) {
         if (char* resolved = ::realpath(NSString(path).fileSystemRepresentation().c_str(), nullptr)) {

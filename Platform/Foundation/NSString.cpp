@@ -75,7 +75,7 @@ NSString NSString::fromUTF8(std::string_view bytes) {
 }
 
 std::u16string_view NSString::view() const {
-    // Every payload that reaches a typed handle is of its class, so no test at run time is needed here.
+    // The payload of a typed handle always is of its class, so no run-time check is needed.
     return isNil() ? std::u16string_view() : static_cast<const StringObject&>(*shared()).text();
 }
 

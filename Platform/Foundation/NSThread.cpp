@@ -8,7 +8,7 @@ namespace qrv {
 
 namespace {
 
-/// Something of which each thread has its own.
+/// Its address identifies the thread.
 thread_local const char mark = 0;
 
 } // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-// The calling thread, as log lines name it.
+// The calling thread, as log lines identify it.
 
 #include "Platform/Foundation/NSString.h"
 
@@ -15,10 +15,10 @@ public:
     static bool isMainThread();
 
     // - name
-    /// The system's name for the thread (at most 15 bytes): what it was given, else the process's.
+    /// The thread's name in the system (at most 15 bytes): the one it was given, or else the process's.
     const NSString& name() const { return name_; }
 
-    /// Different for each thread that lives at the same time.
+    /// Unique among the threads that exist at the same time.
     const void* address() const { return address_; }
 
 private:

@@ -1,6 +1,8 @@
 #include "Platform/Foundation/NSURL.h"
 
-#include "Platform/Foundation/Unicode.h"
+#include "Platform/Foundation/ASCII.h"
+#include "Platform/Foundation/PercentEscapes.h"
+#include "Platform/Foundation/URLPieces.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -32,81 +34,6 @@ private:
     const NSString text_;
 };
 
-bool isAlphanumeric(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
-
-bool isHex(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
-}
-
-/// Escapes every byte that is neither alphanumeric nor in `kept`.
-std::string escaped(const std::string& bytes, std::string_view kept) {
-    std::string result;
-    for (const char c : bytes) {
-        if (isAlphanumeric(c) || kept.find(c) != std::string_view::npos) {
-            result.push_back(c);
-        } else {
-            constexpr char digits[] = "0123456789ABCDEF";
-            const auto byte = static_cast<unsigned char>(c);
-            result.append({'%', digits[byte >> 4], digits[byte & 15]});
-        }
-    }
-    return result;
-}
-
-/// Malformed escapes stay as they are.
-NSString unescaped(std::u16string_view text) {
-    std::string bytes = unicode::toUTF8Lossy(text);
-    std::string result;
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (bytes[i] == '%' && i + 2 < bytes.size() && isHex(bytes[i + 1]) && isHex(bytes[i + 2])) {
-            result.push_back(static_cast<char>(std::stoi(bytes.substr(i + 1, 2), nullptr, 16)));
-            i += 2;
-        } else {
-            result.push_back(bytes[i]);
-        }
-    }
-    return NSString::fromUTF8(result);
-}
-
-/// The pieces of a URL, as views into it.
-struct Parts {
-    std::u16string_view scheme;
-    std::u16string_view authority;
-    bool hasAuthority = false;
-    std::u16string_view path;
-};
-
-bool isLetter(char16_t c) {
-    return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
-}
-
-bool isScheme(std::u16string_view text) {
-    return !text.empty() && isLetter(text[0]) && std::all_of(text.begin(), text.end(), [](char16_t c) {
-        return isLetter(c) || (c >= u'0' && c <= u'9') || c == u'+' || c == u'-' || c == u'.';
-    });
-}
-
-Parts split(std::u16string_view url) {
-    Parts parts;
-    std::u16string_view rest = url.substr(0, url.find_first_of(u"?#"));
-    const std::size_t colon = rest.find_first_of(u":/");
-    if (colon != std::u16string_view::npos && rest[colon] == u':' && isScheme(rest.substr(0, colon))) {
-        parts.scheme = rest.substr(0, colon);
-        rest.remove_prefix(colon + 1);
-    }
-    if (rest.starts_with(u"//")) {
-        rest.remove_prefix(2);
-        const std::size_t end = std::min(rest.find(u'/'), rest.size());
-        parts.authority = rest.substr(0, end);
-        parts.hasAuthority = true;
-        rest.remove_prefix(end);
-    }
-    parts.path = rest;
-    return parts;
-}
-
 NSURL make(NSString text) {
     return NSURL(std::make_shared<URLObject>(std::move(text)));
 }
@@ -119,8 +46,7 @@ const ClassInfo& NSURL::classInfo() {
 
 NSURL NSURL::URLWithString(const NSString& text) {
     if (text.length() == 0) return {};
-    // Reserved and unreserved characters, and the escapes themselves.
-    return make(NSString::fromUTF8(escaped(text.utf8(), "-._~:/?#[]@!$&'()*+,;=%")));
+    return make(NSString::fromUTF8(percentEscaped(text.utf8())));
 }
 
 NSURL NSURL::fileURLWithPath(const NSString& path) {
@@ -143,7 +69,7 @@ NSURL NSURL::fileURLWithPath_isDirectory(const NSString& path, bool isDirectory)
         }
     }
     if (isDirectory && absolute.back() != '/') absolute.push_back('/');
-    return make(NSString::fromUTF8("file://" + escaped(absolute, "-._~/!$&'()*+,=:@")));
+    return make(NSString::fromUTF8("file://" + percentEscaped(absolute, "-._~/!$&'()*+,=:@")));
 }
 
 NSString NSURL::absoluteString() const {
@@ -151,42 +77,39 @@ NSString NSURL::absoluteString() const {
 }
 
 NSString NSURL::scheme() const {
-    const NSString text = absoluteString();
-    const Parts parts = split(text.view());
-    return parts.scheme.empty() ? NSString() : NSString(parts.scheme);
+    const std::string text = absoluteString().utf8();
+    const std::string_view scheme = splitURL(text).scheme;
+    return scheme.empty() ? NSString() : NSString::fromUTF8(scheme);
 }
 
 NSString NSURL::host() const {
-    const NSString text = absoluteString();
-    std::u16string_view host = split(text.view()).authority;
-    const std::size_t at = host.rfind(u'@');
-    if (at != std::u16string_view::npos) host.remove_prefix(at + 1);
-    if (host.starts_with(u'[')) {
-        const std::size_t end = std::min(host.find(u']'), host.size());
+    const std::string text = absoluteString().utf8();
+    std::string_view host = splitURL(text).authority;
+    const std::size_t at = host.rfind('@');
+    if (at != std::string_view::npos) host.remove_prefix(at + 1);
+    if (host.starts_with('[')) {
+        const std::size_t end = std::min(host.find(']'), host.size());
         host = host.substr(1, end - 1);
     } else {
-        host = host.substr(0, host.rfind(u':'));
+        host = host.substr(0, host.rfind(':'));
     }
-    return host.empty() ? NSString() : unescaped(host);
+    return host.empty() ? NSString() : NSString::fromUTF8(percentDecoded(host));
 }
 
 NSString NSURL::path() const {
-    const NSString text = absoluteString();
-    if (text.isNil()) return {};
-    const Parts parts = split(text.view());
-    std::u16string_view path = parts.path;
+    if (isNil()) return {};
+    const std::string text = absoluteString().utf8();
+    const URLPieces pieces = splitURL(text);
+    std::string_view path = pieces.path;
     // An opaque URL ("about:blank", "mailto:...") has no path.
-    if (!parts.scheme.empty() && !parts.hasAuthority && !path.starts_with(u'/')) return {};
-    if (path.size() > 1 && path.ends_with(u'/')) path.remove_suffix(1);
-    return unescaped(path);
+    if (!pieces.scheme.empty() && !pieces.hasAuthority && !path.starts_with('/')) return {};
+    if (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
+    return NSString::fromUTF8(percentDecoded(path));
 }
 
 bool NSURL::isFileURL() const {
-    const NSString text = absoluteString();
-    const std::u16string_view scheme = split(text.view()).scheme;
-    constexpr std::u16string_view file = u"file";
-    return std::equal(scheme.begin(), scheme.end(), file.begin(), file.end(),
-                      [](char16_t a, char16_t b) { return (a | 0x20) == b; });
+    const std::string text = absoluteString().utf8();
+    return lowered(splitURL(text).scheme) == "file";
 }
 
 } // namespace qrv

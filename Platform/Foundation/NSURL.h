@@ -1,6 +1,6 @@
 #pragma once
 
-// Absolute URLs and their parts, by the generic syntax of RFC 3986.
+// Absolute URLs and their parts, by the generic URL syntax.
 
 #include "Platform/Foundation/NSString.h"
 
@@ -13,11 +13,11 @@ public:
     static const ClassInfo& classInfo();
 
     // + URLWithString:
-    /// Characters that no URL may hold are percent-escaped as UTF-8; what is escaped stays. nil for nil and
-    /// for text without any character.
+    /// Percent-encodes, in UTF-8, characters that a URL must not contain; existing escapes stay. nil and
+    /// empty text give nil.
     static NSURL URLWithString(const NSString& text);
     // + fileURLWithPath:
-    /// Looks at the disk: the URL of a directory ends in a slash. A relative path is taken from the working
+    /// Checks the disk: a directory's URL ends in a slash. A relative path is resolved against the working
     /// folder.
     static NSURL fileURLWithPath(const NSString& path);
     // + fileURLWithPath:isDirectory:
@@ -25,25 +25,24 @@ public:
     static NSURL fileURLWithPath_isDirectory(const NSString& path, bool isDirectory);
 
     // - absoluteString
-    /// The whole URL; also its description.
+    /// The whole URL, which is also its description.
     NSString absoluteString() const;
 
     // - absoluteURL
     NSURL absoluteURL() const { return *this; }
 
     // - scheme
-    /// As written, without the colon; nil without one.
+    /// As written, without the colon; nil if there is none.
     NSString scheme() const;
     // - host
-    /// Without user, port and the brackets of an IPv6 address, percent-decoded; nil when there is none or it
-    /// is empty.
+    /// Percent-decoded, without user, port and the brackets of an IPv6 address; nil if missing or empty.
     NSString host() const;
     // - path
-    /// Percent-decoded, without a trailing slash (but "/" stays); nil for a URL such as "about:blank", which
-    /// has no path.
+    /// Percent-decoded, without a trailing slash (except "/" itself); nil for a URL without a path such as
+    /// "about:blank".
     NSString path() const;
     // - isFileURL
-    /// The scheme is "file", in capital or small letters.
+    /// Whether the scheme is "file", in any case.
     bool isFileURL() const;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// A server's demand for credentials, and whom to answer.
+// A server's demand for credentials, and the object that answers it.
 
 #include "Platform/Foundation/NSURL.h"
 
@@ -15,13 +15,13 @@ public:
     virtual void cancelAuthenticationChallenge(const NSURLAuthenticationChallenge& challenge) = 0;
 };
 
-/// Lives as long as the callback that hands it out.
+/// Valid during the callback that delivers it only.
 class NSURLAuthenticationChallenge {
 public:
     NSURLAuthenticationChallenge(NSURL url, NSURLAuthenticationChallengeSender& sender)
         : url_(std::move(url)), sender_(sender) {}
 
-    /// The address that asks for credentials.
+    /// The address that demands credentials.
     const NSURL& URL() const { return url_; }
 
     // - sender

@@ -1,7 +1,7 @@
 #pragma once
 
-// The process's cache of loaded resources: its capacities. Nothing that is loaded outlives the run of the
-// engine that loaded it, so no responses are kept here; whoever starts an engine reads the capacities.
+// The process's URL cache, reduced to its settings. No responses are kept: the engine has no cache that
+// outlives it. So the capacities are only stored, and removing responses is only counted.
 
 #include <atomic>
 #include <cstddef>
@@ -15,24 +15,24 @@ public:
     NSURLCache& operator=(const NSURLCache&) = delete;
 
     // + sharedURLCache
-    /// The cache of the process. Every operation may be called from any thread.
+    /// The process's cache. Every operation may be called from any thread.
     static NSURLCache& sharedURLCache();
 
     // - removeAllCachedResponses
     void removeAllCachedResponses() { ++removals_; }
 
-    /// How often all responses were removed: what one who keeps some compares with.
+    /// How often all responses were removed.
     std::size_t removals() const { return removals_; }
 
     // - setDiskCapacity:
-    /// In bytes; 0 keeps nothing.
+    /// In bytes.
     void setDiskCapacity(std::size_t bytes) { diskCapacity_ = bytes; }
 
     // - diskCapacity
     std::size_t diskCapacity() const { return diskCapacity_; }
 
     // - setMemoryCapacity:
-    /// In bytes; 0 keeps nothing.
+    /// In bytes.
     void setMemoryCapacity(std::size_t bytes) { memoryCapacity_ = bytes; }
 
     // - memoryCapacity

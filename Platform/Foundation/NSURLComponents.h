@@ -1,6 +1,6 @@
 #pragma once
 
-// The query of a URL from its pieces.
+// Builds the query of a URL from its items.
 
 #include "Platform/Foundation/NSString.h"
 
@@ -12,7 +12,7 @@ namespace qrv {
 class NSURLQueryItem {
 public:
     // + queryItemWithName:value:
-    /// A nil value makes an item without "="; a nil name counts as the empty one.
+    /// A nil value makes an item without "="; a nil name counts as empty.
     static NSURLQueryItem queryItemWithName_value(NSString name, NSString value) {
         return {std::move(name), std::move(value)};
     }
@@ -36,8 +36,8 @@ public:
     void setQueryItems(std::vector<NSURLQueryItem> items) { items_ = std::move(items); }
 
     // - percentEncodedQuery
-    /// "name=value" for each item, joined with "&"; escaped is what a query may not hold, and "&" and "=" in
-    /// names and values. Unpaired surrogates become U+FFFD. Empty without items.
+    /// Joins "name=value" of each item with "&". Characters that a query must not contain, and "&" and "=" in
+    /// names and values, are percent-encoded. Unpaired surrogates become U+FFFD. Empty if there are no items.
     NSString percentEncodedQuery() const;
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
 
-// What is asked for when something is loaded: here, its address.
+// A request to load something: here, just its address.
 
 #include "Platform/Foundation/NSURL.h"
 
@@ -16,7 +16,7 @@ public:
     static NSURLRequest requestWithURL(const NSURL& url);
 
     // - URL
-    /// nil when the request has none.
+    /// nil if the request has none.
     NSURL URL() const;
 };
 

@@ -23,7 +23,7 @@ NSDictionary readArguments() {
     return std::move(pairs).copy();
 }
 
-/// The one payload that changes: the handles share it, and the lock guards it.
+/// The only mutable payload: the handles share it, and the lock guards it.
 class UserDefaultsObject final : public Object {
 public:
     const ClassInfo& objectClass() const override { return userDefaultsClassInfo; }
@@ -87,7 +87,7 @@ NSUserDefaults NSUserDefaults::standardUserDefaults() {
 id NSUserDefaults::objectForKey(const NSString& key) const {
     if (isNil() || !key) return {};
     if (id value = object(*this).argumentDomain().objectForKey(key)) return value;
-    // The own domain, and then the global one.
+    // Looks in the process's own domain, and then in the global one.
     if (id value = CFPreferencesCopyAppValue(key, ownDomain())) return value;
     return object(*this).registeredObject(key);
 }

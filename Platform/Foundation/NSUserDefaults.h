@@ -1,8 +1,8 @@
 #pragma once
 
-// The settings of this process, by search list: the argument domain (where the process says that it has one),
-// the process's own domain (the process name's), the global domain, and what was registered. The persistent
-// domains are files, see CFPreferences.h; they are read at the moment of use and never written.
+// The process's settings, by search list: the argument domain (if the process says that it has one), the
+// domain named after the process, the global domain, and the registered defaults. The persistent domains are
+// files (see CFPreferences.h), which are read at the moment of use and never written.
 
 #include "Platform/Foundation/NSDictionary.h"
 
@@ -14,30 +14,30 @@ public:
     static const ClassInfo& classInfo();
 
     // + standardUserDefaults
-    /// The one object of the process; every operation may be called from any thread.
+    /// The process's only object. Every operation may be called from any thread.
     static NSUserDefaults standardUserDefaults();
 
     // - objectForKey:
-    /// The first value of the search list, or nil.
+    /// Returns the first value in the search list, or nil.
     id objectForKey(const NSString& key) const;
     // - boolForKey:
-    /// What the value answers as a boolean (see BooleanValue); false when it does not, or is missing.
+    /// Returns the value as a boolean (see BooleanValue); false if it is missing or has no boolean value.
     bool boolForKey(const NSString& key) const;
     // - dictionaryRepresentation
-    /// The whole search list, as objectForKey finds it.
+    /// Merges the search list, with the values that objectForKey finds.
     NSDictionary dictionaryRepresentation() const;
     // - persistentDomainForName:
-    /// All of one domain, or nil when there is none of the name.
+    /// Returns one domain's settings, or nil if there is no such domain.
     NSDictionary persistentDomainForName(const NSString& name) const;
     // - registerDefaults:
-    /// Adds to the last domain of the search list, replacing values of the same keys.
+    /// Adds to the registered defaults, replacing values of the same keys.
     void registerDefaults(const NSDictionary& defaults) const;
 
-    /// Whether the command line consists of "-Key value" pairs, which then come first. It does not, until
-    /// said.
+    /// Says whether the command line consists of "-Key value" pairs, which then come first in the search
+    /// list. Off by default.
     void setReadsArgumentDomain(bool reads) const;
 
-    /// Forgets what was registered and that there are arguments to read.
+    /// Forgets the registered defaults and turns the argument domain off.
     void resetForTesting() const;
 };
 

@@ -43,7 +43,7 @@ bool id::isEqual(const id& other) const {
 }
 
 NSString id::description() const {
-    // A string is its own description; its payload could only give a copy.
+    // A string is its own description; going through the payload would copy it.
     if (NSString text = as<NSString>(*this)) return text;
     return object_ ? object_->description() : NSString();
 }

@@ -1,13 +1,13 @@
 #pragma once
 
-// The root of every value this system passes around: an immutable payload with a class, equality, a hash and
-// a description, and `id`, the handle that holds one or nothing (nil).
+// The root of all values: an immutable payload with a class, equality, a hash and a description, and `id`,
+// the handle that holds a payload or nothing (nil).
 //
 //     id x = NSNumber::numberWithInteger(5);
 //     if (NSNumber n = as<NSNumber>(x)) use(n.integerValue());
 //
-// Handles copy cheaply and may be used from any thread, since payloads never change. Every operation of a
-// handle is defined on nil.
+// Handles are cheap to copy and may be used from any thread, since payloads never change. Every operation of
+// a handle is defined on nil.
 
 #include <cstddef>
 #include <memory>
@@ -16,12 +16,12 @@ namespace qrv {
 
 class NSString;
 
-/// A class at run time: its name and what it derives from. Compared by address.
+/// A run-time class: its name and its superclass. Compared by address.
 struct ClassInfo {
     const char* name;
     const ClassInfo* superclass;
 
-    /// True for the class itself and for each class it derives from.
+    /// True for the class itself and its superclasses.
     constexpr bool isSubclassOf(const ClassInfo& other) const {
         for (const ClassInfo* c = this; c; c = c->superclass) {
             if (c == &other) return true;
@@ -30,7 +30,7 @@ struct ClassInfo {
     }
 };
 
-/// A payload. Classes of one's own that are to be put into a user-info or a log line derive from it.
+/// A payload. Derive from it to put objects of your own into a user-info or a log line.
 class Object {
 public:
     static const ClassInfo classInfo;
@@ -42,23 +42,23 @@ public:
 
     virtual const ClassInfo& objectClass() const { return classInfo; }
 
-    /// Identity, unless a class defines its own equality (and then its own hash).
+    /// Compares by identity, unless a class overrides it (and `hash` with it).
     virtual bool isEqual(const Object& other) const { return this == &other; }
 
     virtual std::size_t hash() const { return std::hash<const void*>{}(this); }
 
-    /// "<Class: 0xaddress>", unless a class has a better one.
+    /// "<Class: 0xaddress>", unless a class overrides it.
     virtual NSString description() const;
 };
 
-/// A handle on a payload, or nil.
+/// A handle to a payload, or nil.
 class id {
 public:
     id() = default;
 
     id(std::nullptr_t) {}
 
-    /// Shares a payload. For the typed handles `as<>` is the way that checks the class.
+    /// Shares a payload. Typed handles are made with `as<>`, which checks the class.
     explicit id(std::shared_ptr<const Object> object) : object_(std::move(object)) {}
 
     bool isNil() const { return !object_; }
@@ -73,7 +73,7 @@ public:
         return object_ && object_->objectClass().isSubclassOf(other);
     }
 
-    /// False when either side is nil, as a message to nil answers no.
+    /// False if either side is nil, as a message to nil answers.
     bool isEqual(const id& other) const;
 
     bool isIdenticalTo(const id& other) const { return object_ == other.object_; }
@@ -81,11 +81,11 @@ public:
     /// 0 for nil.
     std::size_t hash() const { return object_ ? object_->hash() : 0; }
 
-    /// nil for nil.
+    /// A nil handle gives nil.
     NSString description() const;
 
-    /// The payload as a class or a capability (`BooleanValue`, `NSCoding`, ...), or null when it is none or
-    /// nil.
+    /// The payload as a class or capability (`BooleanValue`, `NSCoding`, ...); null if it is of another kind
+    /// or nil.
     template <class T>
     const T* payload() const {
         return dynamic_cast<const T*>(object_.get());
@@ -100,13 +100,13 @@ private:
     std::shared_ptr<const Object> object_;
 };
 
-/// `x` as a handle of type T, or nil when it is nil or of another kind.
+/// `x` as a handle of type T, or nil if it is nil or of another kind.
 template <class T>
 T as(const id& x) {
     return x.isKindOfClass(T::classInfo()) ? T(x.shared()) : T();
 }
 
-/// A class as a value (what a user-info holds under "QRVExpectedType"). Described by the class's name.
+/// A class as a value, as a user-info holds it under "QRVExpectedType". Described by its name.
 class Class : public id {
 public:
     using id::id;
@@ -114,14 +114,14 @@ public:
     Class(const ClassInfo& info);
     static const ClassInfo& classInfo();
 
-    /// The class meant; null for nil.
+    /// The class it stands for; null for nil.
     const ClassInfo* info() const;
-    /// The class of a value, a class being its own; nil for nil.
+    /// The class of a value; a class is its own. nil gives nil.
     static Class of(const id& object);
 };
 
-/// Capabilities that a payload may offer. A search for one with `id::payload<>()` is the counterpart of
-/// asking an object whether it responds to a selector.
+/// Capabilities that a payload may offer. Ask for one with `id::payload<>()`, which corresponds to asking an
+/// object whether it responds to a selector.
 struct BooleanValue {
     virtual ~BooleanValue() = default;
     virtual bool boolValue() const = 0;

@@ -1,5 +1,6 @@
 #include "Platform/Foundation/PercentEscapes.h"
 
+#include "Platform/Foundation/ASCII.h"
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
@@ -50,34 +51,61 @@ std::unordered_set<char32_t> charactersOf(const NSString& text) {
     return characters;
 }
 
-std::optional<unsigned> hexDigit(char16_t c) {
-    if (c >= u'0' && c <= u'9') return c - u'0';
-    if (c >= u'a' && c <= u'f') return c - u'a' + 10;
-    if (c >= u'A' && c <= u'F') return c - u'A' + 10;
-    return std::nullopt;
+void appendEscape(std::string& text, char c) {
+    constexpr char digits[] = "0123456789ABCDEF";
+    const auto byte = static_cast<unsigned char>(c);
+    text.append({'%', digits[byte >> 4], digits[byte & 15]});
 }
 
-/// The bytes of the escapes that follow one another from the start of the text; nullopt for a malformed one.
+/// The byte of the escape at the start of the text; nothing when none is there, or a malformed one.
+template <class Char>
+std::optional<char> escapeAtStart(std::basic_string_view<Char> text) {
+    if (text.size() < 3 || text[0] != '%') return std::nullopt;
+    const auto high = hexDigitValue(text[1]);
+    const auto low = hexDigitValue(text[2]);
+    return high && low ? std::optional(static_cast<char>(*high << 4 | *low)) : std::nullopt;
+}
+
+/// Decodes the consecutive escapes at the start of the text; nullopt for a malformed one.
 std::optional<std::string> leadingEscapes(std::u16string_view text) {
     std::string bytes;
-    while (text.starts_with(u'%')) {
-        if (text.size() < 3) return std::nullopt;
-        const auto high = hexDigit(text[1]);
-        const auto low = hexDigit(text[2]);
-        if (!high || !low) return std::nullopt;
-        bytes.push_back(static_cast<char>(*high << 4 | *low));
-        text.remove_prefix(3);
+    for (; text.starts_with(u'%'); text.remove_prefix(3)) {
+        const auto byte = escapeAtStart(text);
+        if (!byte) return std::nullopt;
+        bytes.push_back(*byte);
     }
     return bytes;
 }
 
 bool isLegalInURL(char32_t c) {
     constexpr std::u32string_view others = U"-_.!~*'();/?:@&=+$,";
-    return (c >= U'a' && c <= U'z') || (c >= U'A' && c <= U'Z') || (c >= U'0' && c <= U'9') ||
-           others.find(c) != std::u32string_view::npos;
+    return isASCIIAlphanumeric(c) || others.find(c) != std::u32string_view::npos;
 }
 
 } // namespace
+
+std::string percentEscaped(std::string_view bytes, std::string_view kept) {
+    std::string result;
+    result.reserve(bytes.size());
+    for (const char c : bytes) {
+        if (isASCIIAlphanumeric(c) || kept.find(c) != std::string_view::npos) {
+            result.push_back(c);
+        } else {
+            appendEscape(result, c);
+        }
+    }
+    return result;
+}
+
+std::string percentDecoded(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        const auto byte = escapeAtStart(text);
+        result.push_back(byte.value_or(text.front()));
+        text.remove_prefix(byte ? 3 : 1);
+    }
+    return result;
+}
 
 NSString addPercentEscapes(const NSString& text, const std::function<bool(char32_t)>& stays) {
     const auto utf8 = unicode::toUTF8(text.view());
@@ -88,11 +116,7 @@ NSString addPercentEscapes(const NSString& text, const std::function<bool(char32
             result.append(sequence);
             return;
         }
-        for (const char c : sequence) {
-            constexpr char digits[] = "0123456789ABCDEF";
-            const auto byte = static_cast<unsigned char>(c);
-            result.append({'%', digits[byte >> 4], digits[byte & 15]});
-        }
+        for (const char c : sequence) appendEscape(result, c);
     });
     return NSString::fromUTF8(result);
 }

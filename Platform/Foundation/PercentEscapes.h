@@ -1,25 +1,37 @@
 #pragma once
 
-// Percent escapes of characters in UTF-8 ("%C3%A9").
+// Percent-encoding, of bytes and of characters in UTF-8 ("%C3%A9").
 
 #include "Platform/Foundation/NSString.h"
 
 #include <functional>
+#include <string>
+#include <string_view>
 
 namespace qrv {
 
-/// Every character that `stays` says no to is escaped. nil for nil and for text with an unpaired surrogate.
+/// What a URL may contain besides letters and digits: reserved and unreserved characters, and the "%" of
+/// escapes.
+inline constexpr std::string_view charactersOfURLs = "-._~:/?#[]@!$&'()*+,;=%";
+
+/// Percent-encodes every byte that is neither an ASCII letter or digit nor one of `kept`.
+std::string percentEscaped(std::string_view bytes, std::string_view kept = charactersOfURLs);
+
+/// Replaces every escape by its byte; malformed ones stay.
+std::string percentDecoded(std::string_view text);
+
+/// Percent-encodes every character that `stays` rejects. Returns nil for nil and for text with an unpaired
+/// surrogate.
 NSString addPercentEscapes(const NSString& text, const std::function<bool(char32_t)>& stays);
 
 // The two functions of the URL library, with UTF-8.
 
-/// Every escape is replaced by its character, but for those of the characters in `charactersToLeaveEscaped`.
-/// nil for nil, for a malformed escape and for escapes that are not UTF-8; unchanged without that argument
-/// (nil).
+/// Decodes every escape except those of the characters in `charactersToLeaveEscaped`; if that is nil, the
+/// text stays unchanged. Returns nil for nil, for a malformed escape and for escapes that are not UTF-8.
 NSString CFURLCreateStringByReplacingPercentEscapes(const NSString& text,
                                                     const NSString& charactersToLeaveEscaped);
-/// Characters that a URL may not hold are escaped ("%" and "#" among them), but for those in
-/// `toLeaveUnescaped`, and besides them those in `legalToBeEscaped`. nil for nil and for text with an
+/// Percent-encodes characters that a URL must not contain ("%" and "#" among them), except those in
+/// `toLeaveUnescaped`, and also those in `legalToBeEscaped`. Returns nil for nil and for text with an
 /// unpaired surrogate.
 NSString CFURLCreateStringByAddingPercentEscapes(const NSString& text, const NSString& toLeaveUnescaped,
                                                  const NSString& legalToBeEscaped);

@@ -19,7 +19,7 @@ namespace qrv {
 
 namespace {
 
-/// Changes whenever the file does, except for a change within the same tick of the file system's clock.
+/// Changes whenever the file does, except for a change within one tick of the file system's clock.
 using Stamp = std::tuple<dev_t, ino_t, off_t, time_t, long, time_t, long>;
 
 struct Known {
@@ -44,7 +44,7 @@ Stamp stampOf(const struct stat& s) {
             s.st_mtim.tv_nsec, s.st_ctim.tv_sec, s.st_ctim.tv_nsec};
 }
 
-/// Long enough ago that the next change gets another stamp on every file system.
+/// Whether the last change is long enough ago that the next one gets another stamp on every file system.
 bool isSettled(const struct stat& s) {
     constexpr time_t coarsestTick = 2;
     return std::time(nullptr) - s.st_ctim.tv_sec > coarsestTick;
@@ -59,7 +59,7 @@ std::string homeFolder() {
     return found && found->pw_dir ? found->pw_dir : "";
 }
 
-/// The folders that a variable lists; relative ones do not count.
+/// Returns the folders that a variable lists, without relative ones.
 std::vector<std::string> foldersOf(const char* variable, const std::string& standard) {
     const char* value = std::getenv(variable);
     std::string list = value && *value ? value : standard;
@@ -109,7 +109,7 @@ void setPreferencesWarning(void (*warn)(const NSString& message)) {
 std::vector<std::string> preferenceFiles(const NSString& domain) {
     const std::string name = domain.utf8();
     if (name.empty() || name.find_first_of(std::string_view("/\0", 2)) != std::string::npos) return {};
-    // XDG_CONFIG_HOME is one folder, whatever characters it has.
+    // XDG_CONFIG_HOME is a single folder, even if it contains a colon.
     const char* own = std::getenv("XDG_CONFIG_HOME");
     std::vector<std::string> folders = {own && *own == '/' ? own : homeFolder() + "/.config"};
     const std::vector<std::string> shared = foldersOf("XDG_CONFIG_DIRS", "/etc/xdg");
@@ -127,7 +127,7 @@ NSDictionary readPreferenceFile(const std::string& path) {
         }
         return {};
     }
-    // Whatever else has the name, a pipe say, might never end.
+    // Reading anything but a regular file, such as a pipe, might never end.
     if (!S_ISREG(status.st_mode)) {
         warnOnce(path, u"it is no file");
         return {};

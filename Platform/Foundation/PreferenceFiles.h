@@ -1,6 +1,6 @@
 #pragma once
 
-// Where the preferences of a domain are, and what is in them.
+// The preference files of a domain and their contents.
 
 #include "Platform/Foundation/NSDictionary.h"
 
@@ -9,12 +9,12 @@
 
 namespace qrv {
 
-/// The files of a domain, whether they exist or not, the one that counts first. None for a name that is empty
-/// or could lead to another folder.
+/// The files of a domain, existing or not, in order of precedence. None for a name that is empty or could
+/// lead to another folder.
 std::vector<std::string> preferenceFiles(const NSString& domain);
 
-/// The file's dictionary; nil when there is none or it cannot be read, of which `setPreferencesWarning`'s
-/// receiver is told once. A file that has not changed is not read again.
+/// Returns the file's dictionary; nil if there is no such file or it cannot be read, which is reported once
+/// (see setPreferencesWarning). An unchanged file is not read again.
 NSDictionary readPreferenceFile(const std::string& path);
 
 } // namespace qrv

@@ -35,7 +35,7 @@ std::optional<int> processIdentifier(const std::string& name) {
     return result.ec == std::errc() && result.ptr == end ? std::optional(identifier) : std::nullopt;
 }
 
-/// From the line "Uid:	real	effective	saved	file system".
+/// Reads the line "Uid:    real    effective       saved   file system".
 std::optional<uid_t> realUser(const fs::path& process) {
     std::ifstream file(process / "status");
     for (std::string line; std::getline(file, line);) {
@@ -47,7 +47,7 @@ std::optional<uid_t> realUser(const fs::path& process) {
 std::string shortName(const fs::path& process) {
     std::ifstream file(process / "comm", std::ios::binary);
     std::string name;
-    std::getline(file, name, '\0'); // the whole file; no exception when the process ends meanwhile
+    std::getline(file, name, '\0'); // the whole file; no exception if the process ends meanwhile
     if (!name.empty() && name.back() == '\n') name.pop_back();
     if (name.size() != kernelLength) return name.substr(0, platformLength); // kernel threads may have more
 

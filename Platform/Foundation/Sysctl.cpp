@@ -45,7 +45,7 @@ Value bytesOf(Integer value) {
     return bytes;
 }
 
-/// Counts that are too large for the 4 bytes of their name are held to the largest.
+/// Clamps counts that do not fit into the 4 bytes of their name.
 Value int32(long long value) {
     if (value <= 0) return {};
     return bytesOf(
@@ -56,11 +56,11 @@ Value int64(long long value) {
     return value > 0 ? bytesOf(static_cast<std::int64_t>(value)) : Value();
 }
 
-/// The contents of a small file up to its first line end or zero byte; empty when it cannot be read.
+/// Returns a small file's contents up to the first line end or zero byte; empty if it cannot be read.
 std::string firstLine(const std::string& path) {
     std::ifstream file(systemPath(path), std::ios::binary);
     std::string line;
-    std::getline(file, line, '\0'); // no exception when the kernel refuses what the file promises
+    std::getline(file, line, '\0'); // no exception if the kernel refuses to read it
     line.resize(std::min(line.size(), line.find('\n')));
     while (!line.empty() && line.back() == ' ') line.pop_back();
     return line;
@@ -70,7 +70,7 @@ long long number(const std::string& text) {
     return std::strtoll(text.c_str(), nullptr, 10);
 }
 
-/// The value of the first "name : value" line of /proc/cpuinfo.
+/// Returns the value of the first "name : value" line of /proc/cpuinfo.
 std::string processorDetail(std::string_view name) {
     std::ifstream file(systemPath("/proc/cpuinfo"));
     for (std::string line; std::getline(file, line);) {
@@ -82,7 +82,7 @@ std::string processorDetail(std::string_view name) {
     return {};
 }
 
-/// One file of every processor's folder, the empty ones left out.
+/// Reads one file of every processor's folder, omitting empty ones.
 std::vector<std::string> ofEachProcessor(const char* file) {
     const std::filesystem::path folder = "/sys/devices/system/cpu";
     std::vector<std::string> values;
@@ -106,14 +106,15 @@ std::string hardwareModel() {
     return {};
 }
 
-/// Threads of one core share a list of siblings, so the distinct lists are the cores.
+/// Counts the cores: the threads of one core have the same list of siblings.
 long long physicalProcessors() {
     const std::vector<std::string> siblings = ofEachProcessor("topology/thread_siblings_list");
     const std::set<std::string> cores(siblings.begin(), siblings.end());
     return cores.empty() ? sysconf(_SC_NPROCESSORS_CONF) : static_cast<long long>(cores.size());
 }
 
-/// In hertz, the fastest processor's: what the frequency driver states (in kilohertz), or the nominal one.
+/// The fastest processor's frequency in hertz: what the frequency driver reports (in kilohertz), or the
+/// nominal one.
 long long processorFrequency() {
     long long hertz = 0;
     for (const std::string& value : ofEachProcessor("cpufreq/cpuinfo_max_freq")) {

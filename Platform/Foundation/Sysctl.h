@@ -1,6 +1,6 @@
 #pragma once
 
-// System information by the names it is known under, read from this kernel's /proc and /sys.
+// System information by its well-known names, read from the kernel's /proc and /sys.
 
 #include <optional>
 #include <string>
@@ -8,8 +8,8 @@
 
 namespace qrv {
 
-/// The value's bytes as the platform lays them out: text with a terminating zero, or an integer of 4 or 8
-/// bytes. nullopt for names and values that this system does not have. Any thread.
+/// Returns the value's bytes as the platform lays them out: text with a terminating zero, or an integer of 4
+/// or 8 bytes. nullopt for names and values that this system does not have. Any thread.
 ///
 /// Text: hw.machine, hw.model, kern.bootsessionuuid, kern.hostname, kern.osrelease, kern.ostype,
 /// kern.version, machdep.cpu.brand_string. 4 bytes: hw.activecpu, hw.logicalcpu, hw.logicalcpu_max, hw.ncpu,
@@ -17,7 +17,7 @@ namespace qrv {
 /// hw.cpufrequency_max (hertz), hw.memsize, hw.pagesize (bytes).
 std::optional<std::string> sysctlByName(std::string_view name);
 
-/// A folder in which a test has put its own "proc" and "sys"; empty restores the system's.
+/// Replaces the system's folders by a test folder with its own "proc" and "sys"; empty restores them.
 void setSystemFolderForTesting(const std::string& folder = {});
 
 } // namespace qrv

@@ -6,7 +6,7 @@ namespace qrv::unicode {
 
 namespace {
 
-// The library counts in 32-bit integers; what is longer than that is refused rather than cut.
+/// The library counts in 32-bit integers; longer texts are refused rather than truncated.
 bool fits(std::size_t length) {
     return length <= static_cast<std::size_t>(INT32_MAX / 4);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-// The one door to the Unicode library: conversions, boundaries, comparison, dates. Plain standard types, so
-// that the classes above stay free of it.
+// The only access to the Unicode library: conversions, boundaries, comparison, dates. Plain standard types
+// keep the classes above free of it.
 
 #include <cstddef>
 #include <memory>
@@ -11,13 +11,13 @@
 
 namespace qrv::unicode {
 
-/// nullopt when the bytes are not valid UTF-8.
+/// Returns nullopt if the bytes are not valid UTF-8.
 std::optional<std::u16string> fromUTF8(std::string_view bytes);
-/// Every invalid sequence becomes U+FFFD.
+/// Replaces every invalid sequence by U+FFFD.
 std::u16string fromUTF8Lossy(std::string_view bytes);
-/// nullopt when the text holds an unpaired surrogate.
+/// Returns nullopt if the text contains an unpaired surrogate.
 std::optional<std::string> toUTF8(std::u16string_view text);
-/// An unpaired surrogate becomes U+FFFD.
+/// Replaces unpaired surrogates by U+FFFD.
 std::string toUTF8Lossy(std::u16string_view text);
 
 /// The units [start, end) of a text.
@@ -26,12 +26,11 @@ struct Span {
     std::size_t end = 0;
 };
 
-/// The composed character sequence (one user-perceived character) that holds the unit, which has to be inside
-/// the text. Looks only as far around as the sequence makes necessary.
+/// Returns the composed character sequence (one user-perceived character) at the index, which must be inside
+/// the text. Looks only as far around as necessary.
 Span composedSequenceAt(std::u16string_view text, std::size_t index);
 
-/// All composed character sequences of a text from its start on, in linear time. The text has to live as
-/// long.
+/// Iterates over all composed character sequences of a text, in linear time. The text must outlive it.
 class ComposedSequences {
 public:
     explicit ComposedSequences(std::u16string_view text);
@@ -52,43 +51,43 @@ private:
 
 /// Canonical decomposition (form D).
 std::u16string decomposed(std::u16string_view text);
-/// The length of the canonical decomposition, in linear time for every text.
+/// The length of the canonical decomposition, in linear time.
 std::size_t decomposedLength(std::u16string_view text);
 
-/// The compatibility form, composed (form KC): no ligatures, presentation forms or other variants.
+/// Compatibility composition (form KC): without ligatures, presentation forms and other variants.
 std::u16string compatibilityForm(std::u16string_view text);
 
-/// What a comparison takes no notice of. Canonically equivalent texts are the same in any case.
+/// What a comparison ignores. Canonically equivalent texts are always equal.
 struct Indifference {
     bool letterCase = false;
     bool diacritics = false;
     bool width = false;
 };
 
-/// The first place where the pattern stands as whole characters (with their marks), in linear time. An empty
-/// pattern is found nowhere; `anchored` looks at the start only.
+/// Returns the first occurrence of the pattern as whole characters (with their marks), in linear time. An
+/// empty pattern is never found; `anchored` searches at the start only.
 std::optional<Span> find(std::u16string_view text, std::u16string_view pattern, Indifference indifference,
                          bool anchored);
-/// Less than, equal to or greater than 0.
+/// Returns a value less than, equal to or greater than 0.
 int compare(std::u16string_view a, std::u16string_view b, Indifference indifference);
-/// By the rules of the user's language; with `numeric` numbers inside the texts compare by value.
+/// Compares by the rules of the user's language; with `numeric`, numbers inside the texts compare by value.
 int compareLocalized(std::u16string_view a, std::u16string_view b, bool caseInsensitive, bool numeric);
 
-/// nullopt when the bytes are not text in this encoding (a value of NSStringEncoding) or the encoding is not
-/// known.
+/// Returns nullopt if the bytes are not valid in this encoding (a value of NSStringEncoding) or the encoding
+/// is unknown.
 std::optional<std::u16string> decode(std::string_view bytes, unsigned long encoding);
-/// nullopt when the encoding can't hold the text whole or is not known.
+/// Returns nullopt if the encoding cannot represent the text completely or is unknown.
 std::optional<std::string> encode(std::u16string_view text, unsigned long encoding);
-/// The encoding with an IANA character set name, whatever its case; nullopt for one that is not known.
+/// Returns the encoding of an IANA character set name in any case; nullopt for an unknown name.
 std::optional<unsigned long> encodingOfCharset(const std::string& name);
 
-/// The text in bytes of a named character set. A byte-order mark beats the name; without both, and for a name
-/// that is not known, bytes that are UTF-8 are read as that and others as windows-1252. What cannot be
-/// decoded becomes U+FFFD.
+/// Decodes bytes of a named character set. A byte-order mark overrides the name. Without a mark and a known
+/// name, valid UTF-8 is read as UTF-8 and anything else as windows-1252. What cannot be decoded becomes
+/// U+FFFD.
 std::u16string decodeWebText(std::string_view bytes, const std::string& charset);
 
-/// The ASCII form of a host's name in UTF-8, with labels of other scripts as "xn--..." and letters small;
-/// nullopt for characters that no name may hold and for names longer than any. ASCII passes unchecked.
+/// Returns the ASCII form of a host name in UTF-8: lower case, labels of other scripts as "xn--...". nullopt
+/// for characters that a name must not contain and for names that are too long. ASCII names are not checked.
 std::optional<std::string> domainToASCII(std::string_view name);
 
 /// A date pattern, ready for use by any thread.
@@ -97,8 +96,8 @@ public:
     explicit DatePattern(std::u16string_view pattern);
     ~DatePattern();
 
-    /// In the local time zone as it was when the pattern was made; empty for a moment that no calendar
-    /// reaches.
+    /// Formats in the local time zone of the moment when the pattern was made; empty for a moment outside the
+    /// calendar.
     std::u16string format(double secondsSince1970) const;
 
 private:

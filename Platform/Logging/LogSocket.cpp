@@ -13,19 +13,16 @@ namespace qrv {
 
 namespace {
 
-/// A read-only memory file with the bytes, or -1.
-int memoryFile(std::string_view bytes) {
-    const int file = memfd_create("log-entry", MFD_CLOEXEC | MFD_ALLOW_SEALING);
-    if (file < 0) return -1;
+/// A read-only memory file with the bytes; nothing when there can be none.
+FileDescriptor memoryFile(std::string_view bytes) {
+    FileDescriptor file(memfd_create("log-entry", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+    if (!file) return file;
     while (!bytes.empty()) {
-        const ssize_t written = write(file, bytes.data(), bytes.size());
-        if (written <= 0) {
-            close(file);
-            return -1;
-        }
+        const ssize_t written = write(file.get(), bytes.data(), bytes.size());
+        if (written <= 0) return {};
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
-    fcntl(file, F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE | F_SEAL_SEAL);
+    fcntl(file.get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_WRITE | F_SEAL_SEAL);
     return file;
 }
 
@@ -44,22 +41,18 @@ bool sendDescriptor(int socket, int descriptor) {
 
 } // namespace
 
-LogSocket::~LogSocket() {
-    disconnect();
-}
-
 void LogSocket::setPath(std::string path) {
     const std::lock_guard lock(mutex_);
-    disconnect();
+    socket_.reset();
     path_ = std::move(path);
 }
 
 bool LogSocket::send(std::string_view datagram, bool mayPassMemoryFile) {
     const std::lock_guard lock(mutex_);
-    if (descriptor_ >= 0) {
+    if (socket_) {
         if (sendOnce(datagram, mayPassMemoryFile)) return true;
         if (errno == EAGAIN || errno == EMSGSIZE) return false;
-        disconnect();
+        socket_.reset();
     }
     return connect() && sendOnce(datagram, mayPassMemoryFile);
 }
@@ -69,28 +62,19 @@ bool LogSocket::connect() {
     address.sun_family = AF_UNIX;
     if (path_.size() >= sizeof address.sun_path) return false;
     path_.copy(address.sun_path, path_.size());
-    descriptor_ = socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (descriptor_ < 0) return false;
-    if (::connect(descriptor_, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return true;
-    disconnect();
-    return false;
-}
-
-void LogSocket::disconnect() {
-    if (descriptor_ >= 0) close(descriptor_);
-    descriptor_ = -1;
+    FileDescriptor unconnected(socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0));
+    if (::connect(unconnected.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        return false;
+    socket_ = std::move(unconnected);
+    return true;
 }
 
 bool LogSocket::sendOnce(std::string_view datagram, bool mayPassMemoryFile) {
-    if (::send(descriptor_, datagram.data(), datagram.size(), MSG_DONTWAIT | MSG_NOSIGNAL) >= 0) return true;
+    const int socket = socket_.get();
+    if (::send(socket, datagram.data(), datagram.size(), MSG_DONTWAIT | MSG_NOSIGNAL) >= 0) return true;
     if (errno != EMSGSIZE || !mayPassMemoryFile) return false;
-    const int file = memoryFile(datagram);
-    if (file < 0) return false;
-    const bool sent = sendDescriptor(descriptor_, file);
-    const int error = errno;
-    close(file);
-    errno = error;
-    return sent;
+    const FileDescriptor file = memoryFile(datagram);
+    return file && sendDescriptor(socket, file.get());
 }
 
 } // namespace qrv

@@ -1,6 +1,8 @@
 #pragma once
 
-// The sending end of a log daemon's datagram socket.
+// The client side of a log daemon's datagram socket.
+
+#include "Platform/Foundation/FileDescriptor.h"
 
 #include <mutex>
 #include <string>
@@ -8,31 +10,26 @@
 
 namespace qrv {
 
-/// Connects at the first datagram and again after the daemon was restarted. A daemon that is not there or
-/// does not keep up loses datagrams; the sender never waits. Any thread.
+/// Connects at the first datagram, and again if the daemon was restarted. Datagrams for a daemon that is
+/// missing or cannot keep up are dropped; the sender never waits. Any thread.
 class LogSocket {
 public:
     explicit LogSocket(std::string path) : path_(std::move(path)) {}
-
-    ~LogSocket();
-    LogSocket(const LogSocket&) = delete;
-    LogSocket& operator=(const LogSocket&) = delete;
 
     /// False when nobody took it. What is too long for one datagram is handed over in a sealed memory file,
     /// where the daemon knows that way.
     bool send(std::string_view datagram, bool mayPassMemoryFile);
 
-    /// Another place for the following datagrams.
+    /// Changes the path for the following datagrams.
     void setPath(std::string path);
 
 private:
     bool connect();
-    void disconnect();
     bool sendOnce(std::string_view datagram, bool mayPassMemoryFile);
 
     std::mutex mutex_;
     std::string path_;
-    int descriptor_ = -1;
+    FileDescriptor socket_;
 };
 
 } // namespace qrv

@@ -14,7 +14,7 @@ namespace {
 /// Facility "user", severity "notice".
 constexpr const char* syslogPriority = "<13>";
 
-// What a line needs is never destroyed: lines may come until the very end of the process.
+// What logging needs is never destroyed: lines may be logged until the very end of the process.
 
 LogSocket& systemLog() {
     static LogSocket& socket = *new LogSocket("/dev/log");
@@ -33,7 +33,7 @@ std::string dateForReaders(const NSDate& date) {
     return formatter.stringFromDate(date).utf8();
 }
 
-/// "Nov  1 12:00:00", as the syslog protocol has it.
+/// "Nov  1 12:00:00", as syslog requires it.
 std::string dateForSyslog(const NSDate& date) {
     static const NSDateFormatter& formatter = makeFormatter(u"MMM dd HH:mm:ss");
     std::string text = formatter.stringFromDate(date).utf8();

@@ -1,27 +1,27 @@
 #pragma once
 
-// The system log: one line on standard error with date, process name, process and thread id, and the same
-// text to the machine's syslog where there is one.
+// The system log: writes one line with date, process name, process and thread id to standard error, and the
+// same text to the machine's syslog, if there is one.
 //
 //     NSLog(u"Error: %@", error);
 //     2026-11-21 12:00:00.123 web2pdf[123:456] Error: ...
 //
-// Nothing is reported to the caller; neither a closed nor a stuck stream does harm. Any thread.
+// Failures are not reported, and a closed or stalled stream does no harm. Any thread.
 
 #include "Platform/Foundation/NSString.h"
 
 namespace qrv {
 
-/// `NSLog` with its arguments packed. A nil format logs an empty text.
+/// `NSLog` with packed arguments. A nil format logs an empty text.
 void NSLogv(const NSString& format, const FormatArguments& arguments);
 
-/// Expands the format as NSString::stringWithFormat does and logs the text.
+/// Logs the expansion of a format (see NSString::stringWithFormat).
 template <class... Arguments>
 void NSLog(const NSString& format, const Arguments&... arguments) {
     NSLogv(format, FormatArguments(arguments...));
 }
 
-/// Another socket than /dev/log for the following lines.
+/// Replaces /dev/log for the following lines.
 void setSystemLogSocketForTesting(const std::string& path);
 
 } // namespace qrv

@@ -16,7 +16,7 @@ namespace qrv {
 
 namespace {
 
-/// Keeps a SIGPIPE of this thread's own writes from reaching the process.
+/// Keeps a SIGPIPE that this thread's own writes cause from reaching the process.
 class BrokenPipeGuard {
 public:
     BrokenPipeGuard() {
@@ -46,8 +46,8 @@ private:
     bool wasPending_ = false;
 };
 
-/// Whether the descriptor takes data now. Once it did not within the time allowed, the following lines do not
-/// wait for it any more.
+/// Whether the descriptor is writable now. After it was not within the time allowed, the following lines do
+/// not wait for it any more.
 bool isWritable(int descriptor, std::chrono::milliseconds patience) {
     static std::atomic<bool> isStalled = false;
     pollfd wanted{descriptor, POLLOUT, 0};
@@ -69,7 +69,7 @@ void writeLogLine(int descriptor, std::string_view line, std::chrono::millisecon
     static std::mutex wholeLines;
     const std::lock_guard lock(wholeLines);
     const BrokenPipeGuard guard;
-    // A pipe or terminal that is ready takes PIPE_BUF bytes without blocking, but not always more.
+    // A writable pipe or terminal takes PIPE_BUF bytes without blocking, but not necessarily more.
     const std::size_t most = isFile(descriptor) ? line.size() : PIPE_BUF;
     while (!line.empty() && isWritable(descriptor, patience)) {
         const ssize_t written = write(descriptor, line.data(), std::min(line.size(), most));

@@ -1,22 +1,23 @@
 #pragma once
 
-// Lines on the standard error stream, for logs: written whole, and never at the price of the program.
+// Writes log lines to standard error: each line as a whole, and without harming the program.
 
 #include <chrono>
 #include <string_view>
 
 namespace qrv {
 
-/// Writes the line, which ends in a line feed, to a descriptor. Up to PIPE_BUF (4096) bytes, and to files of
-/// any length, it is one write(2), so that lines of several threads and processes do not mix.
+/// Writes the line, which ends in a line feed, to a descriptor. Lines of up to PIPE_BUF (4096) bytes, and to
+/// files of any length, are one write(2) each, so that lines of several threads and processes do not
+/// interleave.
 ///
-/// Logging must not harm: a closed descriptor or a reader that has gone is ignored (without SIGPIPE, whatever
-/// the process does with that signal), and a reader that takes nothing is waited for as long as the patience
-/// lasts, then lines are dropped until it reads again. Any thread.
+/// A closed descriptor or a missing reader is ignored (without SIGPIPE, whatever the process does with that
+/// signal). A stalled reader is waited for as long as `patience` allows; then lines are dropped until it
+/// reads again. Any thread.
 void writeLogLine(int descriptor, std::string_view line,
                   std::chrono::milliseconds patience = std::chrono::milliseconds(100));
 
-/// The same to standard error.
+/// Writes the line to standard error in the same way.
 void writeStandardErrorLine(std::string_view line);
 
 } // namespace qrv

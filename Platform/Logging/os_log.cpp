@@ -8,15 +8,16 @@ namespace qrv {
 
 namespace {
 
-// The journal's native protocol is spoken here rather than through its client library, which waits for a
-// daemon that hangs and can be pointed at no other socket.
+// Implements the journal's native protocol itself: its client library waits for a daemon that hangs, and
+// cannot be given another socket.
 
 LogSocket& journal() {
-    static LogSocket& socket = *new LogSocket("/run/systemd/journal/socket"); // for lines until the very end
+    static LogSocket& socket = *new LogSocket("/run/systemd/journal/socket"); // never destroyed
     return socket;
 }
 
-/// "NAME=value", or name, length in eight bytes, and value for a value of several lines.
+/// Appends "NAME=value"; or, if the value has several lines, the name, the length in eight bytes and the
+/// value.
 void appendField(std::string& entry, std::string_view name, std::string_view value) {
     entry.append(name);
     if (value.find('\n') == std::string_view::npos) {

@@ -17,7 +17,7 @@ constexpr sys_seconds latest = sys_days(year(10000) / January / 1) - seconds(1);
 
 NSDate dateFromPDFText(const std::string& text) {
     QUtil::QPDFTime parts;
-    // The library matches with a regular expression, whose recursion a long text could exhaust.
+    // The library uses a regular expression, whose recursion could exhaust the stack on a long text.
     constexpr std::size_t longestDate = 32;
     if (text.size() > longestDate || !QUtil::pdf_time_to_qpdf_time(text, &parts)) return {};
     const year_month_day day{year(parts.year), month(static_cast<unsigned>(parts.month)),

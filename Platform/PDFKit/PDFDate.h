@@ -1,6 +1,6 @@
 #pragma once
 
-// Dates as PDF files write them: "D:20240131235959+01'00'".
+// Dates in PDF syntax: "D:20240131235959+01'00'".
 
 #include "Platform/Foundation/NSDate.h"
 
@@ -8,10 +8,10 @@
 
 namespace qrv {
 
-/// nil when the text is not a complete date, to the second, with a time zone or none (then UTC).
+/// Returns nil unless the text is a complete date, to the second, with a time zone or without one (then UTC).
 NSDate dateFromPDFText(const std::string& text);
 
-/// The moment in UTC, to the second; empty for nil and for years before 0 or after 9999.
+/// Formats the date in UTC, to the second; empty for nil and for years outside 0 to 9999.
 std::string pdfTextFromDate(const NSDate& date);
 
 } // namespace qrv

@@ -22,7 +22,7 @@ std::string nameToPDF(const NSString& name) {
     return "/" + name.utf8();
 }
 
-/// nil for a value that is no attribute.
+/// Returns nil for a value that is no attribute.
 id attributeFromPDF(const std::string& name, QPDFObjectHandle value) {
     if (value.isName()) return nameFromPDF(value.getName());
     if (!value.isString()) return {};
@@ -46,10 +46,10 @@ QPDFObjectHandle attributeToPDF(const id& value) {
 
 struct Change {
     std::string name;
-    QPDFObjectHandle value; // null: the entry goes
+    QPDFObjectHandle value; // null: the entry is removed
 };
 
-/// What has to be done to the document information to make its attributes these.
+/// Returns the changes that turn the present attributes into the wanted ones.
 std::vector<Change> changesTo(const NSDictionary& present, const NSDictionary& wanted) {
     std::vector<Change> changes;
     for (const auto& [key, value] : present) {

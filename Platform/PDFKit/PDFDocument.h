@@ -1,6 +1,6 @@
 #pragma once
 
-// A PDF file whose document information can be read and changed.
+// A PDF file, whose document information can be read and changed.
 //
 //     if (auto document = PDFDocument::initWithURL(url)) {
 //         NSMutableDictionary attributes = document->documentAttributes().mutableCopy();
@@ -20,39 +20,38 @@ class QPDF;
 
 namespace qrv {
 
-/// Keys of documentAttributes. Both dates are NSDate, everything else is NSString.
+// Keys of documentAttributes. Both dates are NSDate, everything else is NSString.
+
 inline constexpr char16_t PDFDocumentTitleAttribute[] = u"Title";
 inline constexpr char16_t PDFDocumentAuthorAttribute[] = u"Author";
 inline constexpr char16_t PDFDocumentSubjectAttribute[] = u"Subject";
 inline constexpr char16_t PDFDocumentCreatorAttribute[] = u"Creator";
 inline constexpr char16_t PDFDocumentProducerAttribute[] = u"Producer";
-inline constexpr char16_t PDFDocumentKeywordsAttribute[] = u"Keywords";
 inline constexpr char16_t PDFDocumentCreationDateAttribute[] = u"CreationDate";
 inline constexpr char16_t PDFDocumentModificationDateAttribute[] = u"ModDate";
 
 class PDFDocument {
 public:
     // - initWithURL:
-    /// The document in a file, read at once. Null when the URL is no file URL and when the file cannot be
-    /// read, is no PDF, is encrypted or is damaged (a damaged file is not repaired by guessing).
+    /// Reads the file at once. Returns null if the URL is no file URL, or if the file cannot be read, is no
+    /// PDF, is encrypted or is damaged (damage is not repaired).
     static std::unique_ptr<PDFDocument> initWithURL(const NSURL& url);
 
     // - documentAttributes
-    /// The entries of the document information that are text, names or dates; a date in an unusual form is
-    /// given as its text. Empty when there are none, never nil.
+    /// The entries of the document information that are texts, names or dates; a date in an unusual form is
+    /// returned as text. Empty if there are none, never nil.
     NSDictionary documentAttributes() const;
 
     // - setDocumentAttributes:
-    /// Entries that are absent from the dictionary are removed; those that are equal to what
-    /// `documentAttributes` gives keep the form they have in the file. An unpaired surrogate becomes U+FFFD.
-    /// After a change the document has no metadata stream, since that would contradict the attributes. Values
-    /// other than NSString and NSDate (of the years 0 to 9999) and keys other than NSString raise
-    /// NSInvalidArgumentException and change nothing.
+    /// Removes entries that are missing from the dictionary; entries equal to those of `documentAttributes`
+    /// keep their form in the file. Unpaired surrogates become U+FFFD. A change removes the metadata stream,
+    /// which would contradict the attributes. Values other than NSString and NSDate (of the years 0 to 9999)
+    /// and keys other than NSString raise NSInvalidArgumentException and change nothing.
     void setDocumentAttributes(const NSDictionary& attributes);
 
     // - writeToFile:
-    /// Replaces the file in one step; false when it cannot be written or when the document turned out to be
-    /// damaged, and then an existing file stays as it was.
+    /// Replaces the file in one step. Returns false, and leaves an existing file untouched, if it cannot be
+    /// written or the document turns out to be damaged.
     bool writeToFile(const NSString& path) const;
 
 private:

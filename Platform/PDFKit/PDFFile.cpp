@@ -2,23 +2,27 @@
 
 #include <qpdf/Buffer.hh>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFExc.hh>
 #include <qpdf/QPDFWriter.hh>
 
 namespace qrv {
 
 namespace {
 
-/// A document whose lifetime holds on to the bytes that it reads its objects from, as they are needed.
-std::shared_ptr<QPDF> makeDocument(const NSData& bytes) {
+enum class Damage { refused, mended };
+
+/// Makes a document that keeps the bytes alive, from which it reads its objects when needed.
+std::shared_ptr<QPDF> makeDocument(const NSData& bytes, Damage damage) {
     const std::shared_ptr<QPDF> document = QPDF::create();
     document->setSuppressWarnings(true);
-    document->setAttemptRecovery(false);
+    document->setAttemptRecovery(damage == Damage::mended);
     document->processMemoryFile("PDF", bytes.bytes().data(), bytes.length());
     QPDF* const address = document.get();
     return {address, [document, bytes](QPDF*) {}};
 }
 
-/// The library compresses no data to no data, which no reader can decompress.
+/// Leaves empty streams uncompressed: the library would write no data at all, which readers cannot
+/// decompress.
 void keepEmptyStreams(QPDF& document) {
     for (QPDFObjectHandle& object : document.getAllObjects()) {
         if (!object.isStream()) continue;
@@ -31,9 +35,9 @@ void keepEmptyStreams(QPDF& document) {
 
 std::shared_ptr<QPDF> openPDF(const NSData& bytes) {
     try {
-        std::shared_ptr<QPDF> document = makeDocument(bytes);
+        std::shared_ptr<QPDF> document = makeDocument(bytes, Damage::refused);
         document->getAllPages();
-        // Whatever the library only warns of is damage that it went past.
+        // A warning of the library means damage that it ignored.
         if (document->isEncrypted() || document->anyWarnings()) return nullptr;
         return document;
     } catch (const std::exception&) {
@@ -55,6 +59,16 @@ NSData serializePDF(QPDF& document) {
         return NSData(std::string(bytes, bytes + buffer->getSize()));
     } catch (const std::exception&) {
         return {};
+    }
+}
+
+bool isReadablePDF(const NSData& bytes) {
+    try {
+        return !makeDocument(bytes, Damage::mended)->getAllPages().empty();
+    } catch (const QPDFExc& error) {
+        return error.getErrorCode() == qpdf_e_password;
+    } catch (const std::exception&) {
+        return false;
     }
 }
 

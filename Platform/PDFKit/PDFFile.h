@@ -1,7 +1,6 @@
 #pragma once
 
-// Reading and writing whole PDF files through the PDF library, for the units of this folder only. The
-// library's headers appear in this folder's .cpp files and nowhere else.
+// Opens, writes and judges whole PDF files through the PDF library.
 
 #include "Platform/Foundation/NSData.h"
 
@@ -11,12 +10,16 @@ class QPDF;
 
 namespace qrv {
 
-/// The document in these bytes, which it keeps alive. Null when they are no PDF, are encrypted, or are
-/// damaged: guessing at the contents of a damaged file could lose some of them when it is written back.
+/// Opens the document in these bytes, which it keeps alive. Returns null if they are no PDF, or are encrypted
+/// or damaged: a repaired file could lose contents when it is written back.
 std::shared_ptr<QPDF> openPDF(const NSData& bytes);
 
-/// The document as a file: compressed, with object streams, not linearised, and the same bytes for the same
-/// document. nil when a part of it turned out to be damaged.
+/// Writes the document: compressed, with object streams, not linearised, deterministically. Returns nil if a
+/// part of it turns out to be damaged.
 NSData serializePDF(QPDF& document);
+
+/// True when readers will find pages in these bytes, if only after mending damage as they do, and when they
+/// will ask for a password. False for anything else and for nil.
+bool isReadablePDF(const NSData& bytes);
 
 } // namespace qrv

@@ -13,8 +13,8 @@ namespace {
 
 const ClassInfo archiveClassInfo{"WebArchive", &Object::classInfo};
 
-// A property list may share one object between many places, so that a small file unfolds into an archive
-// without end; these bounds, each for the whole nest, are far above what any page holds.
+/// A property list may share objects, so that a small file expands into an enormous archive. These limits,
+/// each for the whole archive, are far above what pages contain.
 constexpr int maximumDepth = 64;
 constexpr std::size_t maximumFrames = 10'000;
 constexpr std::size_t maximumResources = 250'000;
@@ -92,8 +92,8 @@ public:
     }
 
 private:
-    /// An optional array of dictionaries: nullopt when the field is there and something else. Arrays that are
-    /// shared are looked through once.
+    /// Reads an optional array of dictionaries: nullopt if the field is anything else. A shared array is
+    /// checked once.
     std::optional<NSArray> dictionaries(const NSDictionary& root, const char16_t* key) {
         const id field = root.objectForKey(NSString(key));
         if (field.isNil()) return NSArray::array();
@@ -102,11 +102,11 @@ private:
         return known->second ? std::optional(as<NSArray>(field)) : std::nullopt;
     }
 
-    /// nil when malformed, and when all resources have more text together than is good. A dictionary that is
-    /// shared is read once.
+    /// Reads a resource: nil if it is malformed or exceeds the total of text. A shared dictionary is read
+    /// once.
     WebResource resource(const NSDictionary& dictionary) {
         if (dictionary.isNil()) return {};
-        // Each handle to a shared one counts: whoever keeps the addresses by name copies them.
+        // A shared resource counts each time: whoever indexes resources by address copies the address.
         const std::size_t length = textLength(dictionary);
         if (length > maximumText - text_) return {};
         text_ += length;
@@ -115,7 +115,7 @@ private:
         return known->second;
     }
 
-    // The property list outlives the reading, so its objects can be told apart by their addresses.
+    /// The property list outlives the reading, so addresses identify its objects.
     std::unordered_map<const Object*, bool> valid_;
     std::unordered_map<const Object*, WebResource> known_;
     std::size_t frames_ = 0;

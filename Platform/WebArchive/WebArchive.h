@@ -1,6 +1,6 @@
 #pragma once
 
-// A saved page: its main resource, the resources it uses and the archives of its frames, nested.
+// A saved page: its main resource, its subresources and, nested, the archives of its frames.
 //
 // The file is a property list, binary or XML. Its root dictionary holds WebMainResource (required),
 // WebSubresources and WebSubframeArchives (optional arrays). A resource is a dictionary with WebResourceData,
@@ -18,20 +18,20 @@ public:
     static const ClassInfo& classInfo();
 
     // - initWithData:
-    /// nil when the data is no archive: no property list; a root that is no dictionary; a main resource that
-    /// is missing, no dictionary, or without data or MIME type; an array field that is no array or has an
-    /// element that is no dictionary. A malformed subresource is dropped, an invalid frame's archive is
-    /// skipped. Left out are frames nested more than 64 deep, more than 10,000 frames and 250,000
-    /// subresources, and what has more than 16 Mi characters of addresses, types and names together.
+    /// Returns nil if the data is no archive: no property list; a root that is no dictionary; a main resource
+    /// that is missing, no dictionary, or without data or MIME type; an array field that is no array or has
+    /// an element that is no dictionary. A malformed subresource is dropped, an invalid frame archive is
+    /// skipped. Dropped as well are frames nested more than 64 deep, frames beyond 10,000, subresources
+    /// beyond 250,000, and resources beyond a total of 16 Mi characters of addresses, types and names.
     static WebArchive initWithData(const NSData& data);
 
     // - mainResource
     WebResource mainResource() const;
     // - subresources
-    /// Of WebResource, in the file's order.
+    /// WebResource values, in the file's order.
     NSArray subresources() const;
     // - subframeArchives
-    /// Of WebArchive, in the file's order, which is that of the frames' tags.
+    /// WebArchive values, in the file's order, which is that of the frames' tags.
     NSArray subframeArchives() const;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// One resource of a page as an archive stores it: bytes with their address, type, encoding and frame name.
+// A resource as an archive stores it: bytes with their address, type, encoding and frame name.
 
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSURL.h"
@@ -14,7 +14,7 @@ public:
     static const ClassInfo& classInfo();
 
     // - initWithData:URL:MIMEType:textEncodingName:frameName:
-    /// nil when data or MIME type are nil. The others may be nil.
+    /// Returns nil if the data or the MIME type is nil. The others may be nil.
     static WebResource initWithData_URL_MIMEType_textEncodingName_frameName(const NSData& data,
                                                                             const NSURL& url,
                                                                             const NSString& mimeType,

@@ -10,20 +10,20 @@ const ClassInfo iframeElementClassInfo{"DOMHTMLIFrameElement", &elementClassInfo
 
 class ElementObject final : public Object {
 public:
-    explicit ElementObject(NSString tagName) : tagName_(std::move(tagName)) {}
+    explicit ElementObject(const ClassInfo& elementClass) : class_(elementClass) {}
 
-    const ClassInfo& objectClass() const override {
-        // Documents of XML keep small letters.
-        if (tagName_ == NSString(u"FRAME") || tagName_ == NSString(u"frame")) return frameElementClassInfo;
-        if (tagName_ == NSString(u"IFRAME") || tagName_ == NSString(u"iframe")) return iframeElementClassInfo;
-        return elementClassInfo;
-    }
-
-    const NSString& tagName() const { return tagName_; }
+    const ClassInfo& objectClass() const override { return class_; }
 
 private:
-    const NSString tagName_;
+    const ClassInfo& class_;
 };
+
+/// Documents of XML keep small letters.
+const ClassInfo& classOfElement(const NSString& tagName) {
+    if (tagName == NSString(u"FRAME") || tagName == NSString(u"frame")) return frameElementClassInfo;
+    if (tagName == NSString(u"IFRAME") || tagName == NSString(u"iframe")) return iframeElementClassInfo;
+    return elementClassInfo;
+}
 
 } // namespace
 
@@ -40,11 +40,7 @@ const ClassInfo& DOMHTMLIFrameElement::classInfo() {
 }
 
 DOMElement DOMElement::elementWithTagName(const NSString& tagName) {
-    return tagName ? DOMElement(std::make_shared<ElementObject>(tagName)) : DOMElement();
-}
-
-NSString DOMElement::tagName() const {
-    return isNil() ? NSString() : static_cast<const ElementObject&>(*shared()).tagName();
+    return tagName ? DOMElement(std::make_shared<ElementObject>(classOfElement(tagName))) : DOMElement();
 }
 
 } // namespace qrv

@@ -1,6 +1,6 @@
 #pragma once
 
-// The element that holds a frame, as far as anyone asks: its class.
+// The element that contains a frame. Only its class is known.
 
 #include "Platform/Foundation/NSString.h"
 
@@ -12,20 +12,17 @@ public:
     DOMElement() = default;
     static const ClassInfo& classInfo();
 
-    /// The element of a node name: "FRAME" gives a DOMHTMLFrameElement, "IFRAME" a DOMHTMLIFrameElement,
-    /// also in small letters; another name gives a DOMElement; nil gives nil.
+    /// Makes an element from its node name: DOMHTMLFrameElement for "FRAME", DOMHTMLIFrameElement for
+    /// "IFRAME", in lower case too, and DOMElement for any other name. nil gives nil.
     static DOMElement elementWithTagName(const NSString& tagName);
-
-    // - tagName
-    NSString tagName() const;
 };
 
-/// The element of a frame in a frameset.
+/// A frame in a frameset.
 struct DOMHTMLFrameElement {
     static const ClassInfo& classInfo();
 };
 
-/// An inline frame's element; no kind of DOMHTMLFrameElement.
+/// An inline frame; not a kind of DOMHTMLFrameElement.
 struct DOMHTMLIFrameElement {
     static const ClassInfo& classInfo();
 };

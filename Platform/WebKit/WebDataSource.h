@@ -1,6 +1,6 @@
 #pragma once
 
-// What a frame loads or has loaded: the request, the main resource's type and the page's title.
+// What a frame is loading or has loaded: the request, the main resource's type and the page's title.
 
 #include "Platform/Foundation/NSURLRequest.h"
 #include "Platform/WebArchive/WebResource.h"
@@ -16,11 +16,11 @@ public:
     const NSURLRequest& request() const { return request_; }
 
     // - mainResource
-    /// nil until the first byte has arrived. Only its type and URL are kept, not its bytes.
+    /// nil until the load is committed. Has only type and URL, no bytes.
     const WebResource& mainResource() const { return mainResource_; }
 
     // - pageTitle
-    /// nil for a page without a title.
+    /// nil if the page has no title.
     const NSString& pageTitle() const { return pageTitle_; }
 
     void setMainResource(WebResource resource) { mainResource_ = std::move(resource); }

@@ -1,8 +1,8 @@
 #pragma once
 
-// What a web view tells its delegates. Every callback arrives on the thread of the view's run loop, while
-// that loop runs or inside the call that starts a load. For one load of a frame the start comes before its
-// finish or failure. All have empty bodies: implement what is needed. A view does not own its delegates.
+// The delegates of a web view. Callbacks arrive on the thread of the view's run loop, while that loop runs or
+// during the call that starts a load; for each load of a frame, the start comes before the finish or failure.
+// All have empty bodies: override what you need. A view does not own its delegates.
 
 #include "Platform/Foundation/NSDictionary.h"
 #include "Platform/Foundation/NSError.h"
@@ -31,7 +31,7 @@ public:
     virtual void webView_didFinishLoadForFrame(WebView& /*sender*/, const WebFramePtr& /*frame*/) {}
 
     // - webView:didFailProvisionalLoadWithError:forFrame:
-    /// The load failed before its first byte became the frame's page; the old page stays.
+    /// The load failed before it was committed; the old page stays.
     virtual void webView_didFailProvisionalLoadWithError_forFrame(WebView& /*sender*/,
                                                                   const NSError& /*error*/,
                                                                   const WebFramePtr& /*frame*/) {}
@@ -50,7 +50,7 @@ public:
     virtual ~WebPolicyDelegate() = default;
 
     // - webView:decidePolicyForNavigationAction:request:frame:decisionListener:
-    /// The action information holds the type under WebActionNavigationTypeKey. Answer before returning.
+    /// The action information contains the type under WebActionNavigationTypeKey. Answer before returning.
     virtual void webView_decidePolicyForNavigationAction_request_frame_decisionListener(
         WebView& /*sender*/, const NSDictionary& /*actionInformation*/, const NSURLRequest& /*request*/,
         const WebFramePtr& /*frame*/, WebPolicyDecisionListener& listener) {
@@ -58,7 +58,7 @@ public:
     }
 
     // - webView:decidePolicyForNewWindowAction:request:newFrameName:decisionListener:
-    /// No window is ever opened, whatever the answer: the view has none to offer.
+    /// No window is ever opened, whatever the answer.
     virtual void webView_decidePolicyForNewWindowAction_request_newFrameName_decisionListener(
         WebView& /*sender*/, const NSDictionary& /*actionInformation*/, const NSURLRequest& /*request*/,
         const NSString& /*frameName*/, WebPolicyDecisionListener& listener) {
@@ -71,7 +71,7 @@ public:
     virtual ~WebResourceLoadDelegate() = default;
 
     // - webView:resource:didReceiveAuthenticationChallenge:fromDataSource:
-    /// A challenge that is not answered through its sender is cancelled.
+    /// A challenge is cancelled unless it is answered through its sender.
     virtual void webView_resource_didReceiveAuthenticationChallenge_fromDataSource(
         WebView& /*sender*/, const id& /*identifier*/, const NSURLAuthenticationChallenge& /*challenge*/,
         const std::shared_ptr<WebDataSource>& /*dataSource*/) {}

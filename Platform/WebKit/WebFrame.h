@@ -1,6 +1,6 @@
 #pragma once
 
-// One frame of a page. Frames are compared by identity; a log line shows them by class and address.
+// A frame of a page. Frames are compared by identity; log lines show their class and address.
 
 #include "Platform/WebArchive/WebArchive.h"
 #include "Platform/WebKit/DOMElement.h"
@@ -16,7 +16,7 @@ namespace qrv {
 
 class WebFrame final : public Object, public std::enable_shared_from_this<WebFrame> {
 public:
-    /// Made by the view only.
+    /// For the view only.
     WebFrame(WebView& view, std::string identifier) : view_(&view), identifier_(std::move(identifier)) {}
 
     static const ClassInfo classInfo;
@@ -24,36 +24,36 @@ public:
     const ClassInfo& objectClass() const override { return classInfo; }
 
     // - loadArchive:
-    /// Asks the policy delegate (type other), tells the frame-load delegate of the start before it returns,
-    /// and loads while the run loop runs. Main frame only; nil and frames that have left their view load
-    /// nothing.
+    /// Asks the policy delegate (type "other"), reports the start to the frame-load delegate before it
+    /// returns, and loads while the run loop runs. Main frame only. A nil archive, or a frame that has left
+    /// its view, loads nothing.
     void loadArchive(const WebArchive& archive);
 
     // - dataSource
-    /// What is committed; null before the first load.
+    /// The committed load; null before the first one.
     const std::shared_ptr<WebDataSource>& dataSource() const { return dataSource_; }
 
     // - provisionalDataSource
-    /// What is asked for and has not begun to arrive; null otherwise.
+    /// The load that is not yet committed; null if there is none.
     const std::shared_ptr<WebDataSource>& provisionalDataSource() const { return provisionalDataSource_; }
 
     // - childFrames
-    /// The direct children, in the order in which they came.
+    /// The direct children, in the order of their creation.
     const std::vector<WebFramePtr>& childFrames() const { return childFrames_; }
 
     // - frameElement
-    /// The element that holds the frame; nil for the main frame and when the engine does not answer. Runs the
-    /// run loop.
+    /// Asks the engine for the element that contains the frame; nil for the main frame and if the engine does
+    /// not answer. Runs the run loop.
     DOMElement frameElement() const;
 
     // - frameView
-    /// Null once the frame has left its view.
+    /// Null after the frame has left its view.
     WebFrameView* frameView();
 
 private:
     friend class WebView;
 
-    WebView* view_; // null once the frame is detached or the view is gone
+    WebView* view_; // null after the frame is detached or the view destroyed
     std::string identifier_;
     std::shared_ptr<WebDataSource> dataSource_;
     std::shared_ptr<WebDataSource> provisionalDataSource_;

@@ -7,9 +7,7 @@
 
 namespace qrv {
 
-WebDocumentView::WebDocumentView(WebView& view) : view_(view) {
-    WebDocumentView::layout();
-}
+WebDocumentView::WebDocumentView(WebView& view) : view_(view) {}
 
 void WebDocumentView::layout() {
     setFrameSize(view_.page().documentSize());

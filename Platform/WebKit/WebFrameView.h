@@ -1,6 +1,6 @@
 #pragma once
 
-// The views that show a frame: the frame's place in the page, and the document in it.
+// The views of a frame: the frame's area, and the document in it.
 
 #include "Platform/AppKit/NSView.h"
 
@@ -11,18 +11,18 @@ namespace qrv {
 class WebFrame;
 class WebView;
 
-/// Draws a whole document, whatever part of it a window would show.
+/// Draws the whole document, not just its visible part.
 class WebDocumentView final : public NSView {
 public:
     explicit WebDocumentView(WebView& view);
 
-    /// Lays the document out and takes its size, in points.
+    /// Lays the document out and takes its size, in points. The view is empty before.
     void layout() override;
-    /// The whole document on one page; the rectangle only has to be non-empty. nil otherwise and when the
-    /// engine does not deliver.
+    /// Draws the whole document on one page; nil if the engine fails or the rectangle is empty (it does not
+    /// matter otherwise).
     NSData dataWithPDFInsideRect(NSRect rect) override;
-    /// The document on pages of the settings' paper, scaled down to fit their width; the largest of the four
-    /// margins is kept on every side. nil when the engine does not deliver.
+    /// Draws the document on pages of the settings' paper, scaled down to fit their width, with the largest
+    /// of the four margins on every side; nil if the engine fails.
     NSData dataForPrinting(const NSPrintInfo& printInfo) override;
 
 private:
@@ -34,8 +34,8 @@ public:
     WebFrameView(WebView& view, const WebFrame& frame) : view_(view), frame_(frame) {}
 
     // - documentView
-    /// Null when the frame shows no document; a first load that is under way is waited for. Only the main
-    /// frame's document can be drawn.
+    /// Null if the frame has no document. Waits for a first load that is under way. Only the main frame's
+    /// document can be drawn.
     NSView* documentView();
 
 private:

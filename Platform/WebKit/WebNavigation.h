@@ -1,12 +1,12 @@
 #pragma once
 
-// What a policy delegate is told about a navigation, and how it answers.
+// The description of a navigation for a policy delegate, and its answer.
 
 #include "Platform/Foundation/Object.h"
 
 namespace qrv {
 
-/// Why a frame is to navigate, with the platform's numbers.
+/// Why a frame navigates, with the platform's values.
 enum WebNavigationType : int {
     WebNavigationTypeLinkClicked = 0,
     WebNavigationTypeFormSubmitted = 1,
@@ -16,11 +16,11 @@ enum WebNavigationType : int {
     WebNavigationTypeOther = 5,
 };
 
-/// Keys of the action information: the type as a number, the address as a URL.
+/// Keys of the action information: the type (a number) and the address (a URL).
 inline constexpr char16_t WebActionNavigationTypeKey[] = u"WebActionNavigationTypeKey";
 inline constexpr char16_t WebActionOriginalURLKey[] = u"WebActionOriginalURLKey";
 
-/// Receives the answer to one question. What is not answered with `use` is ignored.
+/// Receives the answer to one question. No answer counts as `ignore`.
 class WebPolicyDecisionListener {
 public:
     virtual ~WebPolicyDecisionListener() = default;

@@ -1,13 +1,13 @@
 #pragma once
 
-// What a view may do.
+// The preferences of a web view.
 
 namespace qrv {
 
 class WebPreferences {
 public:
     // - setPlugInsEnabled:
-    /// The engine has no plug-ins, so there is nothing that this could switch on; off is what it always is.
+    /// Only stored: the engine has no plug-ins.
     void setPlugInsEnabled(bool enabled) { plugInsEnabled_ = enabled; }
 
     // - arePlugInsEnabled

@@ -20,7 +20,7 @@ std::unique_ptr<engine::Page> makePage(engine::PageClient& client) {
     return testFactory() ? testFactory()(client) : engine::makeEnginePage(client);
 }
 
-/// Remembers an answer. No answer is no.
+/// Stores the answer; false if there was none.
 class DecisionListener final : public WebPolicyDecisionListener {
 public:
     void use() override { answer_ = true; }
@@ -33,6 +33,24 @@ private:
     bool answer_ = false;
 };
 
+WebNavigationType platformType(engine::NavigationType type) {
+    switch (type) {
+    case engine::NavigationType::linkClicked:
+        return WebNavigationTypeLinkClicked;
+    case engine::NavigationType::formSubmitted:
+        return WebNavigationTypeFormSubmitted;
+    case engine::NavigationType::backForward:
+        return WebNavigationTypeBackForward;
+    case engine::NavigationType::reload:
+        return WebNavigationTypeReload;
+    case engine::NavigationType::formResubmitted:
+        return WebNavigationTypeFormResubmitted;
+    case engine::NavigationType::other:
+        break;
+    }
+    return WebNavigationTypeOther;
+}
+
 NSDictionary actionInformation(WebNavigationType type, const NSURL& url) {
     NSMutableDictionary information;
     information.setObject_forKey(NSNumber::numberWithInteger(type), NSString(WebActionNavigationTypeKey));
@@ -40,7 +58,7 @@ NSDictionary actionInformation(WebNavigationType type, const NSURL& url) {
     return std::move(information).copy();
 }
 
-/// The engine cancels every challenge that it reports, so there is nothing left to do here.
+/// Does nothing: the engine cancels every challenge that it reports.
 class CancellingSender final : public NSURLAuthenticationChallengeSender {
 public:
     void cancelAuthenticationChallenge(const NSURLAuthenticationChallenge& /*challenge*/) override {}
@@ -81,9 +99,9 @@ void WebView::setPageFactoryForTesting(engine::PageFactory factory) {
 void WebView::loadArchiveInFrame(const WebArchive& archive, WebFrame& frame) {
     if (archive.isNil() || &frame != mainFrame_.get()) return;
     const NSURL url = archive.mainResource().URL();
-    if (!shouldNavigate(engine::mainFrame, WebNavigationTypeOther, url)) return;
+    if (!shouldNavigate(engine::mainFrame, engine::NavigationType::other, url)) return;
     loadStarted(engine::mainFrame, url);
-    // Nothing has to be rendered then, so the engine ends here.
+    // A PDF file is not rendered, so the engine is not needed any more.
     if (engine::isPDFArchive(archive)) {
         page_ = engine::makeStoredPDFPage(*this);
         page_->setViewSize(this->frame().size);
@@ -109,8 +127,8 @@ void WebView::frameDetached(const engine::FrameID& frame) {
     if (const WebFramePtr gone = frameWithID(frame); gone && gone != mainFrame_) detach(gone);
 }
 
-/// Children go first. A frame that leaves while it loads has failed: nobody may wait for it. The frame is
-/// held here, since the lists that hold it otherwise change.
+/// Detaches children first. A frame that is removed while it loads has failed, so that nobody waits for it.
+/// It is kept alive here, since the lists that own it change.
 void WebView::detach(const WebFramePtr& leaving) {
     const WebFramePtr frame = leaving; // NOLINT(performance-unnecessary-copy-initialization)
     while (!frame->childFrames_.empty()) detach(frame->childFrames_.back());
@@ -134,7 +152,7 @@ void WebView::loadStarted(const engine::FrameID& identifier, const NSURL& url) {
 void WebView::loadCommitted(const engine::FrameID& identifier, const NSURL& url, const NSString& mimeType) {
     const WebFramePtr frame = frameWithID(identifier);
     if (!frame) return;
-    // The old page's frames go with it.
+    // The old page's frames disappear with it.
     while (!frame->childFrames_.empty()) detach(frame->childFrames_.back());
     frame->dataSource_ = frame->provisionalDataSource_
                              ? std::move(frame->provisionalDataSource_)
@@ -183,13 +201,15 @@ void WebView::endLoading(const WebFramePtr& frame) {
                                                                       this);
 }
 
-bool WebView::shouldNavigate(const engine::FrameID& identifier, WebNavigationType type, const NSURL& url) {
+bool WebView::shouldNavigate(const engine::FrameID& identifier, engine::NavigationType type,
+                             const NSURL& url) {
     const WebFramePtr frame = frameWithID(identifier);
     if (!frame) return false;
     if (!policyDelegate_) return true;
     DecisionListener listener;
     policyDelegate_->webView_decidePolicyForNavigationAction_request_frame_decisionListener(
-        *this, actionInformation(type, url), NSURLRequest::requestWithURL(url), frame, listener);
+        *this, actionInformation(platformType(type), url), NSURLRequest::requestWithURL(url), frame,
+        listener);
     return listener.answer();
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-// An off-screen view that loads a page and lays it out: the page model over an engine. Everything belongs to
-// the thread whose run loop is current when the view is made, and all callbacks arrive there.
+// An off-screen view that loads a page in an engine and lays it out. It belongs to the thread whose run loop
+// is current when it is made; all callbacks arrive there.
 
 #include "Platform/AppKit/NSView.h"
 #include "Platform/Engine/Page.h"
@@ -14,14 +14,13 @@
 
 namespace qrv {
 
-/// Posted with the view as its object when the last loading frame has finished or failed.
+/// Posted by the view when the last loading frame has finished or failed.
 inline constexpr char16_t WebViewProgressFinishedNotification[] = u"WebProgressFinishedNotification";
 
 class WebView : public NSView, private engine::PageClient {
 public:
     // - initWithFrame:frameName:groupName:
-    /// Starts the engine, which boots while the caller goes on. The names may be nil; they mean nothing in a
-    /// view without windows.
+    /// Starts the engine, which boots while the caller goes on. The names have no effect and may be nil.
     WebView(NSRect frame, const NSString& frameName, const NSString& groupName);
     ~WebView() override;
 
@@ -46,23 +45,24 @@ public:
     WebPreferences& preferences() { return preferences_; }
 
     // - setMediaStyle:
-    /// The media type whose style sheets count ("screen", "print", ...); nil for the view's own.
+    /// The media type for which the page is styled ("screen", "print", ...); nil for the engine's default.
     void setMediaStyle(const NSString& mediaStyle);
 
     // - setFrame:
-    /// The page is laid out anew in the new size.
+    /// Lays the page out anew in the new size.
     void setFrame(NSRect frame) override;
 
-    /// The engine's page, for the views of this layer.
+    /// The engine's page, for the other classes of this folder.
     engine::Page& page();
 
-    /// Makes pages from now on; an empty function stands for the real engine.
+    /// Replaces how pages are made; an empty function restores the real engine.
     static void setPageFactoryForTesting(engine::PageFactory factory);
 
 private:
     friend class WebFrame;
 
     // PageClient
+
     void frameAttached(const engine::FrameID& frame, const engine::FrameID& parent) override;
     void frameDetached(const engine::FrameID& frame) override;
     void loadStarted(const engine::FrameID& frame, const NSURL& url) override;
@@ -70,7 +70,7 @@ private:
     void titleChanged(const engine::FrameID& frame, const NSString& title) override;
     void loadFinished(const engine::FrameID& frame) override;
     void loadFailed(const engine::FrameID& frame, const NSError& error) override;
-    bool shouldNavigate(const engine::FrameID& frame, WebNavigationType type, const NSURL& url) override;
+    bool shouldNavigate(const engine::FrameID& frame, engine::NavigationType type, const NSURL& url) override;
     void windowRequested(const NSURL& url, const NSString& frameName) override;
     void authenticationRequired(const engine::FrameID& frame, const NSURL& url) override;
     void progressChanged(double estimated) override;
@@ -87,7 +87,7 @@ private:
     WebPolicyDelegate* policyDelegate_ = nullptr;
     WebResourceLoadDelegate* resourceLoadDelegate_ = nullptr;
     double estimatedProgress_ = 0;
-    std::unique_ptr<engine::Page> page_; // last: it calls back until it is gone
+    std::unique_ptr<engine::Page> page_; // last: it calls back until it is destroyed
 };
 
 } // namespace qrv

@@ -1,12 +1,12 @@
 #pragma once
 
-// The library's vocabulary for errors: its domain, codes and user-info keys, constructors, and operations
-// that copy an error with one more key. An error is never changed: what adds information returns a new error
-// with the receiver's domain and code.
+// The library's errors: a domain with codes and user-info keys, constructors, and operations that copy an
+// error with one more key. Errors are immutable: adding information returns a new error with the receiver's
+// domain and code.
 //
 //     setError(error, qrvErrorBySettingFilePath(QRVError1(500, {}), path));
 //
-// A nil receiver answers false or nil. Every operation may be called from any thread.
+// A nil receiver gives false or nil. Every operation may be called from any thread.
 
 #include "Platform/Foundation/NSError.h"
 #include "Platform/Foundation/NSURL.h"
@@ -18,6 +18,7 @@ namespace qrv {
 inline constexpr char16_t QRVErrorDomain[] = u"QRVErrorDomain";
 
 // Codes of QRVErrorDomain.
+
 inline constexpr long long QRVExceptionErrorCode = 5;
 inline constexpr long long QRVDecodingErrorCode = 500;
 inline constexpr long long QRVEncodingErrorCode = 501;
@@ -26,6 +27,7 @@ inline constexpr long long QRVUnsupportedKeyErrorCode = 1001;
 inline constexpr long long QRVValueErrorCode = 2000;
 
 // Keys of a user-info.
+
 inline constexpr char16_t QRVFileKey[] = u"QRVFile";
 inline constexpr char16_t QRVLineKey[] = u"QRVLine";
 inline constexpr char16_t QRVFunctionKey[] = u"QRVFunction";
@@ -47,7 +49,7 @@ inline constexpr char16_t QRVStringKey[] = u"QRVString";
 inline constexpr char16_t QRVStringEncodingKey[] = u"QRVStringEncoding";
 inline constexpr char16_t QRVDestinationFilePathKey[] = u"NSDestinationFilePath";
 
-/// An error of QRVErrorDomain. A nil user-info counts as an empty one.
+/// Makes an error of QRVErrorDomain. A nil user-info counts as empty.
 NSError QRVError1(long long code, const NSDictionary& userInfo);
 
 // Queries.
@@ -56,14 +58,15 @@ NSError QRVError1(long long code, const NSDictionary& userInfo);
 /// False for a nil domain.
 bool qrvHasDomain_code(const NSError& self, const NSString& domain, long long code);
 // - qrvIsFilePermissionsError
-/// Cocoa codes 513, 512 and 13, and POSIX code 13. The Cocoa read-permission code 257 does not count.
+/// True for the Cocoa codes 513, 512 and 13 and for POSIX code 13, but not for the Cocoa read-permission code
+/// 257.
 bool qrvIsFilePermissionsError(const NSError& self);
 
 // Constructors.
 
 // + qrvErrorWithDomain:code:file:line:function:codeString:userInfo:
-/// The user-info (or none) with the place in the source set in it. A nil domain, and a null or malformed
-/// UTF-8 text for file, function or code string, raise NSInvalidArgumentException.
+/// Adds the source location to the user-info, which may be nil. A nil domain, and a null file, function or
+/// code string or one that is not UTF-8, raise NSInvalidArgumentException.
 NSError qrvErrorWithDomain_code_file_line_function_codeString_userInfo(const NSString& domain, long long code,
                                                                        const char* file, unsigned long line,
                                                                        const char* function,
@@ -72,8 +75,8 @@ NSError qrvErrorWithDomain_code_file_line_function_codeString_userInfo(const NSS
 // + qrvRequirementFailedError:
 NSError qrvRequirementFailedError(const NSString& requirement);
 // + qrvRequirementFailedError:userInfo:
-/// Code 901; a nil requirement is stored as the empty string. The current stack trace becomes the recovery
-/// suggestion where a source for it is installed (NSException+QRVStackTrace.h).
+/// Code 901; a nil requirement is stored as the empty string. If a source for stack traces is installed
+/// (NSException+QRVStackTrace.h), the current one becomes the recovery suggestion.
 NSError qrvRequirementFailedError_userInfo(const NSString& requirement, const NSDictionary& userInfo);
 // + qrvErrorWithCode:failingObject:
 /// A nil object is stored as "<nil>".
@@ -86,39 +89,39 @@ NSError qrvErrorWithUnsupportedKey_forURL(const id& key, const NSURL& url);
 NSError qrvErrorWithFailingObject_expectedClass_forURL(const id& object, const Class& expectedClass,
                                                        const NSURL& url);
 // + qrvErrorWithActualValue:expectedValue:forKey:
-/// Code 2000. nil arguments are stored as "<nil>" and read "(null)" in the description.
+/// Code 2000. nil arguments are stored as "<nil>" and described as "(null)".
 NSError qrvErrorWithActualValue_expectedValue_forKey(const id& actual, const id& expected, const id& key);
 // + qrvCheckValue:matchesValue:forKey:error:
-/// True when the actual value calls itself equal to the expected one, which nil never does; otherwise false
-/// and the value error with one stack frame.
+/// True if the actual value's isEqual accepts the expected one, which nil never does; otherwise false and the
+/// value error with one stack frame.
 bool qrvCheckValue_matchesValue_forKey_error(const id& actual, const id& expected, const id& key,
                                              NSError* error);
 
-// Copies with one more key. They return plain errors, whatever the receiver's class; "<nil>" stands for a
-// nil value unless said otherwise.
+// Copies with one more key. They are plain errors, whatever the receiver's class; a nil value is stored as
+// "<nil>" unless said otherwise.
 
 // - qrvErrorBySettingObject:forKey:
 /// A nil key sets nothing.
 NSError qrvErrorBySettingObject_forKey(const NSError& self, const id& object, const id& key);
 // - qrvErrorByAddingUserInfo:
-/// A nil or empty dictionary gives the receiver itself.
+/// A nil or empty dictionary returns the receiver itself.
 NSError qrvErrorByAddingUserInfo(const NSError& self, const NSDictionary& userInfo);
 // - qrvErrorBySettingMode:forKey:
-/// The mode in octal digits: 0644 as "644".
+/// Stores the mode in octal digits: 0644 as "644".
 NSError qrvErrorBySettingMode_forKey(const NSError& self, std::uint32_t mode, const id& key);
 // - qrvErrorBySettingFilePath:
 NSError qrvErrorBySettingFilePath(const NSError& self, const NSString& path);
 // - qrvErrorBySettingFileURL:
 NSError qrvErrorBySettingFileURL(const NSError& self, const NSURL& url);
 // - qrvErrorBySettingCFilePath:
-/// Bytes that are not UTF-8 become U+FFFD; null counts as nil.
+/// Bytes that are not UTF-8 become U+FFFD; a null pointer counts as nil.
 NSError qrvErrorBySettingCFilePath(const NSError& self, const char* path);
 // - qrvErrorBySettingURL:
 NSError qrvErrorBySettingURL(const NSError& self, const NSURL& url);
 // - qrvErrorBySettingDestinationFilePath:
 NSError qrvErrorBySettingDestinationFilePath(const NSError& self, const NSString& path);
 // - qrvErrorByAddingStackFrame:line:
-/// Puts "function (line)" in front of the frames that are there; a null function reads "(null)".
+/// Puts "function (line)" before the existing frames; a null function is written as "(null)".
 NSError qrvErrorByAddingStackFrame_line(const NSError& self, const char* function, unsigned long line);
 // - qrvErrorBySettingDescription:
 NSError qrvErrorBySettingDescription(const NSError& self, const NSString& description);
@@ -129,17 +132,17 @@ NSError qrvErrorBySettingUnderlyingError(const NSError& self, const NSError& err
 // - qrvErrorBySettingUnderlyingReason:
 NSError qrvErrorBySettingUnderlyingReason(const NSError& self, const id& reason);
 // - qrvErrorBySettingFailingObject:
-/// The null object for nil.
+/// nil is stored as the null object.
 NSError qrvErrorBySettingFailingObject(const NSError& self, const id& object);
 // - qrvErrorBySettingFailingObject:expectedClass:
-/// Also the expected class and the object's own; the null object as both for a nil object.
+/// Also stores the expected class and the object's own class; for a nil object both are the null object.
 NSError qrvErrorBySettingFailingObject_expectedClass(const NSError& self, const id& object,
                                                      const Class& expectedClass);
 // - qrvErrorBySettingArguments:
-/// The null object for nil.
+/// nil is stored as the null object.
 NSError qrvErrorBySettingArguments(const NSError& self, const id& arguments);
 // - qrvErrorBySettingHelpAnchor:
-/// The empty string for nil.
+/// nil is stored as the empty string.
 NSError qrvErrorBySettingHelpAnchor(const NSError& self, const NSString& anchor);
 
 } // namespace qrv

@@ -21,7 +21,7 @@ NSComparisonResult compareKeys(const id& a, const id& b) {
     if (const NSDate date = as<NSDate>(a); date && b.isKindOfClass(NSDate::classInfo())) {
         return date.compare(as<NSDate>(b));
     }
-    // Keys are strings; what cannot be compared otherwise stands in the order of its text.
+    // Keys are strings; any others are ordered by their text.
     return a.description().compare(b.description());
 }
 
@@ -76,7 +76,7 @@ bool isOfClassNamed(const id& object, std::string_view name) {
 
 id archivable(const id& value) {
     if (const NSError error = as<NSError>(value)) return qrvArchivableError(error);
-    // Objects of other programs become text even where they can be archived.
+    // Objects of other programs become text even if they can be archived.
     if (isOfClassNamed(value, "SBObject") || isOfClassNamed(value, "NSAppleEventDescriptor") ||
         !value.payload<NSCoding>()) {
         return value.description();
@@ -123,9 +123,9 @@ NSError qrvErrorFromException(const NSException& exception) {
                                  NSString(QRVShortFailureReasonKey));
     }
     entries.setObject_forKey(exception.reason(), NSString(NSLocalizedRecoverySuggestionErrorKey));
-    // The edition flags QRVIsMacAppStoreVersion and QRVIsInAppSandbox would be set by process-information
-    // objects that answer for them. None does (the library asks its own questions without an object), so
-    // neither is ever set.
+    // The flags QRVIsMacAppStoreVersion and QRVIsInAppSandbox would be set by process-information objects
+    // that provide them. None does (the library asks its own questions without an object), so neither is ever
+    // set.
     return QRVError1(QRVExceptionErrorCode, std::move(entries).copy());
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-// Optional hooks for stack traces. The library uses them where they are there and provides none: an
-// exception class of one's own implements the interfaces, a program installs a source for the current trace.
+// Optional hooks for stack traces. The library provides none itself: an exception class may implement the
+// interfaces, and a program may install a source for the current trace.
 
 #include "Platform/Foundation/NSException.h"
 
@@ -11,7 +11,7 @@ namespace qrv {
 struct QRVStackTraceSupplier {
     virtual ~QRVStackTraceSupplier() = default;
     // - qrvStackTrace
-    /// nil stands for the current stack trace.
+    /// nil means the current stack trace.
     virtual NSString qrvStackTrace() const = 0;
 };
 
@@ -24,13 +24,13 @@ struct QRVShortStackTraceSupplier {
 
 using QRVStackTraceSource = NSString (*)();
 
-/// Installs what `qrvCurrentStackTrace` answers; null removes it. To be set once at start-up.
+/// Installs the source that `qrvCurrentStackTrace` uses; null removes it. To be called once at start-up.
 void qrvSetStackTraceSource(QRVStackTraceSource source);
 /// Whether a source is installed.
 bool qrvHasStackTraceSource();
 
 // + qrvCurrentStackTrace
-/// The trace of the calling thread. Raises NSInvalidArgumentException when no source is installed.
+/// Returns the calling thread's trace. Raises NSInvalidArgumentException if no source is installed.
 NSString qrvCurrentStackTrace();
 
 } // namespace qrv

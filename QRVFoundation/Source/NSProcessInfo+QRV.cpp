@@ -23,7 +23,7 @@ bool isFoundationAbove(double threshold) {
     return std::floor(NSFoundationVersionNumber()) > threshold;
 }
 
-/// An integer of exactly this width, or 0.
+/// Returns an integer of exactly this width, or 0.
 template <class Integer>
 Integer systemInteger(const NSString& key) {
     const std::optional<std::string> bytes = sysctlByName(key.utf8());

@@ -1,7 +1,7 @@
 #pragma once
 
-// Questions about the running system and process. Nothing here has state or keeps an answer, and every
-// operation may be called from any thread; a query that fails gives 0, nil, "unknown" or false.
+// Information about the running system and process. Nothing is cached, and every operation may be called from
+// any thread. A query that fails gives 0, nil, "unknown" or false.
 
 #include "Platform/Foundation/NSError.h"
 #include "Platform/Foundation/NSProcessInfo.h"
@@ -10,8 +10,8 @@
 
 namespace qrv {
 
-// Whether the platform is at least of the version in the name: by the number of its foundation library up to
-// 10.10 and for the developer beta, by the system's version for the others.
+// Whether the platform has at least the version in the name: by its foundation library's number up to 10.10
+// and for the developer beta, by the system's version otherwise.
 
 // + qrvIsMacOSAtLeast10_8
 bool qrvIsMacOSAtLeast10_8();
@@ -39,26 +39,26 @@ bool qrvIsMacOSAtLeast10_15_4();
 bool qrvIsMacOSAtLeast10_15DeveloperBeta5();
 
 // + qrvIsOperatingSystemAtLeastVersion:
-/// False for every version where the platform is older than 10.10.
+/// Always false if the platform is older than 10.10.
 bool qrvIsOperatingSystemAtLeastVersion(NSOperatingSystemVersion version);
 
 // + qrvGetOperatingSystemVersion:fromString:error:
-/// Reads "major.minor" or "major.minor.patch", each the leading digits of its piece, 0 without any. With
-/// another number of pieces, or no destination, false and NSOSStatusErrorDomain -50 "Error parsing OS
-/// version: ...".
+/// Parses "major.minor" or "major.minor.patch"; each part counts by its leading digits, 0 if it has none. For
+/// another number of parts, or a null destination, returns false and NSOSStatusErrorDomain -50 "Error parsing
+/// OS version: ...".
 bool qrvGetOperatingSystemVersion_fromString_error(NSOperatingSystemVersion* version, const NSString& string,
                                                    NSError* error);
 
 // + qrvOSVersionString
-/// Such as "10.15.7".
+/// For example "10.15.7".
 NSString qrvOSVersionString();
 
 // + qrvMaximumOpenFilesCount
-/// The soft limit; 0 when it cannot be found out.
+/// The soft limit; 0 if it cannot be determined.
 std::uint64_t qrvMaximumOpenFilesCount();
 
 // + qrvSetMaximumOpenFilesCount:
-/// Sets the soft and the hard limit, both; a failure is not reported.
+/// Sets both the soft and the hard limit; a failure is not reported.
 void qrvSetMaximumOpenFilesCount(std::uint64_t count);
 
 // + qrvIsMacAppStoreVersion
@@ -70,42 +70,42 @@ bool qrvIsMacAppStoreVersion();
 bool qrvIsInAppSandbox();
 
 // + qrvIsInXcode
-/// Whether the environment holds "__XCODE_BUILT_PRODUCTS_DIR_PATHS", whatever its value.
+/// Whether the environment contains "__XCODE_BUILT_PRODUCTS_DIR_PATHS", whatever its value.
 bool qrvIsInXcode();
 
 // + qrvHardwareModel
-/// "unknown" where the machine does not say.
+/// "unknown" if the machine does not say.
 NSString qrvHardwareModel();
 
 // + qrvMaxPhysicalProcessorCount
-/// The number of cores; 0 when it cannot be found out.
+/// The number of cores; 0 if it cannot be determined.
 std::int32_t qrvMaxPhysicalProcessorCount();
 
 // + qrvMaxProcessorFrequency
-/// In hertz; 0 when it cannot be found out.
+/// In hertz; 0 if it cannot be determined.
 std::int64_t qrvMaxProcessorFrequency();
 
 // + qrvSysctlStringForKey:
-/// The value of a system-information name (see Platform/Foundation/Sysctl.h) up to its first zero byte; nil
-/// for an unknown name and for bytes that are not UTF-8.
+/// Returns the value of a system-information name (see Platform/Foundation/Sysctl.h) up to its first zero
+/// byte; nil for an unknown name and for bytes that are not UTF-8.
 NSString qrvSysctlStringForKey(const NSString& key);
 
 // + qrvSysctlInt32ForKey:
-/// 0 for an unknown name and for a value that does not have 4 bytes.
+/// Returns 0 for an unknown name and for a value that is not 4 bytes long.
 std::int32_t qrvSysctlInt32ForKey(const NSString& key);
 
 // + qrvSysctlInt64ForKey:
-/// 0 for an unknown name and for a value that does not have 8 bytes.
+/// Returns 0 for an unknown name and for a value that is not 8 bytes long.
 std::int64_t qrvSysctlInt64ForKey(const NSString& key);
 
 // + qrvIsBSDProcessRunning:
-/// Whether a process of the current user has this short name: the executable's name cut to 16 bytes, compared
-/// byte for byte. A longer name never matches. Raises NSInternalInconsistencyException when the process table
-/// cannot be read.
+/// Whether a process of the current user has this short name: the executable's name truncated to 16 bytes,
+/// compared byte by byte. A longer name never matches. Raises NSInternalInconsistencyException if the process
+/// table cannot be read.
 bool qrvIsBSDProcessRunning(const NSString& name);
 
 // + qrvPreventPartialLaunching
-/// Asks that the system not end the process while it waits for messages from others.
+/// Asks the system not to terminate the process while it waits for messages.
 void qrvPreventPartialLaunching();
 
 } // namespace qrv

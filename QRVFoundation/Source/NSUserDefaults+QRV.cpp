@@ -16,7 +16,7 @@ void requireKey(const NSUserDefaults& self, const NSString& key, const char* sel
                                                                      u"Precondition Failed: %s", "key");
 }
 
-/// The platform layer knows no log; what it has to say about unreadable files goes to the system's.
+/// The preferences themselves do not log; their warnings about unreadable files go to the system log.
 void connectPreferencesToTheLog() {
     [[maybe_unused]] static const bool connected = [] {
         setPreferencesWarning([](const NSString& message) { NSLog(u"%@", message); });

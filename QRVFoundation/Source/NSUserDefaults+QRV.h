@@ -1,52 +1,52 @@
 #pragma once
 
-// Settings one at a time, always of the type asked for: where a key is missing, or what is stored cannot
-// serve as that type, the caller's default comes back. Nothing is written, kept or registered, and nothing
-// but a nil key fails: that is a programming error, which raises a QRVAssertionFailedException. Any thread.
+// Reads single settings with a type and a default, which is returned if the key is missing or its value does
+// not have that type. Nothing is written, cached or registered. The only failure is a nil key: a programming
+// error, which raises a QRVAssertionFailedException. Any thread.
 
 #include "Platform/Foundation/NSRange.h"
 #include "Platform/Foundation/NSUserDefaults.h"
 
 namespace qrv {
 
-// From another application's domain, and then the global one (see Platform/Foundation/CFPreferences.h). The
-// receiver and its search list do not matter.
+// Settings of another application's domain, and then of the global one (see
+// Platform/Foundation/CFPreferences.h). The receiver and its search list do not matter.
 
 // - qrvBoolForKey:domain:defaultValue:
-/// The default also where the value does not read as a boolean.
+/// Also returns the default if the value does not read as a boolean.
 bool qrvBoolForKey_domain_defaultValue(const NSUserDefaults& self, const NSString& key,
                                        const NSString& domain, bool defaultValue);
 // - qrvIntegerForKey:domain:defaultValue:
-/// The default also where the value does not read as an integer.
+/// Also returns the default if the value does not read as an integer.
 long long qrvIntegerForKey_domain_defaultValue(const NSUserDefaults& self, const NSString& key,
                                                const NSString& domain, long long defaultValue);
 // - qrvObjectForKey:domain:defaultValue:
-/// Of whatever class; the default may be nil.
+/// The value may be of any class, and the default may be nil.
 id qrvObjectForKey_domain_defaultValue(const NSUserDefaults& self, const NSString& key,
                                        const NSString& domain, const id& defaultValue);
 
-// From the receiver's search list.
+// Settings of the receiver's search list.
 
 // - qrvObjectForKey:defaultValue:
-/// Of whatever class; the default may be nil.
+/// The value may be of any class, and the default may be nil.
 id qrvObjectForKey_defaultValue(const NSUserDefaults& self, const NSString& key, const id& defaultValue);
 // - qrvStringForKey:defaultValue:
-/// The default also for anything that is no string; a number is not turned into text.
+/// Also returns the default for anything but a string; numbers are not converted.
 NSString qrvStringForKey_defaultValue(const NSUserDefaults& self, const NSString& key,
                                       const NSString& defaultValue);
 // - qrvBoolForKey:defaultValue:
-/// What the value itself answers as a boolean: numbers do, and strings by their beginning.
+/// Returns the value's own boolValue, which numbers have, and strings by their beginning.
 bool qrvBoolForKey_defaultValue(const NSUserDefaults& self, const NSString& key, bool defaultValue);
 // - qrvIntegerForKey:defaultValue:
-/// What the value itself answers as an integer; a string without a number at its beginning answers 0.
+/// Returns the value's own integerValue; 0 for a string that does not begin with a number.
 long long qrvIntegerForKey_defaultValue(const NSUserDefaults& self, const NSString& key,
                                         long long defaultValue);
 // - qrvDoubleForKey:defaultValue:
-/// What the value itself answers as a real; a string without a number at its beginning answers 0.
+/// Returns the value's own doubleValue; 0 for a string that does not begin with a number.
 double qrvDoubleForKey_defaultValue(const NSUserDefaults& self, const NSString& key, double defaultValue);
 // - qrvSizeForKey:defaultValue:
-/// A string such as "{612, 792}", width first; one without a number is a zero size. The default comes back
-/// as its own text form reads.
+/// Reads a string such as "{612, 792}", width first; one without a number gives a zero size. The default
+/// takes the same way through its text form.
 NSSize qrvSizeForKey_defaultValue(const NSUserDefaults& self, const NSString& key, NSSize defaultValue);
 
 } // namespace qrv

@@ -1,4 +1,4 @@
-// Values as text, by the encoding of their type.
+// Values as text, by their type encoding.
 
 #include "QRVFoundation/Source/QRVFunctions.h"
 
@@ -17,7 +17,7 @@ namespace qrv {
 
 namespace {
 
-/// A value that may lie at any address.
+/// Reads a value that need not be aligned.
 template <class T>
 T read(const void* pointer) {
     T value;
@@ -74,7 +74,8 @@ constexpr Encoding encodings[] = {
     {"@", object},
 };
 
-/// The length of a character array, "[8c]" or, of any length, "[c]"; nullopt for another encoding.
+/// Returns the length of a character array, "[8c]", or of one without a length, "[c]"; nullopt for another
+/// encoding.
 std::optional<std::size_t> characterArrayLength(std::string_view encoding) {
     if (encoding.size() < 3 || !encoding.starts_with('[') || !encoding.ends_with("c]")) return std::nullopt;
     const std::string_view digits = encoding.substr(1, encoding.size() - 3);

@@ -1,13 +1,13 @@
 #pragma once
 
-// Programming errors: exceptions that carry their place in the source, failed assertions, and simple
-// diagnostic lines through a replaceable sink.
+// Programming errors: exceptions that carry their source location, failed assertions, and simple diagnostic
+// lines through a replaceable sink.
 //
 //     if (!(key)) QRVFunctions::assertionFailedForFile_line_object_selector_format(
 //         "QRVFoundation/Source/Unit", __LINE__, self, "objectForKey:", u"No key for %@", object);
 //
-// `file` is a source path, `selector` a method's name, both null-terminated UTF-8; a null file counts as
-// empty, a null selector as none. The operations may be called from any thread.
+// `file` is a source path and `selector` a method's name, both null-terminated UTF-8; a null file counts as
+// empty, a null selector as none. Every operation may be called from any thread.
 
 #include "Platform/Foundation/NSException.h"
 
@@ -15,14 +15,14 @@ namespace qrv {
 
 inline constexpr char16_t QRVExceptionName[] = u"QRVException";
 inline constexpr char16_t QRVAssertionFailedException[] = u"QRVAssertionFailedException";
-/// Key of an exception's user-info: where it was raised, as `describe` writes it.
+/// Key of an exception's user-info: the location where it was raised, in the form of `describe`.
 inline constexpr char16_t QRVExceptionLocationKey[] = u"QRVExceptionLocation";
 
-/// "file:line -selector" with the file's own name, "+" where the object is a class; "file:line " with a blank
-/// at the end without object or selector.
+/// Returns "file:line -selector" with the last component of the path, and "+" if the object is a class;
+/// "file:line " with a trailing blank if there is no object or selector.
 NSString describe(const char* file, unsigned long line, const id& object, const char* selector);
 
-/// What QRVFunctions raises.
+/// The exception that QRVFunctions raises.
 class QRVException : public NSException {
 public:
     using NSException::NSException;
@@ -32,11 +32,11 @@ public:
     NSString reason() const override;
 
     // - qrvReason
-    /// The reason that it was made with.
+    /// The reason without the location.
     NSString qrvReason() const { return NSException::reason(); }
 };
 
-/// Takes the diagnostic lines in place of the system log.
+/// Receives the diagnostic lines instead of the system log.
 struct QRVLoggingDelegate {
     virtual ~QRVLoggingDelegate() = default;
     // - logString:
@@ -50,8 +50,8 @@ public:
     QRVFunctions() = delete;
 
     // + raiseFile:line:object:selector:name:userInfo:format:
-    /// Raises a QRVException with the format's expansion as its reason, under the name ("QRVException" for
-    /// nil), with the user-info (nil adds nothing) and the location.
+    /// Raises a QRVException with the expanded format as its reason, under the name ("QRVException" if nil),
+    /// with the user-info (which may be nil) and the location.
     template <class... Arguments>
     [[noreturn]] static void raiseFile_line_object_selector_name_userInfo_format(
         const char* file, unsigned long line, const id& object, const char* selector, const NSString& name,
@@ -92,14 +92,14 @@ public:
     }
 
     // + logString:
-    /// To the logging delegate, or to the system log when there is none.
+    /// Logs to the logging delegate, or to the system log if there is none.
     static void logString(const NSString& string);
     // + setLoggingDelegate:
-    /// Held without ownership; null restores the system log. To be set once at start-up.
+    /// Not owned; null restores the system log. To be called once at start-up.
     static void setLoggingDelegate(QRVLoggingDelegate* delegate);
 
     // + stringFromPointer:typeEncoding:
-    /// The value at the pointer as text, by the encoding of its type:
+    /// Returns the value at the pointer as text, by its type encoding:
     ///
     ///     c s S i I q Q f d D        char, short, int and 64-bit integers, float, double, long double;
     ///                                a char of 1 or 0 reads YES or NO
@@ -108,7 +108,7 @@ public:
     ///     @ ^{__CFString=} r^{__CFString=}   id, or any handle derived from it
     ///     {_NSRange=QQ} {CGPoint=dd} {CGSize=dd} {CGRect={CGPoint=dd}{CGSize=dd}}
     ///
-    /// Any other encoding, and a null pointer, fail an assertion of this class.
+    /// Any other encoding, or a null pointer, fails an assertion of this class.
     static NSString stringFromPointer_typeEncoding(const void* pointer, const char* typeEncoding);
 
 private:

@@ -1,13 +1,13 @@
 #pragma once
 
-// The call-site shorthand of the logger.
+// The macro that log statements use.
 //
 //     QRV_LOG("Source/Tools/web2pdf", "int main(int, char **)", u"LogWeb2PDF", u"started with %@", path);
 
 #include "QRVFoundation/Source/QRVLogger.h"
 
-/// Logs a line of the area (nil: always enabled) with the source unit and function given and the line of the
-/// call. The format and its arguments are evaluated only when the area is enabled.
+/// Logs a line of the area (nil is always enabled) with the given source unit and function and the line of
+/// the call. The format and its arguments are evaluated only if the area is enabled.
 #define QRV_LOG(unit, function, area, ...)                                                                   \
     do {                                                                                                     \
         const std::shared_ptr<::qrv::QRVLogger> qrvSharedLogger = ::qrv::QRVLogger::sharedLogger();          \

@@ -1,13 +1,12 @@
 #pragma once
 
-// What a logger hands its lines to: a prefix, a message and an area, to be emitted. Writing is fire and
-// forget, from any thread.
+// Writes the lines of a logger: a prefix, a message and an area. Writing never reports failures. Any thread.
 
 #include "Platform/Foundation/NSString.h"
 
 namespace qrv {
 
-/// Abstract.
+/// The abstract base class of log writers.
 class QRVLogWriter {
 public:
     // - init
@@ -18,10 +17,10 @@ public:
     QRVLogWriter& operator=(const QRVLogWriter&) = delete;
 
     // - combinePrefix:andMessage:
-    /// The two with one blank between them, also after an empty prefix; nil reads "(null)".
+    /// Joins the two with one blank, also if the prefix is empty; nil is written as "(null)".
     NSString combinePrefix_andMessage(const NSString& prefix, const NSString& message) const;
     // - writePrefix:message:area:
-    /// Emits one line; the area may be nil. Raises NSInvalidArgumentException unless overridden.
+    /// Writes one line; the area may be nil. Raises NSInvalidArgumentException unless overridden.
     virtual void writePrefix_message_area(const NSString& prefix, const NSString& message,
                                           const NSString& area);
 

@@ -13,7 +13,7 @@ namespace qrv {
 
 namespace {
 
-/// The shared logger and its lock. Never destroyed: lines may come until the very end of the process.
+/// The shared logger and its lock. Never destroyed: lines may be logged until the very end of the process.
 struct Slot {
     std::mutex mutex;
     std::shared_ptr<QRVLogger> logger;
@@ -64,7 +64,7 @@ std::shared_ptr<QRVLogger> QRVLogger::sharedLogger() {
 }
 
 void QRVLogger::setSharedLogger(std::shared_ptr<QRVLogger> logger) {
-    // The old one goes after the new one is in place and the lock is free again.
+    // The old logger is destroyed after the new one is in place and the lock is released.
     const std::lock_guard lock(slot().mutex);
     slot().logger.swap(logger);
 }

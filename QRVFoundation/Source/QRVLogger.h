@@ -1,8 +1,7 @@
 #pragma once
 
-// The library's logger: decides for each named area whether a line is wanted, builds the line's prefix and
-// hands both to a log writer. Its settings are fixed when it is made. Call sites use the shorthand of
-// QRVLog.h.
+// The library's logger: decides by named area whether a line is logged, builds its prefix and passes both to
+// a log writer. Its settings are fixed when it is made. Use the macro of QRVLog.h for logging.
 
 #include "Platform/Foundation/NSDictionary.h"
 #include "QRVFoundation/Source/QRVLogWriter.h"
@@ -13,6 +12,7 @@ namespace qrv {
 
 // Keys of the settings, beside those that are area names. Values are anything with a boolean value; the
 // prefix is any object and shown by its description.
+
 inline constexpr char16_t QRVLoggerAllAreas[] = u"QRVLoggerAllAreas";
 inline constexpr char16_t QRVLoggerIncludeFile[] = u"QRVLoggerIncludeFile";
 inline constexpr char16_t QRVLoggerIncludeLine[] = u"QRVLoggerIncludeLine";
@@ -21,17 +21,17 @@ inline constexpr char16_t QRVLoggerIncludeFunction[] = u"QRVLoggerIncludeFunctio
 inline constexpr char16_t QRVLoggerIncludeArea[] = u"QRVLoggerIncludeArea";
 inline constexpr char16_t QRVLoggerPrefix[] = u"QRVLoggerPrefix";
 
-/// Every operation may be called from any thread. The logging operations log whatever they are given: to ask
-/// `isEnabledForArea` first is the caller's duty, so that arguments of a disabled line are never formatted.
+/// Every operation may be called from any thread. The logging operations log unconditionally: callers first
+/// ask `isEnabledForArea`, so that the arguments of a disabled line are never formatted.
 class QRVLogger : public Object, public std::enable_shared_from_this<QRVLogger> {
 public:
     static const ClassInfo classInfo;
 
     // + sharedLogger
-    /// The installed logger, or a new disposable one with every area enabled when there is none.
+    /// Returns the installed logger; if there is none, a new disposable one with every area enabled.
     static std::shared_ptr<QRVLogger> sharedLogger();
     // + setSharedLogger:
-    /// Installs a logger; null empties the slot again.
+    /// Installs a logger; null removes it.
     static void setSharedLogger(std::shared_ptr<QRVLogger> logger);
 
     // + setUpWithPersistentDomainName:
@@ -39,19 +39,19 @@ public:
     static void setUpWithPersistentDomainName(const NSString& name);
 
     // - init
-    /// With all of the standard user defaults.
+    /// Takes its settings from all of the standard user defaults.
     QRVLogger();
     // - initDisposableLogger
-    /// With every area enabled.
+    /// Has every area enabled.
     static std::shared_ptr<QRVLogger> initDisposableLogger();
     // - initWithPersistentDomainName:
-    /// With the settings of one domain of the user defaults; with none of an unknown or nil one.
+    /// Takes its settings from one domain of the user defaults; an unknown or nil domain has none.
     static std::shared_ptr<QRVLogger> initWithPersistentDomainName(const NSString& name);
     // - initWithDefaultsDictionary:
-    /// The area is included and nothing else, unless the dictionary says otherwise; nil adds nothing. Lines
-    /// go to the unified log where it is available, else to the system log.
+    /// Prefixes consist of the area only, unless the dictionary says otherwise; nil adds nothing. Lines go to
+    /// the unified log if it is available, else to the system log.
     explicit QRVLogger(const NSDictionary& defaults);
-    /// With a writer of one's own, which must not be null.
+    /// Uses the given writer, which must not be null.
     QRVLogger(const NSDictionary& defaults, std::unique_ptr<QRVLogWriter> writer);
 
     const ClassInfo& objectClass() const override { return classInfo; }
@@ -73,18 +73,19 @@ public:
                                                      const NSString& format,
                                                      const FormatArguments& arguments);
     // - logFile:line:function:area:message:
-    /// The object's description as it is, percent signs and all.
+    /// Logs the object's description unchanged, percent signs included.
     void logFile_line_function_area_message(const char* file, unsigned long line, const char* function,
                                             const NSString& area, const id& message);
     // - logPrefix:message:area:
-    /// Hands all three to the writer. A nil prefix is reported to the assertion handler, which raises.
+    /// Passes all three to the writer. A nil prefix is reported to the assertion handler, which raises an
+    /// exception.
     void logPrefix_message_area(const NSString& prefix, const NSString& message, const NSString& area);
 
     // - isEnabledForArea:
-    /// A nil area always is; any other when all are or its own switch is on.
+    /// A nil area always is enabled; any other if all areas are or its own switch is on.
     bool isEnabledForArea(const NSString& area) const;
     // - isOptionEnabled:
-    /// False for what is absent, for values without a boolean value and for nil.
+    /// False for a missing key, a value without a boolean value and nil.
     bool isOptionEnabled(const NSString& key) const;
 
     const QRVLogWriter& writer() const { return *_writer; }

@@ -1,6 +1,6 @@
 #pragma once
 
-// Log lines through the system log, for systems without the unified log.
+// Writes log lines to the system log, for systems without the unified log.
 
 #include "QRVFoundation/Source/QRVLogWriter.h"
 
@@ -9,7 +9,7 @@ namespace qrv {
 class QRVNSLogWriter : public QRVLogWriter {
 public:
     // - writePrefix:message:area:
-    /// One line whatever its length; the area is not shown.
+    /// Writes one line, however long; the area is not shown.
     void writePrefix_message_area(const NSString& prefix, const NSString& message,
                                   const NSString& area) override;
 };

@@ -11,23 +11,23 @@ namespace qrv {
 
 namespace {
 
-/// Lines of more bytes are split.
+/// Longer lines are split.
 constexpr std::size_t entryByteLimit = 255;
-/// The length in UTF-16 units beyond which a piece of a long line ends.
+/// The length in UTF-16 units after which a piece of a long line ends.
 constexpr unsigned long chunkLength = 128;
 
 std::optional<std::string> utf8Form(const NSString& string) {
     if (!string) return std::nullopt;
     std::optional<std::string> text = unicode::toUTF8(string.view());
-    // As a C string it ends at the first zero.
+    // Cut at the first zero, like a C string.
     if (text) text->resize(std::min(text->size(), text->find('\0')));
     return text;
 }
 
-/// Made once: loggers are made line by line, and a pattern takes longer to make than a line.
+/// Made once: a logger may be made for every line, and making a pattern takes longer than writing a line.
 const NSDateFormatter& lineDateFormatter() {
     static const NSDateFormatter& instance = []() -> NSDateFormatter& {
-        auto& made = *new NSDateFormatter; // never destroyed: lines may come until the very end
+        auto& made = *new NSDateFormatter; // never destroyed: lines may be logged until the very end
         made.setDateFormat(u"yyyy-MM-dd HH:mm:ss.SSS");
         return made;
     }();
@@ -101,7 +101,7 @@ NSArray QRVOSLogWriter::splitLine_length(const NSString& line, unsigned long len
     std::size_t chunkStart = 0;
     unicode::ComposedSequences sequences(text);
     while (const auto sequence = sequences.next()) {
-        // Looked at before the sequence joins the chunk, so that a closed chunk is longer than the length.
+        // Checked before the sequence joins the chunk, so that a finished chunk is longer than the length.
         if (sequence->start - chunkStart > length) {
             chunks.emplace_back(NSString(text.substr(chunkStart, sequence->start - chunkStart)));
             chunkStart = sequence->start;

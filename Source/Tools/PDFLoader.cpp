@@ -14,7 +14,7 @@ namespace qrv {
 
 namespace {
 
-/// nil and the empty text are the same for a reader of the attributes.
+/// Readers of the attributes do not distinguish nil from the empty text.
 NSString orEmpty(const NSString& text) {
     return text ? text : NSString(u"");
 }
@@ -39,7 +39,7 @@ NSString PDFLoader::logArea() const {
 }
 
 bool PDFLoader::isShowingFrames() const {
-    // A copy, since asking for an element lets callbacks arrive that may change the list.
+    // A copy: asking for an element runs the loop, and callbacks may change the list.
     const std::vector<WebFramePtr> frames = _view->mainFrame()->childFrames();
     return std::any_of(frames.begin(), frames.end(), [](const WebFramePtr& frame) {
         return frame->frameElement().isKindOfClass(DOMHTMLFrameElement::classInfo());
@@ -57,7 +57,7 @@ void PDFLoader::loadWebArchivePath_uid(const NSString& path, const NSString& uid
         _view->mainFrame()->loadArchive(archive);
         waitUntilDone();
     }
-    // Before the error: a frameset is refused as such even when its load failed, too.
+    // Before the error: a frameset is refused as such even if its load failed.
     if (isShowingFrames()) finishWithError(makeFramesError(path));
     if (qrvHasDomain_code(_error, NSURLErrorDomain, NSURLErrorCancelled)) return;
     if (_error) finishWithError(_error);
@@ -121,7 +121,7 @@ void PDFLoader::printToFile(NSView* documentView, const NSString& path) const {
     operation.runOperation();
 }
 
-/// A file that is no readable PDF stays as it is.
+/// Leaves a file untouched that is no readable PDF.
 void PDFLoader::setAttributesOfPDF(const NSString& path) const {
     const auto document = PDFDocument::initWithURL(NSURL::fileURLWithPath(path));
     if (!document) return;

@@ -1,7 +1,7 @@
 #pragma once
 
-// The tool's loader: turns one web archive into one PDF file. Every failure, and the success, ends the
-// process through the finish functions (web2pdf.h).
+// Turns one web archive into one PDF file. Success and every failure end the process through the finish
+// functions (web2pdf.h).
 //
 //     PDFLoader loader;
 //     loader.loadWebArchivePath_uid(archivePath, uid);
@@ -22,25 +22,25 @@ public:
     NSString logArea() const override;
 
     // - isShowingFrames
-    /// Whether the page is a frameset: inline frames do not count. Runs the run loop.
+    /// Whether the page is a frameset; inline frames do not count. Runs the run loop.
     bool isShowingFrames() const;
 
     // - loadWebArchivePath:uid:
-    /// Returns when the page is ready to be rendered; a cancelled load counts as such. Ends the process with
-    /// the read error, the bad-archive error, the frames error or the load's error.
+    /// Returns when the page is ready to be rendered, which it also is after a cancelled load. Ends the
+    /// process with the read error, the bad-archive error, the frames error or the load's error.
     void loadWebArchivePath_uid(const NSString& path, const NSString& uid);
 
     // - setupWindow
-    /// Puts the view, in the default paper's size, into a window that is never shown.
+    /// Puts the view, in the default paper's size, into a hidden window.
     void setupWindow();
 
     // - createScreenPDFs
-    /// Whether the tool's first argument asks for one tall page as on a screen.
+    /// Whether the first argument asks for one tall page, as on a screen.
     bool createScreenPDFs() const;
 
     // - savePDF:
     /// Renders into the file, sets its document attributes and ends the process: with success, or with the
-    /// print-failed error if no file is there.
+    /// print-failed error if there is no file.
     [[noreturn]] void savePDF(const NSString& path);
 
 private:

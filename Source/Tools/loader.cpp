@@ -18,12 +18,12 @@ namespace qrv {
 
 namespace {
 
-/// How log lines name this unit.
+/// This file's name in log lines.
 constexpr char sourceFile[] = "Source/Tools/loader";
 
 constexpr double sliceLength = 0.2; // seconds
 
-/// Stands in the list of what is loading for a page whose load is still to begin.
+/// Represents, in the list of what is loading, a page whose load has not started yet.
 NSString rootPageMarker() {
     return u"rootPage";
 }
@@ -100,7 +100,7 @@ void Loader::waitUntilDone() {
     const bool usePool = boolSetting(u"LoaderUsePool", qrvIsMacOSAtLeast10_9());
     bool finished = false;
     do {
-        // The scope ends with the pass, however the pass is left.
+        // Ends with each pass, however the pass is left.
         std::optional<NSAutoreleasePool> pool;
         if (usePool) pool.emplace();
 
@@ -123,12 +123,12 @@ void Loader::waitUntilDone() {
                                  NSArray(_objectsLoading));
 }
 
-/// Counted from the first time that the list is seen empty: frames that load later do not move the end.
+/// Counts from the first time that the list is empty: frames that load later do not extend it.
 bool Loader::extraTimeHasPassed() {
     if (_finishDate) return isPast(_finishDate);
     const long long extraTime = webToolExtraLoadingTime();
     extendFinishDate(static_cast<double>(extraTime));
-    return extraTime <= 0; // whether or not the clock has ticked since
+    return extraTime <= 0; // even if the clock has not advanced since
 }
 
 void Loader::logObjectsLoading() const {
@@ -189,7 +189,7 @@ double Loader::margin() const {
     return static_cast<double>(integerSetting(u"Web2PDFPageMargin", 36));
 }
 
-/// A frame stands in the list once for each of its starts.
+/// A frame is in the list once for each of its starts.
 void Loader::removeFromLoading(const id& object) {
     std::erase_if(_objectsLoading, [&](const id& entry) { return entry.isEqual(object); });
 }

@@ -1,11 +1,10 @@
 #pragma once
 
-// Drives one off-screen web view until the page in it has finished loading, and brings what the tool has to
-// tell to the program that started it.
+// Drives an off-screen web view until its page has finished loading, and delivers the tool's result to the
+// program that started it.
 //
 // A subclass starts a load in the view's main frame and calls waitUntilDone, which runs the current run loop
-// until no frame has been loading for a while; then it reads _error and _view. Everything belongs to one
-// thread.
+// until no frame has been loading for a while, and then reads _error and _view. One thread only.
 
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSDate.h"
@@ -17,13 +16,13 @@
 
 namespace qrv {
 
-/// The preferences domain of the application that starts the tool: all of the tool's settings are there.
+/// The preferences domain of the application that starts the tool; it contains all of the tool's settings.
 inline constexpr char16_t QuillvaneSettingsDomain[] = u"org.quillvane.Quillvane";
 
 class Loader : public WebFrameLoadDelegate, public WebPolicyDelegate, public WebResourceLoadDelegate {
 public:
     // - init
-    /// Empties and switches off the URL cache, then makes the view (612 by 612 points) with the loader as its
+    /// Empties and disables the URL cache, then makes the view (612 by 612 points) with the loader as its
     /// delegate.
     Loader();
     Loader(const Loader&) = delete;
@@ -32,8 +31,7 @@ public:
     ~Loader() override;
 
     // - logArea
-    /// The area of the loader's log lines. A subclass must have one: here it raises
-    /// NSInvalidArgumentException.
+    /// The area of the loader's log lines. Subclasses override it: here it raises NSInvalidArgumentException.
     virtual NSString logArea() const;
 
     // - logFile:line:function:format:
@@ -48,24 +46,24 @@ public:
     void clearURLCache();
 
     // - startLoading
-    /// Makes the wait last until a frame has begun to load: for subclasses whose load starts later.
+    /// Makes the wait last until a frame starts to load: for subclasses whose load starts later.
     void startLoading();
 
     // - waitUntilDone
     /// Runs the current run loop in slices of 0.2 seconds until no frame has been loading for
-    /// webToolExtraLoadingTime; the outcome is in _error and in the view. Lasts as long as a frame is
-    /// loading, unless _timeoutDate is set.
+    /// webToolExtraLoadingTime, or until _timeoutDate, if it is set. The outcome is in _error and in the
+    /// view.
     void waitUntilDone();
 
     // - extendFinishDate:
-    /// The wait may end this many seconds from now.
+    /// Sets the time after which the wait may end, in seconds from now.
     void extendFinishDate(double seconds);
 
     // - progressFinished:
     void progressFinished(const NSNotification& notification);
 
     // - postProgress:
-    /// Told the view's progress (0 to 1) before each slice of the wait. Does nothing here.
+    /// Receives the view's progress (0 to 1) before each slice of the wait. Does nothing here.
     virtual void postProgress(double progress);
 
     // - pageTitle
@@ -78,19 +76,19 @@ public:
     // The settings, read anew at each call.
 
     // - webToolTimeout
-    /// WebToolTimeout, in seconds; 10 when unset. For subclasses that want a deadline.
+    /// WebToolTimeout, in seconds; 10 if unset. For subclasses that need a deadline.
     long long webToolTimeout() const;
     // - shouldEnablePlugIns
-    /// WebToolEnableWebPlugIns; false when unset.
+    /// WebToolEnableWebPlugIns; false if unset.
     bool shouldEnablePlugIns() const;
     // - maxTriesBeforeTimeout
-    /// WebToolMaxTriesBeforeTimeout; 3 when unset. For subclasses that try again.
+    /// WebToolMaxTriesBeforeTimeout; 3 if unset. For subclasses that retry.
     unsigned long long maxTriesBeforeTimeout() const;
     // - webToolExtraLoadingTime
-    /// WebToolExtraLoadingTime, in seconds; 2 when unset, 0 for a loader that just wants the title.
+    /// WebToolExtraLoadingTime, in seconds; 2 if unset. 0 for a loader that only needs the title.
     long long webToolExtraLoadingTime() const;
     // - margin
-    /// Web2PDFPageMargin, in points; 36 when unset.
+    /// Web2PDFPageMargin, in points; 36 if unset.
     double margin() const;
 
     void webView_didStartProvisionalLoadForFrame(WebView& sender, const WebFramePtr& frame) override;
@@ -101,31 +99,32 @@ public:
                                                const WebFramePtr& frame) override;
     void webView_didReceiveTitle_forFrame(WebView& sender, const NSString& title,
                                           const WebFramePtr& frame) override;
-    /// Lets what the page itself starts by script pass, and refuses links, forms, history and reloads.
+    /// Allows navigations that scripts of the page start; refuses links, forms, history and reloads.
     void webView_decidePolicyForNavigationAction_request_frame_decisionListener(
         WebView& sender, const NSDictionary& actionInformation, const NSURLRequest& request,
         const WebFramePtr& frame, WebPolicyDecisionListener& listener) override;
     void webView_decidePolicyForNewWindowAction_request_newFrameName_decisionListener(
         WebView& sender, const NSDictionary& actionInformation, const NSURLRequest& request,
         const NSString& frameName, WebPolicyDecisionListener& listener) override;
-    /// No credential is ever offered: the challenge is cancelled and the load counts as failed.
+    /// Cancels the challenge: no credentials are ever offered, and the load counts as failed.
     void webView_resource_didReceiveAuthenticationChallenge_fromDataSource(
         WebView& sender, const id& identifier, const NSURLAuthenticationChallenge& challenge,
         const std::shared_ptr<WebDataSource>& dataSource) override;
 
 protected:
-    /// What is still loading: a WebFrame for each load that it has begun, and the string "rootPage" while the
-    /// first has not.
+    /// What is still loading: a WebFrame for each load that has started, or the string "rootPage" until the
+    /// first one starts.
     std::vector<id> _objectsLoading;
-    /// The latest error of the main frame's load or of an authentication, or nil.
+    /// The latest error of the main frame's load or of an authentication; nil if there was none.
     NSError _error;
     std::unique_ptr<WebView> _view;
-    /// When the wait gives up; nil for never.
+    /// When the wait gives up; nil means never.
     NSDate _timeoutDate;
     /// The wait may end as soon as a title is known.
     bool _justTitle = false;
     bool _receivedTitle = false;
-    /// When the wait may end if nothing is loading; nil outside a wait and before the list was empty in it.
+    /// When the wait may end if nothing is loading; nil outside a wait and before the list was first empty in
+    /// it.
     NSDate _finishDate;
 
 private:
@@ -137,9 +136,8 @@ private:
     void removeFromLoading(const id& object);
 };
 
-// finishWithData
-/// Delivers the result: into the file that the environment variable OutPath names (written atomically; a
-/// failure is logged), else to standard output, which is closed then.
+/// Delivers the result to the file that the environment variable OutPath names (atomically; a failure is
+/// logged), or else to standard output, which is then closed.
 void finishWithData(const NSData& data);
 
 } // namespace qrv

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A standard stream that came closed must not become the first file that is opened.
+/// Opens closed standard streams, so that no file gets their descriptor.
 void openStandardStreams() {
     int descriptor = STDIN_FILENO;
     while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = ::open("/dev/null", O_RDWR);
@@ -18,7 +18,7 @@ void openStandardStreams() {
 
 int main() {
     openStandardStreams();
-    // A reader that has gone must not keep the run from its end.
+    // The run must reach its end even if nobody reads its output any more.
     std::signal(SIGPIPE, SIG_IGN);
     qrv::runWeb2PDF();
 }

@@ -7,6 +7,7 @@
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/NSProcessInfo.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
+#include "Platform/Foundation/PropertyList/XMLCharacters.h"
 #include "Platform/Foundation/Unicode.h"
 #include "QRVFoundation/Source/NSError+QRVDescription.h"
 #include "QRVFoundation/Source/QRVLog.h"
@@ -15,6 +16,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <functional>
 #include <new>
 
 namespace qrv {
@@ -50,16 +52,11 @@ NSError toolError(long long code, const NSString& description) {
     loader.savePDF(pdfPath);
 }
 
-/// The text with each character that XML cannot hold replaced by U+FFFD: a strange file name must not cost
-/// the parent its answer.
+/// Replaces each character that XML cannot represent by U+FFFD: an unusual file name must not prevent the
+/// answer.
 NSString deliverable(const NSString& text) {
     std::u16string units = unicode::fromUTF8Lossy(text.utf8()); // without unpaired surrogates
-    std::replace_if(
-        units.begin(), units.end(),
-        [](char16_t c) {
-            return (c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r') || c == 0xFFFE || c == 0xFFFF;
-        },
-        u'\uFFFD');
+    std::replace_if(units.begin(), units.end(), std::not_fn(canStandInXML), u'\uFFFD');
     return NSString(std::move(units));
 }
 
@@ -88,7 +85,7 @@ void finishWithErrorAndPath(const NSError& error, const NSString& path) {
     }
     if (path) result.setObject_forKey(deliverable(path), NSString(u"path"));
     finishWithData(dataFromPropertyList(result.copy()));
-    exitProcess(EXIT_SUCCESS); // failures, too: the result alone tells the outcome
+    exitProcess(EXIT_SUCCESS); // also after a failure: only the result tells the outcome
 }
 
 void finishWithError(const NSError& error) {
@@ -112,7 +109,7 @@ NSError makePrintFailedError(const NSString& path) {
 }
 
 NSData archiveError(const NSError& error) {
-    // What the receiver may know: nothing of the program's insides.
+    // What the receiver may learn: no internals of the program.
     const NSString keys[] = {
         NSURLErrorFailingURLStringErrorKey,
         NSLocalizedDescriptionKey,

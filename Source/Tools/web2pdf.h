@@ -1,7 +1,7 @@
 #pragma once
 
-// The shell of the tool: from the command line to the result that is told to the program that started it, a
-// property list on standard output or in the file named by OutPath. The exit status is 0 in every case.
+// The tool's outer part: from the command line to the result, a property list on standard output or in the
+// file named by OutPath. The exit status is always 0.
 
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSError.h"
@@ -11,37 +11,37 @@ namespace qrv {
 /// The area of the tool's log lines.
 inline constexpr char16_t LogWeb2PDF[] = u"LogWeb2PDF";
 
-/// Errors of the tool's own; code 1 is a wrong number of arguments, 2 a failure inside the program.
+/// The tool's own errors: 1 for a wrong number of arguments, 2 for a failure inside the program.
 inline constexpr char16_t Web2PDFErrorDomain[] = u"org.quillvane.quillvane.web2pdf";
 inline constexpr long long Web2PDFBadArgumentsError = 1;
 inline constexpr long long Web2PDFInternalError = 2;
-/// The page is made of the frames of a frameset (code 0).
+/// The page is a frameset (code 0).
 inline constexpr char16_t Web2PDFFramesErrorDomain[] = u"qvweb2pdf.frames";
 
-/// The whole run: checks the arguments (mode, archive, PDF, record identifier), converts and ends the
-/// process. Exceptions end it, too, with the error made from them as the result.
+/// The whole run: checks the arguments (mode, archive, PDF, record identifier), converts, and ends the
+/// process. An exception becomes an error, which is then the result.
 [[noreturn]] void runWeb2PDF();
 
-/// Tells the result and ends the process: success for a nil error. The path may be nil.
+/// Delivers the result and ends the process; a nil error means success. The path may be nil.
 [[noreturn]] void finishWithErrorAndPath(const NSError& error, const NSString& path);
 [[noreturn]] void finishWithError(const NSError& error);
 [[noreturn]] void finishWithBadArguments();
 
-/// The page of the archive at this path is a frameset.
+/// The archive at this path contains a frameset.
 NSError makeFramesError(const NSString& path);
-/// The file at this path is no web archive.
+/// The file at this path is not a web archive.
 NSError makeBadArchiveError(const NSString& path);
-/// No PDF came to be at this path.
+/// No PDF was written to this path.
 NSError makePrintFailedError(const NSString& path);
 
-/// A keyed archive of the error with those of these entries of its user-info that are there, in this order:
-/// failing URL, description, file path, URL, failure reason, recovery suggestion.
+/// Archives the error with only these entries of its user-info, if present, in this order: failing URL,
+/// description, file path, URL, failure reason, recovery suggestion.
 NSData archiveError(const NSError& error);
 
-/// The XML form of a property list; nil for anything else.
+/// Returns the XML form of a property list; nil for anything else.
 NSData dataFromPropertyList(const id& propertyList);
 
-/// Where the process ends: std::exit, or a function of a test's own that does not return. Null restores it.
+/// Replaces std::exit by a test's own function, which must not return. Null restores it.
 using ProcessExit = void (*)(int status);
 void setProcessExitForTesting(ProcessExit processExit);
 

@@ -54,6 +54,16 @@ class BesideTests(ToolTestCase):
                 self.assert_green(self.page(place + "page.html", f"<img src='{place}a.png' width=100 height=100>",
                                             self.picture(place + "a.png")))
 
+    def test_absolute_references_in_texts_whose_types_have_parameters(self):
+        body = f'<link rel="stylesheet" href="{LOCAL}s.css"><img src="{LOCAL}a.png" width=100 height=100><div></div>'
+        html = f"<!DOCTYPE html><style>body{{margin:0}}img{{display:block}}</style>{body}"
+        archive = Archive(Resource(LOCAL + "page.html", html, "text/html; charset=utf-8"))
+        archive.add(self.picture(LOCAL + "a.png"), self.picture(LOCAL + "b.png"),
+                    Resource(LOCAL + "s.css", f"div{{height:100px;background:url({LOCAL}b.png)}}",
+                             "Text/CSS; charset=utf-8"))
+        self.assert_green(archive)
+        self.assert_green(archive, (50, 150))
+
     def test_absolute_reference_to_a_local_file_elsewhere(self):
         for reference in ("file:///other/a%20b.png", "file:///other/a b.png", "file://localhost/other/a b.png"):
             with self.subTest(reference):

@@ -60,7 +60,8 @@ def exceptions(records):
 def markdown(records):
     lines = ["| " + " | ".join(HEAD) + " |", "|" + "---|" * len(HEAD)]
     lines += ["| " + " | ".join(row(record)) + " |" for record in records]
-    return (f"# The gallery\n\nMade by `script/gallery`; what the columns mean is in the README.\n\n"
+    return ("# The gallery\n\n"
+            "Made by `script/gallery`; what the columns mean is said in [fidelity.md](fidelity.md#the-gallery).\n\n"
             f"## What still differs, or cannot be compared\n\n{exceptions(records)}\n"
             "## Every page in both modes\n\n" + "\n".join(lines) + "\n")
 

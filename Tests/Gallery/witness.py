@@ -87,14 +87,14 @@ def look(session):
 
 def take_note(call):
     global seen
-    if not seen and call.get("method") == "Runtime.evaluate" and %(sign)r in call["params"]["expression"]:
+    if not seen and call.get("method") == "Runtime.callFunctionOn" and %(sign)r in call["params"]["functionDeclaration"]:
         seen = True
         look(call["sessionId"])
     return True
 '''
 
-# What the tool's script that applies the style sheet contains and no other does.
-_SIGN = "web2pdf-print"
+# The name by which the engine knows the tool's script that applies the style sheet.
+_SIGN = "sourceURL=web2pdf/applyPrintStyle.js"
 _LARGEST_PICTURE = 40_000_000
 
 

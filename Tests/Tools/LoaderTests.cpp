@@ -10,6 +10,7 @@ namespace qrv {
 namespace {
 
 using engine::mainFrame;
+using engine::NavigationType;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -237,11 +238,11 @@ TEST_F(LoaderTest, ANilErrorIsLoggedAndClearsTheStoredOne) {
 
 TEST_F(LoaderTest, OnlyLoadsOfTypeOtherAreAllowed) {
     const NSURL target = url(u"https://b.example/");
-    EXPECT_TRUE(client().shouldNavigate(mainFrame, WebNavigationTypeOther, target));
+    EXPECT_TRUE(client().shouldNavigate(mainFrame, NavigationType::other, target));
     for (const auto type :
-         {WebNavigationTypeLinkClicked, WebNavigationTypeFormSubmitted, WebNavigationTypeBackForward,
-          WebNavigationTypeReload, WebNavigationTypeFormResubmitted}) {
-        EXPECT_FALSE(client().shouldNavigate(mainFrame, type, target)) << type;
+         {NavigationType::linkClicked, NavigationType::formSubmitted, NavigationType::backForward,
+          NavigationType::reload, NavigationType::formResubmitted}) {
+        EXPECT_FALSE(client().shouldNavigate(mainFrame, type, target)) << static_cast<int>(type);
     }
 }
 

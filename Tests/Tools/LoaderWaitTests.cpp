@@ -199,7 +199,7 @@ TEST_F(LoaderWaitTest, WaitsOnTheRealRunLoop) {
     NSRunLoop::setCurrentRunLoopForTesting(nullptr);
     NSDate::setClockForTesting(nullptr);
     startMainFrame();
-    NSRunLoop::currentRunLoop().performSoon([&] { finishMainFrame(); });
+    const auto finish = NSRunLoop::currentRunLoop().performSoon([&] { finishMainFrame(); });
     loader.waitUntilDone();
     EXPECT_EQ(log.count("[LogTest] Loading 1 objects:"), 1);
     EXPECT_EQ(log.count("[LogTest] Loading 0 objects:"), 0);

@@ -33,7 +33,7 @@ const rules = {
 export default [
     { linterOptions: { reportUnusedDisableDirectives: 'error' } },
     {
-        files: [`${scripts}/*.js`],
+        files: [`${scripts}/**/*.js`],
         ignores: [shared],
         languageOptions: { sourceType: 'script', globals: { ...globals.browser, ...sharedFunctions } },
         rules,

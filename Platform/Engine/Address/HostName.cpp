@@ -1,6 +1,7 @@
 #include "Platform/Engine/Address/HostName.h"
 
-#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Foundation/ASCII.h"
+#include "Platform/Foundation/PercentEscapes.h"
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
@@ -11,7 +12,7 @@ namespace qrv::engine {
 
 namespace {
 
-/// Far more than the 253 characters of a name, each of them escaped.
+/// Far more than the 253 characters of a name, even percent-encoded.
 constexpr std::size_t longestHost = 4096;
 
 std::optional<std::string> normalizedIPv6(const std::string& host) {
@@ -31,7 +32,7 @@ bool isNumber(std::string_view label) {
            });
 }
 
-/// A name whose last label is a number has to be an IPv4 address.
+/// Whether the last label is a number: then the host must be an IPv4 address.
 bool endsInNumber(std::string_view host) {
     if (host.ends_with('.')) host.remove_suffix(1);
     const std::size_t dot = host.rfind('.');

@@ -1,6 +1,6 @@
 #pragma once
 
-// The hosts of addresses.
+// The normal form of hosts.
 
 #include <optional>
 #include <string>
@@ -8,9 +8,9 @@
 
 namespace qrv::engine {
 
-/// The host as the engine writes it: in lower case, percent-decoded, names of other scripts in their ASCII
-/// form ("xn--..."), numbers as IPv4 addresses, IPv6 addresses (in brackets) in their shortest form. Nothing
-/// when it is no host.
+/// Normalises a host as the engine does: lower case, percent-decoded, names of other scripts in ASCII
+/// ("xn--..."), numbers as IPv4 addresses, IPv6 addresses (in brackets) in their shortest form. Nothing if it
+/// is no valid host.
 std::optional<std::string> normalizedHost(std::string_view host);
 
 } // namespace qrv::engine

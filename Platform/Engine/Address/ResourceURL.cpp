@@ -1,7 +1,9 @@
 #include "Platform/Engine/Address/ResourceURL.h"
 
 #include "Platform/Engine/Address/HostName.h"
-#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Foundation/ASCII.h"
+#include "Platform/Foundation/PercentEscapes.h"
+#include "Platform/Foundation/URLPieces.h"
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
@@ -14,12 +16,7 @@ namespace qrv::engine {
 
 namespace {
 
-bool isSchemeCharacter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '+' ||
-           c == '-' || c == '.';
-}
-
-/// The schemes of which the engine knows the inner build.
+/// Whether the engine knows the syntax of the scheme's addresses.
 bool isSpecial(std::string_view scheme) {
     constexpr std::array<std::string_view, 6> schemes{"http", "https", "ws", "wss", "ftp", "file"};
     return std::find(schemes.begin(), schemes.end(), scheme) != schemes.end();
@@ -31,7 +28,7 @@ std::string_view defaultPort(std::string_view scheme) {
     return scheme == "ftp" ? "21" : "";
 }
 
-/// How many dots, plain or escaped, the segment is made of; 0 when of anything else.
+/// Returns the number of dots, plain or escaped, if the segment consists of dots only; otherwise 0.
 int countDots(std::string_view segment) {
     int dots = 0;
     for (; !segment.empty(); ++dots) {
@@ -52,7 +49,7 @@ std::string resolvedPath(std::string_view path) {
         const int dots = countDots(segment);
         if (dots == 2 && !segments.empty()) segments.pop_back();
         if (dots != 1 && dots != 2) segments.push_back(segment);
-        // A path that ends in a dot segment keeps its last slash.
+        // A path that ends in a dot segment keeps its trailing slash.
         if (last && (dots == 1 || dots == 2)) segments.push_back({});
         if (!last) path.remove_prefix(slash + 1);
     }
@@ -61,7 +58,7 @@ std::string resolvedPath(std::string_view path) {
     return result.empty() ? "/" : result;
 }
 
-/// With a trailing "@" unless empty; an empty password goes.
+/// Returns the user with a trailing "@", or empty; an empty password is removed.
 std::string normalizedUser(std::string_view user) {
     if (user.ends_with(':') && user.find(':') == user.size() - 1) user.remove_suffix(1);
     if (user.empty()) return {};
@@ -70,7 +67,7 @@ std::string normalizedUser(std::string_view user) {
     return result + "@";
 }
 
-/// With a leading ":" unless it is the scheme's own; nothing when it is no port.
+/// Returns the port with a leading ":", or empty if it is the scheme's default; nothing if it is invalid.
 std::optional<std::string> normalizedPort(std::string_view port, std::string_view scheme) {
     if (port.find_first_not_of("0123456789") != std::string_view::npos) return std::nullopt;
     if (port.empty()) return std::string();
@@ -79,7 +76,7 @@ std::optional<std::string> normalizedPort(std::string_view port, std::string_vie
     return port == defaultPort(scheme) ? std::string() : ":" + std::string(port);
 }
 
-/// Nothing when the engine would not take it.
+/// Returns nothing if the engine would reject it.
 std::optional<std::string> normalizedAuthority(std::string_view authority, std::string_view scheme) {
     if (scheme == "file") {
         const std::string host = authority.empty() ? "localhost" : normalizedHost(authority).value_or("");
@@ -97,41 +94,39 @@ std::optional<std::string> normalizedAuthority(std::string_view authority, std::
     return host && port ? std::optional(user + *host + *port) : std::nullopt;
 }
 
-/// "scheme://authority/path?query#fragment" in pieces.
+/// In schemes that it knows, the engine reads a "\\" as a "/" and, except for files, any number of slashes as
+/// the two in front of a host.
+std::string withUsualSlashes(std::string_view url) {
+    const URLPieces pieces = splitURL(url);
+    const std::string scheme = lowered(pieces.scheme);
+    if (!isSpecial(scheme)) return std::string(url);
+    std::string rest(url.substr(scheme.size() + 1));
+    const auto tail = rest.end() - static_cast<std::ptrdiff_t>(pieces.tail.size());
+    std::replace(rest.begin(), tail, '\\', '/');
+    if (scheme != "file") rest.replace(0, std::min(rest.find_first_not_of('/'), rest.size()), "//");
+    return scheme + ":" + rest;
+}
+
+/// The parts of an address as the engine sees them, the scheme in lower case.
 struct Pieces {
+    explicit Pieces(std::string_view url) {
+        const std::string text = withUsualSlashes(url);
+        const URLPieces pieces = splitURL(text);
+        scheme = lowered(pieces.scheme);
+        authority = pieces.authority;
+        hasAuthority = pieces.hasAuthority;
+        path = pieces.path;
+        tail = pieces.tail;
+    }
+
     std::string scheme;
     std::string authority;
     bool hasAuthority = false;
     std::string path;
-    std::string tail; // from "?" or "#" on
+    std::string tail;
 };
 
-Pieces split(std::string_view url) {
-    Pieces pieces;
-    pieces.scheme = schemeOf(url);
-    const bool special = isSpecial(pieces.scheme);
-    std::string_view rest = url.substr(pieces.scheme.empty() ? 0 : pieces.scheme.size() + 1);
-    const std::size_t tail = std::min(rest.find_first_of("?#"), rest.size());
-    std::string path(rest.substr(0, tail));
-    pieces.tail = rest.substr(tail);
-    if (special) std::replace(path.begin(), path.end(), '\\', '/');
-
-    std::size_t start = 0;
-    if (special && pieces.scheme != "file") {
-        // However many slashes there are, the host follows.
-        start = std::min(path.find_first_not_of('/'), path.size());
-        pieces.hasAuthority = true;
-    } else if (path.starts_with("//")) {
-        start = 2;
-        pieces.hasAuthority = true;
-    }
-    const std::size_t end = pieces.hasAuthority ? std::min(path.find('/', start), path.size()) : 0;
-    pieces.authority = path.substr(start, pieces.hasAuthority ? end - start : 0);
-    pieces.path = path.substr(end);
-    return pieces;
-}
-
-/// In schemes that the engine knows, it escapes the apostrophes of a query.
+/// For schemes that it knows, the engine percent-encodes apostrophes in queries.
 std::string normalizedTail(std::string_view tail, bool special) {
     std::string result;
     const std::size_t fragment = std::min(tail.find('#'), tail.size());
@@ -144,13 +139,11 @@ std::string normalizedTail(std::string_view tail, bool special) {
 } // namespace
 
 std::string schemeOf(std::string_view url) {
-    const auto end = std::find_if_not(url.begin(), url.end(), isSchemeCharacter);
-    if (end == url.begin() || end == url.end() || *end != ':') return {};
-    return lowered(url.substr(0, static_cast<std::size_t>(end - url.begin())));
+    return lowered(splitURL(url).scheme);
 }
 
 std::string normalizedURL(std::string_view url) {
-    const Pieces pieces = split(url);
+    const Pieces pieces(url);
     const bool special = isSpecial(pieces.scheme);
     std::string result = pieces.scheme.empty() ? "" : pieces.scheme + ":";
     if (special) {
@@ -172,10 +165,6 @@ std::string readableURL(std::string_view normalizedURL) {
     return text ? unicode::toUTF8Lossy(unicode::decomposed(*text)) : url;
 }
 
-std::string_view withoutFragment(std::string_view url) {
-    return url.substr(0, url.find('#'));
-}
-
 std::string withOtherHTTPScheme(std::string_view url) {
     if (url.starts_with("https://")) return "http://" + std::string(url.substr(8));
     if (url.starts_with("http://")) return "https://" + std::string(url.substr(7));
@@ -183,7 +172,7 @@ std::string withOtherHTTPScheme(std::string_view url) {
 }
 
 StandInAddress::StandInAddress(std::string url, const std::string& token, Use use) : url_(std::move(url)) {
-    const Pieces pieces = split(url_);
+    const Pieces pieces(url_);
     if (use == Use::whereNeeded && (pieces.scheme == "http" || pieces.scheme == "https")) {
         engineURL_ = url_;
         return;

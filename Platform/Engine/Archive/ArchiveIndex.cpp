@@ -1,6 +1,7 @@
 #include "Platform/Engine/Archive/ArchiveIndex.h"
 
 #include "Platform/Engine/Address/ResourceURL.h"
+#include "Platform/Foundation/URLPieces.h"
 
 #include <algorithm>
 
@@ -43,7 +44,7 @@ ArchiveIndex::Node ArchiveIndex::add(const WebArchive& archive, std::optional<No
 void ArchiveIndex::store(Resources& resources, const std::string& url, const WebResource& resource) {
     if (url.empty()) return;
     resources.insert_or_assign(url, resource);
-    // Found without its fragment too, unless the bare address has a resource of its own.
+    // Also found without its fragment, unless that address has a resource of its own.
     if (const std::string_view bare = withoutFragment(url); bare.size() < url.size()) {
         resources.try_emplace(std::string(bare), resource);
     }
@@ -74,8 +75,8 @@ std::optional<ArchiveIndex::Node> ArchiveIndex::takeFrame(Node parent, const std
     const auto hasAddress = [&](const Entry& e) {
         return !e.url.empty() && (e.url == address || e.url == other);
     };
-    // What carries the name of another frame is better left to it, what stands for a blank one is not this
-    // one's.
+    // An archive that carries another frame's name is better left to that frame; one of a blank frame does
+    // not fit here.
     if (const auto found = take(parent, [&](const Entry& e) { return isNameless(e) && hasAddress(e); }))
         return found;
     if (const auto found = take(parent, hasAddress)) return found;

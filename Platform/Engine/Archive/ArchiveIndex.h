@@ -1,6 +1,6 @@
 #pragma once
 
-// Finds what an archive holds for the addresses and frames that a page asks for.
+// Finds the resources and frame archives of an archive by address and frame.
 
 #include "Platform/WebArchive/WebArchive.h"
 
@@ -14,7 +14,7 @@ namespace qrv::engine {
 
 class ArchiveIndex {
 public:
-    /// One archive of the nest; the root is 0.
+    /// An archive in the tree of archives; the root is 0.
     using Node = std::size_t;
     static constexpr Node root = 0;
 
@@ -22,24 +22,23 @@ public:
 
     const WebResource& mainResource(Node node) const { return nodes_[node].mainResource; }
 
-    /// The archive for a frame in the page of `parent`: by the frame's name, then by its address, then the
-    /// next one in the order of the tags that carries no name of another frame. Each archive is given once.
-    /// Nothing when none is left.
+    /// Takes the archive of a frame in the page of `parent`: by the frame's name, else by its address, else
+    /// the next one in the order of the tags that does not carry another frame's name. Each archive is given
+    /// once. Nothing if none is left.
     std::optional<Node> takeFrame(Node parent, const std::string& name, const std::string& url);
-    /// The same for a frame without an address of its own: only archives whose own address is none either
-    /// count.
+    /// Takes the archive of a frame without an address of its own; only archives without an address count.
     std::optional<Node> takeBlankFrame(Node parent, const std::string& name);
-    /// True when archives of frames of this page are left to be taken.
+    /// Whether this page has frame archives that were not taken.
     bool hasFramesLeft(Node parent) const;
 
-    /// The resource of an address, as seen by the page of `node`: in its own archive, then its ancestors',
-    /// then anywhere; with the fragment, then without; in this scheme, then with https and http exchanged; at
-    /// last anywhere under an address that means the same. Of several with one address the last one stored
-    /// counts. nil when there is none.
+    /// Finds a resource as the page of `node` sees it: in its own archive, then in its ancestors', then
+    /// anywhere; with the fragment, then without; with this scheme, then with http and https exchanged; at
+    /// last anywhere under an equivalent address. Of resources with the same address the last one counts. nil
+    /// if there is none.
     WebResource resource(Node node, const std::string& url) const;
 
 private:
-    /// A tree: an archive cannot make it slow by addresses whose hashes are the same.
+    /// A tree, since hostile addresses could make a hash table slow.
     using Resources = std::map<std::string, WebResource>;
 
     struct Entry {
@@ -52,7 +51,7 @@ private:
         bool taken = false;
     };
 
-    /// Without a name, or with one that the saving browser made up.
+    /// Whether it has no name, or one that the saving browser made up.
     static bool isNameless(const Entry& entry);
     Node add(const WebArchive& archive, std::optional<Node> parent);
     static void store(Resources& resources, const std::string& url, const WebResource& resource);
@@ -63,7 +62,7 @@ private:
 
     std::vector<Entry> nodes_;
     Resources all_;
-    mutable std::optional<Resources> readable_; // all by their readable addresses, once one is looked for
+    mutable std::optional<Resources> readable_; // all by their readable addresses, made when first needed
 };
 
 } // namespace qrv::engine

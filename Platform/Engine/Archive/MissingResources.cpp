@@ -1,6 +1,6 @@
 #include "Platform/Engine/Archive/MissingResources.h"
 
-#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Foundation/PercentEscapes.h"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +13,7 @@ constexpr std::size_t mostNamed = 20;
 constexpr std::size_t mostCounted = 1000;
 constexpr std::size_t longestURL = 200;
 
-/// Empty for what is sent rather than asked for.
+/// Returns an empty text for what is only sent.
 std::string_view kindOf(std::string_view type) {
     constexpr std::array<std::pair<std::string_view, std::string_view>, 14> kinds{{
         {"Document", "document"},
@@ -43,7 +43,7 @@ std::string shortened(std::string_view url) {
     return isCut ? text + "..." : text;
 }
 
-/// Empty for what does not count.
+/// Returns an empty text for what does not count.
 std::string entryFor(std::string_view type, std::string_view url) {
     const std::string_view kind = kindOf(type);
     return kind.empty() ? std::string() : std::string(kind) + " " + shortened(url);

@@ -1,6 +1,6 @@
 #pragma once
 
-// What a page asked for and its archive did not hold, for one line in the log.
+// Collects the resources that a page asked for and its archive lacks, for one line in the log.
 
 #include <set>
 #include <string>
@@ -12,21 +12,20 @@ namespace qrv::engine {
 
 class MissingResources {
 public:
-    /// `type` is the engine's word for what the resource is for ("Image", "Stylesheet", ...). What a page
-    /// only sends (pings, reports) does not count. Told again, a resource counts once.
+    /// `type` is the engine's resource type ("Image", "Stylesheet", ...). What a page only sends (pings,
+    /// reports) does not count. Adding a resource twice counts once.
     void add(std::string_view type, std::string_view url);
 
-    /// Something else stands in for the resource, so that the page lacks nothing.
+    /// Removes a resource that was replaced by another one.
     void remove(std::string_view type, std::string_view url);
 
-    /// What is missing, in the order in which it was asked for: kinds and addresses, with escapes for
-    /// whatever might not be text. No more than 20 of them are named, none at more than 200 characters. Empty
-    /// when nothing is missing.
+    /// Describes what is missing, in the order of the requests: kinds and addresses, percent-encoded where
+    /// necessary. Names at most 20, each with at most 200 characters. Empty if nothing is missing.
     std::string description() const;
 
 private:
-    std::vector<std::string> entries_; // in their order, of bounded number; those beyond are not counted
-    std::set<std::string> known_;      // the same, for looking them up
+    std::vector<std::string> entries_; // in order, of bounded number; the rest is not counted
+    std::set<std::string> known_;      // the same, for lookup
 };
 
 } // namespace qrv::engine

@@ -1,6 +1,6 @@
 #include "Platform/Engine/Archive/ReferenceRewriter.h"
 
-#include "Platform/Engine/Address/URLText.h"
+#include "Platform/Foundation/ASCII.h"
 
 #include <algorithm>
 #include <array>
@@ -11,10 +11,6 @@ namespace {
 
 constexpr auto npos = std::string_view::npos;
 constexpr std::string_view blanks = " \t\r\n\f";
-
-bool isLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
 
 bool isReference(std::string_view attribute) {
     constexpr std::array<std::string_view, 13> names{
@@ -39,7 +35,7 @@ public:
             copyUpTo(text_.find('<', at_));
             if (text_.substr(at_).starts_with("<!--")) {
                 copyUpTo(text_.find("-->", at_));
-            } else if (at_ + 1 < text_.size() && isLetter(text_[at_ + 1])) {
+            } else if (at_ + 1 < text_.size() && isASCIILetter(text_[at_ + 1])) {
                 tag();
             } else {
                 copyUpTo(at_ + 1);
@@ -55,7 +51,7 @@ private:
         at_ = end;
     }
 
-    /// All stems begin with one scheme's first letter.
+    /// All stems have the same scheme, and so the same first letter.
     void replaceUpTo(std::size_t end) {
         end = std::min(end, text_.size());
         while (at_ < end) {
@@ -119,11 +115,9 @@ private:
 
 } // namespace
 
-ReferenceSyntax referenceSyntax(std::string_view mimeType) {
-    if (mimeType == "text/html" || mimeType.ends_with("xml")) return ReferenceSyntax::markup;
-    if (mimeType == "text/css" || mimeType.ends_with("javascript") || mimeType.ends_with("ecmascript"))
-        return ReferenceSyntax::anywhere;
-    return ReferenceSyntax::none;
+ReferenceSyntax referenceSyntax(const MIMEType& type) {
+    if (type.isMarkup()) return ReferenceSyntax::markup;
+    return type.isStyleSheet() || type.isScript() ? ReferenceSyntax::anywhere : ReferenceSyntax::none;
 }
 
 std::string withReplacedReferences(std::string_view text, ReferenceSyntax syntax,

@@ -1,7 +1,9 @@
 #pragma once
 
-// Absolute references in the text of a page that is loaded under a stand-in address: the engine does not even
-// ask for local files, nor for frames and fonts of schemes that it does not know.
+// Rewrites absolute references in a page that is loaded under a synthetic origin: the engine would not even
+// request local files, nor frames and fonts of unknown schemes.
+
+#include "Platform/Engine/Address/MIMEType.h"
 
 #include <string>
 #include <string_view>
@@ -9,15 +11,13 @@
 
 namespace qrv::engine {
 
-/// How references stand in a text: in attributes, style elements and scripts; anywhere; or not at all.
+/// Where a text contains references: in attributes, style elements and scripts; anywhere; or nowhere.
 enum class ReferenceSyntax { markup, anywhere, none };
 
-/// By MIME type, in lower case and without parameters.
-ReferenceSyntax referenceSyntax(std::string_view mimeType);
+ReferenceSyntax referenceSyntax(const MIMEType& type);
 
-/// The text with each reference that begins with one of the stems ("file:///") beginning with the replacement
-/// instead. What a page shows as text stays as it is. For encodings in which ASCII stands for itself; in
-/// linear time.
+/// Replaces the prefix of each reference that begins with one of the stems ("file:///"). Text that the page
+/// displays is not changed. For encodings that are supersets of ASCII; linear time.
 std::string withReplacedReferences(std::string_view text, ReferenceSyntax syntax,
                                    const std::vector<std::string>& stems, std::string_view replacement);
 

@@ -1,8 +1,8 @@
 #include "Platform/Engine/Archive/RequestServer.h"
 
-#include "Platform/Engine/Address/URLText.h"
 #include "Platform/Engine/Archive/ReferenceRewriter.h"
 #include "Platform/Engine/Archive/ResourceResponse.h"
+#include "Platform/Foundation/URLPieces.h"
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace qrv::engine {
 
 namespace {
 
-/// Headers keep the case in which the page wrote them.
+/// Header names keep the case in which the page wrote them.
 std::string originOf(const Json& headers) {
     for (const char* name : {"Origin", "origin"}) {
         if (std::string value = headers[name].string(); !value.empty()) return value;
@@ -21,7 +21,7 @@ std::string originOf(const Json& headers) {
 }
 
 void collectNames(const Json& tree, std::map<std::string, std::string>& names) {
-    // An explicit stack: pages may nest frames deeper than is good for recursion.
+    // Uses an explicit stack: frames may be nested too deep for recursion.
     std::vector<Json> open{tree};
     while (!open.empty()) {
         const Json node = std::move(open.back());
@@ -60,7 +60,7 @@ void RequestServer::serve(const WebArchive& archive, const StandInAddress& addre
     nodes_ = {{mainFrameID_, ArchiveIndex::root}};
 }
 
-/// Workers and frames of which nothing is known see the main page's resources.
+/// Workers and unknown frames see the main page's resources.
 RequestServer::Node RequestServer::nodeOf(const std::string& frame) const {
     std::optional<std::string> at = frame;
     while (at) {
@@ -108,7 +108,7 @@ void RequestServer::answerDocument(const Request& request) {
 
 void RequestServer::answerFrameDocument(const Request& request) {
     const Node parent = nodeOf(frames_.parentOf(request.frame).value_or(mainFrameID_));
-    // A frame that has had its archive and goes on to another page must not get another frame's.
+    // A frame that already has its archive and navigates on must not get another frame's.
     if (nodes_.contains(request.frame) || !index_->hasFramesLeft(parent)) {
         answer(request, index_->resource(nodeOf(request.frame), request.url));
         return;
@@ -142,16 +142,16 @@ void RequestServer::answer(const Request& request, const WebResource& resource) 
                                  {"body", *body}}));
 }
 
-/// The stored bytes, with references that lead to where the engine gets everything from.
+/// Returns the stored bytes, with references to the synthetic origin.
 NSData RequestServer::bodyOf(const WebResource& resource) const {
     const auto stems = address_->stems();
-    const auto syntax = referenceSyntax(lowered(resource.MIMEType().utf8()));
+    const auto syntax = referenceSyntax(MIMEType(resource.MIMEType().utf8()));
     if (stems.empty() || syntax == ReferenceSyntax::none) return resource.data();
     return NSData(withReplacedReferences(resource.data().bytes(), syntax, stems, address_->prefix()));
 }
 
-// A document is aborted rather than failed: the old page stays, a frame stays blank, and no error page of the
-// engine's takes its place.
+/// Aborts documents rather than failing them: the old page stays, a frame stays blank, and the engine shows
+/// no error page.
 void RequestServer::fail(const Request& request) {
     ++answered_;
     devTools_.send(request.session, "Fetch.failRequest",
@@ -216,7 +216,7 @@ void RequestServer::fillBlankFrames(std::function<void()> done) {
         const auto unfilled = std::make_shared<std::size_t>(pages.size());
         for (const auto& [frame, node] : pages) {
             fillFrame(frame, node, [this, done, unfilled] {
-                // A frame that was filled may have brought blank frames of its own.
+                // A filled frame may have brought blank frames of its own.
                 if (--*unfilled == 0) fillBlankFrames(done);
             });
         }

@@ -1,13 +1,13 @@
 #pragma once
 
-// Answers the engine's requests from an archive, and from nothing else: what the archive does not hold fails
-// at once.
+// Fulfils the engine's requests from an archive only: requests for anything else fail at once.
 
 #include "Platform/Engine/Address/ResourceURL.h"
 #include "Platform/Engine/Archive/ArchiveIndex.h"
 #include "Platform/Engine/Archive/MissingResources.h"
 #include "Platform/Engine/DevTools/DevToolsClient.h"
 #include "Platform/Engine/Loading/FrameTracker.h"
+#include "Platform/Engine/Loading/PageClient.h"
 
 #include <functional>
 #include <map>
@@ -25,27 +25,27 @@ public:
     /// Intercepts every request of a page's or a worker's session.
     void attach(const std::string& session);
 
-    /// The engine's name of the page's session and of its main frame.
+    /// Sets the engine's identifiers of the page's session and main frame.
     void setPage(std::string session, std::string mainFrameID);
 
-    /// What to answer from. The main page is stored under `address`'s stored URL.
+    /// Sets the archive to answer from. The main page is stored under `address`'s stored URL.
     void serve(const WebArchive& archive, const StandInAddress& address);
 
-    /// Puts the stored pages of frames without an address into the blank frames of the page; `done` is called
-    /// when the engine has them all.
+    /// Puts the stored pages of frames without an address into the page's blank frames; calls `done` when the
+    /// engine has them all.
     void fillBlankFrames(std::function<void()> done);
 
-    /// Requests that have been answered, and that have been made.
+    /// The number of requests that were answered, and that were made.
     std::size_t answered() const { return answered_; }
 
     std::size_t asked() const { return asked_; }
 
-    /// What the archive holds of the addresses among which an image was chosen, if it does not hold the
-    /// chosen one, which then counts as missing no longer. Addresses are the engine's.
+    /// Returns those candidate addresses of an image that the archive has, if it lacks the chosen one, which
+    /// then no longer counts as missing. Addresses are the engine's.
     std::vector<std::string> substitutesFor(const std::string& chosen,
                                             const std::vector<std::string>& candidates);
 
-    /// What was asked for and is not in the archive.
+    /// What was asked for and is missing in the archive.
     const MissingResources& missing() const { return missing_; }
 
 private:
@@ -56,11 +56,11 @@ private:
         std::string session;
         std::string identifier;
         std::string frame;     // empty for a worker's
-        std::string engineURL; // as the engine asks
+        std::string engineURL; // as the engine knows it
         std::string url;       // as the archive knows it
         std::string origin;
-        std::string headers; // that it asks leave for
-        std::string type;    // what it is for, in the engine's word
+        std::string headers; // that a preflight asks permission for
+        std::string type;    // the engine's resource type
         bool isDocument = false;
     };
 

@@ -1,50 +1,16 @@
 #include "Platform/Engine/Archive/ResourceResponse.h"
 
+#include "Platform/Engine/Address/MIMEType.h"
 #include "Platform/Engine/Address/ResourceURL.h"
-#include "Platform/Engine/Address/URLText.h"
 #include "Platform/Foundation/Base64.h"
-
-#include <algorithm>
-#include <initializer_list>
 
 namespace qrv::engine {
 
 namespace {
 
-// The engine ends the connection at a message of 100 MiB; base64 makes four bytes of three, and the rest of
-// the message needs a little.
+/// The engine ends the connection at a message of 100 MiB; Base64 makes four bytes of three, and the rest of
+/// the message needs a little.
 constexpr std::size_t maximumBody = std::size_t{74} << 20;
-
-bool isTokenCharacter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("!#$%&'*+-.^_`|~/:").find(c) != std::string_view::npos;
-}
-
-/// Types and encodings come from the archive: nothing that could begin another header, value or parameter may
-/// pass, nor what would make the message longer than the engine takes.
-std::string headerSafe(const NSString& text) {
-    constexpr std::size_t longest = 127;
-    std::string safe = text.utf8();
-    safe.resize(std::min(safe.find(';'), safe.size()));
-    std::erase_if(safe, [](char c) { return !isTokenCharacter(c); });
-    return safe.size() > longest ? std::string() : safe;
-}
-
-bool isOneOf(std::string_view type, std::initializer_list<std::string_view> types) {
-    return std::find(types.begin(), types.end(), type) != types.end();
-}
-
-/// Text that the engine would save, or show in a form of its own.
-bool isShownAsText(std::string_view type) {
-    if (type.starts_with("text/")) return !isOneOf(type, {"text/html", "text/xml", "text/xsl"});
-    for (const std::string_view ending : {"json", "javascript", "ecmascript", "yaml"}) {
-        if (type.starts_with("application/") && type.ends_with(ending)) return true;
-    }
-    return isOneOf(type,
-                   {"application/sql", "application/toml", "application/x-sh", "application/x-httpd-php",
-                    "application/x-perl", "application/x-tex", "application/x-latex",
-                    "application/typescript", "application/x-subrip", "message/rfc822"});
-}
 
 Json header(const char* name, const std::string& value) {
     return Json::object({{"name", name}, {"value", value}});
@@ -53,9 +19,9 @@ Json header(const char* name, const std::string& value) {
 } // namespace
 
 std::string contentType(const WebResource& resource, bool isDocument) {
-    std::string type = lowered(headerSafe(resource.MIMEType()));
-    if (isDocument && isShownAsText(type)) type = "text/plain";
-    const std::string encoding = headerSafe(resource.textEncodingName());
+    const MIMEType stored(resource.MIMEType().utf8());
+    const std::string type = isDocument && stored.isShownAsText() ? "text/plain" : stored.text();
+    const std::string encoding = headerToken(resource.textEncodingName().utf8());
     return type.empty() || encoding.empty() ? type : type + "; charset=" + encoding;
 }
 
@@ -64,13 +30,13 @@ Json responseHeaders(const WebResource& resource, const ResourceRequest& request
     if (const std::string type = contentType(resource, request.isDocument); !type.empty()) {
         headers.push_back(header("Content-Type", type));
     }
-    // Fonts, modules and fetched data of other origins were allowed when the page was saved.
+    // Fonts, modules and fetched data from other origins were allowed when the page was saved.
     headers.push_back(header("Access-Control-Allow-Origin", request.origin.empty() ? "*" : request.origin));
     if (!request.origin.empty()) headers.push_back(header("Access-Control-Allow-Credentials", "true"));
     if (!request.headers.empty()) {
         headers.push_back(header("Access-Control-Allow-Headers", request.headers));
     }
-    // Without it an http frame in an https page is blocked before it is ever asked for.
+    // Otherwise an http frame in an https page is blocked before it is requested.
     if (request.isDocument && schemeOf(request.url) == "https") {
         headers.push_back(header("Content-Security-Policy", "upgrade-insecure-requests"));
     }

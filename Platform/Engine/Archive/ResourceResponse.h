@@ -1,6 +1,6 @@
 #pragma once
 
-// How a stored resource is answered to the engine.
+// Makes the engine's response from a stored resource.
 
 #include "Platform/Engine/DevTools/Json.h"
 #include "Platform/WebArchive/WebResource.h"
@@ -13,20 +13,20 @@ namespace qrv::engine {
 struct ResourceRequest {
     std::string url;
     std::string origin;       ///< the request's Origin header; empty without one
-    std::string headers = {}; ///< that a request to come wants to have, where this one asks for leave
+    std::string headers = {}; ///< of a preflight: those that it asks permission for
     bool isDocument = false;
 };
 
-/// The headers of the answer, as `Fetch.fulfillRequest` takes them. Nothing of the stored response is
-/// repeated: its policies and encodings were meant for another road.
+/// Makes the response headers for `Fetch.fulfillRequest`. Stored headers are not repeated: their policies and
+/// encodings do not apply here.
 Json responseHeaders(const WebResource& resource, const ResourceRequest& request);
 
-/// The Content-Type under which a resource is answered: the stored type with the stored encoding. A main page
-/// in a kind of text that the engine would rather save than show (style sheets, scripts, tables, data)
-/// becomes plain text. Empty when the stored type is none: then the engine looks at the bytes.
+/// Returns the response's Content-Type: the stored type with the stored encoding. A main page of a textual
+/// type that the engine would download instead of showing it (style sheets, scripts, tables, data) becomes
+/// plain text. Empty if the stored type is invalid; the engine then sniffs the bytes.
 std::string contentType(const WebResource& resource, bool isDocument);
 
-/// Base64 of the bytes. Nothing when the message that carries it would be longer than the engine takes.
+/// Encodes the bytes in Base64; nothing if the message would be longer than the engine accepts.
 std::optional<std::string> responseBody(const NSData& data);
 
 } // namespace qrv::engine

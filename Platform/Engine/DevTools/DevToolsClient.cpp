@@ -6,7 +6,7 @@ namespace qrv::engine {
 
 namespace {
 
-// Written by hand around the parameters, which may be long: building a value of the whole would copy them.
+/// Assembled as text around the parameters, which may be long: a Json value of the whole would copy them.
 std::string commandText(std::int64_t id, const std::string& session, std::string_view method,
                         const Json& params) {
     std::string text = "{\"id\":" + std::to_string(id) + ",\"method\":" + Json(method).serialize();
@@ -73,20 +73,25 @@ DevToolsReply DevToolsClient::call(const std::string& session, std::string_view 
     auto deadline = std::chrono::steady_clock::now() + timeout;
     auto id =
         sendCommand(session, method, params, [reply](const DevToolsReply& arrived) { *reply = arrived; });
-    std::weak_ptr<bool> alive = alive_;
-    loop_.runUntil([&] { return reply->has_value() || alive.expired(); }, deadline);
+    // A client that a handler destroys takes the callback with it, the other holder of the reply.
+    auto destroyed = [&reply] { return reply.use_count() == 1; };
+    loop_.runUntil([&] { return reply->has_value() || destroyed(); }, deadline);
     if (*reply) return **reply;
-    if (alive.expired()) return failure(DevToolsReply::Status::closed, "the client was destroyed");
+    if (destroyed()) return failure(DevToolsReply::Status::closed, "the client was destroyed");
     pending_.erase(id);
     return failure(DevToolsReply::Status::timedOut, std::string(method) + " was not answered in time");
 }
 
+void DevToolsClient::callSoon(NSRunLoop::Handler handler) {
+    auto place = posted_.emplace(posted_.end());
+    *place = loop_.performSoon([this, place, handler = std::move(handler)] {
+        posted_.erase(place); // first: the handler may destroy this object
+        handler();
+    });
+}
+
 void DevToolsClient::answerSoon(ReplyHandler callback, DevToolsReply reply) {
-    if (!callback) return;
-    loop_.performSoon(
-        [alive = std::weak_ptr(alive_), callback = std::move(callback), reply = std::move(reply)] {
-            if (!alive.expired()) callback(reply);
-        });
+    if (callback) callSoon([callback = std::move(callback), reply = std::move(reply)] { callback(reply); });
 }
 
 DevToolsClient::Subscription DevToolsClient::listen(const std::string& session, std::string_view method,
@@ -98,8 +103,7 @@ DevToolsClient::Subscription DevToolsClient::listen(const std::string& session, 
     return Subscription(std::move(shared));
 }
 
-// What is no message, or answers nothing that was asked, is dropped: the engine is not trusted to be
-// well-behaved.
+/// Drops malformed messages and replies that nobody waits for: the engine is not trusted to be well-behaved.
 void DevToolsClient::messageArrived(std::string_view text) {
     auto message = Json::parse(text);
     if (!message) return;
@@ -120,7 +124,7 @@ void DevToolsClient::replyArrived(const Json& message) {
 void DevToolsClient::eventArrived(const Json& message) {
     std::string method = message["method"].string();
     Json params = message["params"];
-    // The engine leaves commands of a session unanswered when it ends the session.
+    // When a session ends, the engine does not answer its commands.
     if (method == "Target.detachedFromTarget") sessionEnded(params["sessionId"].string());
 
     auto found = listeners_.find({message["sessionId"].string(), method});
@@ -143,7 +147,7 @@ void DevToolsClient::sessionEnded(const std::string& session) {
     }
 }
 
-// Each callback gets a turn of its own, so that one that throws does not take the others' answers away.
+/// Each callback gets its own turn of the loop, so that one that throws does not prevent the others.
 void DevToolsClient::connectionEnded(const std::string& reason) {
     if (closed_) return;
     closed_ = true;
@@ -151,8 +155,7 @@ void DevToolsClient::connectionEnded(const std::string& reason) {
     closeReason_ = reason;
     for (auto& [id, pending] : std::exchange(pending_, {}))
         answerSoon(std::move(pending.callback), failure(DevToolsReply::Status::closed, reason));
-    loop_.performSoon([this, alive = std::weak_ptr(alive_)] {
-        if (alive.expired()) return;
+    callSoon([this] {
         if (auto handler = closedHandler_) handler(closeReason_);
     });
 }

@@ -1,13 +1,14 @@
 #pragma once
 
-// Commands to an engine and events from it, over a transport.
+// Sends commands to an engine and receives its events, over a transport.
 //
 //     DevToolsClient client(transport, NSRunLoop::currentRunLoop());
 //     auto subscription = client.listen(session, "Page.loadEventFired", [](const Json& params) { ... });
-//     client.send(session, "Page.navigate", Json::object({{"url", url}}), [](const DevToolsReply& reply) {
-//     ... }); DevToolsReply version = client.call({}, "Browser.getVersion", {}, std::chrono::seconds(5));
+//     client.send(session, "Page.navigate", Json::object({{"url", url}}),
+//                 [](const DevToolsReply& reply) { ... });
+//     DevToolsReply version = client.call({}, "Browser.getVersion", {}, std::chrono::seconds(5));
 //
-// A session is the engine's identifier of a target that is attached to; the empty one is the browser itself.
+// A session is the engine's identifier of an attached target; the empty session is the browser itself.
 // Callbacks and listeners run on the loop, never inside send. Everything belongs to the loop's thread.
 
 #include "Platform/Engine/DevTools/DevToolsTransport.h"
@@ -17,6 +18,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <list>
 #include <map>
 #include <memory>
 #include <string>
@@ -28,15 +30,15 @@ struct DevToolsReply {
     enum class Status {
         result,
         error,    ///< the engine refused the command
-        tooLarge, ///< not sent: the engine would have ended the connection
+        tooLarge, ///< not sent: the engine would end the connection
         closed,   ///< the connection or the session ended first
-        timedOut, ///< only from call
+        timedOut, ///< from call only
     };
 
     Status status = Status::closed;
     Json result;                   ///< with Status::result
     std::int64_t errorCode = 0;    ///< with Status::error
-    std::string errorMessage = {}; ///< whenever the command failed
+    std::string errorMessage = {}; ///< if the command failed
 
     bool ok() const { return status == Status::result; }
 };
@@ -49,22 +51,22 @@ public:
 
     /// The transport is not owned; it and the loop must outlive the client.
     DevToolsClient(DevToolsTransport& transport, NSRunLoop& loop);
-    /// Callbacks that are still waiting are dropped uncalled.
+    /// Drops callbacks that are still waiting, without calling them.
     ~DevToolsClient();
     DevToolsClient(const DevToolsClient&) = delete;
     DevToolsClient& operator=(const DevToolsClient&) = delete;
 
-    /// Sends a command; the callback, when there is one, is called exactly once.
+    /// Sends a command; the callback, if any, is called exactly once.
     void send(const std::string& session, std::string_view method, const Json& params = {},
               ReplyHandler callback = {});
 
-    /// Sends a command and runs the loop until its reply, the end of the connection or the timeout. A reply
-    /// that comes later is dropped.
+    /// Sends a command and runs the loop until the reply, the end of the connection or the timeout. A later
+    /// reply is dropped.
     DevToolsReply call(const std::string& session, std::string_view method, const Json& params,
                        std::chrono::nanoseconds timeout);
 
-    /// Ends the listening when destroyed. It may be destroyed by any handler, its own included, and may
-    /// outlive the client.
+    /// Ends the subscription when destroyed. Any handler, even its own, may destroy it, and it may outlive
+    /// the client.
     class Subscription {
     public:
         Subscription() = default;
@@ -79,16 +81,16 @@ public:
         std::shared_ptr<EventHandler> handler_;
     };
 
-    /// Calls the handler with the parameters of each such event of the session, after the listeners that came
-    /// before it. A listener added while an event is handed out gets the next one.
+    /// Calls the handler with the parameters of each such event of the session, after earlier listeners. A
+    /// listener added during an event gets the next one.
     [[nodiscard]] Subscription listen(const std::string& session, std::string_view method,
                                       EventHandler handler);
 
-    /// Called once when the connection ends, after the callbacks that were still waiting.
+    /// Sets the handler that is called once when the connection ends, after the waiting callbacks.
     void setClosedHandler(ClosedHandler handler) { closedHandler_ = std::move(handler); }
 
-    /// Ends the connection from this side: what is waited for and what is sent from now on is answered with
-    /// Status::closed, and no event arrives any more. The closed handler is called as if the engine had gone.
+    /// Ends the connection from this side: pending and later commands are answered with Status::closed, and
+    /// no more events arrive. The closed handler is called as if the engine had ended.
     void disconnect(const std::string& reason) { connectionEnded(reason); }
 
     bool isClosed() const { return closed_; }
@@ -101,6 +103,7 @@ private:
 
     std::int64_t sendCommand(const std::string& session, std::string_view method, const Json& params,
                              ReplyHandler callback);
+    void callSoon(NSRunLoop::Handler handler);
     void answerSoon(ReplyHandler callback, DevToolsReply reply);
     void messageArrived(std::string_view text);
     void replyArrived(const Json& message);
@@ -118,8 +121,7 @@ private:
     ClosedHandler closedHandler_;
     bool closed_ = false;
     std::string closeReason_;
-    std::shared_ptr<bool> alive_ =
-        std::make_shared<bool>(true); // for posted functions, which may come too late
+    std::list<NSRunLoop::Posted> posted_; // what is still to be called
 };
 
 } // namespace qrv::engine

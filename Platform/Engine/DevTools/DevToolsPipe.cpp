@@ -11,7 +11,7 @@ namespace qrv::engine {
 namespace {
 
 constexpr std::size_t readBlock = std::size_t{64} << 10;
-// Read per turn of the loop, so that timers get their turn while a long message comes in.
+/// The limit per turn of the loop, so that timers are served while a long message arrives.
 constexpr std::size_t readPerTurn = std::size_t{4} << 20;
 
 std::string describe(const char* what, int error) {
@@ -30,12 +30,6 @@ DevToolsPipe::DevToolsPipe(FileDescriptor socket, NSRunLoop& loop, Limits limits
 }
 
 DevToolsPipe::~DevToolsPipe() = default;
-
-void DevToolsPipe::close() {
-    closeDelivered_ = true;
-    received_.clear();
-    end({});
-}
 
 DevToolsTransport::SendResult DevToolsPipe::send(std::string message) {
     if (ended_) return SendResult::closed;
@@ -99,9 +93,9 @@ void DevToolsPipe::takeBytes(std::string_view bytes) {
     }
 }
 
-// One message per turn: who waits for a reply goes on right after it, whatever else has come with it. The
-// next turn is posted before the handler runs, because the handler may run the loop, throw, or destroy this
-// object.
+/// Delivers one message per turn: a caller that waits for a reply continues right after it, whatever else has
+/// arrived. The next turn is posted before the handler runs, because the handler may run the loop, throw, or
+/// destroy this object.
 void DevToolsPipe::deliverNext() {
     if (received_.empty()) {
         if (!ended_ || std::exchange(closeDelivered_, true)) return;
@@ -111,8 +105,7 @@ void DevToolsPipe::deliverNext() {
     received_.pop_front();
     if (!received_.empty() || ended_) {
         deliveryPosted_ = true;
-        loop_.performSoon([this, alive = std::weak_ptr(alive_)] {
-            if (alive.expired()) return;
+        delivery_ = loop_.performSoon([this] {
             deliveryPosted_ = false;
             deliverNext();
         });

@@ -1,8 +1,8 @@
 #pragma once
 
-// DevTools messages over a connected stream socket, each one ended by a NUL byte.
+// DevTools messages over a connected stream socket, each terminated by a NUL byte.
 //
-// Nothing blocks: what the socket does not take at once waits in a queue. Belongs to the run loop's thread.
+// Nothing blocks: what the socket does not accept at once is queued. Belongs to the run loop's thread.
 
 #include "Platform/Engine/DevTools/DevToolsTransport.h"
 #include "Platform/Foundation/FileDescriptor.h"
@@ -10,15 +10,13 @@
 
 #include <cstddef>
 #include <deque>
-#include <memory>
 
 namespace qrv::engine {
 
 class DevToolsPipe : public DevToolsTransport {
 public:
     struct Limits {
-        /// The engine reads at most this much for one message, its NUL included, and then ends the
-        /// connection.
+        /// The engine ends the connection at a longer message, its NUL included.
         std::size_t outgoing = std::size_t{100} << 20;
         /// A longer message ends the connection from our side.
         std::size_t incoming = std::size_t{512} << 20;
@@ -29,9 +27,6 @@ public:
     ~DevToolsPipe() override;
 
     SendResult send(std::string message) override;
-
-    /// Ends the connection from our side: no handler is called any more.
-    void close();
 
 private:
     void readAvailable();
@@ -46,16 +41,15 @@ private:
     NSRunLoop::Watch readable_;
     NSRunLoop::Watch writable_;
     bool writing_ = false; // writable_ is watching
-    std::string incoming_; // the start of a message whose end has not come yet
+    std::string incoming_; // the start of an incomplete message
     std::deque<std::string> received_;
     std::deque<std::string> outgoing_;
-    std::size_t written_ = 0; // bytes of the first outgoing message
+    std::size_t written_ = 0; // bytes written of the first outgoing message
     bool ended_ = false;
     bool closeDelivered_ = false;
+    NSRunLoop::Posted delivery_; // of the next message
     bool deliveryPosted_ = false;
     std::string endReason_;
-    std::shared_ptr<bool> alive_ =
-        std::make_shared<bool>(true); // for posted functions, which may come too late
 };
 
 } // namespace qrv::engine

@@ -1,6 +1,6 @@
 #pragma once
 
-// Carries DevTools messages to and from an engine. Implemented by the pipe, and by tests with a script.
+// Carries DevTools messages to and from an engine. Implemented by the pipe, and by tests.
 
 #include <functional>
 #include <string>
@@ -16,7 +16,7 @@ public:
 
     enum class SendResult {
         accepted,
-        tooLarge, ///< not sent, because the engine would end the connection; the connection is as it was
+        tooLarge, ///< not sent, because the engine would end the connection, which stays open
         closed,   ///< not sent, because the connection has ended
     };
 
@@ -25,15 +25,16 @@ public:
     /// Sends one message, in order and without blocking.
     virtual SendResult send(std::string message) = 0;
 
-    /// Called with each message, in order, one per turn of the run loop.
+    /// Sets the handler for each message, in order, one per turn of the run loop.
     void setMessageHandler(MessageHandler handler) { messageHandler_ = std::move(handler); }
 
-    /// Called once, after the last message, when the other side or an error ended the connection.
+    /// Sets the handler that is called once, after the last message, if the other side or an error ended the
+    /// connection.
     void setCloseHandler(CloseHandler handler) { closeHandler_ = std::move(handler); }
 
 protected:
-    /// The handlers may destroy the transport: call these last. They are copied because a handler that does
-    /// so must not vanish while it runs.
+    /// Call these last: the handlers may destroy the transport. They are copied because a handler must not
+    /// vanish while it runs.
     void deliver(std::string_view message) {
         if (auto handler = messageHandler_) handler(message);
     }

@@ -9,7 +9,7 @@ namespace json = boost::json;
 
 namespace {
 
-// The code unit of a \uXXXX escape that starts at `at`, or nothing.
+/// Returns the code unit of a \uXXXX escape at `at`, or nothing.
 std::optional<unsigned> escapedUnit(std::string_view text, std::size_t at) {
     if (at + 6 > text.size() || text[at] != '\\' || text[at + 1] != 'u') return std::nullopt;
     unsigned unit = 0;
@@ -35,8 +35,8 @@ bool isTrail(std::optional<unsigned> unit) {
     return unit && *unit >= 0xDC00 && *unit < 0xE000;
 }
 
-// The text with escapes of half a surrogate pair replaced: strings of a page may hold them, and the parser
-// refuses the whole message because of one.
+/// Replaces escaped unpaired surrogates: a page's strings may contain them, and the parser would reject the
+/// whole message.
 std::string withoutLoneSurrogates(std::string_view text) {
     std::string repaired(text);
     for (std::size_t at = repaired.find('\\'); at != std::string::npos; at = repaired.find('\\', at)) {
@@ -47,7 +47,7 @@ std::string withoutLoneSurrogates(std::string_view text) {
             repaired.replace(at, 6, "\\uFFFD");
             at += 6;
         } else {
-            at += 2; // an escaped backslash must not be taken for the start of the next escape
+            at += 2; // an escaped backslash must not count as the start of the next escape
         }
     }
     return repaired;
@@ -189,26 +189,12 @@ std::string_view Json::stringView() const {
     return isString() ? view(node_->get_string()) : std::string_view();
 }
 
-std::vector<Json::Member> Json::members() const {
-    std::vector<Member> members;
-    if (!isObject()) return members;
-    members.reserve(size());
-    for (const auto& member : node_->get_object())
-        members.emplace_back(std::string(view(member.key())), Json(Node(node_, &member.value())));
-    return members;
-}
-
 std::vector<Json> Json::elements() const {
     std::vector<Json> elements;
     if (!isArray()) return elements;
     elements.reserve(size());
     for (std::size_t index = 0; index < size(); ++index) elements.push_back(element(index));
     return elements;
-}
-
-bool operator==(const Json& left, const Json& right) {
-    if (left.isNull() || right.isNull()) return left.isNull() && right.isNull();
-    return *left.node_ == *right.node_;
 }
 
 } // namespace qrv::engine

@@ -6,8 +6,8 @@
 //     double width = (*reply)["result"]["cssContentSize"]["width"].number();
 //     Json params = Json::object({{"url", "about:blank"}, {"flatten", true}, {"ids", Json::array({1, 2})}});
 //
-// Every accessor is defined on every kind of value: what is missing reads as null, and null reads as the
-// fallback, so chains need no tests.
+// Every accessor is defined on every kind of value: a missing member is null, and null reads as the fallback,
+// so chains need no checks.
 
 #include <cstddef>
 #include <cstdint>
@@ -35,7 +35,7 @@ public:
     Json(std::nullptr_t) {}
 
     Json(bool value);
-    Json(double value); // null when not finite: JSON has no such number
+    Json(double value); // null if not finite, which JSON cannot represent
     Json(std::string_view value);
 
     Json(const char* value) : Json(std::string_view(value)) {}
@@ -45,15 +45,14 @@ public:
     template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
     Json(Integer value) : Json(fromInteger(static_cast<std::int64_t>(value))) {}
 
-    /// An object; of members with the same key the last one counts.
+    /// Makes an object; of members with the same key the last one counts.
     static Json object(std::initializer_list<Member> members);
     static Json object(const std::vector<Member>& members);
     static Json array(std::initializer_list<Json> elements);
     static Json array(const std::vector<Json>& elements);
 
-    /// The value that the text stands for; nothing when it is malformed or nested deeper than maxDepth. Bytes
-    /// that are not UTF-8 pass unchanged; an escape of half a surrogate pair becomes U+FFFD. Throws only when
-    /// out of memory.
+    /// Parses the text; nothing if it is malformed or nested deeper than maxDepth. Bytes that are not UTF-8
+    /// are kept; an escaped unpaired surrogate becomes U+FFFD. Throws only when out of memory.
     static std::optional<Json> parse(std::string_view text);
     static constexpr std::size_t maxDepth = 512;
 
@@ -66,7 +65,7 @@ public:
     bool isArray() const;
     bool isObject() const;
 
-    /// The member or element; null when there is none.
+    /// The member or element; null if there is none.
     Json operator[](std::string_view key) const;
 
     Json operator[](const char* key) const { return (*this)[std::string_view(key)]; }
@@ -80,19 +79,16 @@ public:
     std::size_t size() const; // of members or elements; 0 for other kinds
 
     double number(double fallback = 0) const;
-    std::int64_t integer(std::int64_t fallback = 0) const; // fallback also for fractions and beyond the range
+    std::int64_t integer(std::int64_t fallback = 0) const; // fallback for fractions and out of range, too
     bool boolean(bool fallback = false) const;
     std::string string(std::string_view fallback = {}) const;
     std::string_view
     stringView() const; // without a copy; empty for other kinds; valid while this value lives
 
-    std::vector<Member> members() const; // in the order of the text; empty for other kinds
     std::vector<Json> elements() const;
 
-    friend bool operator==(const Json& left, const Json& right);
-
 private:
-    /// Points into a document that it keeps alive; empty for null.
+    /// Points into a document, which it keeps alive; empty for null.
     using Node = std::shared_ptr<const boost::json::value>;
 
     explicit Json(Node node) : node_(std::move(node)) {}

@@ -1,30 +1,86 @@
 #include "Platform/Engine/DevTools/PageWorld.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace qrv::engine {
 
 namespace {
 
 constexpr int maximumTries = 3;
 
+constexpr char worldName[] = "web2pdf";
 constexpr char disableScripts[] = "Emulation.setScriptExecutionDisabled";
+constexpr char createWorld[] = "Page.createIsolatedWorld";
+constexpr char evaluate[] = "Runtime.evaluate";
+constexpr char callFunction[] = "Runtime.callFunctionOn";
+
+Json worldParameters(const std::string& frameID) {
+    return Json::object({{"frameId", frameID}, {"worldName", worldName}});
+}
+
+std::int64_t contextOf(const DevToolsReply& reply) {
+    return reply.result["executionContextId"].integer();
+}
+
+Json sharedParameters(std::int64_t context) {
+    return Json::object({{"expression", scripts::shared.source}, {"contextId", context}});
+}
+
+Json callParameters(const PageScript& script, const PageWorld::Arguments& arguments, std::int64_t context,
+                    bool awaitsPromise) {
+    std::vector<Json> values;
+    values.reserve(arguments.size());
+    for (const Json& argument : arguments) values.push_back(Json::object({{"value", argument}}));
+    return Json::object({{"functionDeclaration", script.source},
+                         {"arguments", Json::array(values)},
+                         {"executionContextId", context},
+                         {"returnByValue", true},
+                         {"awaitPromise", awaitsPromise}});
+}
+
+/// "measure.js threw at line 12: TypeError: ...", with the place in the shared functions where it was thrown
+/// there: "measure.js threw at line 9 of shared.js: ...".
+std::string descriptionOf(const PageScript& script, const Json& exception) {
+    constexpr std::size_t longestText = 300;
+    const std::string text = exception["exception"]["description"].string(exception["text"].stringView());
+    const std::string_view firstLine =
+        std::string_view(text).substr(0, std::min(text.find('\n'), longestText));
+    // Below it are the places of the stack. The engine counts lines from 0.
+    const bool isShared = text.find("/" + std::string(scripts::shared.name) + ":") <
+                          text.find("/" + std::string(script.name) + ":");
+    return std::string(script.name) + " threw at line " +
+           std::to_string(exception["lineNumber"].integer() + 1) +
+           (isShared ? " of " + std::string(scripts::shared.name) : "") + ": " + std::string(firstLine);
+}
 
 } // namespace
 
-PageWorld::PageWorld(DevToolsClient& devTools, std::string session, std::string mainFrameID)
-    : devTools_(devTools), session_(std::move(session)), mainFrameID_(std::move(mainFrameID)) {}
+PageWorld::PageWorld(DevToolsClient& devTools, std::string session, std::string mainFrameID, Log log)
+    : devTools_(devTools), session_(std::move(session)), mainFrameID_(std::move(mainFrameID)),
+      log_(std::move(log)) {}
 
-DevToolsReply PageWorld::call(const char* method, const Json& params) {
+void PageWorld::runInNewDocuments(const PageScript& program, Place place) {
+    Json params = place == Place::ownWorld
+                      ? Json::object({{"source", program.source}, {"worldName", worldName}})
+                      : Json::object({{"source", program.source}});
+    devTools_.send(session_, "Page.addScriptToEvaluateOnNewDocument", params);
+}
+
+DevToolsReply PageWorld::command(const char* method, const Json& params) {
     return devTools_.call(session_, method, params, patience);
 }
 
 void PageWorld::stopScripts() {
-    call(disableScripts, Json::object({{"value", true}}));
+    command(disableScripts, Json::object({{"value", true}}));
 }
 
 bool PageWorld::make() {
-    const Json params = Json::object({{"frameId", mainFrameID_}, {"worldName", name}});
-    context_ = call("Page.createIsolatedWorld", params).result["executionContextId"].integer();
-    return context_ != 0;
+    context_ = contextOf(command(createWorld, worldParameters(mainFrameID_)));
+    if (context_ == 0) return false;
+    // Its reply comes before that of the first call, which tells if the world is gone.
+    devTools_.send(session_, evaluate, sharedParameters(context_));
+    return true;
 }
 
 /// Ends a script that does not end by itself, and lets no other begin. Neither command is waited for: where
@@ -35,31 +91,55 @@ void PageWorld::interrupt() {
     devTools_.send(session_, disableScripts, Json::object({{"value", true}}));
 }
 
-std::optional<Json> PageWorld::evaluate(const std::string& script) {
-    return evaluate(script, false);
+std::optional<Json> PageWorld::call(const PageScript& script, const Arguments& arguments) {
+    return call(script, arguments, false);
 }
 
-std::optional<Json> PageWorld::evaluatePromise(const std::string& script) {
-    return evaluate(script, true);
+std::optional<Json> PageWorld::await(const PageScript& script, const Arguments& arguments) {
+    return call(script, arguments, true);
 }
 
-std::optional<Json> PageWorld::evaluate(const std::string& script, bool awaitsPromise) {
+std::optional<Json> PageWorld::call(const PageScript& script, const Arguments& arguments,
+                                    bool awaitsPromise) {
     for (int tries = 0; tries < maximumTries && !devTools_.isClosed(); ++tries) {
         if (context_ == 0 && !make()) {
             interrupt();
             continue;
         }
-        const DevToolsReply reply = call("Runtime.evaluate", Json::object({{"expression", script},
-                                                                           {"contextId", context_},
-                                                                           {"returnByValue", true},
-                                                                           {"awaitPromise", awaitsPromise}}));
-        if (reply.ok() && !reply.result.contains("exceptionDetails")) return reply.result["result"]["value"];
+        const DevToolsReply reply =
+            command(callFunction, callParameters(script, arguments, context_, awaitsPromise));
+        if (reply.ok()) return answerOf(script, reply.result);
         context_ = 0;
         if (reply.status != DevToolsReply::Status::timedOut) continue;
         interrupt();
         // Without scripts, what a promise waits for may never come.
         if (awaitsPromise) break;
     }
+    return std::nullopt;
+}
+
+void PageWorld::callInFrame(const std::string& frameID, const PageScript& script, const Arguments& arguments,
+                            AnswerHandler handler) {
+    devTools_.send(session_, createWorld, worldParameters(frameID),
+                   [this, &script, arguments, handler = std::move(handler)](const DevToolsReply& world) {
+                       if (!world.ok()) {
+                           handler(std::nullopt);
+                           return;
+                       }
+                       devTools_.send(session_, evaluate, sharedParameters(contextOf(world)));
+                       devTools_.send(session_, callFunction,
+                                      callParameters(script, arguments, contextOf(world), false),
+                                      [this, &script, handler](const DevToolsReply& reply) {
+                                          handler(reply.ok() ? answerOf(script, reply.result) : std::nullopt);
+                                      });
+                   });
+}
+
+/// Nothing when the script threw: it would do so again.
+std::optional<Json> PageWorld::answerOf(const PageScript& script, const Json& result) {
+    const Json exception = result["exceptionDetails"];
+    if (exception.isNull()) return result["result"]["value"];
+    if (toldToThrow_.insert(script.name).second && log_) log_(descriptionOf(script, exception));
     return std::nullopt;
 }
 

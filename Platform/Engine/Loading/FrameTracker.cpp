@@ -11,20 +11,19 @@ namespace qrv::engine {
 namespace {
 
 /// Why a frame asked to navigate (`Page.ClientNavigationReason`).
-WebNavigationType typeOfReason(std::string_view reason) {
-    if (reason == "anchorClick") return WebNavigationTypeLinkClicked;
-    if (reason == "formSubmissionGet" || reason == "formSubmissionPost")
-        return WebNavigationTypeFormSubmitted;
-    if (reason == "reload") return WebNavigationTypeReload;
-    return WebNavigationTypeOther;
+NavigationType typeOfReason(std::string_view reason) {
+    if (reason == "anchorClick") return NavigationType::linkClicked;
+    if (reason == "formSubmissionGet" || reason == "formSubmissionPost") return NavigationType::formSubmitted;
+    if (reason == "reload") return NavigationType::reload;
+    return NavigationType::other;
 }
 
-/// How a navigation began that no frame asked for (`navigationType` of frameStartedNavigating).
-WebNavigationType typeOfNavigation(std::string_view type) {
-    if (type == "restoreWithPost") return WebNavigationTypeFormResubmitted;
-    if (type.starts_with("reload")) return WebNavigationTypeReload;
-    if (type.starts_with("history") || type.starts_with("restore")) return WebNavigationTypeBackForward;
-    return WebNavigationTypeOther;
+/// How a navigation started that no frame requested (`navigationType` of frameStartedNavigating).
+NavigationType typeOfNavigation(std::string_view type) {
+    if (type == "restoreWithPost") return NavigationType::formResubmitted;
+    if (type.starts_with("reload")) return NavigationType::reload;
+    if (type.starts_with("history") || type.starts_with("restore")) return NavigationType::backForward;
+    return NavigationType::other;
 }
 
 bool isSameDocument(std::string_view navigationType) {
@@ -123,14 +122,14 @@ void FrameTracker::frameAttached(const Json& event) {
 
 void FrameTracker::frameDetached(const Json& event) {
     const std::string identifier = event["frameId"].string();
-    // A frame that moves to another process is detached here and goes on there.
+    // A frame that moves to another process is detached here and continues there.
     if (event["reason"].string() == "swap" || identifier == mainFrameID_ || !find(identifier)) return;
     dropDescendants(identifier);
     frames_.erase(identifier);
     client_.frameDetached(identifier);
 }
 
-/// Returns the frame's own children. The owner drops its own when it is told of the navigation.
+/// Returns the frame's own children. The owner drops its own ones when the navigation is reported.
 std::vector<std::string> FrameTracker::dropDescendants(const std::string& engineFrame) {
     std::vector<std::string> children;
     for (const auto& [identifier, frame] : frames_) {
@@ -143,7 +142,7 @@ std::vector<std::string> FrameTracker::dropDescendants(const std::string& engine
     return children;
 }
 
-bool FrameTracker::allows(const std::string& engineFrame, WebNavigationType type, const NSURL& url) {
+bool FrameTracker::allows(const std::string& engineFrame, NavigationType type, const NSURL& url) {
     return client_.shouldNavigate(named(engineFrame), type, url);
 }
 
@@ -209,8 +208,8 @@ void FrameTracker::navigated(const Json& event) {
     client_.loadCommitted(name, url, NSString::fromUTF8(page["mimeType"].string()));
 }
 
-/// A page of the engine's own about the failure has taken the place of the old one. The owner is not told of
-/// that page, but has to learn that the frames of the old one are gone.
+/// The engine's own error page has replaced the old page. The owner does not learn of the error page, but
+/// must learn that the old page's frames are gone.
 void FrameTracker::errorPageShown(const std::string& engineFrame) {
     frames_.at(engineFrame).loading = false;
     const std::vector<std::string> children = dropDescendants(engineFrame);

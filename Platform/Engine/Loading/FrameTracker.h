@@ -1,19 +1,20 @@
 #pragma once
 
-// Follows the frames of a page through the engine's events and tells the page's owner what happens to their
-// loads.
+// Follows a page's frames through the engine's events and reports the state of their loads to the page's
+// owner.
 //
-// One navigation of a frame, in events: requested, started navigating, [request paused], navigated, stopped
-// loading; a parent stops after its children. What makes this more than a table:
-//   1. A frame that is blank from the start is navigated without ever having started.
-//   2. Changes of the fragment, pushState and javascript: addresses stop "loading" without a navigation.
-//   3. When a frame navigates, the frames in its old page vanish without a word.
-//   4. A navigation that is refused, or fails before it is navigated, leaves the old page and its load alone.
-//   5. A title is asked for when a frame stops, and the answer takes a turn: a new navigation may start
-//   first.
+// A navigation of a frame causes these events: requested, started navigating, [request paused], navigated,
+// stopped loading; a parent stops after its children. Special cases:
+// 1. A frame that is blank from the start is navigated without having started.
+// 2. Fragment changes, pushState and javascript: addresses stop "loading" without a navigation.
+// 3. When a frame navigates, the frames in its old page disappear without an event.
+// 4. A navigation that is refused, or fails before it is committed, leaves the old page and its load
+//    untouched.
+// 5. The title is asked for when a frame stops, and the answer arrives later: a new navigation may start
+//    first.
 
 #include "Platform/Engine/DevTools/DevToolsClient.h"
-#include "Platform/Engine/Page.h"
+#include "Platform/Engine/Loading/PageClient.h"
 
 #include <functional>
 #include <map>
@@ -25,12 +26,12 @@ namespace qrv::engine {
 
 class FrameTracker {
 public:
-    /// Asks for a frame's title; `answer` is called once, soon, with nil when there is none to be had.
+    /// Asks for a frame's title; `answer` is called once, soon, with nil if there is none.
     using TitleQuery = std::function<void(const FrameID& frame, std::function<void(NSString)> answer)>;
-    /// Asked when the main frame's page has loaded; `done` ends the load when all that belongs to it is
-    /// there.
+    /// Called when the main frame's page has loaded; `done` finishes the load when everything that belongs to
+    /// it is there.
     using Completion = std::function<void(std::function<void()> done)>;
-    /// The address that the archive knows for an address of the engine's.
+    /// Maps an address of the engine's to the archive's.
     using AddressMapping = std::function<NSURL(std::string_view engineURL)>;
 
     struct Hooks {
@@ -41,22 +42,23 @@ public:
 
     FrameTracker(PageClient& client, Hooks hooks);
 
-    /// Listens to a page's events. `mainFrameID` is the engine's name of its main frame.
+    /// Listens to a page's events. `mainFrameID` is the engine's identifier of its main frame.
     void attach(DevToolsClient& devTools, const std::string& session, std::string mainFrameID);
 
-    /// The next navigation of the main frame is the owner's own load: neither asked about nor announced.
+    /// Says that the next navigation of the main frame is the owner's own load, which is neither asked about
+    /// nor reported as started.
     void expectOwnLoad() { ownLoadExpected_ = true; }
 
-    /// True while the main frame loads.
+    /// Whether the main frame is loading.
     bool isMainFrameLoading() const;
-    /// True when the navigation that the frame is about to make was refused.
+    /// Whether the frame's pending navigation was refused.
     bool isRefused(const std::string& engineFrame) const;
-    /// The frame's parent, in the engine's names; nothing for the main frame and unknown ones.
+    /// The frame's parent, by the engine's identifiers; nothing for the main frame and unknown frames.
     std::optional<std::string> parentOf(const std::string& engineFrame) const;
-    /// Frames that are blank, in the order in which they came.
+    /// The blank frames, in the order of their creation.
     std::vector<std::string> blankFrames() const;
 
-    /// Fails every load that is under way: the engine is gone.
+    /// Fails every load that is under way, because the engine has ended.
     void failAll(const NSError& error);
 
 private:
@@ -64,16 +66,16 @@ private:
         std::string loader;
         NSURL url;
         bool refused = false;
-        NSError failure; // nil unless it is known why it failed
+        NSError failure; // nil if the reason is not known
     };
 
     struct Frame {
         std::string parent;
         std::size_t order = 0;
-        std::optional<bool> allowNext; // the answer about the navigation that was requested last
-        bool loading = false;          // committed, and not yet stopped
-        bool finishing = false;        // stopped, and waiting for the title
-        unsigned generation = 0;       // counts finishes, so that a late answer finds its own only
+        std::optional<bool> allowNext; // the answer to the latest requested navigation
+        bool loading = false;          // committed, but not yet stopped
+        bool finishing = false;        // stopped, but waiting for the title
+        unsigned generation = 0;       // counts finishes, so that a late answer is recognised
         std::string url;
         std::optional<Pending> pending;
     };
@@ -87,7 +89,7 @@ private:
     void loadingFailed(const Json& event);
     void windowOpened(const Json& event);
 
-    bool allows(const std::string& engineFrame, WebNavigationType type, const NSURL& url);
+    bool allows(const std::string& engineFrame, NavigationType type, const NSURL& url);
     void errorPageShown(const std::string& engineFrame);
     std::vector<std::string> dropDescendants(const std::string& engineFrame);
     void finish(const std::string& engineFrame);

@@ -1,6 +1,6 @@
 #pragma once
 
-// The engine's network errors as errors of NSURLErrorDomain.
+// Maps the engine's network errors to NSURLErrorDomain.
 
 #include "Platform/Foundation/NSError.h"
 #include "Platform/Foundation/NSURL.h"
@@ -9,12 +9,11 @@
 
 namespace qrv::engine {
 
-/// The error of a load of `url` (nil when unknown) that the engine ended with `text` ("net::ERR_ABORTED",
-/// with or without the "net::"); an unknown text gives NSURLErrorUnknown. The address is put under both
-/// failing-URL keys.
+/// Makes the error of a load of `url` (nil if unknown) that failed with `text` ("net::ERR_ABORTED", with or
+/// without "net::"); an unknown text gives NSURLErrorUnknown. Both failing-URL keys get the address.
 NSError urlError(std::string_view text, const NSURL& url);
 
-/// The same with a code, and a description of its own when one is given.
+/// Makes the error with this code, and with the description unless it is nil.
 NSError urlError(long long code, const NSURL& url, const NSString& description = {});
 
 } // namespace qrv::engine

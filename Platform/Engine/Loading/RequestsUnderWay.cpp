@@ -24,7 +24,7 @@ void RequestsUnderWay::done(const Json& event) {
     frames_.erase(event["requestId"].string());
 }
 
-/// A frame's requests end with its page, some of them without a word. Those of the new page come later.
+/// A frame's requests end with its page, some of them without an event. Those of the new page come later.
 void RequestsUnderWay::frameGone(const std::string& frame) {
     std::erase_if(frames_, [&](const auto& request) { return request.second == frame; });
 }

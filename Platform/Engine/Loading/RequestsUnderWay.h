@@ -1,6 +1,6 @@
 #pragma once
 
-// Counts a page's requests: how many have ended, and which are still under way.
+// Tracks a page's requests: how many have ended, and which are under way.
 
 #include "Platform/Engine/DevTools/DevToolsClient.h"
 
@@ -15,11 +15,11 @@ public:
     /// Listens to a page's events.
     void attach(DevToolsClient& devTools, const std::string& session);
 
-    /// True when everything that has been asked for has arrived or failed. Video and sound do not count:
-    /// they may arrive for as long as they play. Nor do the requests of frames that are gone.
+    /// Whether everything requested has arrived or failed. Video and sound do not count, since they may
+    /// arrive for as long as they play, nor do the requests of frames that are gone.
     bool isEmpty() const { return frames_.empty(); }
 
-    /// How many have ended.
+    /// How many requests have ended.
     std::size_t ended() const { return ended_; }
 
 private:

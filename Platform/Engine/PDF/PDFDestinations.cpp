@@ -1,15 +1,16 @@
 #include "Platform/Engine/PDF/PDFDestinations.h"
 
+#include "Platform/Engine/PDF/LengthUnits.h"
+
 #include <algorithm>
 #include <cmath>
 #include <qpdf/QPDF.hh>
 
-namespace qrv {
+namespace qrv::engine {
 
 namespace {
 
-constexpr double renderersUnit = 0.75;
-// A place so close to the end of a page is the start of the next one.
+/// A destination this close to the end of a page leads to the next page.
 constexpr double slack = 0.5;
 constexpr int decimals = 3;
 
@@ -33,7 +34,7 @@ public:
     }
 
 private:
-    /// [page /XYZ left top zoom], in place: several names may share an array.
+    /// Moves [page /XYZ left top zoom] in place: several names may share an array.
     void place(QPDFObjectHandle destination) {
         if (!destination.isArray() || destination.getArrayNItems() < 4 ||
             !destination.getArrayItem(1).isNameAndEquals("/XYZ")) {
@@ -50,12 +51,12 @@ private:
         }
         const auto number = static_cast<double>(page - pages_.begin());
         const double distance =
-            layout_.firstPageLength + number * layout_.pageLength + (topOf(*page) - top) / renderersUnit;
-        QPDFObjectHandle placed = atDistance(distance, left / renderersUnit);
+            layout_.firstPageLength + number * layout_.pageLength + (topOf(*page) - top) / pointsPerPixel;
+        QPDFObjectHandle placed = atDistance(distance, left / pointsPerPixel);
         for (int i = 0; i < 4; ++i) destination.setArrayItem(i, placed.getArrayItem(i));
     }
 
-    /// Lengths in px from the start of the document.
+    /// Makes a destination from lengths in px from the start of the document.
     QPDFObjectHandle atDistance(double down, double across) {
         const auto last = static_cast<double>(pages_.size() - 1);
         const double number = std::clamp(std::floor((down + slack) / layout_.pageLength), 0.0, last);
@@ -85,4 +86,4 @@ void placeDestinations(QPDF& document, const DestinationLayout& layout) {
     if (layout.pageLength > 0 && !document.getAllPages().empty()) DestinationEditor(document, layout).run();
 }
 
-} // namespace qrv
+} // namespace qrv::engine

@@ -10,11 +10,11 @@
 #include <string_view>
 #include <vector>
 
-namespace qrv {
+namespace qrv::engine {
 
 namespace {
 
-// No range of glyphs is longer: only the last byte of its codes may differ.
+/// The longest range of glyphs: only the last byte of its codes may differ.
 constexpr unsigned longestRange = 256;
 
 bool isUnusual(char16_t c) {
@@ -35,7 +35,7 @@ std::u16string usual(const std::u16string& text) {
     return result;
 }
 
-/// A string of hexadecimal digits, as UTF-16.
+/// Decodes hexadecimal digits as UTF-16.
 std::optional<std::u16string> fromHex(std::string_view digits) {
     std::u16string text;
     for (; digits.size() >= 4; digits.remove_prefix(4)) {
@@ -57,7 +57,7 @@ std::string toHex(std::u16string_view text) {
     return result + ">";
 }
 
-/// The digits of the strings of a line that holds nothing else: "<0041> <0062>".
+/// Returns the digits of the strings of a line that contains nothing else: "<0041> <0062>".
 std::vector<std::string> stringsIn(std::string_view line) {
     std::vector<std::string> strings;
     while (!line.empty()) {
@@ -70,7 +70,7 @@ std::vector<std::string> stringsIn(std::string_view line) {
     return strings;
 }
 
-/// "<glyph> <text>"
+/// Corrects "<glyph> <text>".
 std::string correctedChar(const std::string& line) {
     const std::vector<std::string> strings = stringsIn(line);
     const auto text = strings.size() == 2 ? fromHex(strings[1]) : std::nullopt;
@@ -78,7 +78,7 @@ std::string correctedChar(const std::string& line) {
     return "<" + strings[0] + "> " + toHex(usual(*text));
 }
 
-/// How many glyphs a range holds; 0 when it is none.
+/// Returns the number of glyphs in a range; 0 if it is invalid.
 unsigned lengthOfRange(const std::string& first, const std::string& last) {
     const auto number = [](const std::string& digits) {
         unsigned value = 0;
@@ -91,7 +91,7 @@ unsigned lengthOfRange(const std::string& first, const std::string& last) {
     return from && to && *from <= *to && *to - *from < longestRange ? *to - *from + 1 : 0;
 }
 
-/// "<first glyph> <last glyph> <text of the first>"; the last unit of the text counts up.
+/// Corrects "<first glyph> <last glyph> <text of the first>", in which the last unit of the text counts up.
 std::string correctedRange(const std::string& line) {
     const std::vector<std::string> strings = stringsIn(line);
     auto text = strings.size() == 3 ? fromHex(strings[2]) : std::nullopt;
@@ -143,4 +143,4 @@ void correctGlyphTexts(QPDF& document) {
     }
 }
 
-} // namespace qrv
+} // namespace qrv::engine

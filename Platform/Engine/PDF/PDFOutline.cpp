@@ -7,11 +7,11 @@
 #include <set>
 #include <string_view>
 
-namespace qrv {
+namespace qrv::engine {
 
 namespace {
 
-// How many headings that are not in the outline may follow each other; more would take quadratic time.
+/// How many consecutive headings may be missing in the outline; more would take quadratic time.
 constexpr std::size_t furthest = 1000;
 
 bool isSpace(char16_t c) {
@@ -20,7 +20,7 @@ bool isSpace(char16_t c) {
            c == u'\u205F' || c == u'\u3000';
 }
 
-/// What may stand at the end of one line and be gone, or not yet there, when the line is not broken.
+/// Whether a character may be at a line break, and missing where the line is not broken.
 bool belongsToBreak(char16_t c) {
     return isSpace(c) || c == u'-' || c == u'\xAD' || c == u'\u2010' || c == u'\u200B';
 }
@@ -44,7 +44,7 @@ std::string onOneLine(const std::string& text) {
     return unicode::toUTF8Lossy(line);
 }
 
-/// Whether `longer` is the other text with parts of it said twice, as far as that can be told.
+/// Whether `longer` probably is the other text with parts repeated.
 bool repeatsPartsOf(std::u16string_view shorter, std::u16string_view longer) {
     if (shorter.empty() || longer.size() <= shorter.size() || longer.size() > 2 * shorter.size())
         return false;
@@ -81,7 +81,7 @@ public:
     OutlineEditor(QPDF& document, const std::vector<std::string>& headings)
         : document_(document), finder_(headings) {}
 
-    /// Parents before their children, and those before the parent's next.
+    /// Visits parents before their children, and these before the parent's next entry.
     void run() {
         std::vector<QPDFObjectHandle> waiting{document_.getRoot().getKey("/Outlines")};
         while (!waiting.empty()) {
@@ -102,7 +102,7 @@ private:
         if (found->wasDrawnTwice) leadToStartOfPage(entry.getKey("/Dest"));
     }
 
-    /// From the end of a page, where only the tops of the letters are, to the next one.
+    /// Moves a destination from the end of a page, where only the tops of the letters are, to the next page.
     void leadToStartOfPage(QPDFObjectHandle destination) {
         if (!destination.isArray() || destination.getArrayNItems() < 4) return;
         const std::vector<QPDFObjectHandle>& pages = document_.getAllPages();
@@ -129,4 +129,4 @@ void correctOutline(QPDF& document, const std::vector<std::string>& headings) {
     OutlineEditor(document, headings).run();
 }
 
-} // namespace qrv
+} // namespace qrv::engine

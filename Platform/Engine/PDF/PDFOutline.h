@@ -1,9 +1,8 @@
 #pragma once
 
-// The outline that a renderer makes of a document's headings, and what is wrong with it; for the units of
-// this folder only. The renderer puts a title together from the pieces of text that it draws: where a line
-// was broken there is no space, and a heading at the start of a page whose letters reach above their line is
-// drawn, and told, on the page before as well.
+// Corrects the outline that a renderer makes of a document's headings. The renderer assembles a title from
+// the pieces of text that it draws: at line breaks there is no space; and a heading at the start of a page
+// whose glyphs reach above its line is also drawn, and so listed, on the page before.
 
 #include <cstddef>
 #include <optional>
@@ -12,19 +11,19 @@
 
 class QPDF;
 
-namespace qrv {
+namespace qrv::engine {
 
-/// Finds the heading that each title of an outline was made of, title by title in the outline's order.
+/// Finds the heading for each title of an outline, in the outline's order.
 class HeadingFinder {
 public:
     explicit HeadingFinder(const std::vector<std::string>& headings);
 
     struct Found {
-        std::string heading; // runs of white space as one blank
+        std::string heading; // with runs of white space collapsed
         bool wasDrawnTwice = false;
     };
 
-    /// Headings before the one that was found last are not considered.
+    /// Only considers headings after the one found last.
     std::optional<Found> find(const std::string& title);
 
 private:
@@ -38,8 +37,7 @@ private:
 };
 
 /// Gives the entries the texts of the document's headings (UTF-8, in the document's order). An entry whose
-/// heading was drawn at the end of one page and the start of the next leads to the latter. What was made of
-/// none of the headings stays as it is.
+/// heading was drawn on two pages leads to the second. Entries without a heading stay.
 void correctOutline(QPDF& document, const std::vector<std::string>& headings);
 
-} // namespace qrv
+} // namespace qrv::engine

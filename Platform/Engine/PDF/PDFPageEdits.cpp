@@ -6,14 +6,16 @@
 #include "Platform/PDFKit/PDFFile.h"
 
 #include <cmath>
+#include <initializer_list>
 #include <map>
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFMatrix.hh>
 #include <qpdf/QUtil.hh>
 #include <set>
 #include <stdexcept>
 #include <string_view>
 
-namespace qrv {
+namespace qrv::engine {
 
 namespace {
 
@@ -30,43 +32,42 @@ std::string text(double number) {
     return QUtil::double_to_string(number, decimals, true);
 }
 
-/// Where the points of a page go: scaled first, then moved.
-struct Placement {
-    double scale = 1;
-    double dx = 0;
-    double dy = 0;
-
-    double x(double from) const { return scale * from + dx; }
-
-    double y(double from) const { return scale * from + dy; }
-
-    bool isIdentity() const { return scale == 1 && dx == 0 && dy == 0; }
-};
-
-QPDFObjectHandle makeBox(double left, double bottom, double right, double top) {
-    QPDFObjectHandle box = QPDFObjectHandle::newArray();
-    for (const double edge : {left, bottom, right, top}) {
-        box.appendItem(QPDFObjectHandle::newReal(edge, decimals));
-    }
-    return box;
+/// The matrices here scale and move, and do not rotate, so that the coordinates are independent.
+double movedX(const QPDFMatrix& placement, double x) {
+    return placement.a * x + placement.e;
 }
 
-QPDFObjectHandle placedBox(const QPDFObjectHandle::Rectangle& box, const Placement& placement) {
-    return makeBox(placement.x(box.llx), placement.y(box.lly), placement.x(box.urx), placement.y(box.ury));
+double movedY(const QPDFMatrix& placement, double y) {
+    return placement.d * y + placement.f;
 }
 
-/// Numbers in pairs, x first.
-void movePoints(QPDFObjectHandle points, const Placement& placement) {
+bool isIdentity(const QPDFMatrix& placement) {
+    return placement == QPDFMatrix();
+}
+
+/// Makes an array with as many decimals as an exact size needs; the library's own conversion has fewer.
+QPDFObjectHandle makeNumbers(std::initializer_list<double> numbers) {
+    QPDFObjectHandle array = QPDFObjectHandle::newArray();
+    for (const double number : numbers) array.appendItem(QPDFObjectHandle::newReal(number, decimals));
+    return array;
+}
+
+QPDFObjectHandle makeBox(const QPDFObjectHandle::Rectangle& box) {
+    return makeNumbers({box.llx, box.lly, box.urx, box.ury});
+}
+
+/// Moves an array of alternating x and y.
+void movePoints(QPDFObjectHandle points, const QPDFMatrix& placement) {
     for (int i = 0; points.isArray() && i < points.getArrayNItems(); ++i) {
         QPDFObjectHandle item = points.getArrayItem(i);
         double number = 0;
         if (!item.getValueAsNumber(number)) continue;
-        number = i % 2 == 0 ? placement.x(number) : placement.y(number);
+        number = i % 2 == 0 ? movedX(placement, number) : movedY(placement, number);
         points.setArrayItem(i, QPDFObjectHandle::newReal(number, decimals));
     }
 }
 
-/// The axes of the coordinates of each kind of destination, from its third element on. Others have none.
+/// The axes of each kind of destination's coordinates, from the third element on; other kinds have none.
 std::string_view destinationAxes(const std::string& kind) {
     if (kind == "/XYZ") return "xy"; // and a zoom, which stays
     if (kind == "/FitH" || kind == "/FitBH") return "y";
@@ -75,7 +76,7 @@ std::string_view destinationAxes(const std::string& kind) {
     return "";
 }
 
-/// Makes the edits in one document.
+/// Edits one document.
 class PageEditor {
 public:
     PageEditor(QPDF& document, const PDFPageEdits& edits) : document_(document), edits_(edits) {}
@@ -83,12 +84,12 @@ public:
     void run() {
         document_.pushInheritedAttributesToPage();
         for (const QPDFObjectHandle& page : document_.getAllPages()) placePage(page);
-        // A destination may stand in an annotation, an action, an outline or a name tree; its form says what
-        // it is wherever it stands.
+        // Destinations may be in annotations, actions, outlines or name trees; they are recognised by their
+        // form.
         for (const QPDFObjectHandle& object : document_.getAllObjects()) moveDestinations(object);
         for (const QPDFObjectHandle& page : document_.getAllPages()) {
             editAnnotations(page);
-            if (!placements_.at(page.getObjGen()).isIdentity()) moveContents(page);
+            if (!isIdentity(placements_.at(page.getObjGen()))) moveContents(page);
         }
     }
 
@@ -96,10 +97,10 @@ private:
     void placePage(QPDFObjectHandle page) {
         if (!page.getKey(mediaBox).isRectangle()) throw std::runtime_error("page without a size");
         const QPDFObjectHandle::Rectangle old = page.getKey(mediaBox).getArrayAsRectangle();
-        Placement placement{edits_.scale};
+        QPDFMatrix placement(edits_.scale, 0, 0, edits_.scale, 0, 0);
         if (edits_.size) {
-            placement.dx = -placement.x(old.llx);
-            placement.dy = edits_.size->height - placement.y(old.ury);
+            placement.e = -movedX(placement, old.llx);
+            placement.f = edits_.size->height - movedY(placement, old.ury);
         }
         const double width = edits_.scale * (old.urx - old.llx);
         const double height = edits_.scale * (old.ury - old.lly);
@@ -109,15 +110,16 @@ private:
         for (const char* name : innerBoxes) placeBox(page, name, placement);
     }
 
-    void placeBox(QPDFObjectHandle page, const char* name, const Placement& placement) {
+    void placeBox(QPDFObjectHandle page, const char* name, const QPDFMatrix& placement) {
         QPDFObjectHandle box = page.getKey(name);
         if (!box.isRectangle()) return;
-        page.replaceKey(name, edits_.size ? makeBox(0, 0, edits_.size->width, edits_.size->height)
-                                          : placedBox(box.getArrayAsRectangle(), placement));
+        page.replaceKey(name, makeBox(edits_.size ? QPDFObjectHandle::Rectangle(0, 0, edits_.size->width,
+                                                                                edits_.size->height)
+                                                  : placement.transformRectangle(box.getArrayAsRectangle())));
     }
 
-    /// In one object and what it directly holds. References are not followed, so each destination is moved
-    /// once.
+    /// Moves the destinations in one object and its direct parts. References are not followed, so each is
+    /// moved once.
     void moveDestinations(QPDFObjectHandle object) {
         if (object.isArray()) {
             moveDestination(object);
@@ -134,12 +136,12 @@ private:
     void moveDestination(QPDFObjectHandle array) {
         if (array.getArrayNItems() < 3 || !array.getArrayItem(1).isName()) return;
         const auto placement = placements_.find(array.getArrayItem(0).getObjGen());
-        if (placement == placements_.end() || placement->second.isIdentity()) return;
+        if (placement == placements_.end() || isIdentity(placement->second)) return;
         int place = 2;
         for (const char axis : destinationAxes(array.getArrayItem(1).getName())) {
             double number = 0;
             if (place < array.getArrayNItems() && array.getArrayItem(place).getValueAsNumber(number)) {
-                number = axis == 'x' ? placement->second.x(number) : placement->second.y(number);
+                number = axis == 'x' ? movedX(placement->second, number) : movedY(placement->second, number);
                 array.setArrayItem(place, QPDFObjectHandle::newReal(number, decimals));
             }
             ++place;
@@ -147,7 +149,7 @@ private:
     }
 
     void editAnnotations(QPDFObjectHandle page) {
-        const Placement& placement = placements_.at(page.getObjGen());
+        const QPDFMatrix& placement = placements_.at(page.getObjGen());
         if (!page.getKey("/Annots").isArray()) return;
         QPDFObjectHandle kept = QPDFObjectHandle::newArray();
         for (QPDFObjectHandle annotation : page.getKey("/Annots").aitems()) {
@@ -161,18 +163,18 @@ private:
         page.replaceKey("/Annots", kept);
     }
 
-    /// False for an object that was here before; an object that stands directly in another always is new.
+    /// Returns false for an object that was seen before; direct objects are always new.
     bool isNew(const QPDFObjectHandle& object) {
         return !object.isIndirect() || seen_.insert(object.getObjGen()).second;
     }
 
-    /// A copy put in place of an array, which others might refer to as well.
+    /// Replaces an array, which may be shared, by a copy.
     static QPDFObjectHandle ownArray(QPDFObjectHandle dictionary, const char* key) {
         QPDFObjectHandle value = dictionary.getKey(key);
         return value.isArray() ? dictionary.replaceKeyAndGetNew(key, value.shallowCopy()) : value;
     }
 
-    /// False when the link is to go. A link without an action in its place would crash some viewers.
+    /// Returns false if the link is to be removed; a link without an action would crash some viewers.
     bool mapLink(QPDFObjectHandle annotation) {
         QPDFObjectHandle action = annotation.getKey("/A");
         if (!edits_.mapLink || !action.isDictionary() || !action.getKey("/URI").isString()) return true;
@@ -182,13 +184,16 @@ private:
         return !address.empty();
     }
 
-    /// Puts a transformation before a page's contents. Patterns are laid out in the page's own coordinates
-    /// whatever the contents set, so they get the transformation as well.
+    /// Prepends a transformation to a page's contents. Patterns use the page's own coordinates whatever the
+    /// contents set, so they get the transformation as well.
     void moveContents(QPDFObjectHandle page) {
-        const Placement& placement = placements_.at(page.getObjGen());
-        const std::string scale = text(placement.scale);
-        const std::string operation =
-            scale + " 0 0 " + scale + " " + text(placement.dx) + " " + text(placement.dy) + " cm\n";
+        const QPDFMatrix& placement = placements_.at(page.getObjGen());
+        std::string operation;
+        for (const double number :
+             {placement.a, placement.b, placement.c, placement.d, placement.e, placement.f}) {
+            operation += text(number) + " ";
+        }
+        operation += "cm\n";
         page.addPageContents(document_.newStream(operation), true);
         QPDFObjectHandle patterns = page.getKey("/Resources");
         patterns = patterns.isDictionary() ? patterns.getKey("/Pattern") : QPDFObjectHandle::newNull();
@@ -197,32 +202,27 @@ private:
         for (const auto& [name, pattern] : patterns.ditems()) {
             moved.replaceKey(name, movedPattern(pattern, placement));
         }
-        // Pages may share their resources, and forms their patterns: this page gets its own.
+        // Pages may share resources, and forms may share patterns: this page gets its own.
         page.replaceKeyAndGetNew("/Resources", page.getKey("/Resources").shallowCopy())
             .replaceKey("/Pattern", moved);
     }
 
-    QPDFObjectHandle movedPattern(QPDFObjectHandle pattern, const Placement& placement) {
+    QPDFObjectHandle movedPattern(QPDFObjectHandle pattern, const QPDFMatrix& placement) {
         if (!pattern.isStream() && !pattern.isDictionary()) return pattern;
         QPDFObjectHandle copy =
             pattern.isStream() ? pattern.copyStream() : document_.makeIndirectObject(pattern.shallowCopy());
         QPDFObjectHandle dictionary = copy.isStream() ? copy.getDict() : copy;
         QPDFObjectHandle old = dictionary.getKey("/Matrix");
-        QPDFObjectHandle::Matrix matrix(1, 0, 0, 1, 0, 0);
-        if (old.isMatrix()) matrix = old.getArrayAsMatrix();
-        QPDFObjectHandle array = QPDFObjectHandle::newArray();
-        for (const double number : {matrix.a, matrix.b, matrix.c, matrix.d}) {
-            array.appendItem(QPDFObjectHandle::newReal(placement.scale * number, decimals));
-        }
-        array.appendItem(QPDFObjectHandle::newReal(placement.x(matrix.e), decimals));
-        array.appendItem(QPDFObjectHandle::newReal(placement.y(matrix.f), decimals));
-        dictionary.replaceKey("/Matrix", array);
+        QPDFMatrix matrix = placement;
+        if (old.isMatrix()) matrix.concat(old.getArrayAsMatrix());
+        dictionary.replaceKey("/Matrix",
+                              makeNumbers({matrix.a, matrix.b, matrix.c, matrix.d, matrix.e, matrix.f}));
         return copy;
     }
 
     QPDF& document_;
     const PDFPageEdits& edits_;
-    std::map<QPDFObjGen, Placement> placements_;
+    std::map<QPDFObjGen, QPDFMatrix> placements_;
     std::set<QPDFObjGen> seen_;
 };
 
@@ -246,4 +246,4 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
     return serializePDF(*document);
 }
 
-} // namespace qrv
+} // namespace qrv::engine

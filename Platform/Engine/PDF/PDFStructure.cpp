@@ -2,11 +2,11 @@
 
 #include <qpdf/QPDF.hh>
 
-namespace qrv {
+namespace qrv::engine {
 
 namespace {
 
-/// A kind of PDF 2.0, and the nearest one of before.
+/// An element type of PDF 2.0, and the nearest older one.
 struct Role {
     const char* name;
     const char* standard;
@@ -35,4 +35,4 @@ void mapStructureRoles(QPDF& document) {
     tree.replaceKey("/RoleMap", map);
 }
 
-} // namespace qrv
+} // namespace qrv::engine

@@ -38,12 +38,12 @@ Area inside(const Area& area, const Edges& edges) {
 
 // What the canvas's images refer to: one of the root's boxes, or all that is seen where they do not scroll.
 Area imageArea(const PageMeasurements& m) {
-    if (m.canvasIsFixed) return {0, 0, documentWidth(m), documentHeight(m)};
+    if (m.canvas.isFixed) return {0, 0, documentWidth(m), documentHeight(m)};
     RootBox root = boxOnScreen(m);
     Area area = borderBox(m);
-    if (m.canvasOrigin == "border-box") return area;
+    if (m.canvas.origin == "border-box") return area;
     area = inside(area, root.border);
-    return m.canvasOrigin == "content-box" ? inside(area, root.padding) : area;
+    return m.canvas.origin == "content-box" ? inside(area, root.padding) : area;
 }
 
 // Where the lists are to hold: a box of this size, whose images' places are counted from so much above the
@@ -57,24 +57,25 @@ struct Frame {
 Layers imageLayers(const PageMeasurements& m, const Frame& frame) {
     Area from = imageArea(m);
     bool isSameSize = from.width == frame.width && from.height == frame.height;
-    return {movedPositions(m.canvasPositionX, {from.left, from.width}, {0, frame.width}, 0),
-            movedPositions(m.canvasPositionY, {from.top, from.height}, {0, frame.height}, frame.down),
-            isSameSize ? m.canvasSize
-                       : fixedSizes(m.canvasSize, {m.canvasImages, m.canvasRatios}, from.width, from.height),
-            m.canvasRepeat};
+    return {movedPositions(m.canvas.positionX, {from.left, from.width}, {0, frame.width}, 0),
+            movedPositions(m.canvas.positionY, {from.top, from.height}, {0, frame.height}, frame.down),
+            isSameSize
+                ? m.canvas.size
+                : fixedSizes(m.canvas.size, {m.canvas.images, m.canvas.ratios}, from.width, from.height),
+            m.canvas.repeat};
 }
 
 // The four sides, those above and below with the corners.
 std::vector<std::pair<Area, std::string_view>> borderSides(const PageMeasurements& m) {
     Area box = borderBox(m);
-    double sideTop = box.top + m.rootBorderTop;
-    double sideHeight = box.height - m.rootBorderTop - m.rootBorderBottom;
+    double sideTop = box.top + m.root.border.top;
+    double sideHeight = box.height - m.root.border.top - m.root.border.bottom;
     return {
-        {{box.left, box.top, box.width, m.rootBorderTop}, m.rootBorderTopColor},
-        {{box.left, sideTop + sideHeight, box.width, m.rootBorderBottom}, m.rootBorderBottomColor},
-        {{box.left, sideTop, m.rootBorderLeft, sideHeight}, m.rootBorderLeftColor},
-        {{box.left + box.width - m.rootBorderRight, sideTop, m.rootBorderRight, sideHeight},
-         m.rootBorderRightColor},
+        {{box.left, box.top, box.width, m.root.border.top}, m.root.borderColor.top},
+        {{box.left, sideTop + sideHeight, box.width, m.root.border.bottom}, m.root.borderColor.bottom},
+        {{box.left, sideTop, m.root.border.left, sideHeight}, m.root.borderColor.left},
+        {{box.left + box.width - m.root.border.right, sideTop, m.root.border.right, sideHeight},
+         m.root.borderColor.right},
     };
 }
 
@@ -92,7 +93,7 @@ std::string prependBorder(Layers& layers, const PageMeasurements& m, double down
         sides.repeats += "no-repeat,";
     }
     if (images.empty()) return images;
-    auto count = itemCount(m.canvasImages);
+    auto count = itemCount(m.canvas.images);
     layers = {sides.positionsX + cycled(layers.positionsX, count),
               sides.positionsY + cycled(layers.positionsY, count), sides.sizes + cycled(layers.sizes, count),
               sides.repeats + cycled(layers.repeats, count)};
@@ -111,7 +112,7 @@ void addLayers(StyleRule& rule, const Layers& layers) {
 // The engine places the canvas's images as if the root's border box stood at the start of the first page; the
 // document's pages come after that.
 Frame rootFrame(const PageMeasurements& m, const RootBox& box) {
-    return {box.width(), box.height(), m.viewHeight};
+    return {box.width(), box.height(), m.view.height};
 }
 
 bool losesBorder(const PageMeasurements& m, const RootBox& box) {
@@ -121,15 +122,15 @@ bool losesBorder(const PageMeasurements& m, const RootBox& box) {
 } // namespace
 
 void addCanvas(PrintPlan& plan, StyleRule& root, const PageMeasurements& m, const RootBox& box) {
-    if (m.canvasFromBody) {
-        root.add("background-color", m.canvasColor);
+    if (m.canvas.isBody) {
+        root.add("background-color", m.canvas.color);
         root.add("background-clip", "border-box");
     }
     Frame frame = rootFrame(m, box);
     Layers layers = imageLayers(m, frame);
     if (losesBorder(m, box)) plan.imagesOnTop = prependBorder(layers, m, frame.down);
-    if (!m.canvasHasImage && plan.imagesOnTop.empty()) return;
-    if (m.canvasFromBody || !plan.imagesOnTop.empty()) plan.imageSource = m.canvasFromBody ? "body" : "root";
+    if (!m.canvas.hasImage && plan.imagesOnTop.empty()) return;
+    if (m.canvas.isBody || !plan.imagesOnTop.empty()) plan.imageSource = m.canvas.isBody ? "body" : "root";
     plan.imageTarget = "html";
     addLayers(root, layers);
 }
@@ -149,11 +150,11 @@ void addCanvasBox(PrintPlan& plan, StyleSheet& sheet, StyleRule& root, const Pag
     head.add("width", pixels(documentWidth(m)));
     head.add("height", pixels(height));
     head.add("z-index", "-2147483647");
-    head.add("background-color", m.canvasColor);
+    head.add("background-color", m.canvas.color);
     Layers layers = imageLayers(m, {documentWidth(m), documentHeight(m), 0});
     if (losesBorder(m, box)) plan.imagesOnTop = prependBorder(layers, m, 0);
     plan.imageTarget = "head";
-    plan.imageSource = m.canvasFromBody ? "body" : "root";
+    plan.imageSource = m.canvas.isBody ? "body" : "root";
     addLayers(head, layers);
     sheet.add(head);
 }

@@ -1,6 +1,6 @@
 #include "Platform/Engine/Print/PageReadiness.h"
 
-#include "Platform/Engine/Scripts/ReadinessScripts.h"
+#include "Platform/Engine/Print/ViewMetrics.h"
 
 #include <algorithm>
 
@@ -29,61 +29,68 @@ constexpr double tallScale = 0.1;
 
 } // namespace
 
-Json metrics(LayoutSize view, double scale) {
-    return Json::object({{"width", static_cast<std::int64_t>(view.width)},
-                         {"height", static_cast<std::int64_t>(view.height)},
-                         {"deviceScaleFactor", 1},
-                         {"scale", scale},
-                         {"mobile", false}});
+PageContents pageContentsFromJson(const Json& answer) {
+    PageContents contents;
+    contents.documentHeight = answer["documentHeight"].number();
+    contents.viewHeight = answer["viewHeight"].number();
+    contents.isSingleMedia = answer["isSingleMedia"].boolean();
+    for (const Json& image : answer["failedImages"].elements()) {
+        FailedImage failed{.chosen = image["chosen"].string(), .candidates = {}};
+        for (const Json& candidate : image["candidates"].elements()) {
+            failed.candidates.push_back(candidate.string());
+        }
+        contents.failedImages.push_back(std::move(failed));
+    }
+    return contents;
 }
 
-void PageReadiness::settle(LayoutSize view) {
+void PageReadiness::settle(NSSize view) {
     // Timers and promises stand still when scripts do.
-    const Json answer = world_.isInterrupted() ? Json() : awaitContents();
-    const double documentHeight = answer["documentHeight"].number();
-    if (documentHeight > answer["viewHeight"].number() && !world_.isInterrupted()) {
-        reveal(view, documentHeight);
+    const PageContents contents = world_.isInterrupted() ? PageContents() : awaitContents();
+    if (contents.isSingleMedia && !world_.isInterrupted()) {
+        world_.await(scripts::presentMedia, {contentsLimit.count()});
+    }
+    if (contents.documentHeight > contents.viewHeight && !world_.isInterrupted()) {
+        reveal(view, contents.documentHeight);
     } else {
-        substitute(answer["failed"]);
+        substitute(contents.failedImages);
         world_.stopScripts();
     }
 }
 
 /// Scripts are stopped while the view is still tall: some pages hide again what is no longer looked at.
-void PageReadiness::reveal(LayoutSize view, double documentHeight) {
-    world_.evaluate(holdingScript());
-    resize({view.width, std::clamp(documentHeight, view.height, tallestView)}, tallScale);
-    world_.evaluatePromise(revealingScript(revealingLimit));
-    if (!world_.isInterrupted()) substitute(awaitContents()["failed"]);
+void PageReadiness::reveal(NSSize view, double documentHeight) {
+    world_.call(scripts::holdView);
+    setViewMetrics(world_, {view.width, std::clamp(documentHeight, view.height, tallestView)}, tallScale);
+    world_.await(scripts::reveal, {revealingLimit.count()});
+    if (!world_.isInterrupted()) substitute(awaitContents().failedImages);
     world_.stopScripts();
-    resize(view);
+    setViewMetrics(world_, view);
     conclude();
 }
 
 /// A page is mostly saved at another density or width than it is printed at, with the images for those.
-void PageReadiness::substitute(const Json& failedImages) {
-    std::vector<std::string> held;
-    for (const Json& image : substitutesFor_ ? failedImages.elements() : std::vector<Json>()) {
-        std::vector<std::string> candidates;
-        for (const Json& candidate : image["candidates"].elements()) candidates.push_back(candidate.string());
-        const auto found = substitutesFor_(image["chosen"].string(), candidates);
+void PageReadiness::substitute(const std::vector<FailedImage>& images) {
+    std::vector<Json> held;
+    for (const FailedImage& image : substitutesFor_ ? images : std::vector<FailedImage>()) {
+        const auto found = substitutesFor_(image.chosen, image.candidates);
         held.insert(held.end(), found.begin(), found.end());
     }
     if (held.empty()) return;
-    world_.evaluate(substitutingScript(held));
+    world_.call(scripts::substituteImages, {Json::array(held)});
     if (!world_.isInterrupted()) awaitContents();
 }
 
 /// What arrives may ask for more.
-Json PageReadiness::awaitContents() {
+PageContents PageReadiness::awaitContents() {
     const auto end = steady_clock::now() + contentsLimit;
-    Json answer;
+    std::optional<Json> answer;
     do {
         awaitRequests(end);
         const auto rest = duration_cast<milliseconds>(end - steady_clock::now());
-        answer = world_.evaluatePromise(readinessScript(std::max(rest, milliseconds(0)))).value_or(Json());
-    } while (isBusy() && answer.isObject() && steady_clock::now() < end);
-    return answer;
+        answer = world_.await(scripts::awaitContents, {std::max(rest, milliseconds(0)).count()});
+    } while (isBusy() && answer && steady_clock::now() < end);
+    return pageContentsFromJson(answer.value_or(Json()));
 }
 
 void PageReadiness::awaitRequests(steady_clock::time_point end) {
@@ -92,13 +99,9 @@ void PageReadiness::awaitRequests(steady_clock::time_point end) {
 
 void PageReadiness::conclude() {
     const auto end = steady_clock::now() + concludingLimit;
-    while (world_.evaluate(concludingScript()).value_or(Json()).integer() > 0 && steady_clock::now() < end) {
+    while (world_.call(scripts::conclude).value_or(Json()).integer() > 0 && steady_clock::now() < end) {
         loop_.runUntil([] { return false; }, steady_clock::now() + pollInterval);
     }
-}
-
-void PageReadiness::resize(LayoutSize view, double scale) {
-    world_.call(useMetrics, metrics(view, scale));
 }
 
 } // namespace qrv::engine

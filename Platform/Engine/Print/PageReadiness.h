@@ -4,11 +4,28 @@
 // show on being scrolled to included, and its scripts stand still.
 
 #include "Platform/Engine/DevTools/PageWorld.h"
-#include "Platform/Engine/Print/PrintLayout.h"
+#include "Platform/Foundation/NSRange.h"
 
 #include <functional>
 
 namespace qrv::engine {
+
+/// An image that could not be had and was chosen among several: addresses, as the engine knows them.
+struct FailedImage {
+    std::string chosen;
+    std::vector<std::string> candidates;
+};
+
+/// What the awaiting script answers.
+struct PageContents {
+    double documentHeight = 0; ///< CSS px
+    double viewHeight = 0;
+    bool isSingleMedia = false; ///< the page is a picture or a film
+    std::vector<FailedImage> failedImages;
+};
+
+/// What is missing or of another kind is left as it is at first.
+PageContents pageContentsFromJson(const Json& answer);
 
 class PageReadiness {
 public:
@@ -28,15 +45,14 @@ public:
 
     /// Runs the loop until the page is ready, some seconds at most. `view` is the view that the page has, and
     /// has again afterwards.
-    void settle(LayoutSize view);
+    void settle(NSSize view);
 
 private:
-    Json awaitContents();
-    void reveal(LayoutSize view, double documentHeight);
-    void substitute(const Json& failedImages);
+    PageContents awaitContents();
+    void reveal(NSSize view, double documentHeight);
+    void substitute(const std::vector<FailedImage>& images);
     void conclude();
     void awaitRequests(std::chrono::steady_clock::time_point end);
-    void resize(LayoutSize view, double scale = 1);
 
     bool isBusy() const { return isBusy_ && isBusy_(); }
 
@@ -45,10 +61,5 @@ private:
     BusyCheck isBusy_;
     Substitution substitutesFor_;
 };
-
-/// The command that gives a page's view its size, and the parameters for it. The scale is that of the picture
-/// which nobody looks at; the page does not know it.
-inline constexpr char useMetrics[] = "Emulation.setDeviceMetricsOverride";
-Json metrics(LayoutSize view, double scale = 1);
 
 } // namespace qrv::engine

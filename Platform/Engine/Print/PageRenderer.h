@@ -8,7 +8,7 @@
 #include "Platform/Engine/Print/DocumentDescription.h"
 #include "Platform/Engine/Print/PageMeasurements.h"
 #include "Platform/Engine/Print/PageReadiness.h"
-#include "Platform/Engine/Print/PrintLayout.h"
+#include "Platform/Engine/Print/PrintPlan.h"
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSRange.h"
 
@@ -22,9 +22,8 @@ class PageRenderer {
 public:
     using LinkMapping = std::function<std::string(const std::string&)>;
 
-    /// The client and the loop must outlive the renderer. `mainFrameID` is the engine's name of the main
-    /// frame.
-    PageRenderer(DevToolsClient& devTools, NSRunLoop& loop, std::string session, std::string mainFrameID);
+    /// All must outlive the renderer. The session and the world are the page's.
+    PageRenderer(DevToolsClient& devTools, NSRunLoop& loop, std::string session, PageWorld& world);
 
     /// Lays the page out in a view of this size from now on.
     void setViewSize(NSSize size);
@@ -46,19 +45,18 @@ public:
     NSSize documentSize();
     NSData screenPDF();
     NSData paginatedPDF(NSSize paper, double margin);
-    /// The page's title, nil when it has none; nothing when the page does not answer.
-    std::optional<NSString> title();
 
 private:
     void settle();
-    std::optional<PageMeasurements> measure(LayoutSize view);
+    const std::optional<PageMeasurements>& measureOnScreen();
+    std::optional<PageMeasurements> measure(NSSize view);
     NSData print(const PrintPlan& plan, const PrintPlan& plain);
     std::optional<NSData> attempt(const PrintPlan& plan);
     NSData edited(const NSData& pdf, const PrintPlan& plan, const DocumentDescription& document) const;
 
     DevToolsClient& devTools_;
     std::string session_;
-    PageWorld world_;
+    PageWorld& world_;
     PageReadiness readiness_;
     NSSize viewSize_{612, 792};
     std::string mediaStyle_;
@@ -66,7 +64,7 @@ private:
     std::chrono::milliseconds printLimit_ = std::chrono::minutes(10);
     LinkMapping linkMapping_;
     bool settled_ = false;
-    std::optional<PageMeasurements> screen_;
+    std::optional<PageMeasurements> screen_; // what was measured in the view's size
 };
 
 } // namespace qrv::engine

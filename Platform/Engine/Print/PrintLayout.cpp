@@ -1,5 +1,6 @@
 #include "Platform/Engine/Print/PrintLayout.h"
 
+#include "Platform/Engine/PDF/LengthUnits.h"
 #include "Platform/Engine/Print/CanvasStyle.h"
 #include "Platform/Engine/Print/RootBox.h"
 #include "Platform/Engine/Print/StyleText.h"
@@ -11,8 +12,10 @@
 namespace qrv::engine {
 namespace {
 
-constexpr double pointsPerInch = 72;
-constexpr double pixelsPerPoint = 96.0 / 72;
+// The names of the pages that hold the document, and of the first one, which is the view.
+constexpr char documentPage[] = "document";
+constexpr char viewportPage[] = "document:first";
+
 constexpr double smallestScale = 0.1; // the engine takes no smaller one
 constexpr double smallestContent = 72;
 constexpr double smallestPaper = 72;
@@ -24,46 +27,44 @@ constexpr double largestStructureCost = 1e7;
 constexpr double pushMargin = 0.05;
 
 struct Paper {
-    double width;
-    double height;
+    NSSize size;
     double margin;
 
-    double printableWidth() const { return width - 2 * margin; }
+    double printableWidth() const { return size.width - 2 * margin; }
 
-    double printableHeight() const { return height - 2 * margin; }
+    double printableHeight() const { return size.height - 2 * margin; }
 };
 
 double saneLength(double value, double low, double high) {
     return std::isnan(value) ? low : std::clamp(value, low, high);
 }
 
-Paper sanePaper(double width, double height, double margin) {
-    Paper paper{saneLength(width, smallestPaper, largestPaper),
-                saneLength(height, smallestPaper, largestPaper), 0};
-    double room = (std::min(paper.width, paper.height) - smallestContent) / 2;
-    paper.margin = saneLength(margin, 0, room);
-    return paper;
+Paper sanePaper(NSSize size, double margin) {
+    size.width = saneLength(size.width, smallestPaper, largestPaper);
+    size.height = saneLength(size.height, smallestPaper, largestPaper);
+    double room = (std::min(size.width, size.height) - smallestContent) / 2;
+    return {size, saneLength(margin, 0, room)};
 }
 
 bool isTable(const PageMeasurements& m) {
-    return m.rootDisplay.find("table") != std::string::npos;
+    return m.root.display.find("table") != std::string::npos;
 }
 
 // The body's writing mode is the document's; the viewport takes it from there.
 bool isVertical(const PageMeasurements& m) {
-    return m.bodyWritingMode != "horizontal-tb";
+    return m.body.writingMode != "horizontal-tb";
 }
 
 // Pages of vertical text follow each other from side to side.
 bool canBePushed(const PageMeasurements& m) {
-    return m.rootIsHtml && !isVertical(m);
+    return m.root.isHtml && !isVertical(m);
 }
 
 // What both modes ask of the root: stand in normal flow on pages of our name, with the width it has on the
 // screen, nothing cut off, and overflow to the right only.
 void addRootInPlace(StyleRule& root, const PageMeasurements& m, const RootBox& box) {
     if (isTable(m)) root.add("display", "block"); // tables do not take size containment
-    root.add("page", "document");
+    root.add("page", documentPage);
     root.add("position", "relative");
     root.add("inset", "auto");
     root.add("float", "none");
@@ -87,21 +88,21 @@ struct BodyPins {
 };
 
 void addBody(StyleSheet& sheet, const PageMeasurements& m, const BodyPins& pins) {
-    if (!m.hasBody) return;
+    if (!m.body.exists) return;
     StyleRule body("body");
     body.add("transition", "none");
-    if (m.rootZoom != 1) body.add("zoom", number(m.rootZoom * m.bodyZoom));
-    body.add("direction", m.bodyDirection);
-    body.add("writing-mode", m.bodyWritingMode);
-    if (m.bodyOverflowSpreads) body.add("overflow", "visible");
-    if (m.canvasFromBody) body.add("background", "none");
+    if (m.root.zoom != 1) body.add("zoom", number(m.root.zoom * m.body.zoom));
+    body.add("direction", m.body.direction);
+    body.add("writing-mode", m.body.writingMode);
+    if (m.body.overflowSpreads) body.add("overflow", "visible");
+    if (m.canvas.isBody) body.add("background", "none");
     if (pins.across) {
         body.add("box-sizing", "content-box");
         body.add("margin-left", pixels(pins.left));
-        for (auto property : {"width", "min-width", "max-width"}) body.add(property, pixels(m.bodyWidth));
+        for (auto property : {"width", "min-width", "max-width"}) body.add(property, pixels(m.body.width));
     }
-    if (pins.minimumHeight) body.add("min-height", pixels(m.bodyHeight));
-    if (pins.height) body.add("height", pixels(m.bodyHeight));
+    if (pins.minimumHeight) body.add("min-height", pixels(m.body.height));
+    if (pins.height) body.add("height", pixels(m.body.height));
     sheet.add(body);
 }
 
@@ -111,12 +112,12 @@ BodyPins pinsIn(const RootBox& box, const PageMeasurements& m) {
     double moved = root.contentLeft() - box.contentLeft();
     bool isCutAcross = moved != 0 || box.contentWidth < root.contentWidth;
     bool isCutDown = box.contentHeight < root.contentHeight;
-    bool asksForHeight = !m.rootHeightIsAuto || m.rootDisplay.find("flex") != std::string::npos;
+    bool asksForHeight = !m.root.heightIsAuto || m.root.display.find("flex") != std::string::npos;
     BodyPins pins;
     pins.minimumHeight = isCutDown && asksForHeight;
-    pins.height = isCutDown && !m.rootHeightIsAuto && !m.bodyHeightIsAuto;
+    pins.height = isCutDown && !m.root.heightIsAuto && !m.body.heightIsAuto;
     pins.across = pins.minimumHeight || isCutAcross || isTable(m) || runsRightToLeft(m);
-    pins.left = m.bodyMarginLeft + moved / (m.rootZoom * m.bodyZoom);
+    pins.left = m.body.marginLeft + moved / (m.root.zoom * m.body.zoom);
     return pins;
 }
 
@@ -124,7 +125,7 @@ BodyPins pinsIn(const RootBox& box, const PageMeasurements& m) {
 // is the view; but their place is the left of the page even where the document reaches to the left of the
 // view.
 bool containsFixedBoxes(const PageMeasurements& m) {
-    return !m.rootIsContainer || m.rootContainsFixed || leftOverflow(m) > 0;
+    return !m.root.isContainer || m.root.containsFixed || leftOverflow(m) > 0;
 }
 
 void addContainedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box) {
@@ -141,7 +142,7 @@ void addContainedBox(StyleRule& root, const PageMeasurements& m, const RootBox& 
         root.add("border-image", "none");
     }
     root.add("padding", lengths(box.padding));
-    root.add("height", m.rootHeightIsAuto ? "auto" : pixels(box.contentHeight));
+    root.add("height", m.root.heightIsAuto ? "auto" : pixels(box.contentHeight));
     root.add("contain-intrinsic-height", pixels(box.contentHeight));
     root.add("min-height", "0");
     root.add("max-height", "none");
@@ -152,9 +153,9 @@ void addContainedBox(StyleRule& root, const PageMeasurements& m, const RootBox& 
 // stand where they stand in the view. A root that other positioned boxes refer to keeps its height: fixed
 // boxes then refer to the whole document. Margins become padding, since a page break swallows them.
 RootBox pagedBox(const PageMeasurements& m) {
-    if (m.rootIsContainer) {
+    if (m.root.isContainer) {
         RootBox box = boxOnScreen(m);
-        box.padding.top += std::max(0.0, m.rootMarginTop);
+        box.padding.top += std::max(0.0, m.root.marginTop);
         return box;
     }
     RootBox box = boxAsView(m);
@@ -165,13 +166,14 @@ RootBox pagedBox(const PageMeasurements& m) {
 void addPagedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box, double pageLength) {
     root.add("contain", "layout");
     // Without a document type the root fills its page but for its margins, as it did the view.
-    double marginBottom = m.isQuirky ? m.rootMarginBottom + pageLength - 2 * m.viewHeight : 0;
+    double marginBottom = m.isQuirky ? m.root.marginBottom + pageLength - 2 * m.view.height : 0;
     // Where lines run from the right, a left margin counts only if the right one is free.
-    root.add("margin", pixels(m.viewHeight) + " auto " + pixels(marginBottom) + " " + pixels(box.marginLeft));
+    root.add("margin",
+             pixels(m.view.height) + " auto " + pixels(marginBottom) + " " + pixels(box.marginLeft));
     root.add("border-width", lengths(box.border));
     root.add("padding", lengths(box.padding));
-    if (m.rootIsContainer) return;
-    if (m.rootHeightIsAuto) {
+    if (m.root.isContainer) return;
+    if (m.root.heightIsAuto) {
         root.add("min-height", pixels(box.contentHeight));
         root.add("max-height", pixels(box.contentHeight));
     } else {
@@ -182,7 +184,7 @@ void addPagedBox(StyleRule& root, const PageMeasurements& m, const RootBox& box,
 // The canvas in a root of this box; where it has to be a box itself, that is of the height given.
 void addBackground(PrintPlan& plan, StyleSheet& sheet, StyleRule& root, const PageMeasurements& m,
                    const RootBox& box, double height) {
-    if (m.rootHasEffect) {
+    if (m.root.hasEffect) {
         addCanvasBox(plan, sheet, root, m, box, height);
     } else {
         addCanvas(plan, root, m, box);
@@ -199,11 +201,9 @@ PrintPlan wholeDocumentPlan(const PageMeasurements& m, double shrink) {
     plan.isStructured = m.structureCost <= largestStructureCost;
     plan.shrink = shrink;
     plan.scale = shrink * pixelsPerPoint;
-    plan.pageWidth = documentWidth(m);
-    plan.pageHeight = documentHeight(m);
-    plan.paperWidth = inches(plan.pageWidth * shrink);
-    plan.paperHeight = inches(plan.pageHeight * shrink);
-    plan.pageLength = plan.pageHeight;
+    plan.page = {documentWidth(m), documentHeight(m)};
+    plan.paper = {inches(plan.page.width * shrink), inches(plan.page.height * shrink)};
+    plan.pageLength = plan.page.height;
     return plan;
 }
 
@@ -219,46 +219,43 @@ PrintPlan sheetsPlan(const PageMeasurements& m, const Paper& paper) {
     double smallest = isVertical(m) ? 1 : smallestScale;
     plan.shrink = std::max(1.0, needed * smallest / available);
     plan.scale = std::clamp(plan.shrink * available / needed, smallest, 1.0);
-    plan.pageWidth = paper.width;
-    plan.pageHeight = paper.height;
-    plan.paperWidth = inches(paper.width * plan.shrink);
-    plan.paperHeight = inches(paper.height * plan.shrink);
+    plan.page = paper.size;
+    plan.paper = {inches(paper.size.width * plan.shrink), inches(paper.size.height * plan.shrink)};
     plan.pageLength = paper.printableHeight() * plan.shrink * pixelsPerPoint / plan.scale;
     plan.pageMargin = paper.margin * plan.shrink;
     return plan;
 }
 
 StyleRule paperRule(std::string_view selector, const Paper& paper, double shrink) {
-    return pageRule(selector, points(paper.width * shrink), points(paper.height * shrink),
+    return pageRule(selector, points(paper.size.width * shrink), points(paper.size.height * shrink),
                     points(paper.margin * shrink));
 }
 
 } // namespace
 
-LayoutSize screenView(double paperWidth, double paperHeight) {
-    Paper paper = sanePaper(paperWidth, paperHeight, 0);
-    return {std::round(paper.width), std::round(paper.height)};
+NSSize screenView(NSSize paper) {
+    NSSize size = sanePaper(paper, 0).size;
+    return {std::round(size.width), std::round(size.height)};
 }
 
-LayoutSize paginatedView(double paperWidth, double paperHeight, double margin) {
-    Paper paper = sanePaper(paperWidth, paperHeight, margin);
+NSSize paginatedView(NSSize size, double margin) {
+    Paper paper = sanePaper(size, margin);
     return {std::floor(paper.printableWidth() * pixelsPerPoint),
             std::floor(paper.printableHeight() * pixelsPerPoint)};
 }
 
-PrintPlan screenPlan(const PageMeasurements& measured) {
-    PageMeasurements m = sanitized(measured);
+PrintPlan screenPlan(const PageMeasurements& m) {
     if (!canBePushed(m)) return plainScreenPlan(m);
     PrintPlan plan = wholeDocumentPlan(m, 1);
     plan.usesViewportPage = true;
-    plan.viewportPageLength = m.viewHeight;
+    plan.viewportPageLength = m.view.height;
     plan.pageRanges = "2";
 
     StyleSheet sheet;
-    sheet.add(pageRule("document", points(plan.pageWidth), points(plan.pageHeight), "0"));
-    sheet.add(pageRule("document:first", points(m.viewWidth), points(m.viewHeight), "0"));
+    sheet.add(pageRule(documentPage, points(plan.page.width), points(plan.page.height), "0"));
+    sheet.add(pageRule(viewportPage, points(m.view.width), points(m.view.height), "0"));
     StyleRule root("html");
-    RootBox box = m.rootIsContainer ? boxAsContainer(m) : boxAsView(m);
+    RootBox box = m.root.isContainer ? boxAsContainer(m) : boxAsView(m);
     BodyPins pins = pinsIn(box, m);
     box.marginLeft += leftOverflow(m);
     addRootInPlace(root, m, box);
@@ -270,13 +267,12 @@ PrintPlan screenPlan(const PageMeasurements& measured) {
     return plan;
 }
 
-PrintPlan plainScreenPlan(const PageMeasurements& measured) {
-    PageMeasurements m = sanitized(measured);
+PrintPlan plainScreenPlan(const PageMeasurements& m) {
     // At any scale but 1 the engine misplaces documents whose text runs in columns from the right.
     PrintPlan plan = wholeDocumentPlan(m, 1 / pixelsPerPoint);
     plan.pageRanges = "1";
     StyleSheet sheet;
-    sheet.add(pageRule("", pixels(plan.pageWidth), pixels(plan.pageHeight), "0"));
+    sheet.add(pageRule("", pixels(plan.page.width), pixels(plan.page.height), "0"));
     StyleRule unbroken("*");
     for (auto property : {"break-before", "break-after", "break-inside"}) unbroken.add(property, "auto");
     sheet.add(unbroken);
@@ -284,20 +280,18 @@ PrintPlan plainScreenPlan(const PageMeasurements& measured) {
     return plan;
 }
 
-PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, double paperHeight,
-                        double margin) {
-    PageMeasurements m = sanitized(measured);
-    if (!canBePushed(m)) return plainPaginatedPlan(m, paperWidth, paperHeight, margin);
-    Paper paper = sanePaper(paperWidth, paperHeight, margin);
+PrintPlan paginatedPlan(const PageMeasurements& m, NSSize size, double margin) {
+    if (!canBePushed(m)) return plainPaginatedPlan(m, size, margin);
+    Paper paper = sanePaper(size, margin);
     PrintPlan plan = sheetsPlan(m, paper);
     plan.usesViewportPage = true;
-    plan.viewportPageLength = m.viewHeight;
+    plan.viewportPageLength = m.view.height;
     plan.pageRanges = "2-";
 
     StyleSheet sheet;
-    sheet.add(paperRule("document", paper, plan.shrink));
+    sheet.add(paperRule(documentPage, paper, plan.shrink));
     sheet.add(
-        pageRule("document:first", pixels(m.viewWidth * plan.scale), pixels(m.viewHeight * plan.scale), "0"));
+        pageRule(viewportPage, pixels(m.view.width * plan.scale), pixels(m.view.height * plan.scale), "0"));
     StyleRule root("html");
     RootBox box = pagedBox(m);
     BodyPins pins = pinsIn(box, m);
@@ -312,10 +306,8 @@ PrintPlan paginatedPlan(const PageMeasurements& measured, double paperWidth, dou
     return plan;
 }
 
-PrintPlan plainPaginatedPlan(const PageMeasurements& measured, double paperWidth, double paperHeight,
-                             double margin) {
-    PageMeasurements m = sanitized(measured);
-    Paper paper = sanePaper(paperWidth, paperHeight, margin);
+PrintPlan plainPaginatedPlan(const PageMeasurements& m, NSSize size, double margin) {
+    Paper paper = sanePaper(size, margin);
     PrintPlan plan = sheetsPlan(m, paper);
     // Pages of vertical text do not follow each other downwards.
     if (isVertical(m)) plan.pageLength = 0;

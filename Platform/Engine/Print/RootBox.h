@@ -1,27 +1,19 @@
 #pragma once
 
+// The box of the root element, on the screen or as it is to be printed. CSS px.
+
 #include "Platform/Engine/Print/PageMeasurements.h"
 
 #include <string>
 
 namespace qrv::engine {
 
-struct Edges {
-    double top = 0;
-    double right = 0;
-    double bottom = 0;
-    double left = 0;
-
-    bool operator==(const Edges&) const = default;
-};
-
-// The four lengths as CSS writes them.
+/// Writes the four lengths as CSS does.
 std::string lengths(const Edges& edges);
 
-// The box of the root element, on the screen or as it is to be printed. CSS px.
 struct RootBox {
     double marginLeft = 0;
-    double top = 0; // how far the border box is moved down
+    double top = 0; ///< how far the border box is moved down
     Edges border;
     Edges padding;
     double contentWidth = 0;
@@ -34,16 +26,16 @@ struct RootBox {
 
 RootBox boxOnScreen(const PageMeasurements& measured);
 
-// For a document whose positioned boxes refer to the view: the root's padding box, which contains them when
-// it is printed in one piece, is the view exactly. What the root is larger than the view goes into its border
-// on the right and below, what it is smaller into its padding; its own margins and borders count as padding.
-// Its content box is where it was, up to the view's end. A padding cannot be negative: where the content
-// begins above the view the whole box is moved up, where it begins to the left of it the content box loses
-// that part.
+/// The box for a document whose positioned boxes refer to the view. The root's padding box, which contains
+/// them when it is printed in one piece, is exactly the view: where the root is larger, the rest goes into
+/// its right and bottom border; where it is smaller, into its padding, as do its own margins and borders. The
+/// content box stays where it was, up to the view's end. A padding cannot be negative: where the content
+/// begins above the view, the whole box moves up; where it begins to the left of it, the content box loses
+/// that part.
 RootBox boxAsView(const PageMeasurements& measured);
 
-// For a document whose positioned boxes refer to the root: its box stays as it is, moved down by the margin,
-// but what is missing to the view's height goes into its border.
+/// The box for a document whose positioned boxes refer to the root: it stays as it is, moved down by the
+/// margin, but what is missing to the view's height goes into its border.
 RootBox boxAsContainer(const PageMeasurements& measured);
 
 } // namespace qrv::engine

@@ -1,16 +1,19 @@
 #pragma once
 
+// Writes style sheets.
+
 #include <string>
 #include <string_view>
 
 namespace qrv::engine {
 
 // Numbers and lengths as CSS writes them, whatever the locale.
+
 std::string number(double value);
 std::string pixels(double length);
 std::string points(double length);
 
-// One rule whose declarations are all important.
+/// A rule whose declarations are all important.
 class StyleRule {
 public:
     explicit StyleRule(std::string_view selector);
@@ -24,12 +27,13 @@ private:
     std::string declarations_;
 };
 
-// `@page NAME` with this size and margin on all sides, and nothing else that a document may say of its pages.
+/// Writes `@page NAME` with this size, this margin on all sides, and nothing of what a document may say of
+/// its pages.
 StyleRule pageRule(std::string_view name, std::string_view width, std::string_view height,
                    std::string_view margin);
 
-// A sheet whose rules stand in one cascade layer. Important declarations of the first layer win over every
-// other rule of the document; so the sheet has to come first in it.
+/// A sheet whose rules stand in one cascade layer. Important declarations of the first layer win over every
+/// other rule of the document, so the sheet has to come first in it.
 class StyleSheet {
 public:
     StyleSheet();

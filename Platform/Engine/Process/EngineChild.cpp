@@ -18,10 +18,9 @@ namespace qrv::engine {
 
 namespace {
 
-constexpr int firstFreeDescriptor = 6; // 0 to 2 lead nowhere, 3 and 4 to us, 5 tells of the steps
+constexpr int firstFreeDescriptor = 6; // 0 to 2: /dev/null; 3 and 4: DevTools; 5: reports of steps
 constexpr int stepsDescriptor = 5;
-constexpr auto reapingTime =
-    std::chrono::seconds(10); // seen: 0.03, and 2 on a machine with far too much to do
+constexpr auto reapingTime = std::chrono::seconds(10); // measured: 0.03, and 2 on an overloaded machine
 constexpr auto reapingStep = std::chrono::microseconds(200);
 
 int checked(int result, const char* what) {
@@ -37,7 +36,7 @@ std::vector<char*> pointers(const std::vector<std::string>& strings) {
     return result;
 }
 
-// All that the child needs, made before the fork: it must not allocate.
+/// Everything the child needs, prepared before the fork: the child must not allocate.
 struct ChildPlan {
     std::vector<char*> arguments;
     std::vector<char*> argumentsWithoutSandbox;
@@ -48,7 +47,7 @@ struct ChildPlan {
     pid_t parent;
 };
 
-// Blocks all signals, so that no handler of ours runs in the child.
+/// Blocks all signals, so that none of our handlers runs in the child.
 class SignalsBlocked {
 public:
     SignalsBlocked() {
@@ -79,7 +78,7 @@ void resetSignals() {
 }
 
 bool arrangeDescriptors(const ChildPlan& plan) {
-    // Out of the way first: they may stand where others have to go.
+    // Moved out of the way first: they may occupy the target numbers.
     int socket = ::fcntl(plan.socket, F_DUPFD_CLOEXEC, firstFreeDescriptor);
     int steps = ::fcntl(plan.steps, F_DUPFD_CLOEXEC, firstFreeDescriptor);
     int nowhere = ::open("/dev/null", O_RDWR | O_CLOEXEC);
@@ -107,8 +106,7 @@ bool arrangeDescriptors(const ChildPlan& plan) {
     if (!enterSandbox(reporter)) ::_exit(failed);
     bool sandboxed = !plan.checkEngineSandbox || canUseEngineSandbox(reporter);
 
-    // Only now: every change of identity takes the setting back. A parent that died before it is noticed
-    // here.
+    // Last, since every change of identity resets it. A parent that died before is noticed by getppid.
     ::prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
     if (::getppid() != plan.parent) ::_exit(failed);
 
@@ -130,7 +128,7 @@ EngineChild::EngineChild(const Command& command) {
     steps_ = FileDescriptor(pipe[0]);
     FileDescriptor engineSteps(pipe[1]);
 
-    // Descendants of the engine become our children when their parents die, and can then be reaped.
+    // Orphaned descendants of the engine become our children and can be reaped.
     ::prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0);
     ChildPlan plan{pointers(command.arguments),
                    pointers(command.argumentsWithoutSandbox),
@@ -140,7 +138,7 @@ EngineChild::EngineChild(const Command& command) {
                    engineSteps.get(),
                    ::getpid()};
     SignalsBlocked blocked;
-    // No handlers for forks: one that starts a thread, as the thread sanitizer's does, would bar the child
+    // Without fork handlers: one that starts a thread, as the thread sanitizer's does, would bar the child
     // from user namespaces.
     pid_ = checked(::_Fork(), "starting the engine");
     if (pid_ == 0) runChild(plan);
@@ -160,7 +158,7 @@ std::vector<LaunchStep> EngineChild::takeSteps() {
 
 void EngineChild::terminate() {
     if (terminated_) return;
-    // The engine leads a process group of its own, but for its first moment, when it has no children yet.
+    // The engine leads its own process group, except in its first moments, when it has no children yet.
     if (!reaped_) ::kill(pid_, SIGKILL);
     ::kill(-pid_, SIGKILL);
     auto deadline = std::chrono::steady_clock::now() + reapingTime;
@@ -168,8 +166,8 @@ void EngineChild::terminate() {
     terminated_ = true;
 }
 
-// Whether nothing is left of the engine. It comes first, and by its own number: only then is its end known,
-// and it may have died before it led its group.
+/// Whether nothing is left of the engine. The engine itself is reaped first and by its own id: otherwise its
+/// status would be lost, and it may have died before it led its group.
 bool EngineChild::reap() {
     if (!reaped_) reaped_ = ::waitpid(pid_, &status_, WNOHANG) == pid_;
     if (!reaped_) return false;

@@ -1,9 +1,9 @@
 #pragma once
 
-// One started engine: a child process, shut in, with everything that descends from it.
+// A started engine: a confined child process with all its descendants.
 //
-// It does not survive us. The kernel kills the engine when the thread that started it dies, however that
-// happens, and the engine's own children end with it; the destructor does the same at once and leaves no
+// It does not outlive this process. The kernel kills the engine when the thread that started it ends, however
+// that happens, and the engine's own children end with it. The destructor does the same at once and leaves no
 // zombies.
 
 #include "Platform/Engine/Process/EngineSandbox.h"
@@ -21,12 +21,12 @@ public:
         std::vector<std::string> arguments; ///< the program's path first
         std::vector<std::string> argumentsWithoutSandbox;
         std::vector<std::string> environment;
-        /// Look first whether the engine's own sandbox can work, and leave it out where it can not.
+        /// Check first whether the engine's own sandbox can work, and disable it if not.
         bool checkEngineSandbox = false;
     };
 
-    /// Starts the command and returns without waiting for it. Throws std::system_error when there are no
-    /// processes or descriptors left.
+    /// Starts the command without waiting for it. Throws std::system_error if the system has no processes or
+    /// descriptors left.
     explicit EngineChild(const Command& command);
     ~EngineChild();
     EngineChild(const EngineChild&) = delete;
@@ -34,16 +34,16 @@ public:
 
     pid_t pid() const { return pid_; }
 
-    /// Our end of the connection; it can be taken once.
+    /// Returns our end of the connection; may be called once.
     FileDescriptor takeSocket() { return std::move(socket_); }
 
-    /// The steps told of since the last call.
+    /// Returns the steps reported since the last call.
     std::vector<LaunchStep> takeSteps();
 
-    /// Kills and reaps the engine and its descendants; bounded. Done again it does nothing.
+    /// Kills and reaps the engine and its descendants, in bounded time. Calling it again does nothing.
     void terminate();
 
-    /// How the engine ended, after terminate: "was ended by signal 9 (Killed)".
+    /// How the engine ended, after terminate, such as "was ended by signal 9 (Killed)".
     std::string endText() const;
 
 private:
@@ -53,7 +53,7 @@ private:
     FileDescriptor socket_;
     FileDescriptor steps_;
     bool reaped_ = false;     // the engine itself
-    bool terminated_ = false; // and all that descends from it
+    bool terminated_ = false; // and all its descendants
     int status_ = 0;
 };
 

@@ -21,12 +21,12 @@ constexpr const char* commonArguments[] = {
     "--disable-site-isolation-trials",
     "--disable-breakpad",
     "--disable-dev-shm-usage",
-    // What the page looks and sounds like.
+    // Appearance and sound of the page.
     "--hide-scrollbars",
     "--mute-audio",
     "--font-render-hinting=none",
     "--blink-settings=lazyLoadEnabled=false",
-    // What the page may reach. The network is barred by the kernel; this spares the attempts.
+    // Network access. The kernel bars it anyway; this avoids the attempts.
     "--block-new-web-contents",
     "--host-resolver-rules=MAP * ~NOTFOUND",
 };
@@ -35,7 +35,7 @@ void passOn(std::vector<std::string>& environment, const char* name) {
     if (const char* value = std::getenv(name)) environment.push_back(std::string(name) + "=" + value);
 }
 
-// Where the user's own fonts are looked for; the home directory itself stays hidden.
+/// Tells the engine where the user's own fonts are; the home directory itself stays hidden.
 void passOnDataDirectory(std::vector<std::string>& environment) {
     const char* home = std::getenv("HOME");
     if (std::getenv("XDG_DATA_HOME"))

@@ -1,6 +1,6 @@
 #pragma once
 
-// How the engine is called: its arguments and its environment.
+// The engine's command line and environment.
 
 #include "Platform/Engine/Process/EngineLocator.h"
 
@@ -9,11 +9,12 @@
 
 namespace qrv::engine {
 
-/// The arguments, the program's name first. The engine speaks DevTools on descriptors 3 (in) and 4 (out).
+/// The arguments, beginning with the program's path. The engine speaks DevTools on descriptors 3 (in) and 4
+/// (out).
 std::vector<std::string> engineArguments(const EngineExecutable& executable, bool sandboxed);
 
-/// NAME=value of everything the engine sees. Nothing that leads it to a proxy, a display or a place to write
-/// in; the caller's language, time zone and fonts stay.
+/// The engine's environment, as NAME=value. It names no proxy, no display and no writable folder; the
+/// caller's language, time zone and fonts are kept.
 std::vector<std::string> engineEnvironment();
 
 } // namespace qrv::engine

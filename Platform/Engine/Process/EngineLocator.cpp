@@ -27,7 +27,7 @@ std::optional<std::string> findInPath(std::string_view directories, std::string_
         std::size_t length = directories.find(':');
         std::string candidate(directories.substr(0, length));
         candidate.append("/").append(name);
-        // Relative entries are passed over: what runs must not depend on the working directory.
+        // Relative entries are skipped: what runs must not depend on the working directory.
         if (directories.front() == '/' && isExecutableFile(candidate)) return candidate;
         if (length == std::string_view::npos) break;
         directories.remove_prefix(length + 1);
@@ -47,8 +47,7 @@ EngineSearch EngineSearch::fromEnvironment() {
 std::optional<EngineExecutable> locateEngine(const EngineSearch& search) {
     if (!search.chosen.empty()) {
         if (!isExecutableFile(search.chosen)) return std::nullopt;
-        // A file of any other name is taken for the shell: it is what a test or an administrator puts in its
-        // place.
+        // A file of any other name, chosen by a test or an administrator, counts as the headless shell.
         bool isBrowser = search.chosen.substr(search.chosen.rfind('/') + 1) == browserName;
         return EngineExecutable{search.chosen, !isBrowser};
     }

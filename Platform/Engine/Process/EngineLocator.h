@@ -1,6 +1,6 @@
 #pragma once
 
-// Where the browser engine is installed.
+// Finds the installed browser engine.
 
 #include <optional>
 #include <string>
@@ -10,20 +10,20 @@ namespace qrv::engine {
 
 struct EngineExecutable {
     std::string path;
-    bool isHeadlessShell = true; ///< otherwise the full browser, which has to be told to open no window
+    bool isHeadlessShell = true; ///< otherwise the full browser, which needs an option to open no window
 };
 
 struct EngineSearch {
-    std::string chosen;                   ///< when not empty, this file and no other
-    std::vector<EngineExecutable> places; ///< looked at first, in order
-    std::string path;                     ///< then these directories, separated by colons
+    std::string chosen;                   ///< if not empty, only this file is tried
+    std::vector<EngineExecutable> places; ///< tried first, in order
+    std::string path;                     ///< then these directories are searched, separated by colons
 
-    /// WEB2PDF_ENGINE, the places where distributions put the program itself (the commands of the same name
-    /// are scripts, which take longer to start), and PATH.
+    /// Takes WEB2PDF_ENGINE, the places where distributions install the program itself (the commands of the
+    /// same name are scripts, which start more slowly), and PATH.
     static EngineSearch fromEnvironment();
 };
 
-/// The first executable file found, or nothing.
+/// Returns the first executable file, or nothing.
 std::optional<EngineExecutable> locateEngine(const EngineSearch& search);
 
 } // namespace qrv::engine

@@ -11,10 +11,11 @@ namespace qrv::engine {
 
 namespace {
 
-// One for an engine that dies by chance, one more for an engine whose own sandbox turns out not to work.
+/// One restart for an engine that dies by chance, and one for an engine whose own sandbox turns out not to
+/// work.
 constexpr int mostStarts = 3;
 
-// The engines that run now. Never destroyed: it is needed until the last moment of the process.
+/// The running engines. Never destroyed: needed until the very end of the process.
 std::set<EngineProcess*>& running() {
     static auto* engines = new std::set<EngineProcess*>;
     return *engines;
@@ -51,7 +52,7 @@ EngineProcess::~EngineProcess() {
     terminate();
 }
 
-// The run loops are gone by now: only the processes are touched.
+/// Only ends the processes: the run loops are already destroyed.
 void EngineProcess::endAll() {
     for (EngineProcess* engine : running()) {
         if (engine->child_) engine->child_->terminate();
@@ -66,7 +67,7 @@ void EngineProcess::start() {
         .arguments = engineArguments(executable_, true),
         .argumentsWithoutSandbox = engineArguments(executable_, false),
         .environment = engineEnvironment(),
-        .checkEngineSandbox = starts_ > 1, // costs time, and is needed seldom
+        .checkEngineSandbox = starts_ > 1, // takes time, and is rarely needed
     });
     pipe_ = std::make_unique<DevToolsPipe>(child_->takeSocket(), loop_);
     pipe_->setMessageHandler([this](std::string_view message) { messageArrived(message); });
@@ -78,7 +79,7 @@ DevToolsTransport::SendResult EngineProcess::send(std::string message) {
     if (answered_) return pipe_->send(std::move(message));
     SendResult result = pipe_->send(message);
     if (result == SendResult::tooLarge) return result;
-    unanswered_.push_back(std::move(message)); // also when this start has just failed: the next one gets it
+    unanswered_.push_back(std::move(message)); // even if this start has just failed: the next one gets it
     return SendResult::accepted;
 }
 
@@ -108,7 +109,7 @@ void EngineProcess::connectionEnded() {
     deliverClose(reason);
 }
 
-// Whether one of the steps was fatal.
+/// Returns whether one of the steps was fatal.
 bool EngineProcess::logSteps() {
     bool fatal = false;
     for (const LaunchStep& step : child_->takeSteps()) {
@@ -118,7 +119,7 @@ bool EngineProcess::logSteps() {
     return fatal;
 }
 
-// Each line once: another start meets the same refusals.
+/// Logs each line once: a restart meets the same refusals.
 void EngineProcess::log(const std::string& line) {
     if (logged_.insert(line).second && options_.log) options_.log(line);
 }

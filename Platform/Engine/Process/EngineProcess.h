@@ -8,13 +8,13 @@
 //     DevToolsClient client(*engine, NSRunLoop::currentRunLoop());
 //
 // launch returns as soon as the process exists; commands may be sent at once. An engine that dies before its
-// first message is started again and gets the same commands, which nobody notices; when that fails too, the
-// connection ends with a reason. Which protection could not be had is told through the log.
+// first message is restarted transparently: it gets the same commands. If that fails too, the connection ends
+// with a reason. Missing protections are logged.
 //
-// The engine is gone when this object is, and before the process is when that ends by exit: terminate kills
-// it and waits for its end. When the process ends without that (a signal, _exit), the kernel kills the engine
-// as the thread that launched it dies, and its renderers end with the connection to it. That thread must
-// therefore live as long as the engine. Everything belongs to it.
+// The engine ends with this object, or when the process exits: terminate kills it and waits for its end. If
+// the process ends in another way (a signal, _exit), the kernel kills the engine when the thread that
+// launched it dies, and its renderers end with the connection to it. That thread must therefore live as long
+// as the engine. Everything belongs to that thread.
 
 #include "Platform/Engine/DevTools/DevToolsPipe.h"
 #include "Platform/Engine/Process/EngineChild.h"
@@ -52,11 +52,11 @@ public:
 
     SendResult send(std::string message) override;
 
-    /// Kills the engine with all its descendants and waits for their end, for ten seconds at most. No handler
-    /// is called any more. The destructor does the same.
+    /// Kills the engine with all its descendants and waits for their end, for at most ten seconds. No handler
+    /// is called afterwards. The destructor does the same.
     void terminate();
 
-    /// The engine's process; -1 when there is none.
+    /// The engine's process; -1 if there is none.
     pid_t pid() const { return child_ ? child_->pid() : -1; }
 
 private:
@@ -78,7 +78,7 @@ private:
     std::set<std::string> logged_;
     bool answered_ = false;
     bool ended_ = false;
-    std::vector<std::string> unanswered_; // what was sent before the first message came, for another start
+    std::vector<std::string> unanswered_; // sent before the first message came, for a restart
 };
 
 } // namespace qrv::engine

@@ -1,5 +1,7 @@
 #include "Platform/Engine/Process/EngineSandbox.h"
 
+#include "Platform/Foundation/FileDescriptor.h"
+
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
@@ -16,7 +18,7 @@
 #include <unistd.h>
 
 // Everything that a child calls here is async-signal-safe: another thread of the parent may have held any
-// lock, the allocator's included, when it forked. Identities are set by bare system calls, because the
+// lock, the allocator's included, during the fork. Identities are set by bare system calls, because the
 // library's functions synchronise threads that a forked child does not have.
 
 namespace qrv::engine {
@@ -26,14 +28,9 @@ namespace {
 constexpr unsigned nobody = 65534;
 
 bool writeFile(const char* path, const char* text) {
-    int file = ::open(path, O_WRONLY | O_CLOEXEC);
-    if (file < 0) return false;
+    const FileDescriptor file(::open(path, O_WRONLY | O_CLOEXEC));
     auto size = static_cast<ssize_t>(std::strlen(text));
-    bool written = ::write(file, text, static_cast<std::size_t>(size)) == size;
-    int error = errno;
-    ::close(file);
-    errno = error;
-    return written;
+    return file && ::write(file.get(), text, static_cast<std::size_t>(size)) == size;
 }
 
 char* appendNumber(char* at, unsigned number) {
@@ -45,7 +42,7 @@ char* appendNumber(char* at, unsigned number) {
     return at;
 }
 
-// Maps one identity: "inside outside 1".
+/// Maps one identity: "inside outside 1".
 bool writeMap(const char* path, unsigned inside, unsigned outside) {
     char line[48];
     char* end = appendNumber(line, inside);
@@ -55,20 +52,20 @@ bool writeMap(const char* path, unsigned inside, unsigned outside) {
     return writeFile(path, line);
 }
 
-// Root is never mapped to root: it would have its rights again at once.
+/// Root is never mapped to root, which would restore its rights.
 unsigned identityInside(unsigned outside) {
     return outside == 0 ? nobody : outside;
 }
 
 bool mapIdentity(unsigned user, unsigned group) {
-    ::prctl(PR_SET_DUMPABLE, 1, 0, 0, 0); // a change of identity closes /proc/self to the process itself
+    ::prctl(PR_SET_DUMPABLE, 1, 0, 0, 0); // a change of identity makes /proc/self inaccessible to the process
     return writeFile("/proc/self/setgroups", "deny") &&
            writeMap("/proc/self/uid_map", identityInside(user), user) &&
            writeMap("/proc/self/gid_map", identityInside(group), group);
 }
 
-// A network namespace in a user namespace of one's own. Without its identity mapped the process is barred
-// from the network all the same, though the engine's own sandbox will not work there.
+/// Enters a network namespace in a new user namespace. Even if its identity cannot be mapped, the process is
+/// barred from the network, but the engine's own sandbox will not work there.
 bool enterUserNamespace(const LaunchReporter& reporter) {
     unsigned user = ::geteuid();
     unsigned group = ::getegid();
@@ -85,7 +82,7 @@ bool becomeNobody() {
 
 #if defined(__x86_64__)
 constexpr unsigned nativeArchitecture = AUDIT_ARCH_X86_64;
-constexpr unsigned foreignCallBit = 0x40000000; // calls of the 32-bit data model have numbers of their own
+constexpr unsigned foreignCallBit = 0x40000000; // calls of the 32-bit data model are numbered separately
 #elif defined(__aarch64__)
 constexpr unsigned nativeArchitecture = AUDIT_ARCH_AARCH64;
 constexpr unsigned foreignCallBit = 0x80000000; // no call has it
@@ -93,17 +90,17 @@ constexpr unsigned foreignCallBit = 0x80000000; // no call has it
 #error "The system call filter is not written for this architecture"
 #endif
 
-// Lets no socket come into being but local ones and those that ask the kernel about its interfaces.
+/// Allows only local sockets and those that query the kernel's network interfaces.
 bool filterSockets() {
     constexpr auto argument =
-        static_cast<unsigned>(offsetof(seccomp_data, args)); // its low half: little-endian
+        static_cast<unsigned>(offsetof(seccomp_data, args)); // its low half, in little-endian order
     sock_filter program[] = {
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, arch)),
         BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, nativeArchitecture, 1, 0),
         BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
         BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
         BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, foreignCallBit, 1, 0),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_io_uring_setup, 0, 1), // it makes sockets, too
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_io_uring_setup, 0, 1), // it can create sockets, too
         BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
         BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_socket, 1, 0),
         BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
@@ -159,7 +156,7 @@ bool enterSandbox(const LaunchReporter& reporter) {
         barred = ::unshare(CLONE_NEWNET) == 0;
         if (!barred) reporter.report(Kind::networkNamespace, errno);
         if (!becomeNobody()) {
-            // Where no other identity is known than root's, a user namespace has one.
+            // If only root's identity is known here, a user namespace still has another one.
             int error = errno;
             barred = enterUserNamespace(reporter);
             if (!barred) {
@@ -178,7 +175,7 @@ bool enterSandbox(const LaunchReporter& reporter) {
     return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
 }
 
-// The engine builds its sandbox from the same namespaces, in a process of its own.
+/// Tries, in a process of its own, the namespaces from which the engine builds its sandbox.
 bool canUseEngineSandbox(const LaunchReporter& reporter) {
     unsigned user = ::geteuid();
     unsigned group = ::getegid();

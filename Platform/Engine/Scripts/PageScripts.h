@@ -1,20 +1,48 @@
 #pragma once
 
-#include "Platform/Engine/Print/PrintLayout.h"
+// The scripts that run in pages: one JavaScript file each in this folder and those below, embedded by the
+// build. Each begins with a comment that says what it does with its arguments and what it answers. Most are
+// functions that PageWorld calls in a page's isolated world; those that are meant for new documents are
+// programs.
 
-#include <string>
+#include <string_view>
 
 namespace qrv::engine {
 
-// Sources of JavaScript expressions for Runtime.evaluate with returnByValue, in an isolated world of the main
-// frame. They trust nothing that a document can name or overwrite: properties of the document are read
-// through its prototype.
+struct PageScript {
+    std::string_view name;   ///< of the file
+    std::string_view source; ///< tells the engine its name, for stack traces
+};
 
-// Scrolls to the start of the page, without animation, and answers the fields of PageMeasurements.
-std::string measuringScript();
+namespace scripts {
 
-// Puts the plan's style sheet into the page. Answers whether the sheet is in force. Meant to be the last
-// thing before printing: there is no way back, except that a later plan replaces an earlier one.
-std::string applyingScript(const PrintPlan& plan);
+/// The functions that the others use; to be evaluated in a world before any of them is called there.
+extern const PageScript shared;
+
+// Loading/. The first two are programs for new documents, which run before the page's own scripts.
+
+extern const PageScript keepOpen;  ///< in the page's own world
+extern const PageScript watchView; ///< in the isolated world
+extern const PageScript enter;
+extern const PageScript title;
+
+// Readiness/
+
+extern const PageScript awaitContents;
+extern const PageScript presentMedia;
+extern const PageScript substituteImages;
+extern const PageScript holdView;
+extern const PageScript reveal;
+extern const PageScript conclude;
+
+// Print/
+
+extern const PageScript standStill;
+extern const PageScript measure;
+extern const PageScript describe;
+extern const PageScript applyPrintStyle;
+extern const PageScript releaseBoxes;
+
+} // namespace scripts
 
 } // namespace qrv::engine

@@ -22,8 +22,9 @@ constexpr std::string_view magic = "bplist0";
 constexpr std::size_t headerLength = 8;
 constexpr std::size_t trailerLength = 32;
 
-/// A file is the header, the objects, a table with the offset of each object, and the trailer, which tells
-/// how many objects there are and where the table is. Objects name each other by their place in the table.
+/// A file consists of the header, the objects, a table with each object's offset, and the trailer, which
+/// gives the number of objects and the table's position. Objects refer to each other by their index in the
+/// table.
 class Reader {
 public:
     explicit Reader(const NSData& data) : data_(data), bytes_(data.span()) { readTrailer(); }
@@ -39,7 +40,7 @@ private:
         State state = untouched;
     };
 
-    /// What follows a marker: a number of bytes, units or references.
+    /// The length of what follows a marker: a number of bytes, units or references.
     struct Extent {
         std::size_t offset;
         std::size_t count;
@@ -49,7 +50,7 @@ private:
         throw PropertyListFailure(what, offset);
     }
 
-    /// Big-endian. The caller has checked the bounds.
+    /// Reads a big-endian integer. The caller has checked the bounds.
     std::uint64_t integerAt(std::size_t offset, std::size_t width) const {
         std::uint64_t value = 0;
         for (std::size_t i = 0; i < width; ++i) value = value << 8 | bytes_[offset + i];
@@ -74,8 +75,8 @@ private:
         slots_.resize(count);
     }
 
-    /// `size` bytes at `offset` have to lie before the offset table. In a sound file no two objects overlap,
-    /// so all of them together are no longer than the file: holding to that keeps the work in proportion.
+    /// Claims `size` bytes at `offset`, which must lie before the offset table. In a well-formed file no two
+    /// objects overlap, so together they are no longer than the file; enforcing this bounds the work.
     void take(std::size_t offset, std::size_t size) {
         if (offset > table_ || size > table_ - offset) fail("object out of bounds", offset);
         taken_ += size;
@@ -140,7 +141,7 @@ private:
         return NSNumber::numberWithBool(low == 0x9);
     }
 
-    /// Widths up to 4 bytes are unsigned, 8 bytes signed; 16 bytes are for what is above the signed range.
+    /// Widths up to 4 bytes are unsigned, 8 bytes are signed; 16 bytes hold values above the signed range.
     id integer(std::size_t offset, std::uint8_t power) {
         if (power > 4) fail("bad width of an integer", offset);
         const std::size_t width = std::size_t{1} << power;
@@ -176,7 +177,7 @@ private:
         return NSKeyedArchiveUID::uidWithValue(integerAt(offset, width));
     }
 
-    /// The count is in the marker, or in an integer that follows it when the marker says 15.
+    /// Reads the count from the marker, or from the integer that follows it if the marker says 15.
     Extent extent(std::size_t offset, std::uint8_t low) {
         if (low != 0x0F) return {offset + 1, low};
         take(offset + 1, 1);
@@ -187,7 +188,7 @@ private:
         return {offset + 2 + width, integerAt(offset + 2, width)};
     }
 
-    /// The extent of elements of `width` bytes each, taken.
+    /// Reads and claims the extent of elements of `width` bytes each.
     Extent takeExtent(std::size_t offset, std::uint8_t low, std::size_t width) {
         const Extent e = extent(offset, low);
         takeElements(e, width);
@@ -222,11 +223,11 @@ private:
         return NSString(std::move(text));
     }
 
-    /// The object that the reference at an offset names, as a part of `container`.
+    /// Returns the object that the reference at an offset denotes, as a part of `container`.
     const id& element(Slot& container, std::size_t offset, int depth) {
         const Slot& slot = read(integerAt(offset, referenceWidth_), depth);
         container.height = std::max<std::uint16_t>(container.height, slot.height + 1);
-        // An object may stand in several places, so its own nesting is what counts, not the way here.
+        // An object may be shared, so its own nesting counts, not the path to it.
         if (container.height > maximumPropertyListDepth) fail("containers nested too deep", offset);
         return slot.object;
     }

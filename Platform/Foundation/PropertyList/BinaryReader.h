@@ -9,7 +9,7 @@ namespace qrv::plist {
 /// Throws PropertyListFailure.
 id readBinary(const NSData& data);
 
-/// Whether the bytes begin as a binary property list does.
+/// Whether the bytes begin like a binary property list.
 bool isBinary(const NSData& data);
 
 } // namespace qrv::plist

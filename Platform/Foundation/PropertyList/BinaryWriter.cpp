@@ -17,7 +17,7 @@ namespace qrv::plist {
 
 namespace {
 
-/// The fewest bytes of 1, 2, 4 and 8 that hold a value.
+/// The smallest of 1, 2, 4 and 8 bytes that holds a value.
 std::size_t widthOf(std::uint64_t value) {
     return value <= 0xFF ? 1 : value <= 0xFFFF ? 2 : value <= 0xFFFFFFFF ? 4 : 8;
 }
@@ -54,7 +54,7 @@ private:
 
     static const void* identity(const id& object) { return object.shared().get(); }
 
-    /// Lists an object and all that it holds, each once; equal strings count as one. Returns the height.
+    /// Lists an object and all its parts once each; equal strings count as one. Returns the height.
     int collect(const id& object, int depth) {
         if (const auto known = places_.find(identity(object)); known != places_.end()) {
             return known->second.height;

@@ -1,6 +1,6 @@
 #pragma once
 
-// How the readers and writers of property lists give up; it never leaves NSPropertyListSerialization.
+// The failure that readers and writers of property lists throw. It never leaves NSPropertyListSerialization.
 
 #include <stdexcept>
 #include <string>

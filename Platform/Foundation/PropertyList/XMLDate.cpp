@@ -50,7 +50,7 @@ std::optional<double> parseXMLDate(std::string_view text) {
 
 std::optional<std::string> formatXMLDate(double seconds) {
     const double whole = std::floor(seconds);
-    // Written so that "not a number" fails as well.
+    // Written so that NaN fails as well.
     if (!(whole >= secondsFromReference(firstDate) && whole < secondsFromReference(endDate))) {
         return std::nullopt;
     }

@@ -1,6 +1,6 @@
 #pragma once
 
-// Dates as the XML form writes them: "2001-01-01T00:00:00Z".
+// Dates in the XML form of property lists: "2001-01-01T00:00:00Z".
 
 #include <optional>
 #include <string>
@@ -8,10 +8,10 @@
 
 namespace qrv::plist {
 
-/// Seconds since the reference date; nullopt for anything but a date of the calendar in exactly this form.
+/// Returns seconds since the reference date; nullopt for anything but a valid date in exactly this form.
 std::optional<double> parseXMLDate(std::string_view text);
 
-/// The second in which the moment lies; nullopt before the year 1 and after 9999.
+/// Formats the second that contains the moment; nullopt before the year 1 and after 9999.
 std::optional<std::string> formatXMLDate(double seconds);
 
 } // namespace qrv::plist

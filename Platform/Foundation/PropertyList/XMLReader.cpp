@@ -72,7 +72,7 @@ id parseString(std::string_view text) {
     return units ? NSString(std::move(*units)) : NSString();
 }
 
-/// The kinds of element whose value is in their text.
+/// The kinds of elements whose value is their text.
 struct TextKind {
     std::string_view tag;
     id (*parse)(std::string_view);
@@ -99,7 +99,7 @@ public:
                 r.characters({text, static_cast<std::size_t>(length)});
             });
         });
-        // Entities of a document's own are never needed, and are the way to make a small one large.
+        // A property list needs no entities of its own; hostile ones make a small document large.
         XML_SetEntityDeclHandler(parser_.get(), [](void* self, const XML_Char*, int, const XML_Char*, int,
                                                    const XML_Char*, const XML_Char*, const XML_Char*,
                                                    const XML_Char*) {
@@ -111,7 +111,8 @@ public:
     }
 
     id read(std::string_view bytes) {
-        // One piece, unless it is longer than the parser can count: a token cut in two is scanned twice.
+        // Parsed in one piece, unless it is longer than the parser can count: a token cut in two is scanned
+        // twice.
         constexpr std::size_t pieceLength = std::size_t{1} << 30;
         do {
             const std::string_view piece = bytes.substr(0, pieceLength);
@@ -138,7 +139,7 @@ private:
             what, static_cast<std::size_t>(std::max<XML_Index>(0, XML_GetCurrentByteIndex(parser_.get()))));
     }
 
-    /// Runs a handler, and keeps what it throws from passing through the parser.
+    /// Runs a handler; its exceptions must not pass through the parser, which is written in C.
     template <class Handler>
     void guarded(Handler handler) {
         if (failure_) return;
@@ -248,7 +249,7 @@ private:
 
 id readXML(const NSData& data) {
     std::string_view bytes = data.bytes();
-    // The standard has the declaration stand first, but blank lines before it do occur.
+    // The declaration should come first, but blank lines before it do occur.
     bytes.remove_prefix(std::min(bytes.find_first_not_of(whiteSpace), bytes.size()));
     return Reader().read(bytes);
 }

@@ -6,6 +6,7 @@
 #include "Platform/Foundation/NSNumber.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
 #include "Platform/Foundation/PropertyList/PropertyListFailure.h"
+#include "Platform/Foundation/PropertyList/XMLCharacters.h"
 #include "Platform/Foundation/PropertyList/XMLDate.h"
 #include "Platform/Foundation/Unicode.h"
 
@@ -22,7 +23,8 @@ constexpr std::string_view header = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\
                                     "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
                                     "<plist version=\"1.0\">\n";
 
-// A few shared objects can stand for any number of elements, since this form repeats what is shared.
+/// Bounds the output: shared objects are repeated in this form, so a few can expand to any number of
+/// elements.
 constexpr std::size_t maximumLength = std::size_t{1} << 30;
 
 class Writer {
@@ -37,7 +39,7 @@ public:
 private:
     void indent(std::size_t depth) { out_.append(depth, '\t'); }
 
-    /// "<tag>content</tag>"; the content is markup already.
+    /// Writes "<tag>content</tag>"; the content is already escaped.
     void writeElement(std::string_view tag, std::string_view content, std::size_t depth) {
         indent(depth);
         out_.append("<").append(tag).append(">").append(content).append("</").append(tag).append(">\n");
@@ -72,10 +74,7 @@ private:
     static std::string escaped(const NSString& text) {
         const auto bytes = unicode::toUTF8(text.view());
         if (!bytes) throw PropertyListFailure("text with an unpaired surrogate");
-        const auto isForbidden = [](char16_t c) {
-            return (c < 0x20 && c != u'\t' && c != u'\n' && c != u'\r') || c == 0xFFFE || c == 0xFFFF;
-        };
-        if (std::any_of(text.view().begin(), text.view().end(), isForbidden)) {
+        if (!std::all_of(text.view().begin(), text.view().end(), canStandInXML)) {
             throw PropertyListFailure("text with a character that XML cannot hold");
         }
         std::string result;
@@ -118,7 +117,7 @@ private:
         return std::string(text, std::to_chars(text, text + sizeof text, value).ptr);
     }
 
-    /// In lines that end at the 76th column, a tab counting as eight, but not in lines of less than 16.
+    /// Breaks lines at column 76, a tab counting as eight, but never below 16 characters.
     void writeData(const NSData& data, std::size_t depth) {
         indent(depth);
         out_ += "<data>\n";

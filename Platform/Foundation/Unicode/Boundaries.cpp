@@ -12,7 +12,7 @@ struct CloseBreaker {
 
 using Breaker = std::unique_ptr<UBreakIterator, CloseBreaker>;
 
-/// Making a breaker reads its rules; copies of one share them.
+/// Creating a breaker reads its rules; copies share them.
 Breaker copyOfBreaker() {
     static const Breaker original = [] {
         UErrorCode status = U_ZERO_ERROR;
@@ -27,7 +27,7 @@ void setText(UBreakIterator* breaker, std::u16string_view text) {
     ubrk_setText(breaker, text.data(), static_cast<int32_t>(text.size()), &status);
 }
 
-/// Below U+0300 nothing joins with its neighbours, but for CR with LF.
+/// Below U+0300 nothing joins with its neighbours, except CR with LF.
 bool isPlain(std::u16string_view text, std::size_t index) {
     return index >= text.size() || (text[index] < 0x300 && text[index] != u'\r' && text[index] != u'\n');
 }

@@ -1,5 +1,6 @@
 // Text in the character sets of the web.
 
+#include "Platform/Foundation/ASCII.h"
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
@@ -16,7 +17,7 @@ namespace {
 using Converter = std::unique_ptr<UConverter, decltype(&ucnv_close)>;
 using Pair = std::pair<std::string_view, const char*>;
 
-/// What the web means by names that stand for a smaller set elsewhere.
+/// Names that mean a larger set on the web than elsewhere.
 constexpr std::array<Pair, 24> webMeanings{{
     {"ascii", "windows-1252"},     {"us-ascii", "windows-1252"},   {"iso-8859-1", "windows-1252"},
     {"iso8859-1", "windows-1252"}, {"iso88591", "windows-1252"},   {"iso_8859-1", "windows-1252"},
@@ -28,11 +29,11 @@ constexpr std::array<Pair, 24> webMeanings{{
     {"sjis", "windows-31j"},       {"x-sjis", "windows-31j"},      {"utf-16", "utf-16le"},
 }};
 
-/// The byte-order marks of the web.
+/// The byte-order marks that the web knows.
 constexpr std::array<Pair, 3> signatures{
     {{"\xEF\xBB\xBF", "utf-8"}, {"\xFE\xFF", "utf-16be"}, {"\xFF\xFE", "utf-16le"}}};
 
-/// A converter's name may carry options and even lead to a file, which a page has no say in.
+/// A converter's name may contain options and even a file path, which a page must not choose.
 bool isPlainName(std::string_view name) {
     return std::all_of(name.begin(), name.end(), [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '-' ||
@@ -40,7 +41,7 @@ bool isPlainName(std::string_view name) {
     });
 }
 
-/// The library's own way writes U+001A for bytes of some sets.
+/// Writes U+FFFD; the library itself writes U+001A for bytes of some sets.
 void U_CALLCONV replace(const void*, UConverterToUnicodeArgs* arguments, const char*, int32_t,
                         UConverterCallbackReason reason, UErrorCode* status) {
     if (reason > UCNV_IRREGULAR) return;
@@ -49,10 +50,9 @@ void U_CALLCONV replace(const void*, UConverterToUnicodeArgs* arguments, const c
     ucnv_cbToUWriteUChars(arguments, &replacement, 1, 0, status);
 }
 
-Converter open(std::string name) {
-    if (name.empty() || !isPlainName(name)) return {nullptr, &ucnv_close};
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
+Converter open(const std::string& charset) {
+    if (charset.empty() || !isPlainName(charset)) return {nullptr, &ucnv_close};
+    const std::string name = lowered(charset);
     const auto* meaning = std::find_if(webMeanings.begin(), webMeanings.end(),
                                        [&name](const Pair& pair) { return pair.first == name; });
     UErrorCode status = U_ZERO_ERROR;

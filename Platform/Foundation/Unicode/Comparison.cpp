@@ -37,7 +37,7 @@ public:
             const std::size_t end = endOfCharacter(start);
             const std::size_t before = units_.size();
             append(text.substr(start, end - start));
-            // A character of nothing but unnoticed marks belongs to the one before it.
+            // A character that consists of ignored marks only belongs to the one before it.
             if (units_.size() > before || starts_.empty()) starts_.push_back({before, start});
             start = end;
             consumed_ = end;
@@ -47,7 +47,8 @@ public:
 
     std::u16string_view units() const { return units_; }
 
-    /// The place in the text of a character that starts at this folded unit; nullopt inside a character.
+    /// Returns the position in the text of the character that starts at this folded unit; nullopt inside a
+    /// character.
     std::optional<std::size_t> startOfCharacter(std::size_t unit) const {
         if (unit == units_.size()) return consumed_;
         const auto found = std::lower_bound(starts_.begin(), starts_.end(), unit,
@@ -92,7 +93,7 @@ private:
         units_.append(indifference_.letterCase ? decomposed(caseFolded(kept)) : kept);
     }
 
-    /// Marks that modify the character before them. The virama does more: it makes another syllable.
+    /// Marks that modify the character before them. The virama is none: it forms another syllable.
     static bool isDiacritic(UChar32 c) {
         constexpr uint8_t virama = 9;
         const uint8_t combiningClass = u_getCombiningClass(c);
@@ -116,7 +117,7 @@ private:
     }
 
     static std::u16string caseFolded(const std::u16string& text) {
-        std::u16string result(text.size() * 3, u'\0'); // no character folds into more
+        std::u16string result(text.size() * 3, u'\0'); // no character folds to more
         UErrorCode status = U_ZERO_ERROR;
         const int32_t length = u_strFoldCase(result.data(), static_cast<int32_t>(result.size()), text.data(),
                                              static_cast<int32_t>(text.size()), U_FOLD_CASE_DEFAULT, &status);
@@ -138,7 +139,7 @@ struct CloseCollator {
 using Collator = std::unique_ptr<UCollator, CloseCollator>;
 
 Collator makeCollator(bool caseInsensitive, bool numeric) {
-    // The locale of a program that set none sorts by code, capitals first; people expect an alphabet.
+    // Without a locale set, texts would sort by code point, capitals first; people expect alphabetical order.
     const char* locale = uloc_getDefault();
     if (std::strstr(locale, "POSIX")) locale = "";
     UErrorCode status = U_ZERO_ERROR;

@@ -8,7 +8,7 @@
 
 namespace qrv::unicode {
 
-/// The library's formatters change while they work, so each is used by one thread at a time.
+/// The library's formatters are mutable, so each is used by one thread at a time.
 struct DatePattern::Formatter {
     ~Formatter() { udat_close(handle); }
 
@@ -17,7 +17,7 @@ struct DatePattern::Formatter {
 };
 
 DatePattern::DatePattern(std::u16string_view pattern) : formatter_(std::make_unique<Formatter>()) {
-    // The zone of the machine as it is now; the library's own default is the one it found first.
+    // The machine's current zone; the library's default is the one that it found first.
     UErrorCode status = U_ZERO_ERROR;
     std::array<UChar, 128> zone{};
     const int32_t zoneLength = ucal_getHostTimeZone(zone.data(), zone.size(), &status);
@@ -28,8 +28,8 @@ DatePattern::DatePattern(std::u16string_view pattern) : formatter_(std::make_uni
 DatePattern::~DatePattern() = default;
 
 std::u16string DatePattern::format(double secondsSince1970) const {
-    // Binary fractions lie a hair beside the decimal ones; to the nearest microsecond, so that .123 does not
-    // show as .122.
+    // Rounds to the nearest microsecond: binary fractions differ slightly from decimal ones, and .123 must
+    // not show as .122.
     const double milliseconds = std::round(secondsSince1970 * 1e6) / 1e3;
     const std::lock_guard lock(formatter_->mutex);
     if (!formatter_->handle) return {};

@@ -1,5 +1,6 @@
-// Names of hosts in other scripts.
+// Host names in other scripts than ASCII.
 
+#include "Platform/Foundation/ASCII.h"
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@ namespace qrv::unicode {
 
 namespace {
 
-// Its time grows with the square of a label's length; names are no longer than 253 characters.
+/// The conversion's time grows with the square of a label's length; names have at most 253 characters.
 constexpr std::size_t longestName = 1024;
 
 const UIDNA* domainNames() {
@@ -28,19 +29,14 @@ bool isASCII(std::string_view text) {
 } // namespace
 
 std::optional<std::string> domainToASCII(std::string_view name) {
-    std::string result(name);
-    if (isASCII(name)) {
-        std::transform(result.begin(), result.end(), result.begin(),
-                       [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; });
-        return result;
-    }
+    if (isASCII(name)) return lowered(name);
     if (name.size() > longestName) return std::nullopt;
-    // Lengths and hyphens are a registry's business.
+    // Lengths and hyphens are the registries' business.
     constexpr std::uint32_t accepted = UIDNA_ERROR_EMPTY_LABEL | UIDNA_ERROR_LABEL_TOO_LONG |
                                        UIDNA_ERROR_DOMAIN_NAME_TOO_LONG | UIDNA_ERROR_LEADING_HYPHEN |
                                        UIDNA_ERROR_TRAILING_HYPHEN | UIDNA_ERROR_HYPHEN_3_4;
-    // A character takes no more than five letters of the ASCII form, a label four more.
-    result.resize(name.size() * 10);
+    // A character takes at most five letters of the ASCII form, a label four more.
+    std::string result(name.size() * 10, '\0');
     UErrorCode status = U_ZERO_ERROR;
     UIDNAInfo info = UIDNA_INFO_INITIALIZER;
     const int32_t length =

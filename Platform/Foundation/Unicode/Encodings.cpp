@@ -12,7 +12,7 @@ namespace qrv::unicode {
 
 namespace {
 
-/// Encodings beyond those of the platform's own list have this bit and their number in the wider one.
+/// Encodings beyond the platform's own list have this bit and their number in the wider list.
 constexpr unsigned long external(unsigned long number) {
     return 0x80000000UL | number;
 }
@@ -87,7 +87,7 @@ struct CloseConverter {
 
 using Converter = std::unique_ptr<UConverter, CloseConverter>;
 
-/// Null for an encoding that is not known. It stops at what it can't convert and never takes a likeness.
+/// Null for an unknown encoding. Stops at what it cannot convert, without substitutions.
 Converter openConverter(unsigned long encoding) {
     const auto* found = std::find_if(std::begin(encodings), std::end(encodings),
                                      [&](const Encoding& e) { return e.value == encoding; });
@@ -119,7 +119,7 @@ std::string nonLossyASCII(std::u16string_view text) {
     return bytes;
 }
 
-/// The number that exactly `count` digits at the start of the text make, if not above the maximum.
+/// Parses exactly `count` digits at the start of the text; nullopt above the maximum.
 std::optional<char16_t> leadingNumber(std::string_view text, std::size_t count, int base, unsigned maximum) {
     unsigned value = 0;
     const auto [end, error] =
@@ -152,7 +152,7 @@ std::optional<std::u16string> fromNonLossyASCII(std::string_view bytes) {
     return text;
 }
 
-/// The byte order that a mark at the start of the bytes tells, the mark taken off; big-endian without one.
+/// Determines the byte order by the mark at the start, which is removed; big-endian if there is none.
 template <unsigned long big, unsigned long little>
 std::optional<std::u16string> decodeMarked(std::string_view bytes, std::string_view bigMark,
                                            std::string_view littleMark) {
@@ -166,7 +166,7 @@ constexpr std::string_view utf16LittleMark("\xFF\xFE", 2);
 constexpr std::string_view utf32BigMark("\0\0\xFE\xFF", 4);
 constexpr std::string_view utf32LittleMark("\xFF\xFE\0\0", 4);
 
-/// With the mark, in this machine's usual order.
+/// Encodes in little-endian order, with a byte-order mark.
 std::optional<std::string> encodeMarked(std::u16string_view text, unsigned long little,
                                         std::string_view mark) {
     std::optional<std::string> bytes = encode(text, little);

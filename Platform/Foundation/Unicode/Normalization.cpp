@@ -27,8 +27,8 @@ std::u16string decomposed(std::u16string_view text) {
     return result;
 }
 
-// Decomposition works on each character by itself; only the order of marks depends on the neighbours, and
-// that does not change the length.
+/// Each character decomposes by itself; only the order of marks depends on the neighbours, which does not
+/// affect the length.
 std::size_t decomposedLength(std::u16string_view text) {
     std::size_t length = 0;
     for (std::size_t i = 0; i < text.size();) {

@@ -12,7 +12,7 @@ namespace qrv {
 
 namespace {
 
-/// The error of a conversion: what failed to convert under its key, the encoding and the reason.
+/// Makes the error of a conversion: the object that failed under its key, the encoding and the reason.
 NSError conversionError(long long code, const char16_t* key, const id& input, unsigned long encoding,
                         const char16_t* reason) {
     NSMutableDictionary userInfo;

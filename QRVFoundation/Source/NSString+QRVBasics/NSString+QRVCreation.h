@@ -1,6 +1,6 @@
 #pragma once
 
-// Strings from formats, identifiers, characters, bytes and files, and back to bytes.
+// Making strings from formats, identifiers, characters, bytes and files, and bytes from strings.
 
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSURL.h"
@@ -12,53 +12,53 @@ namespace qrv {
 class NSError;
 
 // + qrvStringWithFormat:arguments:
-/// The expansion of the format; nil for a nil format.
+/// Expands the format; nil gives nil.
 NSString qrvStringWithFormat_arguments(const NSString& format, const FormatArguments& arguments);
 // + qrvUniqueString
-/// A new universally unique identifier, "68753A44-4D6F-4226-9C60-0050E4C00067"; nil when none can be made.
+/// Makes a universally unique identifier, "68753A44-4D6F-4226-9C60-0050E4C00067"; nil if that fails.
 NSString qrvUniqueString();
 // + qrvUniqueString:
 /// "prefix.identifier"
 NSString qrvUniqueString(const NSString& prefix);
 
 // + qrvStringEncodingForMIMEEncoding:
-/// The NSStringEncoding value of an IANA character set name in any case; ISO Latin-1 for nil and for a name
-/// that is not known.
+/// Returns the NSStringEncoding value of an IANA character set name in any case; ISO Latin-1 for nil and for
+/// an unknown name.
 unsigned long qrvStringEncodingForMIMEEncoding(const NSString& name);
 
 // + qrvStringWithFileSystemRepresentation:
-/// The path that a null-terminated text in UTF-8 names; nil for a null pointer and for other bytes.
+/// Returns the path in null-terminated UTF-8; nil for a null pointer and for other bytes.
 NSString qrvStringWithFileSystemRepresentation(const char* bytes);
 // + qrvStringWithFileSystemRepresentation:length:
 NSString qrvStringWithFileSystemRepresentation_length(const char* bytes, std::size_t length);
 // + qrvStringWithCharacter:
-/// The one unit, whatever it is.
+/// Returns the single unit, whatever its value.
 NSString qrvStringWithCharacter(char16_t character);
 // + qrvStringWith32BitCharacter:
-/// The character of a code point; nil for a value that is none.
+/// Returns the character of a code point; nil for an invalid code point.
 NSString qrvStringWith32BitCharacter(std::uint32_t character);
 
 // + qrvStringWithData:encoding:error:
-/// The text that the bytes are in the encoding. nil and error 500 with the data and the encoding when they
-/// are none, for nil data and for an encoding that is not known.
+/// Decodes the bytes. Returns nil and error 500 with the data and the encoding if they are not valid in the
+/// encoding, if the data is nil or if the encoding is unknown.
 NSString qrvStringWithData_encoding_error(const NSData& data, unsigned long encoding, NSError* error);
 // - qrvDataUsingEncoding:error:
-/// The bytes of the text, without loss. nil and error 501 with the string and the encoding when the encoding
-/// can't hold it or is not known. nil for nil, without an error.
+/// Encodes the text without loss. Returns nil and error 501 with the string and the encoding if the encoding
+/// cannot represent it or is unknown. A nil receiver gives nil without an error.
 NSData qrvDataUsingEncoding_error(const NSString& self, unsigned long encoding, NSError* error);
 // + qrvStringWithUTF8Data:
-/// nil for bytes that are not UTF-8.
+/// Returns nil for bytes that are not UTF-8.
 NSString qrvStringWithUTF8Data(const NSData& data);
 // + qrvStringWithContentsOfFile:
-/// The file's text in UTF-8, else in UTF-16 after a byte-order mark, else in Mac OS Roman, which takes any
-/// bytes. nil when the file can't be read.
+/// Reads a text file as UTF-8, else as UTF-16 with a byte-order mark, else as Mac OS Roman, in which all
+/// bytes are valid. nil if the file cannot be read.
 NSString qrvStringWithContentsOfFile(const NSString& path);
 
 // - qrvFileURL
-/// The file URL of the receiver as a path; looks at the disk to tell a directory. nil for nil and "".
+/// Returns the receiver's file URL; checks the disk to recognise a directory. nil for nil and "".
 NSURL qrvFileURL(const NSString& self);
 // - qrvFastFileURL
-/// The same without a look at the disk, as of no directory.
+/// Returns the receiver's file URL without checking the disk, as for a file.
 NSURL qrvFastFileURL(const NSString& self);
 
 } // namespace qrv

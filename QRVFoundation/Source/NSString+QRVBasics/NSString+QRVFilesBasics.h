@@ -1,8 +1,7 @@
 #pragma once
 
-// What the file system says about the path that a string is. Nothing here reports an error: what can't be
-// examined does not exist. nil and texts that no path can be (with U+0000 or an unpaired surrogate) name
-// nothing.
+// Information about the file at a path. Nothing reports an error: a file that cannot be examined does not
+// exist. nil and texts that cannot be a path (with U+0000 or an unpaired surrogate) name no file.
 
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSDate.h"
@@ -10,29 +9,29 @@
 namespace qrv {
 
 // - qrvFileModificationDateInterval
-/// The modification time in whole seconds since the reference date, links followed; 0 when the file can't be
+/// The modification time in whole seconds since the reference date, following links; 0 if the file cannot be
 /// examined.
 double qrvFileModificationDateInterval(const NSString& self);
 // - qrvFileModificationDate
-/// The same as a date: the reference date itself for a missing file, never nil.
+/// The modification time as a date; the reference date for a missing file, never nil.
 NSDate qrvFileModificationDate(const NSString& self);
 // - qrvCompareFileModificationDate:
-/// Ascending when the receiver was changed before the other file.
+/// Ascending if the receiver was modified before the other file.
 NSComparisonResult qrvCompareFileModificationDate(const NSString& self, const NSString& other);
 // - qrvPathExists
-/// Something is there, links followed: a link without its target does not exist.
+/// Whether anything exists at the path, following links: a link without a target does not exist.
 bool qrvPathExists(const NSString& self);
 // - qrvFileExists
-/// A regular file is there, links followed.
+/// Whether the path leads to a regular file, following links.
 bool qrvFileExists(const NSString& self);
 // - qrvDirectoryExists
-/// A directory is there, links followed.
+/// Whether the path leads to a directory, following links.
 bool qrvDirectoryExists(const NSString& self);
 // - qrvSymbolicLinkExists
-/// The path itself is a symbolic link, whether or not its target is there.
+/// Whether the path itself is a symbolic link, with or without a target.
 bool qrvSymbolicLinkExists(const NSString& self);
 // - qrvSpotlightKeywords
-/// The keywords that the desktop keeps for the file; an empty array when there are none, never nil.
+/// The keywords that the desktop stores for the file; an empty array if there are none, never nil.
 NSArray qrvSpotlightKeywords(const NSString& self);
 
 } // namespace qrv

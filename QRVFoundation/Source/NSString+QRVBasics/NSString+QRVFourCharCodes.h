@@ -1,6 +1,6 @@
 #pragma once
 
-// Four-character codes: 32 bits as four characters of Mac OS Roman, the most significant byte first.
+// Four-character codes: 32 bits as four characters of Mac OS Roman, most significant byte first.
 
 #include "Platform/Foundation/NSString.h"
 
@@ -12,8 +12,8 @@ namespace qrv {
 /// 'TEXT' for 0x54455854; the unknown code for 0.
 NSString qrvStringWithFourCharCode(std::uint32_t code);
 // - qrvFourCharCodeValue
-/// The code of a text of exactly four units, or 0 when it has no Mac OS Roman form. Any other length, nil
-/// included, fails an assertion.
+/// Returns the code of a text of exactly four units, or 0 if it cannot be encoded in Mac OS Roman. Any other
+/// length, nil included, fails an assertion.
 std::uint32_t qrvFourCharCodeValue(const NSString& self);
 // + qrvUnknownCode
 /// Four U+0000.

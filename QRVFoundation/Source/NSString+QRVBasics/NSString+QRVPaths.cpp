@@ -33,7 +33,7 @@ NSString qrvMakeFileNameValidWithExtension_maxLength(const NSString& self, const
                                                      unsigned long maxLength) {
     const NSString suffix =
         extension.length() > 0 ? NSString::stringWithFormat(u".%@", extension) : NSString(u"");
-    // The characters come last: what goes then makes the name shorter, never longer.
+    // Characters are replaced last: that can shorten the name but not lengthen it.
     return qrvMakeFileNameCharactersValid(
         qrvStringByAddingSuffix_trimmingStemToTotal(self, suffix, maxLength));
 }

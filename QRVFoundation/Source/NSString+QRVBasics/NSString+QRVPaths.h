@@ -1,36 +1,36 @@
 #pragma once
 
-// Strings as paths and file names. Building them does not touch the disk; comparing standardises both paths,
-// which looks at symbolic links before "..".
+// Strings as paths and file names. Building them does not access the disk; comparing standardises both paths,
+// which resolves symbolic links before "..".
 
 #include "Platform/Foundation/NSString.h"
 
 namespace qrv {
 
 // + qrvMaxFileNameCharacters
-/// 255: the total for a file name, in UTF-16 units of canonical decomposition.
+/// 255: the maximum length of a file name, in UTF-16 units of its canonical decomposition.
 unsigned long qrvMaxFileNameCharacters();
 // + qrvMaxPathLength
-/// 1024: the longest path that callers may build, in bytes.
+/// 1024: the maximum length of a path, in bytes.
 unsigned long qrvMaxPathLength();
 
 // - qrvMakeFileNameCharactersValid
-/// Every "/" becomes ":", every U+FFFC (object replacement character) goes.
+/// Replaces "/" by ":" and removes U+FFFC (object replacement character).
 NSString qrvMakeFileNameCharactersValid(const NSString& self);
 // - qrvMakeFileNameValid
-/// A valid file name of at most the usual total; the extension stays whole.
+/// Makes a valid file name of at most the maximum length, without shortening the extension.
 NSString qrvMakeFileNameValid(const NSString& self);
 // - qrvMakeFileNameValidWithExtension:
-/// The same of the receiver as stem and the extension.
+/// Makes a valid file name with the receiver as stem and the extension.
 NSString qrvMakeFileNameValidWithExtension(const NSString& self, const NSString& extension);
 // - qrvMakeFileNameValidWithExtension:maxLength:
-/// The stem without as many composed characters at its end as make it fit with "." and the extension into the
-/// total; an empty or nil extension adds nothing. Fails an assertion when the extension and its dot exceed
-/// the total.
+/// Shortens the stem, by composed characters at its end, until it fits with "." and the extension into the
+/// maximum length; an empty or nil extension adds nothing. Fails an assertion if the extension and its dot
+/// alone exceed the length.
 NSString qrvMakeFileNameValidWithExtension_maxLength(const NSString& self, const NSString& extension,
                                                      unsigned long maxLength);
 // - qrvMakeFileNameValidForCarbon
-/// Every ":" becomes "/".
+/// Replaces ":" by "/".
 NSString qrvMakeFileNameValidForCarbon(const NSString& self);
 
 // - qrvParent
@@ -43,16 +43,16 @@ NSString qrvBasename(const NSString& self);
 // - qrvPathExtension
 NSString qrvPathExtension(const NSString& self);
 // - qrvChild:
-/// The path with the name as a further component.
+/// Appends the name as a path component.
 NSString qrvChild(const NSString& self, const NSString& name);
 // - qrvWithExtension:
 NSString qrvWithExtension(const NSString& self, const NSString& extension);
 
 // - qrvPathContainsPath:
-/// The argument is the receiver or something below it, by whole components. False for nil.
+/// Whether the argument is the receiver or below it, by whole components. False for nil.
 bool qrvPathContainsPath(const NSString& self, const NSString& path);
 // - qrvPathIsEqual:
-/// Both are the same path once standardised. False for nil.
+/// Whether both are the same path after standardising. False for nil.
 bool qrvPathIsEqual(const NSString& self, const NSString& path);
 
 } // namespace qrv

@@ -30,7 +30,7 @@ NSString qrvLeftSingleGuillemet();
 NSString qrvRightSingleGuillemet();
 
 // - qrvDoubleQuotedString
-/// The text between typographic double quotes; nil counts as the empty text.
+/// Puts the text in typographic double quotes; nil counts as the empty text.
 NSString qrvDoubleQuotedString(const NSString& self);
 
 } // namespace qrv

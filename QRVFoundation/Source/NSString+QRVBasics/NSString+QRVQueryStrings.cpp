@@ -48,7 +48,7 @@ NSString queryByComponents(const std::vector<Pair>& pairs) {
         items.push_back(NSURLQueryItem::queryItemWithName_value(key, value));
     NSURLComponents components;
     components.setQueryItems(std::move(items));
-    // The components leave "+" and ";" alone, which some servers take for a blank and a delimiter.
+    // The components do not encode "+" and ";", which some servers read as a blank and a delimiter.
     static const NSCharacterSet allowed =
         NSCharacterSet::URLQueryAllowedCharacterSet().removing(u";+").adding(u"&=%");
     return components.percentEncodedQuery().stringByAddingPercentEncodingWithAllowedCharacters(allowed);

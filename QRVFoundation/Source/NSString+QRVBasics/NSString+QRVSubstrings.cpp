@@ -1,4 +1,4 @@
-// Parts of a text by index, whole composed characters among them.
+// Substrings by index, by composed characters too.
 
 #include "Platform/Foundation/NSException.h"
 #include "Platform/Foundation/Unicode.h"
@@ -10,8 +10,8 @@ namespace qrv {
 
 namespace {
 
-/// The longest start of the text that ends with a composed character and whose decomposition has no more than
-/// `limit` units. Walks forward, so that a long text costs no more than what is kept.
+/// Returns the longest prefix that ends with a composed character and whose decomposition has at most `limit`
+/// units. Walks forward, so that a long text costs no more than the part that is kept.
 std::u16string_view stemWithin(std::u16string_view text, std::size_t limit) {
     unicode::ComposedSequences sequences(text);
     std::size_t kept = 0;
@@ -88,7 +88,7 @@ NSString qrvStringByTruncatingMiddleAfterComposedLength(const NSString& self, st
 NSRange qrvRangeOfComposedCharacterSequencesInRange(const NSString& self, NSRange range) {
     if (self.isNil()) return {};
     const bool inside = range.location < self.length() && range.length <= self.length() - range.location;
-    // Nothing stands before the first unit.
+    // There is nothing before the first unit.
     if (!inside || range.location + range.length == 0) {
         throw NSException(NSRangeException,
                           NSString::stringWithFormat(u"Invalid range %@.", NSStringFromRange(range)));

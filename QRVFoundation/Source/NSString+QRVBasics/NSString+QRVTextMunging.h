@@ -1,7 +1,7 @@
 #pragma once
 
-// Parts of a text, searching and replacing in it, lines and characters. Indexes and lengths count UTF-16
-// units. A nil receiver gives nil, false or 0; "a copy" is the receiver itself, since strings never change.
+// Substrings, searching and replacing, lines and characters. Indexes and lengths count UTF-16 units. A nil
+// receiver gives nil, false or 0; "a copy" is the receiver itself, since strings are immutable.
 
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSCharacterSet.h"
@@ -13,105 +13,105 @@ namespace qrv {
 /// False for an index beyond the end.
 bool qrvHasCharacter_atIndex(const NSString& self, char16_t character, std::size_t index);
 // - qrvJoin:
-/// The elements' descriptions with the receiver between neighbours; nil for a nil array.
+/// Joins the elements' descriptions with the receiver as separator; a nil array gives nil.
 NSString qrvJoin(const NSString& self, const NSArray& array);
 
 // - qrvStringByEnsuringSuffix:
-/// The receiver, with the suffix added unless it ends with it. A nil suffix adds nothing.
+/// Appends the suffix unless the receiver ends with it. A nil suffix adds nothing.
 NSString qrvStringByEnsuringSuffix(const NSString& self, const NSString& suffix);
 // - qrvStringByAddingSuffix:trimmingStemToTotal:
-/// The receiver followed by the suffix, without as many composed characters at the end of the receiver as
-/// make both fit into `total` units of canonical decomposition. The suffix stays whole: one whose
-/// decomposition alone exceeds the total is the whole result. A suffix longer than the total (not decomposed)
-/// fails an assertion.
+/// Appends the suffix and removes composed characters at the receiver's end until both fit into `total` units
+/// of canonical decomposition. The suffix is never shortened: if its decomposition alone exceeds the total,
+/// it is the whole result. A suffix that is longer than the total without decomposition fails an assertion.
 NSString qrvStringByAddingSuffix_trimmingStemToTotal(const NSString& self, const NSString& suffix,
                                                      unsigned long total);
 
 // - qrvSubstringToString:
-/// What stands before the first occurrence; "" without one.
+/// Returns the part before the first occurrence; "" if there is none.
 NSString qrvSubstringToString(const NSString& self, const NSString& string);
 // - qrvSubstringFromString:
-/// What stands after the first occurrence; "" without one.
+/// Returns the part after the first occurrence; "" if there is none.
 NSString qrvSubstringFromString(const NSString& self, const NSString& string);
 // - qrvSubstringToIndex:
-/// The first units; all when there are no more.
+/// Returns the first units; all of them if there are no more.
 NSString qrvSubstringToIndex(const NSString& self, std::size_t index);
 // - qrvSubstringToComposedIndex:
-/// What stands before the composed character that holds the unit; all when the index is not inside.
+/// Returns the part before the composed character that contains the unit; everything if the index is out of
+/// range.
 NSString qrvSubstringToComposedIndex(const NSString& self, std::size_t index);
 // - qrvSubstringFromIndex:
-/// The units from there on; "" when the index is not inside.
+/// Returns the units from the index on; "" if it is out of range.
 NSString qrvSubstringFromIndex(const NSString& self, std::size_t index);
 // - qrvStringByChopping
-/// Without the last unit.
+/// Removes the last unit.
 NSString qrvStringByChopping(const NSString& self);
 // - qrvStringByChoppingComposedCharacter
-/// Without the last composed character; "" for less than two units.
+/// Removes the last composed character; "" for less than two units.
 NSString qrvStringByChoppingComposedCharacter(const NSString& self);
 // - qrvStringByTruncatingMiddleAfterComposedLength:
-/// At most `length` units of the start and of the end around one ellipsis, never a part of a composed
-/// character; the receiver when it has no more than twice as many units.
+/// Returns at most `length` units of the start and of the end with one ellipsis between them, never splitting
+/// a composed character; the receiver itself if it has at most twice as many units.
 NSString qrvStringByTruncatingMiddleAfterComposedLength(const NSString& self, std::size_t length);
 // - qrvRangeOfComposedCharacterSequencesInRange:
-/// The range widened to whole composed characters; a zero length widens around the unit before the location.
-/// Raises NSRangeException when the range is not inside or the location is at the end.
+/// Widens the range to whole composed characters; an empty range is widened around the unit before its
+/// location. Raises NSRangeException if the range is out of bounds or its location is at the end.
 NSRange qrvRangeOfComposedCharacterSequencesInRange(const NSString& self, NSRange range);
 
 // - qrvFirstSpaceComponent
-/// What stands before the first blank; all without one.
+/// Returns the part before the first blank; everything if there is none.
 NSString qrvFirstSpaceComponent(const NSString& self);
 // - qrvLastSpaceComponent
-/// What stands after the last blank; all without one.
+/// Returns the part after the last blank; everything if there is none.
 NSString qrvLastSpaceComponent(const NSString& self);
 // - qrvComponentsSeparatedByLineSeparators
-/// The lines without their terminators (LF, CR, CR LF, U+0085, U+2028, U+2029). One at the end adds no empty
-/// line; the empty text has no lines.
+/// Splits into lines without their terminators (LF, CR, CR LF, U+0085, U+2028, U+2029). A terminator at the
+/// end adds no empty line; the empty text has no lines.
 NSArray qrvComponentsSeparatedByLineSeparators(const NSString& self);
 // - qrvStringByNormalizingLineBreaks
-/// Every CR LF and every other CR becomes LF.
+/// Replaces every CR LF and every other CR by LF.
 NSString qrvStringByNormalizingLineBreaks(const NSString& self);
 
 // - qrvStringByReplacingString:withString:
-/// Every occurrence replaced; nil replaces by nothing.
+/// Replaces every occurrence; a nil replacement removes it.
 NSString qrvStringByReplacingString_withString(const NSString& self, const NSString& string,
                                                const NSString& replacement);
 // - qrvStringByReplacingFirstOccurrenceOfString:withString:
 NSString qrvStringByReplacingFirstOccurrenceOfString_withString(const NSString& self, const NSString& string,
                                                                 const NSString& replacement);
 // - qrvStringByExpandingKeysInDictionary:
-/// Every occurrence of each key replaced by the value's description, key after key in the dictionary's order,
-/// each on the result of the one before. Keys that are no strings are left out.
+/// Replaces every occurrence of each key by its value's description, key by key in the dictionary's order,
+/// each on the result of the previous one. Keys that are not strings are ignored.
 NSString qrvStringByExpandingKeysInDictionary(const NSString& self, const NSDictionary& dictionary);
 
 // - qrvContainsString:
-/// By units; false for an empty or nil argument, as in all these searches.
+/// Compares by units; false for an empty or nil argument, as in all these searches.
 bool qrvContainsString(const NSString& self, const NSString& string);
 // - qrvCaseInsensitiveContainsString:
 bool qrvCaseInsensitiveContainsString(const NSString& self, const NSString& string);
 // - qrvHasCaseInsensitivePrefix:
 bool qrvHasCaseInsensitivePrefix(const NSString& self, const NSString& prefix);
 // - qrvHasDiacriticPrefix:
-/// Whatever the diacritics and the width; the case counts.
+/// Ignores diacritics and width, but not case.
 bool qrvHasDiacriticPrefix(const NSString& self, const NSString& prefix);
 // - qrvHasDiacriticInsensitivePrefix:
-/// Whatever the diacritics, the width and the case.
+/// Ignores diacritics, width and case.
 bool qrvHasDiacriticInsensitivePrefix(const NSString& self, const NSString& prefix);
 // - qrvCaseInsensitiveIsEqual:
 /// False for anything but a string.
 bool qrvCaseInsensitiveIsEqual(const NSString& self, const id& object);
 
 // - qrvStringByStripping
-/// Without white space and line breaks at both ends.
+/// Removes white space and line breaks from both ends.
 NSString qrvStringByStripping(const NSString& self);
 // - qrvStringByTrimmingNulls
-/// Without any U+0000, wherever it stands.
+/// Removes every U+0000.
 NSString qrvStringByTrimmingNulls(const NSString& self);
 // - qrvStringByKeepingCharactersInSet:
-/// Only the units of the set, each tested by itself; nothing for a nil set.
+/// Keeps only the units of the set, each tested by itself; none if the set is nil.
 NSString qrvStringByKeepingCharactersInSet(const NSString& self, const NSCharacterSet& set);
 // - qrvStringByChunking:with:
-/// The separator before every unit whose index is a positive multiple of `length`. A length of 0 raises
-/// NSInvalidArgumentException on a text of two or more units.
+/// Inserts the separator before every unit whose index is a positive multiple of `length`. A length of 0
+/// raises NSInvalidArgumentException for a text of two or more units.
 NSString qrvStringByChunking_with(const NSString& self, std::size_t length, const NSString& separator);
 
 // - qrvContainsCharacter:
@@ -119,7 +119,7 @@ bool qrvContainsCharacter(const NSString& self, char16_t character);
 // - qrvCountOccurrencesOfCharacter:
 std::size_t qrvCountOccurrencesOfCharacter(const NSString& self, char16_t character);
 // - qrvMatchesCharacterSet:
-/// Every unit is in the set; true for the empty text.
+/// Whether every unit is in the set; true for the empty text.
 bool qrvMatchesCharacterSet(const NSString& self, const NSCharacterSet& set);
 
 } // namespace qrv

@@ -136,6 +136,40 @@ TEST_F(EnginePageTest, AResourceThatIsMissingDoesNotHoldUpThePage) {
     EXPECT_THAT(textOf(page_->screenPDF()), HasSubstr("Text"));
 }
 
+TEST_F(EnginePageTest, AnAddressThatIsNoneIsStoodInFor) {
+    load({{"http://[half/page.html", "<!DOCTYPE html><title>T</title><script src=s.js></script>"},
+          {{"http://[half/s.js", "document.title = 'Scripted'", "text/javascript"}}});
+    EXPECT_THAT(owner_.calls, Contains("title main Scripted"));
+}
+
+TEST_F(EnginePageTest, ALoadThatNobodyWaitedForIsWaitedForWhenAsked) {
+    open();
+    page_->waitForLoad(); // nothing to wait for
+    page_->loadArchive(makeArchive({{"http://a.example/", "<!DOCTYPE html><title>T</title><p>Text"}}));
+    page_->waitForLoad();
+    EXPECT_EQ(owner_.calls.back(), "finished main");
+    page_->waitForLoad();
+}
+
+TEST_F(EnginePageTest, MediaTypeAndBackgroundsAreAsAsked) {
+    const std::string page = "<style>.p{display:none}@media print{.s{display:none}.p{display:block}}"
+                             "body{background:red}</style><p class=s>Screen<p class=p>Print";
+    load(page);
+    page_->setMediaStyle(u"screen");
+    page_->setPrintsBackgrounds(true);
+    const NSData withBackground = page_->screenPDF();
+    EXPECT_THAT(textOf(withBackground), HasSubstr("Screen"));
+    EXPECT_THAT(textOf(withBackground), Not(HasSubstr("Print")));
+    page_.reset();
+    owner_.calls.clear();
+    load(page);
+    page_->setMediaStyle(u"print");
+    page_->setPrintsBackgrounds(false);
+    const NSData without = page_->paginatedPDF({612, 792}, 36);
+    EXPECT_THAT(textOf(without), HasSubstr("Print"));
+    EXPECT_THAT(textOf(without), Not(HasSubstr("Screen")));
+}
+
 // Frames
 
 TEST_F(EnginePageTest, FramesAreLoadedWithTheirArchives) {
@@ -193,7 +227,7 @@ TEST_F(EnginePageTest, AScriptedNavigationIsAllowedOther) {
            "<!DOCTYPE html><script>onload = () => setTimeout(() => location = 'b')</script>"},
           {{"http://a.example/b", "<!DOCTYPE html><title>Second</title>"}}});
     EXPECT_TRUE(waitFor("title main Second"));
-    EXPECT_THAT(owner_.calls, Contains("asked main 5 http://a.example/b"));
+    EXPECT_THAT(owner_.calls, Contains("asked main other http://a.example/b"));
 }
 
 TEST_F(EnginePageTest, RefusedNavigationsLeaveThePage) {
@@ -203,9 +237,9 @@ TEST_F(EnginePageTest, RefusedNavigationsLeaveThePage) {
            "<script>onload = () => { l.click(); setTimeout(() => f.submit(), 50);"
            "setTimeout(() => location.reload(), 100); }</script>"},
           {{"http://a.example/b", "<!DOCTYPE html><title>Second</title>"}}});
-    EXPECT_TRUE(waitFor("asked main 0 http://a.example/b"));
-    EXPECT_TRUE(waitFor("asked main 1 http://a.example/b"));
-    EXPECT_TRUE(waitFor("asked main 3 http://a.example/"));
+    EXPECT_TRUE(waitFor("asked main linkClicked http://a.example/b"));
+    EXPECT_TRUE(waitFor("asked main formSubmitted http://a.example/b"));
+    EXPECT_TRUE(waitFor("asked main reload http://a.example/"));
     linger();
     EXPECT_THAT(owner_.calls, Not(Contains("title main Second")));
     EXPECT_THAT(owner_.calls, Contains(StartsWith("committed main")).Times(1));

@@ -2,7 +2,7 @@
 
 // The owner of a page that writes down what it is told, one line for each call.
 
-#include "Platform/Engine/Page.h"
+#include "Platform/Engine/Loading/PageClient.h"
 
 #include <functional>
 #include <string>
@@ -10,6 +10,24 @@
 #include <vector>
 
 namespace qrv::engine {
+
+inline std::string nameOf(NavigationType type) {
+    switch (type) {
+    case NavigationType::linkClicked:
+        return "linkClicked";
+    case NavigationType::formSubmitted:
+        return "formSubmitted";
+    case NavigationType::backForward:
+        return "backForward";
+    case NavigationType::reload:
+        return "reload";
+    case NavigationType::formResubmitted:
+        return "formResubmitted";
+    case NavigationType::other:
+        return "other";
+    }
+    return {};
+}
 
 class RecordingClient : public PageClient {
 public:
@@ -38,8 +56,8 @@ public:
         record("failed " + name(frame) + " " + std::to_string(error.code()));
     }
 
-    bool shouldNavigate(const FrameID& frame, WebNavigationType type, const NSURL& url) override {
-        record("asked " + name(frame) + " " + std::to_string(type) + " " + text(url));
+    bool shouldNavigate(const FrameID& frame, NavigationType type, const NSURL& url) override {
+        record("asked " + name(frame) + " " + nameOf(type) + " " + text(url));
         return allows;
     }
 

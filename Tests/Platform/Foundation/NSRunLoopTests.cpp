@@ -41,7 +41,10 @@ protected:
         return loop_.runUntil(predicate, Clock::now() + 20s);
     }
 
+    void soon(NSRunLoop::Handler handler) { posted_.push_back(loop_.performSoon(std::move(handler))); }
+
     NSRunLoop loop_;
+    std::vector<NSRunLoop::Posted> posted_;
     int ends_[2];
 };
 
@@ -80,7 +83,7 @@ TEST_F(NSRunLoopTest, RunUntilDateProcessesWhatArrivesBeforeTheDate) {
     std::string order;
     auto timer = loop_.scheduleTimer(10ms, [&] {
         order += "t";
-        loop_.performSoon([&] { order += "p"; });
+        soon([&] { order += "p"; });
     });
     loop_.runUntilDate(NSDate::dateWithTimeIntervalSinceNow(0.3));
     EXPECT_EQ(order, "tp");
@@ -88,7 +91,7 @@ TEST_F(NSRunLoopTest, RunUntilDateProcessesWhatArrivesBeforeTheDate) {
 
 TEST_F(NSRunLoopTest, ADateInThePastRunsWhatIsReadyAndDoesNotBlock) {
     std::string order;
-    loop_.performSoon([&] { order += "p"; });
+    soon([&] { order += "p"; });
     write("x");
     auto readable = loop_.watchReadable(ends_[0], [&] { order += read(); });
     auto due = loop_.scheduleTimer(0ns, [&] { order += "t"; });
@@ -104,9 +107,9 @@ TEST_F(NSRunLoopTest, ADateInThePastEndsThoughHandlersPostThemselvesAgain) {
     int runs = 0;
     std::function<void()> again = [&] {
         ++runs;
-        loop_.performSoon(again);
+        soon(again);
     };
-    loop_.performSoon(again);
+    soon(again);
     loop_.runUntilDate(NSDate());
     EXPECT_GE(runs, 1);
     EXPECT_LE(runs, 3);
@@ -114,21 +117,21 @@ TEST_F(NSRunLoopTest, ADateInThePastEndsThoughHandlersPostThemselvesAgain) {
 
 TEST_F(NSRunLoopTest, ANilDateIsInThePast) {
     bool ran = false;
-    loop_.performSoon([&] { ran = true; });
+    soon([&] { ran = true; });
     loop_.runUntilDate(NSDate());
     EXPECT_TRUE(ran);
 }
 
 TEST_F(NSRunLoopTest, RunUntilAsksBeforeItRuns) {
     bool ran = false;
-    loop_.performSoon([&] { ran = true; });
+    soon([&] { ran = true; });
     EXPECT_TRUE(loop_.runUntil([] { return true; }, Clock::now() + 20s));
     EXPECT_FALSE(ran);
 }
 
 TEST_F(NSRunLoopTest, RunUntilStopsRightAfterTheEventThatMakesThePredicateHold) {
     int count = 0;
-    for (int i = 0; i < 5; ++i) loop_.performSoon([&] { ++count; });
+    for (int i = 0; i < 5; ++i) soon([&] { ++count; });
     EXPECT_TRUE(runUntil([&] { return count == 2; }));
     EXPECT_EQ(count, 2);
 }
@@ -141,7 +144,7 @@ TEST_F(NSRunLoopTest, RunUntilGivesUpAtTheDeadline) {
 
 TEST_F(NSRunLoopTest, RunUntilWithADeadlineInThePastRunsWhatIsReady) {
     bool ran = false;
-    loop_.performSoon([&] { ran = true; });
+    soon([&] { ran = true; });
     EXPECT_TRUE(loop_.runUntil([&] { return ran; }, Clock::now() - 1s));
 }
 
@@ -193,7 +196,7 @@ TEST_F(NSRunLoopTest, AWritableWatchWaitsWhileTheBufferIsFull) {
 TEST_F(NSRunLoopTest, ACancelledWatchIsSilentThoughItsEventIsAlreadyQueued) {
     int fired = 0;
     NSRunLoop::Watch watch;
-    loop_.performSoon([&] { watch.cancel(); });
+    soon([&] { watch.cancel(); });
     watch = loop_.watchReadable(ends_[0], [&] { ++fired; });
     write("x");
     loop_.runUntilDate(NSDate());
@@ -216,7 +219,7 @@ TEST_F(NSRunLoopTest, AWatchMayCancelItselfInItsHandler) {
 }
 
 TEST_F(NSRunLoopTest, WatchingWhatIsNotOpenThrows) {
-    EXPECT_THROW(loop_.watchReadable(-1, [] {}), std::system_error);
+    EXPECT_THROW(const auto watch = loop_.watchReadable(-1, [] {}), std::system_error);
 }
 
 TEST_F(NSRunLoopTest, TimersFireOnceInTheOrderOfTheirTimes) {
@@ -240,33 +243,102 @@ TEST_F(NSRunLoopTest, ADestroyedTimerIsSilent) {
 
 TEST_F(NSRunLoopTest, PerformSoonKeepsTheOrderAndNeverRunsAtOnce) {
     std::string order;
-    loop_.performSoon([&] {
-        loop_.performSoon([&] { order += "c"; });
+    soon([&] {
+        soon([&] { order += "c"; });
         order += "a";
     });
-    loop_.performSoon([&] { order += "b"; });
+    soon([&] { order += "b"; });
     EXPECT_EQ(order, "");
     EXPECT_TRUE(runUntil([&] { return order.size() == 3; }));
     EXPECT_EQ(order, "abc");
 }
 
-TEST_F(NSRunLoopTest, PerformSoonFromAnotherThreadWakesTheLoop) {
-    std::thread::id ranOn;
-    std::thread other([&] {
-        std::this_thread::sleep_for(20ms);
-        loop_.performSoon([&] { ranOn = std::this_thread::get_id(); });
+TEST_F(NSRunLoopTest, APostedFunctionRunsOnce) {
+    int runs = 0;
+    const auto posted = loop_.performSoon([&] { ++runs; });
+    loop_.runUntilDate(NSDate());
+    loop_.runUntilDate(NSDate());
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(NSRunLoopTest, APostedFunctionIsSilentAfterItsRegistration) {
+    std::string order;
+    {
+        const auto destroyed = loop_.performSoon([&] { order += "d"; });
+    }
+    auto cancelled = loop_.performSoon([&] { order += "c"; });
+    auto replaced = loop_.performSoon([&] { order += "r"; });
+    auto moved = loop_.performSoon([&] { order += "m"; });
+    cancelled.cancel();
+    replaced = loop_.performSoon([&] { order += "R"; });
+    const auto there = std::move(moved);
+    loop_.runUntilDate(NSDate());
+    EXPECT_EQ(order, "mR");
+}
+
+TEST_F(NSRunLoopTest, AnEarlierFunctionMayCancelALaterOne) {
+    bool ran = false;
+    NSRunLoop::Posted later;
+    const auto earlier = loop_.performSoon([&] { later.cancel(); });
+    later = loop_.performSoon([&] { ran = true; });
+    loop_.runUntilDate(NSDate());
+    loop_.runUntilDate(NSDate());
+    EXPECT_FALSE(ran);
+}
+
+TEST_F(NSRunLoopTest, AnOwnerMayBeDestroyedBeforeItsFunctionsRunAndByThem) {
+    struct Owner {
+        explicit Owner(NSRunLoop& loop) : loop_(loop) {}
+
+        void post(const NSRunLoop::Handler& handler) { posted_.push_back(loop_.performSoon(handler)); }
+
+        NSRunLoop& loop_;
+        std::vector<NSRunLoop::Posted> posted_;
+    };
+
+    std::string order;
+    auto first = std::make_unique<Owner>(loop_);
+    auto second = std::make_unique<Owner>(loop_);
+    first->post([&, kept = std::string("kept alive")] {
+        order += "1";
+        second.reset();
+        first.reset();
+        order += kept;
     });
-    EXPECT_TRUE(runUntil([&] { return ranOn != std::thread::id(); }));
-    other.join();
-    EXPECT_EQ(ranOn, std::this_thread::get_id());
+    first->post([&] { order += "2"; });
+    second->post([&] { order += "3"; });
+    loop_.runUntilDate(NSDate());
+    loop_.runUntilDate(NSDate());
+    EXPECT_EQ(order, "1kept alive");
+}
+
+TEST_F(NSRunLoopTest, AFunctionMayPutAnotherInItsPlace) {
+    std::string order;
+    NSRunLoop::Posted posted;
+    const auto alive = std::make_shared<int>(0);
+    posted = loop_.performSoon([&, alive] {
+        posted = loop_.performSoon([&] { order += "b"; });
+        order += alive ? "a" : "gone";
+    });
+    EXPECT_TRUE(runUntil([&] { return order.size() == 2; }));
+    EXPECT_EQ(order, "ab");
+    EXPECT_EQ(alive.use_count(), 1);
+}
+
+TEST_F(NSRunLoopTest, AFunctionThatHasRunHoldsNothing) {
+    const auto held = std::make_shared<int>(0);
+    const auto posted = loop_.performSoon([held] {});
+    EXPECT_EQ(held.use_count(), 2);
+    loop_.runUntilDate(NSDate());
+    EXPECT_EQ(held.use_count(), 1);
 }
 
 TEST_F(NSRunLoopTest, AHandlerMayRunTheLoopAgain) {
     std::string order;
     auto watch = loop_.watchReadable(ends_[0], [&] { order += read(); });
-    loop_.performSoon([&] {
+    soon([&] {
         order += "(";
-        loop_.performSoon([&] { order += "p"; });
+        soon([&] { order += "p"; });
         auto timer = loop_.scheduleTimer(1ms, [&] { write("r"); });
         EXPECT_TRUE(runUntil([&] { return order == "(pr"; }));
         order += ")";
@@ -297,8 +369,8 @@ TEST_F(NSRunLoopTest, AWatchFiresInALoopRunByItsOwnHandler) {
 
 TEST_F(NSRunLoopTest, AnExceptionOfAHandlerEndsTheRunAndLeavesTheLoopUsable) {
     bool ran = false;
-    loop_.performSoon([] { throw std::runtime_error("from the handler"); });
-    loop_.performSoon([&] { ran = true; });
+    soon([] { throw std::runtime_error("from the handler"); });
+    soon([&] { ran = true; });
     EXPECT_THROW(loop_.runUntilDate(NSDate::dateWithTimeIntervalSinceNow(5)), std::runtime_error);
     EXPECT_FALSE(ran);
     EXPECT_TRUE(runUntil([&] { return ran; }));
@@ -319,14 +391,17 @@ TEST_F(NSRunLoopTest, AWatchWhoseHandlerThrewStillWatches) {
 TEST_F(NSRunLoopTest, ARegistrationMayOutliveItsLoop) {
     NSRunLoop::Timer timer;
     NSRunLoop::Watch watch;
+    NSRunLoop::Posted posted;
     bool fired = false;
     {
         NSRunLoop shortLived;
         timer = shortLived.scheduleTimer(0ns, [&] { fired = true; });
+        posted = shortLived.performSoon([&] { fired = true; });
         watch = shortLived.watchReadable(ends_[0], [&] { fired = true; });
     }
     timer.cancel();
     watch.cancel();
+    posted.cancel();
     EXPECT_FALSE(fired);
 }
 

@@ -1,7 +1,5 @@
 #include "Platform/WebKit/DOMElement.h"
 
-#include "Tests/Platform/Foundation/Printing.h"
-
 #include <gtest/gtest.h>
 
 namespace qrv {
@@ -13,7 +11,6 @@ TEST(DOMElement, OfAFrameIsAFrameElement) {
         EXPECT_TRUE(element.isKindOfClass(DOMHTMLFrameElement::classInfo()));
         EXPECT_TRUE(element.isKindOfClass(DOMElement::classInfo()));
         EXPECT_FALSE(element.isKindOfClass(DOMHTMLIFrameElement::classInfo()));
-        EXPECT_EQ(element.tagName(), NSString(name));
     }
 }
 
@@ -37,12 +34,11 @@ TEST(DOMElement, OfAnotherNameIsOfNeitherKind) {
 
 TEST(DOMElement, OfNoNameIsNil) {
     EXPECT_TRUE(DOMElement::elementWithTagName(nullptr).isNil());
-    EXPECT_TRUE(DOMElement().tagName().isNil());
 }
 
 TEST(DOMElement, ComesBackFromAnUntypedHandle) {
     const id untyped = DOMElement::elementWithTagName(u"FRAME");
-    EXPECT_EQ(as<DOMElement>(untyped).tagName(), NSString(u"FRAME"));
+    EXPECT_TRUE(as<DOMElement>(untyped).isKindOfClass(DOMHTMLFrameElement::classInfo()));
 }
 
 } // namespace

@@ -10,6 +10,7 @@ namespace qrv {
 namespace {
 
 using engine::mainFrame;
+using engine::NavigationType;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -32,7 +33,10 @@ public:
         return frame == mainFrame ? NSString() : NSString::fromUTF8(frame);
     }
 
-    NSSize documentSize() override { return {700, 1500}; }
+    NSSize documentSize() override {
+        ++measurements;
+        return {700, 1500};
+    }
 
     NSData screenPDF() override { return NSData("screen"); }
 
@@ -48,6 +52,7 @@ public:
     NSSize viewSize;
     NSString mediaStyle;
     bool printsBackgrounds = false;
+    int measurements = 0;
 };
 
 /// All delegates in one: writes down what it is told.
@@ -205,7 +210,7 @@ TEST_F(WebViewTest, WithoutAPolicyDelegateEverythingIsAllowed) {
     view_->setPolicyDelegate(nullptr);
     load();
     EXPECT_EQ(FakePage::last->archives.size(), 1u);
-    EXPECT_TRUE(page().shouldNavigate(mainFrame, WebNavigationTypeLinkClicked, url("http://b/")));
+    EXPECT_TRUE(page().shouldNavigate(mainFrame, NavigationType::linkClicked, url("http://b/")));
 }
 
 TEST_F(WebViewTest, NilAndSubframesLoadNothing) {
@@ -452,7 +457,7 @@ TEST_F(WebViewTest, AFrameThatIsHeldOutlivesItsPlaceInTheView) {
     const WebFramePtr child = addFrame("F");
     page().loadStarted("F", url("http://f/"));
     page().loadCommitted("F", url("http://f/"), u"text/html");
-    EXPECT_EQ(child->frameElement().tagName(), NSString(u"F"));
+    EXPECT_TRUE(child->frameElement().isKindOfClass(DOMElement::classInfo()));
     EXPECT_NE(child->frameView(), nullptr);
     page().frameDetached("F");
     EXPECT_EQ(RecordingDelegate::urlOf(child->dataSource()), "http://f/");
@@ -508,16 +513,28 @@ TEST_F(WebViewTest, OwnerElementsHaveTheirClass) {
 
 // Questions
 
-TEST_F(WebViewTest, NavigationsAreAskedAboutWithTheirType) {
+TEST_F(WebViewTest, NavigationsAreAskedAbout) {
     loadAndFinish();
     const WebFramePtr child = addFrame("F");
     for (const bool allows : {true, false}) {
         delegate_.allows = allows;
-        EXPECT_EQ(page().shouldNavigate("F", WebNavigationTypeReload, url("http://b/")), allows);
+        EXPECT_EQ(page().shouldNavigate("F", NavigationType::reload, url("http://b/")), allows);
     }
     EXPECT_THAT(delegate_.calls, ElementsAre("policy 3 http://b/", "policy 3 http://b/"));
     EXPECT_EQ(delegate_.frames[0], child);
-    EXPECT_FALSE(page().shouldNavigate("unknown", WebNavigationTypeOther, url("http://b/")));
+    EXPECT_FALSE(page().shouldNavigate("unknown", NavigationType::other, url("http://b/")));
+}
+
+TEST_F(WebViewTest, NavigationsHaveTheTypesOfThePlatform) {
+    loadAndFinish();
+    for (const auto type :
+         {NavigationType::linkClicked, NavigationType::formSubmitted, NavigationType::backForward,
+          NavigationType::reload, NavigationType::formResubmitted, NavigationType::other}) {
+        page().shouldNavigate(mainFrame, type, url("http://b/"));
+    }
+    EXPECT_THAT(delegate_.calls,
+                ElementsAre("policy 0 http://b/", "policy 1 http://b/", "policy 2 http://b/",
+                            "policy 3 http://b/", "policy 4 http://b/", "policy 5 http://b/"));
 }
 
 TEST_F(WebViewTest, WindowsAreAskedAbout) {
@@ -554,6 +571,28 @@ TEST_F(WebViewTest, WithoutALoadDelegateLoadsGoOn) {
 
 // The view and what it draws
 
+TEST_F(WebViewTest, ADelegateNeedImplementNothing) {
+    WebFrameLoadDelegate load;
+    WebPolicyDelegate policy;
+    WebResourceLoadDelegate resources;
+    view_->setFrameLoadDelegate(&load);
+    view_->setPolicyDelegate(&policy);
+    view_->setResourceLoadDelegate(&resources);
+    loadAndFinish();
+    EXPECT_TRUE(
+        page().shouldNavigate(engine::mainFrame, engine::NavigationType::linkClicked, url("http://a/")));
+    page().windowRequested(url("http://a/"), u"name");
+    page().authenticationRequired(engine::mainFrame, url("http://a/"));
+    page().titleChanged(engine::mainFrame, u"Title");
+    EXPECT_EQ(view_->mainFrame()->dataSource()->pageTitle(), NSString(u"Title"));
+    page().loadStarted(engine::mainFrame, url("http://a/"));
+    page().loadFailed(engine::mainFrame, failure(-1));
+    page().loadStarted(engine::mainFrame, url("http://a/"));
+    page().loadCommitted(engine::mainFrame, url("http://a/"), u"text/html");
+    page().loadFailed(engine::mainFrame, failure(-1));
+    EXPECT_EQ(view_->mainFrame()->dataSource()->request().URL().absoluteString(), NSString(u"http://a/"));
+}
+
 TEST_F(WebViewTest, ThePageIsLaidOutInTheViewsSize) {
     EXPECT_EQ(FakePage::last->viewSize.width, 612);
     EXPECT_EQ(FakePage::last->viewSize.height, 792);
@@ -572,7 +611,9 @@ TEST_F(WebViewTest, TheMediaStyleReachesThePage) {
 TEST_F(WebViewTest, ThePreferencesReachThePageBeforeItDraws) {
     loadAndFinish();
     view_->preferences().setShouldPrintBackgrounds(true);
-    ASSERT_NE(view_->mainFrame()->frameView()->documentView(), nullptr);
+    NSView* document = view_->mainFrame()->frameView()->documentView();
+    ASSERT_NE(document, nullptr);
+    document->layout();
     EXPECT_TRUE(FakePage::last->printsBackgrounds);
 }
 
@@ -592,13 +633,23 @@ TEST_F(WebViewTest, TheDocumentHasItsSizeAndDrawsItself) {
     loadAndFinish();
     NSView* document = view_->mainFrame()->frameView()->documentView();
     ASSERT_NE(document, nullptr);
-    EXPECT_EQ(document->frame().size.width, 700);
-    EXPECT_EQ(document->frame().size.height, 1500);
+    EXPECT_TRUE(document->bounds().isEmpty());
+    document->layout();
+    EXPECT_EQ(document->frame().size, (NSSize{700, 1500}));
     EXPECT_EQ(document->dataWithPDFInsideRect(document->bounds()).bytes(), "screen");
     EXPECT_TRUE(document->dataWithPDFInsideRect({}).isNil());
     document->setFrameSize({1, 1});
     document->layout();
     EXPECT_EQ(document->frame().size.height, 1500);
+}
+
+TEST_F(WebViewTest, ThePageIsMeasuredForTheLayoutOnly) {
+    loadAndFinish();
+    NSView* document = view_->mainFrame()->frameView()->documentView();
+    EXPECT_EQ(FakePage::last->measurements, 0);
+    document->layout();
+    document->dataWithPDFInsideRect(document->bounds());
+    EXPECT_EQ(FakePage::last->measurements, 1);
 }
 
 } // namespace

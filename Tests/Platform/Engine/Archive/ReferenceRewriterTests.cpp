@@ -76,15 +76,15 @@ TEST(ReferenceRewriter, TakesTimeInProportionToTheText) {
 }
 
 TEST(ReferenceRewriter, TheSyntaxIsThatOfTheType) {
-    for (const char* type : {"text/html", "application/xhtml+xml", "image/svg+xml", "text/xml"}) {
-        EXPECT_EQ(referenceSyntax(type), ReferenceSyntax::markup) << type;
+    const auto syntaxOf = [](const char* type) { return referenceSyntax(MIMEType(type)); };
+    for (const char* type : {"text/html", "Text/HTML; charset=utf-8", "image/svg+xml"}) {
+        EXPECT_EQ(syntaxOf(type), ReferenceSyntax::markup) << type;
     }
-    for (const char* type :
-         {"text/css", "text/javascript", "application/javascript", "application/x-javascript"}) {
-        EXPECT_EQ(referenceSyntax(type), ReferenceSyntax::anywhere) << type;
+    for (const char* type : {"text/css", "text/css;charset=utf-8", "application/x-javascript"}) {
+        EXPECT_EQ(syntaxOf(type), ReferenceSyntax::anywhere) << type;
     }
     for (const char* type : {"text/plain", "image/png", "application/json", ""}) {
-        EXPECT_EQ(referenceSyntax(type), ReferenceSyntax::none) << type;
+        EXPECT_EQ(syntaxOf(type), ReferenceSyntax::none) << type;
     }
 }
 

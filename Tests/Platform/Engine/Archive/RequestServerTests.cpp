@@ -253,6 +253,16 @@ TEST_F(RequestServerTest, AbsoluteReferencesToLocalFilesLeadToTheStandIn) {
                     "http://token.example/d/t -> file:///"));
 }
 
+TEST_F(RequestServerTest, ParametersOfATypeDoNotHideTheReferencesInAText) {
+    serve({{"file:///d/page", "<img src=\"file:///d/i.png\">", "Text/HTML; charset=utf-8"},
+           {{"file:///d/s.css", "@import 'file:///t.css'", "text/css;charset=utf-8"}}});
+    askForDocument("http://token.example/d/page");
+    ask("http://token.example/d/s.css");
+    EXPECT_THAT(take(),
+                ElementsAre("http://token.example/d/page -> <img src=\"http://token.example/d/i.png\">",
+                            "http://token.example/d/s.css -> @import 'http://token.example/t.css'"));
+}
+
 TEST_F(RequestServerTest, WorkersSeeTheMainPagesResources) {
     serve({{"http://a/", "page"}, {{"http://a/w.js", "script"}}});
     server_.attach("worker");

@@ -57,7 +57,7 @@ TEST(ResourceResponse, KindsOfTextAreShownAsPlainText) {
 }
 
 TEST(ResourceResponse, TypesAndEncodingsBeginNoOtherHeader) {
-    EXPECT_EQ(contentType(hostile("text/html\r\nSet-Cookie: a=b"), false), "text/htmlset-cookie:ab");
+    EXPECT_EQ(contentType(hostile("text/html\r\nSet-Cookie: a=b"), false), "text/html");
     EXPECT_EQ(contentType(hostile("text/html", "utf-8\r\n\r\n<script>"), false),
               "text/html; charset=utf-8script");
     EXPECT_EQ(contentType(hostile("text/html\n", "\tutf-8 "), false), "text/html; charset=utf-8");

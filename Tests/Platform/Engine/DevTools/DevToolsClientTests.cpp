@@ -16,6 +16,8 @@ class DevToolsClientTest : public ::testing::Test {
 protected:
     void turn() { loop_.runUntilDate(NSDate()); }
 
+    void soon(NSRunLoop::Handler handler) { posted_.push_back(loop_.performSoon(std::move(handler))); }
+
     DevToolsClient::ReplyHandler record() {
         return [this](const DevToolsReply& reply) { replies_.push_back(reply); };
     }
@@ -27,6 +29,7 @@ protected:
     }
 
     NSRunLoop loop_;
+    std::vector<NSRunLoop::Posted> posted_;
     ScriptedTransport transport_;
     std::unique_ptr<DevToolsClient> client_ = std::make_unique<DevToolsClient>(transport_, loop_);
     std::vector<DevToolsReply> replies_;
@@ -165,14 +168,14 @@ TEST_F(DevToolsClientTest, TheEndOfASessionAnswersItsCommandsOnly) {
 }
 
 TEST_F(DevToolsClientTest, CallReturnsTheReply) {
-    loop_.performSoon([this] { transport_.reply(1, Json::object({{"x", 1}})); });
+    soon([this] { transport_.reply(1, Json::object({{"x", 1}})); });
     DevToolsReply reply = client_->call("page", "A", {}, 20s);
     EXPECT_TRUE(reply.ok());
     EXPECT_EQ(reply.result["x"].integer(), 1);
 }
 
 TEST_F(DevToolsClientTest, CallEndsWithTheConnection) {
-    loop_.performSoon([this] { transport_.end("gone"); });
+    soon([this] { transport_.end("gone"); });
     DevToolsReply reply = client_->call("page", "A", {}, 20s);
     EXPECT_EQ(reply.status, Status::closed);
     EXPECT_EQ(reply.errorMessage, "gone");
@@ -183,26 +186,33 @@ TEST_F(DevToolsClientTest, CallGivesUpAtItsTimeoutAndDropsTheLateReply) {
     DevToolsReply reply = client_->call("page", "A", {}, 10ms);
     EXPECT_EQ(reply.status, Status::timedOut);
     transport_.reply(1, {});
-    loop_.performSoon([this] { transport_.reply(2, {}); });
+    soon([this] { transport_.reply(2, {}); });
     EXPECT_TRUE(client_->call("page", "B", {}, 20s).ok());
 }
 
 TEST_F(DevToolsClientTest, CallsNestInsideListeners) {
     auto subscription = client_->listen("page", "E", [this](const Json&) {
-        loop_.performSoon([this] {
+        soon([this] {
             transport_.reply(2, "inner");
             transport_.reply(1, "outer");
         });
         events_ += client_->call("page", "Inner", {}, 20s).result.string();
     });
-    loop_.performSoon([this] { transport_.emit("page", "E", {}); });
+    soon([this] { transport_.emit("page", "E", {}); });
     events_ += client_->call("page", "Outer", {}, 20s).result.string();
     EXPECT_EQ(events_, "innerouter");
 }
 
 TEST_F(DevToolsClientTest, CallSurvivesTheDestructionOfTheClient) {
-    loop_.performSoon([this] { client_.reset(); });
+    soon([this] { client_.reset(); });
     EXPECT_EQ(client_->call("page", "A", {}, 20s).status, Status::closed);
+}
+
+TEST_F(DevToolsClientTest, CallSurvivesTheDestructionOfAClientThatHasAnAnswerForIt) {
+    transport_.nextResult = DevToolsTransport::SendResult::tooLarge;
+    soon([this] { client_.reset(); });
+    const DevToolsReply reply = client_->call("page", "A", {}, 20s);
+    EXPECT_EQ(reply.errorMessage, "the client was destroyed");
 }
 
 TEST_F(DevToolsClientTest, EventsGoToTheListenersOfTheirSessionAndMethod) {
@@ -269,6 +279,29 @@ TEST_F(DevToolsClientTest, CallbacksOfADestroyedClientAreDropped) {
     client_.reset();
     turn();
     EXPECT_TRUE(replies_.empty());
+}
+
+TEST_F(DevToolsClientTest, ACallbackMayDestroyTheClientThatHasMoreToCall) {
+    client_->send({}, "A", {}, [this](const DevToolsReply&) { client_.reset(); });
+    client_->send({}, "B", {}, record());
+    client_->setClosedHandler([this](const std::string& reason) { events_ += reason; });
+    transport_.end("gone");
+    turn();
+    turn();
+    EXPECT_EQ(client_, nullptr);
+    EXPECT_TRUE(replies_.empty());
+    EXPECT_EQ(events_, "");
+}
+
+TEST_F(DevToolsClientTest, ACallbackMaySendWhatIsAnsweredLater) {
+    transport_.end("gone");
+    int answers = 0;
+    DevToolsClient::ReplyHandler again = [&](const DevToolsReply&) {
+        if (++answers < 100) client_->send({}, "A", {}, again);
+    };
+    client_->send({}, "A", {}, again);
+    loop_.runUntil([&] { return answers == 100; }, std::chrono::steady_clock::now() + 20s);
+    EXPECT_EQ(answers, 100);
 }
 
 TEST_F(DevToolsClientTest, ASubscriptionMayOutliveItsClient) {

@@ -148,18 +148,6 @@ TEST_F(DevToolsPipeTest, MessagesThatCameBeforeAFailedWriteAreDelivered) {
     EXPECT_EQ(closings_.size(), 1u);
 }
 
-TEST_F(DevToolsPipeTest, AfterClosingNoHandlerIsCalled) {
-    connect();
-    farWrites(std::string_view("a\0b\0", 4));
-    EXPECT_TRUE(runUntil([&] { return messages_.size() == 1; }));
-    pipe_->close();
-    runUntil([] { return false; }, 20ms);
-    EXPECT_EQ(messages_, (Messages{"a"}));
-    EXPECT_TRUE(closings_.empty());
-    char byte;
-    EXPECT_EQ(::read(far_.get(), &byte, 1), 0);
-}
-
 TEST_F(DevToolsPipeTest, AHandlerMayRunTheLoopAndGetsTheNextMessagesThere) {
     connect();
     pipe_->setMessageHandler([this](std::string_view message) {

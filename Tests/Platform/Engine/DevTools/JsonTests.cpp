@@ -43,7 +43,6 @@ TEST(Json, FallbacksStandInForOtherKinds) {
     EXPECT_EQ(Json(1.5).integer(-1), -1);
     EXPECT_EQ(Json(1e300).integer(-1), -1);
     EXPECT_EQ(Json(12).size(), 0u);
-    EXPECT_TRUE(Json(12).members().empty());
     EXPECT_TRUE(Json(12).elements().empty());
 }
 
@@ -115,12 +114,11 @@ TEST(Json, StringsWithControlsAndZerosSurviveTheRoundTrip) {
 }
 
 TEST(Json, IteratesInOrder) {
-    auto json = Json::parse(R"({"z":1,"a":2,"m":[3,4]})");
+    auto json = Json::parse(R"({"m":[3,"a",[]]})");
     ASSERT_TRUE(json);
     std::string seen;
-    for (const auto& [key, value] : json->members()) seen += key + "=" + value.serialize() + ";";
     for (const Json& element : (*json)["m"].elements()) seen += element.serialize() + ";";
-    EXPECT_EQ(seen, "z=1;a=2;m=[3,4];3;4;");
+    EXPECT_EQ(seen, "3;\"a\";[];");
 }
 
 TEST(Json, APartOutlivesItsDocument) {
@@ -130,13 +128,6 @@ TEST(Json, APartOutlivesItsDocument) {
         part = (*json)["a"];
     }
     EXPECT_EQ(part["b"].string(), "kept");
-}
-
-TEST(Json, ComparesByValue) {
-    EXPECT_EQ(*Json::parse(R"({"a":1,"b":[null]})"), Json::object({{"b", Json::array({Json()})}, {"a", 1}}));
-    EXPECT_FALSE(Json("1") == Json(1));
-    EXPECT_EQ(Json(), Json(nullptr));
-    EXPECT_FALSE(Json() == Json(0));
 }
 
 TEST(Json, IsReadFromSeveralThreads) {

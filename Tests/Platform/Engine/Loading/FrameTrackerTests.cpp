@@ -114,7 +114,7 @@ TEST_F(FrameTrackerTest, TheOwnersLoadIsNeitherAskedAboutNorAnnounced) {
 TEST_F(FrameTrackerTest, OnlyTheFirstLoadIsTheOwners) {
     loadMainFrame();
     load("M", "http://b/");
-    EXPECT_THAT(owner_.calls, ElementsAre("asked main 5 http://b/", "started main http://b/",
+    EXPECT_THAT(owner_.calls, ElementsAre("asked main other http://b/", "started main http://b/",
                                           "committed main http://b/ text/html", "finished main"));
 }
 
@@ -125,8 +125,9 @@ TEST_F(FrameTrackerTest, ASubframesLoadIsAskedAboutOnce) {
     start("F", "http://f/");
     commit("F", "http://f/");
     stop("F");
-    EXPECT_THAT(owner_.calls, ElementsAre("attached F to main", "asked F 5 http://f/", "started F http://f/",
-                                          "committed F http://f/ text/html", "finished F"));
+    EXPECT_THAT(owner_.calls,
+                ElementsAre("attached F to main", "asked F other http://f/", "started F http://f/",
+                            "committed F http://f/ text/html", "finished F"));
 }
 
 TEST_F(FrameTrackerTest, KnowsParents) {
@@ -195,7 +196,7 @@ TEST_F(FrameTrackerTest, ANewNavigationEndsTheWaitForATitle) {
     owner_.take();
     start("M", "http://b/");
     EXPECT_THAT(owner_.take(),
-                ElementsAre("finished main", "asked main 5 http://b/", "started main http://b/"));
+                ElementsAre("finished main", "asked main other http://b/", "started main http://b/"));
     titleAnswers_.at(0)(u"Old");
     EXPECT_THAT(owner_.calls, IsEmpty());
     commit("M", "http://b/");
@@ -345,7 +346,7 @@ TEST_F(FrameTrackerTest, AFrameThatMovesToAnotherProcessStays) {
 struct TypeCase {
     const char* reason; // null when no frame asked
     const char* navigationType;
-    WebNavigationType type;
+    NavigationType type;
 };
 
 void PrintTo(const TypeCase& test, std::ostream* out) {
@@ -359,7 +360,7 @@ TEST_P(NavigationTypeTest, IsAskedAboutAndAllowed) {
     if (GetParam().reason) request("M", "http://b/", GetParam().reason);
     start("M", "http://b/", GetParam().navigationType);
     EXPECT_FALSE(tracker_.isRefused("M"));
-    const std::string type = std::to_string(GetParam().type);
+    const std::string type = nameOf(GetParam().type);
     EXPECT_THAT(owner_.calls, ElementsAre("asked main " + type + " http://b/", "started main http://b/"));
 }
 
@@ -372,26 +373,26 @@ TEST_P(NavigationTypeTest, IsRefusedAndLeavesThePageAlone) {
     failRequest("L", "net::ERR_ABORTED");
     stop("M");
     EXPECT_FALSE(tracker_.isRefused("M"));
-    const std::string type = std::to_string(GetParam().type);
+    const std::string type = nameOf(GetParam().type);
     EXPECT_THAT(owner_.calls, ElementsAre("asked main " + type + " http://b/"));
 }
 
 INSTANTIATE_TEST_SUITE_P(
     FrameTrackerTest, NavigationTypeTest,
-    ::testing::Values(TypeCase{"anchorClick", "differentDocument", WebNavigationTypeLinkClicked},
-                      TypeCase{"formSubmissionGet", "differentDocument", WebNavigationTypeFormSubmitted},
-                      TypeCase{"formSubmissionPost", "differentDocument", WebNavigationTypeFormSubmitted},
-                      TypeCase{"reload", "reload", WebNavigationTypeReload},
-                      TypeCase{"scriptInitiated", "differentDocument", WebNavigationTypeOther},
-                      TypeCase{"metaTagRefresh", "differentDocument", WebNavigationTypeOther},
-                      TypeCase{"httpHeaderRefresh", "differentDocument", WebNavigationTypeOther},
-                      TypeCase{"initialFrameNavigation", "differentDocument", WebNavigationTypeOther},
-                      TypeCase{nullptr, "reload", WebNavigationTypeReload},
-                      TypeCase{nullptr, "reloadBypassingCache", WebNavigationTypeReload},
-                      TypeCase{nullptr, "historyDifferentDocument", WebNavigationTypeBackForward},
-                      TypeCase{nullptr, "restore", WebNavigationTypeBackForward},
-                      TypeCase{nullptr, "restoreWithPost", WebNavigationTypeFormResubmitted},
-                      TypeCase{nullptr, "differentDocument", WebNavigationTypeOther}));
+    ::testing::Values(TypeCase{"anchorClick", "differentDocument", NavigationType::linkClicked},
+                      TypeCase{"formSubmissionGet", "differentDocument", NavigationType::formSubmitted},
+                      TypeCase{"formSubmissionPost", "differentDocument", NavigationType::formSubmitted},
+                      TypeCase{"reload", "reload", NavigationType::reload},
+                      TypeCase{"scriptInitiated", "differentDocument", NavigationType::other},
+                      TypeCase{"metaTagRefresh", "differentDocument", NavigationType::other},
+                      TypeCase{"httpHeaderRefresh", "differentDocument", NavigationType::other},
+                      TypeCase{"initialFrameNavigation", "differentDocument", NavigationType::other},
+                      TypeCase{nullptr, "reload", NavigationType::reload},
+                      TypeCase{nullptr, "reloadBypassingCache", NavigationType::reload},
+                      TypeCase{nullptr, "historyDifferentDocument", NavigationType::backForward},
+                      TypeCase{nullptr, "restore", NavigationType::backForward},
+                      TypeCase{nullptr, "restoreWithPost", NavigationType::formResubmitted},
+                      TypeCase{nullptr, "differentDocument", NavigationType::other}));
 
 TEST_F(FrameTrackerTest, AnAnswerCountsForOneNavigation) {
     loadMainFrame();
@@ -411,8 +412,8 @@ TEST_F(FrameTrackerTest, ARefusedNavigationLeavesTheLoadOfThePageAlone) {
     owner_.allows = false;
     start("M", "http://b/", "reload");
     stop("M");
-    EXPECT_THAT(owner_.calls,
-                ElementsAre("committed main http://a/ text/html", "asked main 3 http://b/", "finished main"));
+    EXPECT_THAT(owner_.calls, ElementsAre("committed main http://a/ text/html", "asked main reload http://b/",
+                                          "finished main"));
 }
 
 TEST_F(FrameTrackerTest, ARefusedNavigationThatHappensAllTheSameIsAnnounced) {
@@ -433,7 +434,7 @@ TEST_F(FrameTrackerTest, AMissingDocumentFailsAndTheOldPageStays) {
     failRequest("L", "net::ERR_ABORTED");
     stop("F");
     EXPECT_THAT(owner_.take(),
-                ElementsAre("asked F 5 http://missing/", "started F http://missing/", "failed F -999"));
+                ElementsAre("asked F other http://missing/", "started F http://missing/", "failed F -999"));
     EXPECT_EQ(owner_.lastError.domain(), NSString(NSURLErrorDomain));
     stop("F");
     EXPECT_THAT(owner_.calls, IsEmpty());
@@ -504,8 +505,8 @@ TEST_F(FrameTrackerTest, ANavigationBeforeTheLastOneCommittedCancelsIt) {
     commit("M", "http://c/");
     stop("M");
     EXPECT_THAT(owner_.calls,
-                ElementsAre("asked main 5 http://b/", "started main http://b/", "failed main -999",
-                            "asked main 5 http://c/", "started main http://c/",
+                ElementsAre("asked main other http://b/", "started main http://b/", "failed main -999",
+                            "asked main other http://c/", "started main http://c/",
                             "committed main http://c/ text/html", "finished main"));
 }
 
@@ -514,7 +515,7 @@ TEST_F(FrameTrackerTest, TheOwnersLoadThatIsOvertakenFails) {
     start("M", "http://a/", "differentDocument", "L1");
     start("M", "http://b/", "differentDocument", "L2");
     EXPECT_THAT(owner_.calls,
-                ElementsAre("failed main -999", "asked main 5 http://b/", "started main http://b/"));
+                ElementsAre("failed main -999", "asked main other http://b/", "started main http://b/"));
 }
 
 // Windows
@@ -532,7 +533,7 @@ TEST_F(FrameTrackerTest, ANavigationWithoutADispositionStaysInItsFrame) {
     loadMainFrame();
     emit("Page.frameRequestedNavigation",
          {{"frameId", "M"}, {"url", "http://b/"}, {"reason", "anchorClick"}});
-    EXPECT_THAT(owner_.calls, ElementsAre("asked main 0 http://b/"));
+    EXPECT_THAT(owner_.calls, ElementsAre("asked main linkClicked http://b/"));
 }
 
 // The end of the engine
@@ -605,7 +606,7 @@ TEST_F(FrameTrackerTest, AFrameMayLeaveWhileItsFailureIsTold) {
     commit("F", "http://g/");
     EXPECT_EQ(tracker_.parentOf("F"), std::nullopt);
     EXPECT_EQ(std::count(owner_.calls.begin(), owner_.calls.end(), "detached F"), 5);
-    EXPECT_EQ(std::count(owner_.calls.begin(), owner_.calls.end(), "asked F 5 http://g/"), 0);
+    EXPECT_EQ(std::count(owner_.calls.begin(), owner_.calls.end(), "asked F other http://g/"), 0);
 }
 
 } // namespace

@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace qrv {
+namespace qrv::engine {
 namespace {
 
 using ::testing::HasSubstr;
@@ -89,4 +89,4 @@ TEST(PDFDestinationsTest, AcceptsOddDestinations) {
 }
 
 } // namespace
-} // namespace qrv
+} // namespace qrv::engine

@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace qrv {
+namespace qrv::engine {
 namespace {
 
 using ::testing::HasSubstr;
@@ -78,4 +78,4 @@ TEST(PDFGlyphTextsTest, FontsOfADocumentAreCorrected) {
 }
 
 } // namespace
-} // namespace qrv
+} // namespace qrv::engine

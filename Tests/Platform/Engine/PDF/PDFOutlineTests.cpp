@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace qrv {
+namespace qrv::engine {
 namespace {
 
 using ::testing::HasSubstr;
@@ -127,4 +127,4 @@ TEST(PDFOutlineTest, AcceptsOddOutlines) {
 }
 
 } // namespace
-} // namespace qrv
+} // namespace qrv::engine

@@ -10,7 +10,7 @@
 #include <limits>
 #include <sstream>
 
-namespace qrv {
+namespace qrv::engine {
 
 namespace {
 
@@ -325,4 +325,4 @@ TEST_F(PDFPageEditsTest, ServesTheEnginesPages) {
     }
 }
 
-} // namespace qrv
+} // namespace qrv::engine

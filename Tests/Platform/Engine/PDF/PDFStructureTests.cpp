@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-namespace qrv {
+namespace qrv::engine {
 namespace {
 
 using ::testing::HasSubstr;
@@ -65,4 +65,4 @@ TEST(PDFStructureTest, NothingIsMappedWithoutATree) {
 }
 
 } // namespace
-} // namespace qrv
+} // namespace qrv::engine

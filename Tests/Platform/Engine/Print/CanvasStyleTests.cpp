@@ -11,22 +11,22 @@ using ::testing::Not;
 // A root of 600 x 400 in a view of 600 x 800, with borders of 1, 2, 3 and 4 px.
 PageMeasurements bordered() {
     PageMeasurements m;
-    m.viewWidth = 600;
-    m.viewHeight = 800;
-    m.rootBorderTop = 1;
-    m.rootBorderRight = 2;
-    m.rootBorderBottom = 3;
-    m.rootBorderLeft = 4;
-    m.rootBorderTopColor = "red";
-    m.rootBorderRightColor = "blue";
-    m.rootBorderBottomColor = "green";
-    m.rootBorderLeftColor = "lime";
-    m.rootWidth = 594;
-    m.rootHeight = 396;
-    m.canvasImages = "none";
-    m.canvasPositionX = m.canvasPositionY = "0%";
-    m.canvasSize = "auto";
-    m.canvasRepeat = "repeat";
+    m.view.width = 600;
+    m.view.height = 800;
+    m.root.border.top = 1;
+    m.root.border.right = 2;
+    m.root.border.bottom = 3;
+    m.root.border.left = 4;
+    m.root.borderColor.top = "red";
+    m.root.borderColor.right = "blue";
+    m.root.borderColor.bottom = "green";
+    m.root.borderColor.left = "lime";
+    m.root.width = 594;
+    m.root.height = 396;
+    m.canvas.images = "none";
+    m.canvas.positionX = m.canvas.positionY = "0%";
+    m.canvas.size = "auto";
+    m.canvas.repeat = "repeat";
     return m;
 }
 
@@ -66,18 +66,18 @@ TEST(CanvasStyle, DrawsTheBorderThatTheRootHasLost) {
 
 TEST(CanvasStyle, DrawsTheSidesThereAre) {
     PageMeasurements m = bordered();
-    m.rootBorderRight = m.rootBorderBottom = m.rootBorderLeft = 0;
+    m.root.border.right = m.root.border.bottom = m.root.border.left = 0;
     EXPECT_EQ(canvas(m, boxAsView(m)).plan.imagesOnTop, "linear-gradient(red,red),");
-    m.rootBorderTop = 0;
+    m.root.border.top = 0;
     EXPECT_EQ(canvas(m, boxAsView(m)).plan.imagesOnTop, "");
 }
 
 TEST(CanvasStyle, BorderStandsBeforeTheImages) {
     PageMeasurements m = bordered();
-    m.rootBorderRight = m.rootBorderBottom = m.rootBorderLeft = 0;
-    m.canvasFromBody = m.canvasHasImage = true;
-    m.canvasImages = "url,url,url";
-    m.canvasRepeat = "repeat-x, repeat-y";
+    m.root.border.right = m.root.border.bottom = m.root.border.left = 0;
+    m.canvas.isBody = m.canvas.hasImage = true;
+    m.canvas.images = "url,url,url";
+    m.canvas.repeat = "repeat-x, repeat-y";
     Canvas drawn = canvas(m, boxAsView(m));
     EXPECT_EQ(drawn.plan.imageSource, "body");
     EXPECT_THAT(drawn.rule, HasSubstr("background-repeat:no-repeat,repeat-x,repeat-y,repeat-x!important"));
@@ -87,17 +87,17 @@ TEST(CanvasStyle, BorderStandsBeforeTheImages) {
 // The engine places images as if the root stood on the first page, at the left.
 TEST(CanvasStyle, ImagesReferToTheRootsPaddingBox) {
     PageMeasurements m = bordered();
-    m.canvasHasImage = true;
-    m.canvasImages = "linear-gradient";
-    m.rootMarginLeft = 30;
-    m.rootMarginTop = 20;
+    m.canvas.hasImage = true;
+    m.canvas.images = "linear-gradient";
+    m.root.marginLeft = 30;
+    m.root.marginTop = 20;
     Canvas moved = canvas(m, boxOnScreen(m));
     EXPECT_THAT(moved.rule, HasSubstr("background-position-x:calc(0% + 34px)"));
     EXPECT_THAT(moved.rule, HasSubstr("background-position-y:calc(0% + 821px)"));
     EXPECT_THAT(moved.rule, HasSubstr("background-size:594px 396px"));
     EXPECT_EQ(moved.plan.imageSource, "");
 
-    m.canvasIsFixed = true;
+    m.canvas.isFixed = true;
     EXPECT_THAT(canvas(m, boxOnScreen(m)).rule, HasSubstr("background-size:600px 800px"));
 }
 
@@ -109,13 +109,13 @@ TEST(CanvasStyle, ImagesReferToTheBoxTheirOriginNames) {
                  {"content-box", "594px 396px", "41px"}};
 
     PageMeasurements m = bordered();
-    m.canvasHasImage = true;
-    m.canvasImages = "linear-gradient";
-    m.rootMarginLeft = 30;
-    m.rootPaddingLeft = m.rootPaddingRight = 7;
-    m.rootPaddingTop = m.rootPaddingBottom = 10;
+    m.canvas.hasImage = true;
+    m.canvas.images = "linear-gradient";
+    m.root.marginLeft = 30;
+    m.root.padding.left = m.root.padding.right = 7;
+    m.root.padding.top = m.root.padding.bottom = 10;
     for (const auto& c : cases) {
-        m.canvasOrigin = c.origin;
+        m.canvas.origin = c.origin;
         std::string rule = canvas(m, boxAsView(m)).rule;
         EXPECT_THAT(rule, HasSubstr(c.size)) << c.origin;
         EXPECT_THAT(rule, HasSubstr(std::string("calc(0% + ") + c.left + ")")) << c.origin;
@@ -125,18 +125,18 @@ TEST(CanvasStyle, ImagesReferToTheBoxTheirOriginNames) {
 // It covers the root of the screen, 594 x 396, not the view.
 TEST(CanvasStyle, CoveringImageKeepsItsSize) {
     PageMeasurements m = bordered();
-    m.canvasHasImage = true;
-    m.canvasImages = "url";
-    m.canvasRatios = "3";
-    m.canvasSize = "cover";
+    m.canvas.hasImage = true;
+    m.canvas.images = "url";
+    m.canvas.ratios = "3";
+    m.canvas.size = "cover";
     EXPECT_THAT(canvas(m, boxAsView(m)).rule, HasSubstr(",1188px 396px!important"));
 }
 
 TEST(CanvasStyle, BodysColourCoversTheCanvas) {
     PageMeasurements m = bordered();
-    m.canvasColor = "rgb(1, 2, 3)";
+    m.canvas.color = "rgb(1, 2, 3)";
     EXPECT_THAT(canvas(m, boxOnScreen(m)).rule, Not(HasSubstr("background-color")));
-    m.canvasFromBody = true;
+    m.canvas.isBody = true;
     EXPECT_EQ(canvas(m, boxOnScreen(m)).rule,
               "html{background-color:rgb(1, 2, 3)!important;background-clip:border-box!important;}");
 }
@@ -144,11 +144,11 @@ TEST(CanvasStyle, BodysColourCoversTheCanvas) {
 // The head's place is counted from the root's padding box, that of its images from the document's corner.
 TEST(CanvasStyle, BoxBehindADocumentWithAnEffect) {
     PageMeasurements m = bordered();
-    m.scrollWidth = 900;
-    m.scrollHeight = 2000;
-    m.canvasHasImage = m.canvasFromBody = true;
-    m.canvasImages = "url";
-    m.canvasColor = "pink";
+    m.scroll.width = 900;
+    m.scroll.height = 2000;
+    m.canvas.hasImage = m.canvas.isBody = true;
+    m.canvas.images = "url";
+    m.canvas.color = "pink";
     RootBox box = boxAsView(m);
     box.marginLeft = 300;
     box.top = -5;

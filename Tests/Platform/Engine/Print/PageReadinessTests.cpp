@@ -18,13 +18,14 @@ public:
 
     SendResult send(std::string message) override {
         ScriptedTransport::send(std::move(message));
-        loop_.performSoon([this, command = sent.back()] { answer(command); });
+        answers_.push_back(loop_.performSoon([this, command = sent.back()] { answer(command); }));
         return SendResult::accepted;
     }
 
     double height = 3000;
     int imagesPending = 0; // for so many questions
     Json failed;
+    bool isSingleMedia = false;
     bool isSilent = false; // answers no script
     std::function<void()> onAwait;
     std::vector<std::string> words;
@@ -34,9 +35,9 @@ private:
         const std::string method = command["method"].string();
         const Json params = command["params"];
         Json value;
-        if (method == "Runtime.evaluate") {
+        if (method == "Runtime.callFunctionOn") {
             if (isSilent) return;
-            value = answerTo(params["expression"].string());
+            value = answerTo(params["functionDeclaration"].string(), params["arguments"]);
         } else if (method == "Emulation.setDeviceMetricsOverride") {
             words.push_back("height " + std::to_string(params["height"].integer()));
         } else if (method == "Emulation.setScriptExecutionDisabled") {
@@ -46,19 +47,23 @@ private:
               Json::object({{"executionContextId", 1}, {"result", Json::object({{"value", value}})}}));
     }
 
-    Json answerTo(const std::string& script) {
-        if (script.find("documentHeight:") != std::string::npos) {
+    Json answerTo(const std::string& script, const Json& arguments) {
+        if (script == scripts::awaitContents.source) {
             words.emplace_back("await");
             if (onAwait) onAwait();
-            return Json::object({{"documentHeight", height}, {"viewHeight", 792}, {"failed", failed}});
+            return Json::object({{"documentHeight", height},
+                                 {"viewHeight", 792},
+                                 {"isSingleMedia", isSingleMedia},
+                                 {"failedImages", failed}});
         }
-        if (script.find("(addresses)") != std::string::npos) {
-            words.push_back("substitute" + script.substr(script.rfind('(')));
+        if (script == scripts::substituteImages.source) {
+            words.push_back("substitute " + arguments[0]["value"].serialize());
             failed = {};
         }
-        if (script.find("held = true") != std::string::npos) words.emplace_back("hold");
-        if (script.find("reveal()") != std::string::npos) words.emplace_back("reveal");
-        if (script.find("cancel()") != std::string::npos) {
+        if (script == scripts::presentMedia.source) words.emplace_back("present");
+        if (script == scripts::holdView.source) words.emplace_back("hold");
+        if (script == scripts::reveal.source) words.emplace_back("reveal");
+        if (script == scripts::conclude.source) {
             words.emplace_back("conclude");
             return imagesPending > 0 ? imagesPending-- : 0;
         }
@@ -66,6 +71,7 @@ private:
     }
 
     NSRunLoop& loop_;
+    std::vector<NSRunLoop::Posted> answers_;
 };
 
 class PageReadinessTest : public ::testing::Test {
@@ -78,7 +84,7 @@ protected:
     NSRunLoop loop_;
     TallPage page_{loop_};
     DevToolsClient client_{page_, loop_};
-    PageWorld world_{client_, "page", "M"};
+    PageWorld world_{client_, "page", "M", {}};
     PageReadiness readiness_{world_, loop_};
 };
 
@@ -90,6 +96,12 @@ TEST_F(PageReadinessTest, APageInSightIsAwaitedAndStopped) {
 TEST_F(PageReadinessTest, ATallerPageIsLookedAtWholeBeforeItIsStopped) {
     EXPECT_THAT(settle(), ElementsAre("await", "hold", "height 3000", "reveal", "await", "stop", "height 792",
                                       "conclude"));
+}
+
+TEST_F(PageReadinessTest, ASinglePictureIsPresentedBeforeItIsStopped) {
+    page_.height = 792;
+    page_.isSingleMedia = true;
+    EXPECT_THAT(settle(), ElementsAre("await", "present", "stop"));
 }
 
 TEST_F(PageReadinessTest, TheTallViewHasItsBounds) {
@@ -105,7 +117,7 @@ TEST_F(PageReadinessTest, ImagesThatFailedAreChosenAnewFromWhatCanBeHad) {
         return chosen == "1x" ? std::vector<std::string>{"2x"} : std::vector<std::string>();
     });
     EXPECT_THAT(settle(), ElementsAre("await", "hold", "height 3000", "reveal", "await",
-                                      "substitute([\"2x\"])", "await", "stop", "height 792", "conclude"));
+                                      "substitute [\"2x\"]", "await", "stop", "height 792", "conclude"));
     EXPECT_THAT(asked, ElementsAre("1x", "2x"));
 }
 

@@ -24,27 +24,28 @@ public:
         const SendResult result = ScriptedTransport::send(std::move(message));
         if (result != SendResult::accepted) return result;
         const Json command = sent.back();
-        loop_.performSoon(
-            [this, command] { answer(command["id"], command["method"].string(), command["params"]); });
+        answers_.push_back(loop_.performSoon(
+            [this, command] { answer(command["id"], command["method"].string(), command["params"]); }));
         return result;
     }
 
-    int evaluationsToLose = 0;
     int printsToRefuse = 0;
     bool printsForEver = false;
     bool dies = false;
     bool keepsPromises = true;
-    Json title = "A page";
+    std::string scriptThatThrows;
     Json description;
     std::vector<std::string> prints; // the page ranges asked for
+    int measurements = 0;
+    int releases = 0; // of boxes
 
 private:
     void answer(const Json& id, const std::string& method, const Json& params) {
         if (dies && method == "Page.printToPDF") return end("gone");
         if (method == "Page.createIsolatedWorld") {
             reply(id.integer(), Json::object({{"executionContextId", ++worlds_}}));
-        } else if (method == "Runtime.evaluate") {
-            evaluate(id, params);
+        } else if (method == "Runtime.callFunctionOn") {
+            call(id, params);
         } else if (method == "Page.printToPDF") {
             prints.push_back(params["pageRanges"].string());
             if (printsForEver) return;
@@ -58,28 +59,23 @@ private:
         }
     }
 
-    void evaluate(const Json& id, const Json& params) {
+    void call(const Json& id, const Json& params) {
         if (params["awaitPromise"].boolean() && !keepsPromises) return;
-        if (evaluationsToLose-- > 0 || params["contextId"].integer() != worlds_) {
-            return refuse(id, "Cannot find context with specified id");
-        }
+        const std::string script = params["functionDeclaration"].string();
         Json value = true;
-        if (params["expression"].string() == "document.title") value = title;
-        if (params["expression"].string().find("scrollHeight") != std::string::npos) {
-            value = Json::object({{"viewWidth", 612},
-                                  {"viewHeight", 792},
-                                  {"scrollWidth", 612},
-                                  {"scrollHeight", 1000},
-                                  {"rootIsHtml", true},
-                                  {"hasBody", true},
-                                  {"rootDisplay", "block"},
-                                  {"bodyWritingMode", "horizontal-tb"},
-                                  {"bodyDirection", "ltr"},
-                                  {"rootWidth", 612},
-                                  {"rootHeight", 1000}});
+        if (script == scripts::measure.source) {
+            ++measurements;
+            value =
+                Json::object({{"view", Json::object({{"width", 612}, {"height", 792}})},
+                              {"scroll", Json::object({{"width", 612}, {"height", 1000}})},
+                              {"root", Json::object({{"isHtml", true}, {"width", 612}, {"height", 1000}})},
+                              {"body", Json::object({{"exists", true}})}});
         }
-        if (params["expression"].string() == describingScript()) value = description;
-        reply(id.integer(), Json::object({{"result", Json::object({{"value", value}})}}));
+        if (script == scripts::describe.source) value = description;
+        if (script == scripts::releaseBoxes.source) ++releases;
+        reply(id.integer(), script == scriptThatThrows
+                                ? Json::object({{"exceptionDetails", Json::object({{"text", "Uncaught"}})}})
+                                : Json::object({{"result", Json::object({{"value", value}})}}));
     }
 
     void refuse(const Json& id, const char* message) {
@@ -87,6 +83,7 @@ private:
     }
 
     NSRunLoop& loop_;
+    std::vector<NSRunLoop::Posted> answers_;
     std::int64_t worlds_ = 0;
 };
 
@@ -101,7 +98,8 @@ protected:
     NSRunLoop loop_;
     AnsweringTransport transport_{loop_};
     DevToolsClient client_{transport_, loop_};
-    PageRenderer renderer_{client_, loop_, "page", "M"};
+    PageWorld world_{client_, "page", "M", {}};
+    PageRenderer renderer_{client_, loop_, "page", world_};
 };
 
 TEST_F(PageRendererTest, MeasuresAndPrints) {
@@ -113,20 +111,36 @@ TEST_F(PageRendererTest, MeasuresAndPrints) {
     EXPECT_EQ(countOf("Runtime.terminateExecution"), 0u);
 }
 
-TEST_F(PageRendererTest, AWorldThatIsLostIsMadeAgain) {
-    transport_.evaluationsToLose = 2;
-    EXPECT_EQ(renderer_.title(), NSString(u"A page"));
-    EXPECT_EQ(countOf("Page.createIsolatedWorld"), 3u);
-    EXPECT_EQ(countOf("Runtime.terminateExecution"), 0u);
+TEST_F(PageRendererTest, APageIsMeasuredOnceInEachMode) {
+    EXPECT_EQ(renderer_.documentSize(), (NSSize{612, 1000}));
+    EXPECT_EQ(renderer_.documentSize(), (NSSize{612, 1000}));
+    EXPECT_FALSE(renderer_.screenPDF().isNil());
+    EXPECT_EQ(transport_.measurements, 1);
+    renderer_.setViewSize({500, 500});
+    EXPECT_FALSE(renderer_.screenPDF().isNil());
+    EXPECT_EQ(transport_.measurements, 2);
+    EXPECT_FALSE(renderer_.paginatedPDF({612, 792}, 36).isNil());
+    EXPECT_EQ(transport_.measurements, 3);
 }
 
-TEST_F(PageRendererTest, AWorldThatIsLostEachTimeEndsTheTrying) {
-    transport_.evaluationsToLose = 100;
-    EXPECT_EQ(renderer_.title(), std::nullopt);
-    EXPECT_EQ(countOf("Runtime.evaluate"), 3u);
+TEST_F(PageRendererTest, WhatCannotBeMeasuredIsNotPrinted) {
+    transport_.scriptThatThrows = scripts::measure.source;
     EXPECT_EQ(renderer_.documentSize(), NSSize());
     EXPECT_TRUE(renderer_.screenPDF().isNil());
+    EXPECT_TRUE(renderer_.paginatedPDF({612, 792}, 36).isNil());
     EXPECT_EQ(countOf("Page.printToPDF"), 0u);
+}
+
+TEST_F(PageRendererTest, WhatCannotBeDescribedIsPrinted) {
+    transport_.scriptThatThrows = scripts::describe.source;
+    EXPECT_FALSE(renderer_.screenPDF().isNil());
+}
+
+TEST_F(PageRendererTest, OnlySheetsReleaseBoxes) {
+    renderer_.screenPDF();
+    EXPECT_EQ(transport_.releases, 0);
+    renderer_.paginatedPDF({612, 792}, 36);
+    EXPECT_EQ(transport_.releases, 1);
 }
 
 TEST_F(PageRendererTest, APageThatNeverGetsReadyIsInterruptedOnce) {
@@ -137,14 +151,6 @@ TEST_F(PageRendererTest, APageThatNeverGetsReadyIsInterruptedOnce) {
     for (const Json& command : transport_.sent)
         promises += command["params"]["awaitPromise"].boolean() ? 1 : 0;
     EXPECT_EQ(promises, 1u);
-}
-
-TEST_F(PageRendererTest, APageMayHaveNoTitle) {
-    transport_.title = "";
-    ASSERT_TRUE(renderer_.title().has_value());
-    EXPECT_TRUE(renderer_.title()->isNil());
-    transport_.title = {};
-    EXPECT_TRUE(renderer_.title()->isNil());
 }
 
 TEST_F(PageRendererTest, TheDocumentsLanguageIsThatOfThePDF) {
@@ -178,8 +184,6 @@ TEST_F(PageRendererTest, AConnectionThatEndsWhilePrintingEndsThePrinting) {
     transport_.dies = true;
     const auto start = std::chrono::steady_clock::now();
     EXPECT_TRUE(renderer_.screenPDF().isNil());
-    EXPECT_EQ(renderer_.documentSize(), NSSize());
-    EXPECT_EQ(renderer_.title(), std::nullopt);
     EXPECT_TRUE(renderer_.paginatedPDF({612, 792}, 36).isNil());
     EXPECT_EQ(countOf("Page.printToPDF"), 1u);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));

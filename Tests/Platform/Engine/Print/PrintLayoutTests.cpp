@@ -1,5 +1,7 @@
 #include "Platform/Engine/Print/PrintLayout.h"
 
+#include "Platform/Engine/DevTools/Json.h"
+
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <limits>
@@ -13,17 +15,17 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 // An ordinary page: no document-wide styles but the engine's own.
 PageMeasurements page(double width, double height, double viewWidth = 612, double viewHeight = 792) {
     PageMeasurements m;
-    m.viewWidth = viewWidth;
-    m.viewHeight = viewHeight;
-    m.scrollWidth = width;
-    m.scrollHeight = height;
-    m.rootIsHtml = true;
-    m.hasBody = true;
-    m.rootWidth = viewWidth;
-    m.rootHeight = height;
-    m.bodyMarginLeft = 8;
-    m.bodyWidth = viewWidth - 16;
-    m.bodyHeight = height - 16;
+    m.view.width = viewWidth;
+    m.view.height = viewHeight;
+    m.scroll.width = width;
+    m.scroll.height = height;
+    m.root.isHtml = true;
+    m.body.exists = true;
+    m.root.width = viewWidth;
+    m.root.height = height;
+    m.body.marginLeft = 8;
+    m.body.width = viewWidth - 16;
+    m.body.height = height - 16;
     return m;
 }
 
@@ -49,12 +51,12 @@ std::string valueOf(const PrintPlan& plan, const std::string& selector, const st
 }
 
 TEST(PrintLayout, ScreenViewIsThePaperInPixels) {
-    EXPECT_EQ(screenView(612, 792).width, 612);
-    EXPECT_EQ(screenView(612, 792).height, 792);
-    EXPECT_EQ(screenView(595.28, 841.89).width, 595);
-    EXPECT_EQ(screenView(595.28, 841.89).height, 842);
-    EXPECT_EQ(screenView(nan, infinity).width, 72);
-    EXPECT_EQ(screenView(nan, infinity).height, 14400);
+    EXPECT_EQ(screenView({612, 792}).width, 612);
+    EXPECT_EQ(screenView({612, 792}).height, 792);
+    EXPECT_EQ(screenView({595.28, 841.89}).width, 595);
+    EXPECT_EQ(screenView({595.28, 841.89}).height, 842);
+    EXPECT_EQ(screenView({nan, infinity}).width, 72);
+    EXPECT_EQ(screenView({nan, infinity}).height, 14400);
 }
 
 TEST(PrintLayout, PaginatedViewIsWhatTheMarginsLeave) {
@@ -68,7 +70,7 @@ TEST(PrintLayout, PaginatedViewIsWhatTheMarginsLeave) {
 
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.width << " x " << c.height << " margin " << c.margin);
-        LayoutSize view = paginatedView(c.width, c.height, c.margin);
+        NSSize view = paginatedView({c.width, c.height}, c.margin);
         EXPECT_EQ(view.width, c.viewWidth);
         EXPECT_EQ(view.height, c.viewHeight);
     }
@@ -77,17 +79,20 @@ TEST(PrintLayout, PaginatedViewIsWhatTheMarginsLeave) {
 TEST(PrintLayout, ScreenPageIsTheLargerOfViewAndDocument) {
     struct {
         double width, height, pageWidth, pageHeight;
-    } cases[] = {{612, 3000, 612, 3000}, {612, 200, 612, 792},     {3000, 100, 3000, 792},
-                 {0, 0, 612, 792},       {900, 50000, 900, 50000}, {infinity, nan, 25'000'000, 792}};
+    } cases[] = {{612, 3000, 612, 3000},
+                 {612, 200, 612, 792},
+                 {3000, 100, 3000, 792},
+                 {0, 0, 612, 792},
+                 {900, 50000, 900, 50000}};
 
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.width << " x " << c.height);
         for (const PrintPlan& plan :
              {screenPlan(page(c.width, c.height)), plainScreenPlan(page(c.width, c.height))}) {
-            EXPECT_EQ(plan.pageWidth, c.pageWidth);
-            EXPECT_EQ(plan.pageHeight, c.pageHeight);
-            EXPECT_DOUBLE_EQ(plan.paperWidth, c.pageWidth * plan.shrink / 72);
-            EXPECT_DOUBLE_EQ(plan.paperHeight, c.pageHeight * plan.shrink / 72);
+            EXPECT_EQ(plan.page.width, c.pageWidth);
+            EXPECT_EQ(plan.page.height, c.pageHeight);
+            EXPECT_DOUBLE_EQ(plan.paper.width, c.pageWidth * plan.shrink / 72);
+            EXPECT_DOUBLE_EQ(plan.paper.height, c.pageHeight * plan.shrink / 72);
         }
     }
 }
@@ -109,8 +114,8 @@ TEST(PrintLayout, ScreenPlanPrintsThePageBehindTheViewport) {
 
 TEST(PrintLayout, RootsPaddingBoxBecomesTheView) {
     PageMeasurements m = page(612, 3000);
-    m.rootPaddingTop = 10;
-    m.rootHeight = 2990;
+    m.root.padding.top = 10;
+    m.root.height = 2990;
     PrintPlan plan = screenPlan(m);
     EXPECT_EQ(valueOf(plan, "html", "padding"), "10px 0px 0px 0px");
     EXPECT_EQ(valueOf(plan, "html", "contain-intrinsic-height"), "782px");
@@ -119,7 +124,7 @@ TEST(PrintLayout, RootsPaddingBoxBecomesTheView) {
     EXPECT_EQ(valueOf(plan, "html", "border-color"), "transparent");
     EXPECT_EQ(valueOf(plan, "body", "min-height"), "");
 
-    m.rootHeightIsAuto = false;
+    m.root.heightIsAuto = false;
     EXPECT_EQ(valueOf(screenPlan(m), "html", "height"), "782px");
 
     PrintPlan low = screenPlan(page(612, 200));
@@ -143,8 +148,8 @@ TEST(PrintLayout, BodyKeepsItsPlaceAcrossACutRoot) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         PageMeasurements m = page(980, 3000);
-        m.rootWidth = c.rootWidth;
-        m.rootMarginLeft = c.rootMargin;
+        m.root.width = c.rootWidth;
+        m.root.marginLeft = c.rootMargin;
         PrintPlan plan = screenPlan(m);
         EXPECT_EQ(valueOf(plan, "body", "margin-left"), c.left);
         for (const char* property : {"width", "min-width", "max-width"}) {
@@ -153,8 +158,8 @@ TEST(PrintLayout, BodyKeepsItsPlaceAcrossACutRoot) {
     }
 
     PageMeasurements zoomed = page(980, 3000);
-    zoomed.rootMarginLeft = -20;
-    zoomed.rootZoom = 2;
+    zoomed.root.marginLeft = -20;
+    zoomed.root.zoom = 2;
     EXPECT_EQ(valueOf(screenPlan(zoomed), "body", "margin-left"), "-2px");
 }
 
@@ -174,9 +179,9 @@ TEST(PrintLayout, BodyKeepsItsHeightInACutRootThatGaveIt) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         PageMeasurements m = page(612, 3000);
-        m.rootHeightIsAuto = c.rootIsAuto;
-        m.bodyHeightIsAuto = c.bodyIsAuto;
-        m.rootDisplay = c.display;
+        m.root.heightIsAuto = c.rootIsAuto;
+        m.body.heightIsAuto = c.bodyIsAuto;
+        m.root.display = c.display;
         EXPECT_EQ(valueOf(screenPlan(m), "body", "min-height"), c.minimum);
         EXPECT_EQ(valueOf(screenPlan(m), "body", "height"), c.height);
     }
@@ -184,8 +189,8 @@ TEST(PrintLayout, BodyKeepsItsHeightInACutRootThatGaveIt) {
 
 TEST(PrintLayout, RootThatContainsPositionedBoxesKeepsItsPaddingBox) {
     PageMeasurements m = page(612, 3000);
-    m.rootIsContainer = true;
-    m.rootMarginTop = 30;
+    m.root.isContainer = true;
+    m.root.marginTop = 30;
     PrintPlan plan = screenPlan(m);
     EXPECT_EQ(valueOf(plan, "html", "contain-intrinsic-height"), "3000px");
     EXPECT_EQ(valueOf(plan, "html", "padding"), "0px 0px 0px 0px");
@@ -193,7 +198,7 @@ TEST(PrintLayout, RootThatContainsPositionedBoxesKeepsItsPaddingBox) {
     EXPECT_EQ(valueOf(plan, "html", "border-style"), "");
 
     PageMeasurements low = page(612, 200);
-    low.rootIsContainer = true;
+    low.root.isContainer = true;
     EXPECT_EQ(valueOf(screenPlan(low), "html", "border-width"), "0px 0px 592px 0px");
 }
 
@@ -214,16 +219,16 @@ TEST(PrintLayout, FixedBoxesReferToTheView) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         PageMeasurements m = page(c.width, 3000);
-        m.bodyDirection = c.width > m.viewWidth ? "rtl" : "ltr";
-        m.rootIsContainer = c.isContainer;
-        m.rootContainsFixed = c.containsFixed;
+        m.body.direction = c.width > m.view.width ? "rtl" : "ltr";
+        m.root.isContainer = c.isContainer;
+        m.root.containsFixed = c.containsFixed;
         EXPECT_EQ(valueOf(screenPlan(m), "html", "contain"), c.containment);
     }
 }
 
 TEST(PrintLayout, RightToLeftPagesReachToTheLeftOfTheView) {
     PageMeasurements m = page(1500, 900);
-    m.bodyDirection = "rtl";
+    m.body.direction = "rtl";
     PrintPlan plan = screenPlan(m);
     EXPECT_EQ(valueOf(plan, "html", "margin"), "0.05px 0px 0px 888px");
     EXPECT_EQ(valueOf(plan, "html", "direction"), "ltr");
@@ -232,27 +237,27 @@ TEST(PrintLayout, RightToLeftPagesReachToTheLeftOfTheView) {
     EXPECT_EQ(valueOf(plan, "body", "width"), "596px");
     EXPECT_EQ(valueOf(screenPlan(page(1500, 900)), "body", "width"), "");
 
-    m.viewWidth = 720;
-    m.viewHeight = 960;
-    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "html", "margin"), "960px auto 0px 780px");
+    m.view.width = 720;
+    m.view.height = 960;
+    EXPECT_EQ(valueOf(paginatedPlan(m, {612, 792}, 36), "html", "margin"), "960px auto 0px 780px");
 }
 
 TEST(PrintLayout, BodysBackgroundMovesToTheRoot) {
     PageMeasurements m = page(612, 3000);
-    m.canvasFromBody = true;
-    m.canvasColor = "rgb(1, 2, 3)";
+    m.canvas.isBody = true;
+    m.canvas.color = "rgb(1, 2, 3)";
     PrintPlan plan = screenPlan(m);
     EXPECT_EQ(valueOf(plan, "html", "background-color"), "rgb(1, 2, 3)");
     EXPECT_EQ(valueOf(plan, "html", "background-position-y"), "");
     EXPECT_EQ(valueOf(plan, "body", "background"), "none");
     EXPECT_EQ(plan.imageSource, "");
 
-    m.canvasHasImage = true;
-    m.canvasImages = "url";
-    m.canvasSize = "cover";
-    m.canvasRepeat = "no-repeat";
-    m.canvasPositionX = "50%";
-    m.canvasPositionY = "0%";
+    m.canvas.hasImage = true;
+    m.canvas.images = "url";
+    m.canvas.size = "cover";
+    m.canvas.repeat = "no-repeat";
+    m.canvas.positionX = "50%";
+    m.canvas.positionY = "0%";
     plan = screenPlan(m);
     EXPECT_EQ(plan.imageSource, "body");
     EXPECT_EQ(valueOf(plan, "html", "background-size"), "cover");
@@ -260,13 +265,13 @@ TEST(PrintLayout, BodysBackgroundMovesToTheRoot) {
     EXPECT_EQ(valueOf(plan, "html", "background-origin"), "border-box");
     EXPECT_EQ(valueOf(plan, "html", "background-position-x"), "calc(50% + 0px)");
     EXPECT_EQ(valueOf(plan, "html", "background-position-y"), "calc(0% + 792px)");
-    EXPECT_EQ(paginatedPlan(m, 612, 792, 36).imageSource, "body");
+    EXPECT_EQ(paginatedPlan(m, {612, 792}, 36).imageSource, "body");
 }
 
 TEST(PrintLayout, RootsBackgroundStaysWithTheRoot) {
     PageMeasurements m = page(612, 200);
-    m.canvasHasImage = true;
-    m.canvasImages = "linear-gradient";
+    m.canvas.hasImage = true;
+    m.canvas.images = "linear-gradient";
     PrintPlan plan = screenPlan(m);
     EXPECT_EQ(plan.imageSource, "");
     EXPECT_EQ(valueOf(plan, "body", "background"), "");
@@ -274,15 +279,15 @@ TEST(PrintLayout, RootsBackgroundStaysWithTheRoot) {
     EXPECT_EQ(valueOf(plan, "html", "background-size"),
               "612px 200px"); // repeats below the root, as on the screen
 
-    m.canvasIsFixed = true;
+    m.canvas.isFixed = true;
     EXPECT_EQ(valueOf(screenPlan(m), "html", "background-size"), "auto"); // refers to the view
 }
 
 TEST(PrintLayout, CanvasIsABoxWhereTheRootHasAnEffect) {
     PageMeasurements m = page(612, 3000);
-    m.canvasColor = "rgb(1, 2, 3)";
+    m.canvas.color = "rgb(1, 2, 3)";
     EXPECT_EQ(ruleOf(screenPlan(m), "head"), "");
-    m.rootHasEffect = true;
+    m.root.hasEffect = true;
     EXPECT_EQ(valueOf(screenPlan(m), "head", "background-color"), "rgb(1, 2, 3)");
     EXPECT_EQ(valueOf(screenPlan(m), "head", "height"), "3000px");
     EXPECT_EQ(valueOf(screenPlan(m), "html", "background"), "none");
@@ -290,9 +295,9 @@ TEST(PrintLayout, CanvasIsABoxWhereTheRootHasAnEffect) {
 
 TEST(PrintLayout, RootsZoomMovesToTheBody) {
     PageMeasurements m = page(612, 3000);
-    m.bodyZoom = 0.5;
+    m.body.zoom = 0.5;
     EXPECT_EQ(valueOf(screenPlan(m), "body", "zoom"), "");
-    m.rootZoom = 1.5;
+    m.root.zoom = 1.5;
     EXPECT_EQ(valueOf(screenPlan(m), "html", "zoom"), "1");
     EXPECT_EQ(valueOf(screenPlan(m), "body", "zoom"), "0.75");
 }
@@ -300,17 +305,17 @@ TEST(PrintLayout, RootsZoomMovesToTheBody) {
 TEST(PrintLayout, SpreadOverflowStaysWithTheViewport) {
     PageMeasurements m = page(612, 3000);
     EXPECT_EQ(valueOf(screenPlan(m), "body", "overflow"), "");
-    m.bodyOverflowSpreads = true;
+    m.body.overflowSpreads = true;
     EXPECT_EQ(valueOf(screenPlan(m), "body", "overflow"), "visible");
-    m.hasBody = false;
+    m.body.exists = false;
     EXPECT_EQ(ruleOf(screenPlan(m), "body"), "");
 }
 
 TEST(PrintLayout, WhatCannotBePushedIsPrintedPlainly) {
     PageMeasurements image = page(800, 1200);
-    image.rootIsHtml = false;
+    image.root.isHtml = false;
     PageMeasurements vertical = page(800, 1200);
-    vertical.bodyWritingMode = "vertical-rl";
+    vertical.body.writingMode = "vertical-rl";
     for (const auto& m : {image, vertical}) {
         PrintPlan plan = screenPlan(m);
         EXPECT_FALSE(plan.usesViewportPage);
@@ -320,32 +325,32 @@ TEST(PrintLayout, WhatCannotBePushedIsPrintedPlainly) {
         EXPECT_EQ(valueOf(plan, "@page ", "size"), "800px 1200px");
         EXPECT_EQ(ruleOf(plan, "html"), "");
 
-        PrintPlan paginated = paginatedPlan(m, 612, 792, 36);
+        PrintPlan paginated = paginatedPlan(m, {612, 792}, 36);
         EXPECT_FALSE(paginated.usesViewportPage);
         EXPECT_EQ(paginated.pageRanges, "");
         EXPECT_EQ(paginated.styleSheet.find("html{"), std::string::npos);
     }
     // Columns of vertical text go on to the next page instead of being scaled.
-    vertical.viewWidth = 720;
-    vertical.viewHeight = 960;
-    vertical.scrollWidth = 5000;
-    vertical.scrollHeight = 960;
-    EXPECT_EQ(paginatedPlan(vertical, 612, 792, 36).scale, 1);
-    EXPECT_EQ(paginatedPlan(vertical, 612, 792, 36).shrink, 1);
+    vertical.view.width = 720;
+    vertical.view.height = 960;
+    vertical.scroll.width = 5000;
+    vertical.scroll.height = 960;
+    EXPECT_EQ(paginatedPlan(vertical, {612, 792}, 36).scale, 1);
+    EXPECT_EQ(paginatedPlan(vertical, {612, 792}, 36).shrink, 1);
     // Columns that are higher than a page are scaled afterwards only.
-    vertical.scrollHeight = 1440;
-    PrintPlan high = paginatedPlan(vertical, 612, 792, 36);
+    vertical.scroll.height = 1440;
+    PrintPlan high = paginatedPlan(vertical, {612, 792}, 36);
     EXPECT_EQ(high.scale, 1);
     EXPECT_EQ(high.shrink, 1.5);
     EXPECT_EQ(valueOf(high, "@page ", "size"), "918pt 1188pt");
     EXPECT_EQ(valueOf(high, "@page ", "margin"), "54pt");
-    EXPECT_EQ(high.pageHeight, 792);
+    EXPECT_EQ(high.page.height, 792);
 }
 
 TEST(PrintLayout, TablesArePushedAsBlocks) {
     PageMeasurements m = page(612, 3000);
-    m.rootDisplay = "inline-table";
-    for (const PrintPlan& plan : {screenPlan(m), paginatedPlan(m, 612, 792, 36)}) {
+    m.root.display = "inline-table";
+    for (const PrintPlan& plan : {screenPlan(m), paginatedPlan(m, {612, 792}, 36)}) {
         EXPECT_TRUE(plan.usesViewportPage);
         EXPECT_EQ(valueOf(plan, "html", "display"), "block");
         EXPECT_EQ(valueOf(plan, "body", "margin-left"), "8px");
@@ -362,14 +367,14 @@ TEST(PrintLayout, PaginatedPlanFitsTheWidth) {
 
     for (const auto& c : cases) {
         SCOPED_TRACE(c.width);
-        PrintPlan plan = paginatedPlan(page(c.width, 3000, 720, 960), 612, 792, 36);
+        PrintPlan plan = paginatedPlan(page(c.width, 3000, 720, 960), {612, 792}, 36);
         EXPECT_TRUE(plan.usesViewportPage);
         EXPECT_EQ(plan.pageRanges, "2-");
         EXPECT_NEAR(plan.scale, c.scale, 1e-12);
         EXPECT_NEAR(plan.shrink, c.shrink, 1e-12);
-        EXPECT_EQ(plan.pageWidth, 612);
-        EXPECT_EQ(plan.pageHeight, 792);
-        EXPECT_NEAR(plan.paperWidth, 8.5 * c.shrink, 1e-12);
+        EXPECT_EQ(plan.page.width, 612);
+        EXPECT_EQ(plan.page.height, 792);
+        EXPECT_NEAR(plan.paper.width, 8.5 * c.shrink, 1e-12);
         // The document is as wide as the space between the margins of the page that is printed.
         double printed = std::max(c.width, 720.0) * plan.scale * 0.75;
         EXPECT_NEAR(printed, 540 * plan.shrink, 1e-9);
@@ -377,18 +382,18 @@ TEST(PrintLayout, PaginatedPlanFitsTheWidth) {
 }
 
 TEST(PrintLayout, PaginatedPagesHaveThePapersSizeAndMargins) {
-    PrintPlan plan = paginatedPlan(page(1440, 3000, 720, 960), 612, 792, 36);
+    PrintPlan plan = paginatedPlan(page(1440, 3000, 720, 960), {612, 792}, 36);
     EXPECT_EQ(valueOf(plan, "@page document", "size"), "612pt 792pt");
     EXPECT_EQ(valueOf(plan, "@page document", "margin"), "36pt");
     EXPECT_EQ(valueOf(plan, "@page document:first", "size"), "360px 480px"); // 720 x 960 at scale 0.5
     EXPECT_EQ(valueOf(plan, "@page document:first", "margin"), "0");
     EXPECT_EQ(valueOf(plan, "html", "margin"), "960px auto 0px 0px");
 
-    PrintPlan shrunk = paginatedPlan(page(14400, 3000, 720, 960), 612, 792, 36);
+    PrintPlan shrunk = paginatedPlan(page(14400, 3000, 720, 960), {612, 792}, 36);
     EXPECT_EQ(valueOf(shrunk, "@page document", "size"), "1224pt 1584pt");
     EXPECT_EQ(valueOf(shrunk, "@page document", "margin"), "72pt");
 
-    PrintPlan a4 = paginatedPlan(page(697, 3000, 697, 1026), 595, 842, 36);
+    PrintPlan a4 = paginatedPlan(page(697, 3000, 697, 1026), {595, 842}, 36);
     EXPECT_EQ(a4.scale, 1);
     EXPECT_EQ(valueOf(a4, "@page document", "size"), "595pt 842pt");
     EXPECT_EQ(valueOf(a4, "@page document:first", "size"), "697px 1026px");
@@ -399,18 +404,18 @@ TEST(PrintLayout, PlansSayWhereTheDocumentIsOnThePages) {
     EXPECT_EQ(screen.viewportPageLength, 792);
     EXPECT_EQ(screen.pageLength, 3000);
     EXPECT_EQ(screen.pageMargin, 0);
-    PrintPlan halved = paginatedPlan(page(1440, 3000, 720, 960), 612, 792, 36);
+    PrintPlan halved = paginatedPlan(page(1440, 3000, 720, 960), {612, 792}, 36);
     EXPECT_EQ(halved.viewportPageLength, 960);
     EXPECT_DOUBLE_EQ(halved.pageLength, 1920);
     EXPECT_EQ(halved.pageMargin, 36);
-    PrintPlan shrunk = paginatedPlan(page(14400, 3000, 720, 960), 612, 792, 36);
+    PrintPlan shrunk = paginatedPlan(page(14400, 3000, 720, 960), {612, 792}, 36);
     EXPECT_DOUBLE_EQ(shrunk.pageLength, 19200);
     EXPECT_EQ(shrunk.pageMargin, 72);
     PageMeasurements m = page(720, 3000, 720, 960);
-    EXPECT_EQ(plainPaginatedPlan(m, 612, 792, 36).viewportPageLength, 0);
-    EXPECT_DOUBLE_EQ(plainPaginatedPlan(m, 612, 792, 36).pageLength, 960);
-    m.bodyWritingMode = "vertical-rl";
-    EXPECT_EQ(plainPaginatedPlan(m, 612, 792, 36).pageLength, 0);
+    EXPECT_EQ(plainPaginatedPlan(m, {612, 792}, 36).viewportPageLength, 0);
+    EXPECT_DOUBLE_EQ(plainPaginatedPlan(m, {612, 792}, 36).pageLength, 960);
+    m.body.writingMode = "vertical-rl";
+    EXPECT_EQ(plainPaginatedPlan(m, {612, 792}, 36).pageLength, 0);
 }
 
 TEST(PrintLayout, MarginsLeaveRoomForContent) {
@@ -421,17 +426,17 @@ TEST(PrintLayout, MarginsLeaveRoomForContent) {
                  {270, "270pt"}, {271, "270pt"}, {infinity, "270pt"}};
 
     for (const auto& c : cases) {
-        PrintPlan plan = paginatedPlan(page(96, 96, 96, 96), 612, 792, c.margin);
+        PrintPlan plan = paginatedPlan(page(96, 96, 96, 96), {612, 792}, c.margin);
         EXPECT_EQ(valueOf(plan, "@page document", "margin"), c.used) << c.margin;
     }
 }
 
 TEST(PrintLayout, FixedBoxesOfPaginatedPagesReferToTheView) {
     PageMeasurements m = page(720, 3000, 720, 960);
-    m.rootBorderTop = 5;
-    m.rootPaddingTop = 10;
-    m.rootMarginTop = 20;
-    PrintPlan plan = paginatedPlan(m, 612, 792, 36);
+    m.root.border.top = 5;
+    m.root.padding.top = 10;
+    m.root.marginTop = 20;
+    PrintPlan plan = paginatedPlan(m, {612, 792}, 36);
     EXPECT_EQ(valueOf(plan, "html", "contain"), "layout");
     EXPECT_EQ(valueOf(plan, "html", "min-height"), "925px");
     EXPECT_EQ(valueOf(plan, "html", "max-height"), "925px");
@@ -439,11 +444,11 @@ TEST(PrintLayout, FixedBoxesOfPaginatedPagesReferToTheView) {
 
 TEST(PrintLayout, FixedBoxesReferToTheDocumentWhereTheRootsHeightMatters) {
     PageMeasurements container = page(720, 3000, 720, 960);
-    container.rootIsContainer = true;
+    container.root.isContainer = true;
     PageMeasurements high = page(720, 3000, 720, 960);
-    high.rootHeightIsAuto = false;
+    high.root.heightIsAuto = false;
     for (const PageMeasurements& m : {container, high}) {
-        PrintPlan plan = paginatedPlan(m, 612, 792, 36);
+        PrintPlan plan = paginatedPlan(m, {612, 792}, 36);
         EXPECT_EQ(valueOf(plan, "html", "contain"), "layout");
         EXPECT_EQ(valueOf(plan, "html", "max-height"), "");
     }
@@ -453,38 +458,37 @@ TEST(PrintLayout, FixedBoxesReferToTheDocumentWhereTheRootsHeightMatters) {
 // such of 1920, and 792 px on one of 3000, where its border takes the rest, or of 1500, where a margin does.
 TEST(PrintLayout, RootsOfQuirkyPagesFillTheViewStill) {
     PageMeasurements m = page(720, 3000, 720, 960);
-    m.rootMarginBottom = 20;
-    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "html", "margin"), "960px auto 0px 0px");
+    m.root.marginBottom = 20;
+    EXPECT_EQ(valueOf(paginatedPlan(m, {612, 792}, 36), "html", "margin"), "960px auto 0px 0px");
     m.isQuirky = true;
-    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "html", "margin"), "960px auto -940px 0px");
-    m.scrollWidth = 1440;
-    EXPECT_EQ(valueOf(paginatedPlan(m, 612, 792, 36), "html", "margin"), "960px auto 20px 0px");
+    EXPECT_EQ(valueOf(paginatedPlan(m, {612, 792}, 36), "html", "margin"), "960px auto -940px 0px");
+    m.scroll.width = 1440;
+    EXPECT_EQ(valueOf(paginatedPlan(m, {612, 792}, 36), "html", "margin"), "960px auto 20px 0px");
 
     PageMeasurements high = page(612, 3000);
     high.isQuirky = true;
     EXPECT_EQ(valueOf(screenPlan(high), "html", "margin"), "0.05px 0px 0px 0px");
     PageMeasurements overflowing = page(612, 1500);
-    overflowing.rootHeight = 792;
+    overflowing.root.height = 792;
     EXPECT_EQ(valueOf(screenPlan(overflowing), "html", "margin"), "0.05px 0px 0px 0px");
     overflowing.isQuirky = true;
     EXPECT_EQ(valueOf(screenPlan(overflowing), "html", "margin"), "0.05px 0px 708px 0px");
 }
 
 TEST(PrintLayout, HostileMeasurementsStillMakeAPlan) {
-    PageMeasurements m = page(nan, infinity, -infinity, nan);
-    m.rootWidth = infinity;
-    m.rootHeight = -1;
-    m.rootMarginLeft = nan;
-    m.canvasHasImage = m.canvasFromBody = true;
-    m.canvasPositionX = "0}*{";
-    m.canvasSize = "';alert(1)";
+    const auto answer =
+        Json::parse(R"json({"view":{"width":-1,"height":1e300},"scroll":{"width":1e300,"height":-5},
+        "root":{"isHtml":true,"width":1e300,"height":-1,"marginLeft":"left"},"body":{"exists":true},
+        "canvas":{"hasImage":true,"isBody":true,"positionX":"0}*{","size":"';alert(1)"}})json");
+    ASSERT_TRUE(answer);
+    const PageMeasurements m = pageMeasurementsFromJson(*answer);
     for (const PrintPlan& plan :
-         {screenPlan(m), plainScreenPlan(m), paginatedPlan(m, nan, infinity, -infinity),
-          plainPaginatedPlan(m, 612, 792, 36)}) {
+         {screenPlan(m), plainScreenPlan(m), paginatedPlan(m, {nan, infinity}, -infinity),
+          plainPaginatedPlan(m, {612, 792}, 36)}) {
         EXPECT_GE(plan.scale, 0.1);
         EXPECT_LE(plan.scale, 2);
-        EXPECT_GE(plan.pageWidth, 16);
-        EXPECT_LE(plan.pageHeight, 25'000'000);
+        EXPECT_GE(plan.page.width, 16);
+        EXPECT_LE(plan.page.height, 25'000'000);
         EXPECT_EQ(plan.styleSheet.find("nan"), std::string::npos);
         EXPECT_EQ(plan.styleSheet.find("inf"), std::string::npos);
         EXPECT_EQ(plan.styleSheet.find("alert"), std::string::npos);
@@ -496,26 +500,34 @@ TEST(PrintLayout, StructureIsLeftOutWhereItWouldTakeTooLong) {
     PageMeasurements m = page(612, 3000);
     for (double cost : {0.0, 1e7, 1.01e7, infinity}) {
         m.structureCost = cost;
-        for (const PrintPlan& plan : {screenPlan(m), plainScreenPlan(m), paginatedPlan(m, 612, 792, 36),
-                                      plainPaginatedPlan(m, 612, 792, 36)}) {
+        for (const PrintPlan& plan : {screenPlan(m), plainScreenPlan(m), paginatedPlan(m, {612, 792}, 36),
+                                      plainPaginatedPlan(m, {612, 792}, 36)}) {
             EXPECT_EQ(plan.isStructured, cost <= 1e7) << cost;
         }
     }
+}
+
+TEST(PrintLayout, AContainedRootHasNoOtherHeightThanItsContents) {
+    PrintPlan plan = screenPlan(page(612, 3000));
+    EXPECT_EQ(valueOf(plan, "html", "min-height"), "0");
+    EXPECT_EQ(valueOf(plan, "html", "max-height"), "none");
+    EXPECT_EQ(valueOf(plan, "html", "height"), "auto");
+    EXPECT_EQ(valueOf(plan, "html", "contain-intrinsic-height"), "792px");
 }
 
 TEST(PrintLayout, OnlySheetsReleaseStickyBoxes) {
     PageMeasurements m = page(612, 3000);
     EXPECT_FALSE(screenPlan(m).releasesBoxes);
     EXPECT_FALSE(plainScreenPlan(m).releasesBoxes);
-    EXPECT_TRUE(paginatedPlan(m, 612, 792, 36).releasesBoxes);
-    EXPECT_TRUE(plainPaginatedPlan(m, 612, 792, 36).releasesBoxes);
+    EXPECT_TRUE(paginatedPlan(m, {612, 792}, 36).releasesBoxes);
+    EXPECT_TRUE(plainPaginatedPlan(m, {612, 792}, 36).releasesBoxes);
 }
 
 TEST(PrintLayout, EffectsOfTheRootWorkOnTheCanvasToTheEndOfTheLastSheet) {
     PageMeasurements m = page(720, 1000, 720, 960);
-    m.rootHasEffect = true;
-    m.canvasColor = "rgb(1, 2, 3)";
-    PrintPlan plan = paginatedPlan(m, 612, 792, 36);
+    m.root.hasEffect = true;
+    m.canvas.color = "rgb(1, 2, 3)";
+    PrintPlan plan = paginatedPlan(m, {612, 792}, 36);
     EXPECT_EQ(valueOf(plan, "html", "background"), "none");
     EXPECT_EQ(valueOf(plan, "head", "background-color"), "rgb(1, 2, 3)");
     EXPECT_EQ(valueOf(plan, "head", "height"), "1919px");

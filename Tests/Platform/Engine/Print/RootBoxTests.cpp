@@ -9,13 +9,13 @@ namespace {
 // around.
 PageMeasurements root(double height, double margin, double border) {
     PageMeasurements m;
-    m.viewWidth = 600;
-    m.viewHeight = 800;
-    m.rootMarginTop = m.rootMarginBottom = m.rootMarginLeft = margin;
-    m.rootBorderTop = m.rootBorderRight = m.rootBorderBottom = m.rootBorderLeft = border;
-    m.rootPaddingTop = m.rootPaddingRight = m.rootPaddingBottom = m.rootPaddingLeft = 5;
-    m.rootWidth = 590 - 2 * (margin + border);
-    m.rootHeight = height;
+    m.view.width = 600;
+    m.view.height = 800;
+    m.root.marginTop = m.root.marginBottom = m.root.marginLeft = margin;
+    m.root.border.top = m.root.border.right = m.root.border.bottom = m.root.border.left = border;
+    m.root.padding.top = m.root.padding.right = m.root.padding.bottom = m.root.padding.left = 5;
+    m.root.width = 590 - 2 * (margin + border);
+    m.root.height = height;
     return m;
 }
 
@@ -56,7 +56,7 @@ TEST(RootBox, AsViewHasTheViewForItsPaddingBox) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         PageMeasurements m = root(c.height, c.margin, c.border);
-        m.rootWidth = c.width;
+        m.root.width = c.width;
         RootBox box = boxAsView(m);
         EXPECT_EQ(box.marginLeft, 0);
         EXPECT_EQ(box.top, c.newTop);

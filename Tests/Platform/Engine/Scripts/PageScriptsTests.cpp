@@ -1,84 +1,498 @@
+// What the page scripts do and answer in the real engine. MeasureTests has the measurements.
+
 #include "Platform/Engine/Scripts/PageScripts.h"
 
-#include <gtest/gtest.h>
+#include "Platform/Engine/Print/DocumentDescription.h"
+#include "Platform/Engine/Print/PageReadiness.h"
+#include "Platform/Foundation/Base64.h"
+#include "Tests/Platform/Engine/Scripts/ScriptPage.h"
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
 
 namespace qrv::engine {
 namespace {
 
-TEST(PageScripts, MeasuringScriptNamesEveryField) {
-    std::string script = measuringScript();
-    for (const char* name : {"viewWidth",
-                             "viewHeight",
-                             "scrollWidth",
-                             "scrollHeight",
-                             "isQuirky",
-                             "rootIsHtml",
-                             "hasBody",
-                             "rootDisplay",
-                             "bodyWritingMode",
-                             "bodyDirection",
-                             "rootMarginTop",
-                             "rootMarginBottom",
-                             "rootMarginLeft",
-                             "rootBorderTop",
-                             "rootBorderRight",
-                             "rootBorderBottom",
-                             "rootBorderLeft",
-                             "rootPaddingTop",
-                             "rootPaddingRight",
-                             "rootPaddingBottom",
-                             "rootPaddingLeft",
-                             "rootWidth",
-                             "rootHeight",
-                             "rootHeightIsAuto",
-                             "rootIsContainer",
-                             "bodyMarginLeft",
-                             "bodyWidth",
-                             "bodyHeight",
-                             "bodyOverflowSpreads",
-                             "canvasHasImage",
-                             "canvasImages",
-                             "canvasIsFixed",
-                             "canvasColor",
-                             "canvasPositionX",
-                             "canvasPositionY",
-                             "canvasSize",
-                             "rootHasEffect",
-                             "canvasRatios",
-                             "canvasOrigin",
-                             "canvasRepeat",
-                             "bodyHeightIsAuto",
-                             "rootBorderTopColor",
-                             "rootBorderRightColor",
-                             "rootBorderBottomColor",
-                             "rootBorderLeftColor"}) {
-        EXPECT_NE(script.find(std::string(name) + ":"), std::string::npos) << name;
+using std::chrono::steady_clock;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Pair;
+using ::testing::SizeIs;
+
+/// 700 x 30 px
+constexpr char widePicture[] = "iVBORw0KGgoAAAANSUhEUgAAArwAAAAeCAIAAABBk1rYAAAAhUlEQVR42u3WQQ0AAAjEsJOCGnQiF"
+                               "QkgoEkV7LXUNADAKRIAAKYBADANAIBpAABM"
+                               "AwBgGgAA0wAAYBoAANMAAJgGAMA0AACmAQAwDQCAaQAAMA0AgGkAAEwDAGAaAADTAACYBgDANAAAm"
+                               "AYAwDQAAKYBADANAIBpAABMAwBgGgAATAMA"
+                               "8LVQlvkORt/OkgAAAABJRU5ErkJggg==";
+
+/// Time in which a script that is told answers, and far below the limit that it is given here.
+constexpr auto soon = std::chrono::milliseconds(2000);
+constexpr int farLimit = 20'000;
+
+class PageScriptsTest : public ScriptPageTest {
+protected:
+    std::string style(const std::string& selector, const std::string& property) {
+        return evaluate("getComputedStyle(document.querySelector('" + selector + "')).getPropertyValue('" +
+                        property + "')")
+            .string();
     }
-    for (const char* name :
-         {"structureCost,", "rootZoom,", "bodyZoom,", "rootContainsFixed,", "canvasFromBody,"}) {
-        EXPECT_NE(script.find(std::string("        ") + name), std::string::npos) << name;
+};
+
+// Each file, also one that nothing calls.
+TEST_F(PageScriptsTest, AreProgramsOfTheEnginesLanguage) {
+    show("");
+    client().call(session(), "Runtime.enable", {}, patience);
+    int count = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(WEB2PDF_PAGE_SCRIPTS)) {
+        if (entry.path().extension() != ".js") continue;
+        ++count;
+        std::ifstream file(entry.path());
+        const std::string text{std::istreambuf_iterator<char>(file), {}};
+        const Json params = Json::object(
+            {{"expression", text}, {"sourceURL", entry.path().string()}, {"persistScript", false}});
+        const DevToolsReply reply = client().call(session(), "Runtime.compileScript", params, patience);
+        EXPECT_TRUE(reply.ok()) << reply.errorMessage;
+        EXPECT_FALSE(reply.result.contains("exceptionDetails"))
+            << entry.path() << ": " << reply.result["exceptionDetails"].serialize();
     }
+    client().call(session(), "Runtime.disable", {}, patience);
+    EXPECT_GE(count, 16);
 }
 
-TEST(PageScripts, ApplyingScriptQuotesTheSheet) {
-    PrintPlan plan;
-    plan.styleSheet = "a{content:'\\'}\n</style>";
-    std::string call = R"--(('a{content:\x27\x5c\x27}\x0a\x3c/style>','','','',false))--";
-    EXPECT_TRUE(applyingScript(plan).ends_with(call)) << applyingScript(plan);
+TEST_F(PageScriptsTest, AScriptThatThrowsSaysWhere) {
+    constexpr PageScript broken{
+        "broken.js", "// A comment.\n() => {\n    nothing.atAll();\n}\n//# sourceURL=web2pdf/broken.js\n"};
+    constexpr PageScript misused{"misused.js",
+                                 "() => property('noSuchThing')\n//# sourceURL=web2pdf/misused.js\n"};
+    show("");
+    EXPECT_FALSE(world().call(broken));
+    EXPECT_FALSE(world().await(misused));
+    ASSERT_THAT(log_, SizeIs(2));
+    EXPECT_EQ(log_[0], "broken.js threw at line 3: ReferenceError: nothing is not defined");
+    EXPECT_THAT(log_[1],
+                ::testing::MatchesRegex("misused.js threw at line [0-9]+ of shared.js: TypeError: .*"));
+    log_.clear();
 }
 
-TEST(PageScripts, ApplyingScriptIsToldOfTheImages) {
-    PrintPlan plan;
-    plan.imageTarget = "head";
-    plan.imageSource = "body";
-    plan.imagesOnTop = "linear-gradient(red,red),";
-    EXPECT_TRUE(applyingScript(plan).ends_with("('','head','body','linear-gradient(red,red),',false)"));
+TEST_F(PageScriptsTest, AWorldThatIsLeftIsMadeAnew) {
+    show("<title>One</title>");
+    EXPECT_EQ(answer(scripts::title).string(), "One");
+    show("<title>Two</title>");
+    EXPECT_EQ(answer(scripts::title).string(), "Two");
 }
 
-TEST(PageScripts, ApplyingScriptIsToldToReleaseStickyBoxes) {
-    PrintPlan plan;
-    plan.releasesBoxes = true;
-    EXPECT_TRUE(applyingScript(plan).ends_with("('','','','',true)"));
+TEST_F(PageScriptsTest, ScriptsRunWhereThePagesOwnMayNot) {
+    show("<title>One</title><meta http-equiv=Content-Security-Policy content=\"default-src 'none'\">");
+    world().stopScripts();
+    EXPECT_EQ(answer(scripts::title).string(), "One");
+}
+
+TEST_F(PageScriptsTest, AnyElementMayBeNamedLikeASharedFunction) {
+    show("<title>One</title><img id=property><img id=read><img name=read><iframe name=query></iframe>");
+    EXPECT_EQ(answer(scripts::title).string(), "One");
+}
+
+/// Elements with the names of the document's properties stand in front of them in the page's own world. The
+/// engine spares other worlds that, so the scripts are tried in this one.
+class ShadowedDocumentTest : public PageScriptsTest {
+protected:
+    void SetUp() override {
+        PageScriptsTest::SetUp();
+        show("<!DOCTYPE html><html style=opacity:0.5><head><title>A page</title></head><body><p>text</p>"
+             "<form name=head></form><form name=title></form><img name=body><img name=documentElement>"
+             "<img name=scrollingElement><img name=compatMode><img name=contentType><img "
+             "name=querySelectorAll>"
+             "<img name=createElementNS><img name=getAnimations>");
+        ASSERT_EQ(evaluate("document.head.localName").string(), "form");
+    }
+
+    Json answerInPagesWorld(const PageScript& script, const std::vector<Json>& arguments = {}) {
+        qrv::engine::evaluate(client(), session(), std::string(scripts::shared.source));
+        const Json window =
+            client()
+                .call(session(), "Runtime.evaluate", Json::object({{"expression", "globalThis"}}), patience)
+                .result["result"]["objectId"];
+        std::vector<Json> values;
+        for (const Json& argument : arguments) values.push_back(Json::object({{"value", argument}}));
+        const DevToolsReply reply = client().call(session(), "Runtime.callFunctionOn",
+                                                  Json::object({{"functionDeclaration", script.source},
+                                                                {"objectId", window},
+                                                                {"arguments", Json::array(values)},
+                                                                {"returnByValue", true},
+                                                                {"awaitPromise", true}}),
+                                                  patience);
+        EXPECT_FALSE(reply.result.contains("exceptionDetails")) << reply.result.serialize();
+        return reply.result["result"]["value"];
+    }
+};
+
+TEST_F(ShadowedDocumentTest, HasItsTitle) {
+    EXPECT_EQ(answerInPagesWorld(scripts::title).string(), "A page");
+}
+
+TEST_F(ShadowedDocumentTest, HasItsMeasurements) {
+    const Json answer = answerInPagesWorld(scripts::measure);
+    EXPECT_TRUE(answer["root"]["hasEffect"].boolean());
+    EXPECT_TRUE(answer["body"]["exists"].boolean());
+    EXPECT_FALSE(answer["isQuirky"].boolean(true));
+    EXPECT_EQ(answer["scroll"]["width"].integer(), 600);
+}
+
+TEST_F(ShadowedDocumentTest, IsAwaitedAndDescribed) {
+    EXPECT_FALSE(answerInPagesWorld(scripts::awaitContents, {100})["isSingleMedia"].boolean(true));
+    EXPECT_TRUE(answerInPagesWorld(scripts::describe).isObject());
+    answerInPagesWorld(scripts::standStill);
+    EXPECT_EQ(answerInPagesWorld(scripts::conclude).integer(-1), 0);
+}
+
+TEST_F(ShadowedDocumentTest, GetsTheStyleSheetInItsHead) {
+    EXPECT_TRUE(
+        answerInPagesWorld(scripts::applyPrintStyle, {"@layer l{p{color:red}}", "", "", ""}).boolean());
+    EXPECT_EQ(evaluate("document.querySelector('style').parentNode.localName").string(), "head");
+}
+
+// Loading
+
+TEST_F(PageScriptsTest, TheTitleIsThatOfTheDocumentWhateverElementsAreCalled) {
+    show("<title> A  page </title><img name=title><form name=title></form>");
+    EXPECT_EQ(answer(scripts::title).string(), "A page");
+    show("<p>no title");
+    EXPECT_EQ(answer(scripts::title).string(), "");
+}
+
+TEST_F(PageScriptsTest, PagesAreEnteredByAddressesOnly) {
+    show("");
+    EXPECT_FALSE(answer(scripts::enter, {"http://[half"}).boolean(true));
+    EXPECT_TRUE(answer(scripts::enter, {"about:blank#there"}).boolean());
+}
+
+TEST_F(PageScriptsTest, APageCannotCloseItself) {
+    world().runInNewDocuments(scripts::keepOpen, PageWorld::Place::pagesWorld);
+    show("<script>close = () => {}; close(); window.close()</script><p>text");
+    EXPECT_EQ(evaluate("window.close(); document.querySelector('p').textContent").string(), "text");
+}
+
+// Readiness
+
+TEST_F(PageScriptsTest, AQuietPageIsReady) {
+    show("<!DOCTYPE html><body style=margin:0><div style=height:1500px></div>");
+    EXPECT_EQ(awaited(scripts::awaitContents, {farLimit}).serialize(),
+              R"({"documentHeight":1500,"viewHeight":400,"isSingleMedia":false,"failedImages":[]})");
+}
+
+TEST_F(PageScriptsTest, EveryFieldOfTheContentsIsRead) {
+    show("<!DOCTYPE html><img src='data:,x' srcset='data:,y 2x, http://site.example/a.png 1x'>"
+         "<div style=height:1500px></div>");
+    const PageContents contents = pageContentsFromJson(awaited(scripts::awaitContents, {100}));
+    EXPECT_GT(contents.documentHeight, 1500);
+    EXPECT_EQ(contents.viewHeight, 400);
+    EXPECT_FALSE(contents.isSingleMedia);
+    show(base64Decode(widePicture).value(), "image/png");
+    EXPECT_TRUE(pageContentsFromJson(awaited(scripts::awaitContents, {100})).isSingleMedia);
+}
+
+TEST_F(PageScriptsTest, ImagesThatCannotBeHadAreToldWithWhatTheyWereChosenFrom) {
+    show("<!DOCTYPE html><base href=https://site.example/><picture><source srcset='data:image/png,x, "
+         "wide.png 2x'>"
+         "<img src=small.png srcset='data:image/png,y 1x'></picture><img src=data:image/png,alone>");
+    const PageContents contents = pageContentsFromJson(awaited(scripts::awaitContents, {500}));
+    ASSERT_THAT(contents.failedImages, SizeIs(1));
+    EXPECT_EQ(contents.failedImages[0].chosen, "data:image/png,x");
+    EXPECT_THAT(contents.failedImages[0].candidates,
+                ElementsAre("https://site.example/wide.png", "https://site.example/small.png"));
+}
+
+TEST_F(PageScriptsTest, WhatIsOnItsWayIsAwaitedUpToTheLimit) {
+    show("<p>text");
+    evaluate("document.body.append(Object.assign(new Image(), {src: 'http://site.example/never.png'}))");
+    const auto start = steady_clock::now();
+    awaited(scripts::awaitContents, {1000});
+    EXPECT_GE(steady_clock::now() - start, std::chrono::milliseconds(990));
+}
+
+/// Something that is added to a page that has loaded, and what happens to it while it is awaited.
+struct Arrival {
+    const char* name;
+    const char* content;
+    const char* event;
+
+    friend void PrintTo(const Arrival& arrival, std::ostream* stream) { *stream << arrival.name; }
+};
+
+class AwaitedArrivalTest : public PageScriptsTest, public ::testing::WithParamInterface<Arrival> {};
+
+TEST_P(AwaitedArrivalTest, EndsTheWait) {
+    show("<p>text");
+    evaluate("document.body.innerHTML = '" + std::string(GetParam().content) + "'; setTimeout(() => {" +
+             GetParam().event + "}, 100); 0");
+    const auto start = steady_clock::now();
+    awaited(scripts::awaitContents, {farLimit});
+    EXPECT_LT(steady_clock::now() - start, soon);
+}
+
+constexpr char image[] = "<img src=http://site.example/a.png>";
+constexpr char film[] = "<video src=http://site.example/a.mp4></video>";
+constexpr char filmWithSource[] = "<video><source src=http://site.example/a.mp4></video>";
+
+constexpr Arrival arrivals[] = {
+    {"ImageThatFails", image, "document.querySelector('img').dispatchEvent(new Event('error'))"},
+    {"ImageThatArrives", image, "document.querySelector('img').dispatchEvent(new Event('load'))"},
+    {"FilmThatIsEmptied", film, "document.querySelector('video').dispatchEvent(new Event('emptied'))"},
+    {"FilmThatIsSuspended", film, "document.querySelector('video').dispatchEvent(new Event('suspend'))"},
+    {"FilmThatFails", film, "document.querySelector('video').dispatchEvent(new Event('error'))"},
+    {"FilmWhosePictureArrives", film,
+     "document.querySelector('video').dispatchEvent(new Event('loadeddata'))"},
+    {"FilmWhoseSourceFails", filmWithSource,
+     "document.querySelector('source').dispatchEvent(new Event('error'))"},
+};
+
+INSTANTIATE_TEST_SUITE_P(PageScripts, AwaitedArrivalTest, ::testing::ValuesIn(arrivals),
+                         [](const auto& instance) { return std::string(instance.param.name); });
+
+TEST_F(PageScriptsTest, ImagesInShadowTreesAreAwaited) {
+    show("<p>text");
+    evaluate("const tree = document.querySelector('p').attachShadow({mode: 'open'});"
+             "tree.innerHTML = '<img src=http://site.example/a.png>'; 0");
+    const auto start = steady_clock::now();
+    awaited(scripts::awaitContents, {1000});
+    EXPECT_GE(steady_clock::now() - start, std::chrono::milliseconds(990));
+}
+
+TEST_F(PageScriptsTest, ASinglePictureHasItsNaturalSize) {
+    show(base64Decode(widePicture).value(), "image/png");
+    evaluate("document.images[0].style = 'max-width:100%;max-height:10px'; 0");
+    awaited(scripts::presentMedia, {farLimit});
+    EXPECT_EQ(style("img", "width"), "700px");
+    EXPECT_EQ(style("img", "max-width"), "none");
+    EXPECT_EQ(style("img", "max-height"), "none");
+    EXPECT_EQ(evaluate("document.scrollingElement.scrollWidth").integer(), 700);
+    EXPECT_EQ(evaluate("document.images[0].getBoundingClientRect().y").integer(), 0);
+}
+
+TEST_F(PageScriptsTest, ImagesAreChosenAnewAmongWhatIsHeld) {
+    show("<!DOCTYPE html><base href=https://site.example/><picture>"
+         "<source media='(min-width: 9000px)' srcset='huge.png 2x, wide.png'><source srcset=data:image/png,x>"
+         "<img src=small.png></picture>");
+    awaited(scripts::awaitContents, {500});
+    answer(scripts::substituteImages, {Json::array({"https://site.example/wide.png"})});
+    EXPECT_EQ(evaluate("document.querySelector('picture').outerHTML").string(),
+              "<picture><source srcset=\"https://site.example/wide.png \"><source><img></picture>");
+}
+
+TEST_F(PageScriptsTest, ImagesOfWhichNothingIsHeldStay) {
+    show("<!DOCTYPE html><base href=https://site.example/><img src=small.png srcset='data:image/png,x'>");
+    awaited(scripts::awaitContents, {500});
+    answer(scripts::substituteImages, {Json::array({"https://site.example/other.png"})});
+    EXPECT_EQ(evaluate("document.images[0].outerHTML").string(),
+              R"(<img src="small.png" srcset="data:image/png,x">)");
+}
+
+TEST_F(PageScriptsTest, AHeldViewChangesUnnoticed) {
+    world().runInNewDocuments(scripts::watchView, PageWorld::Place::ownWorld);
+    show("<!DOCTYPE html><div style=height:3000px></div><script>var events = [];"
+         "for (const type of ['resize', 'scroll', 'scrollend'])"
+         "addEventListener(type, event => events.push(type + (event.isTrusted ? '' : ' told')))</script>");
+    const std::string frames = "new Promise(done => requestAnimationFrame(() => requestAnimationFrame(() => "
+                               "setTimeout(() => done(events.splice(0).join()), 0))))";
+    setView(600, 500);
+    EXPECT_EQ(evaluate(frames).string(), "resize");
+    answer(scripts::holdView);
+    setView(600, 3000);
+    EXPECT_EQ(evaluate(frames).string(), "");
+    setView(600, 500);
+    evaluate("scrollTo(0, 100)");
+    EXPECT_EQ(evaluate(frames).string(), "");
+    EXPECT_EQ(evaluate("dispatchEvent(new Event('scroll')); events.splice(0).join()").string(),
+              "scroll told");
+}
+
+TEST_F(PageScriptsTest, APageIsToldOfItsLastSizeBeforeItsViewIsHeld) {
+    world().runInNewDocuments(scripts::watchView, PageWorld::Place::ownWorld);
+    show("<!DOCTYPE html><script>var sizes = []; addEventListener('resize', () => sizes.push(innerHeight), "
+         "true)"
+         "</script>");
+    setView(600, 500);
+    answer(scripts::holdView);
+    EXPECT_THAT(evaluate("sizes.join()").string(), "500");
+}
+
+TEST_F(PageScriptsTest, WhatAPageShowsWhenItIsScrolledToIsRevealed) {
+    show("<!DOCTYPE html><div style=height:2000px></div><p>there</p><script>var seen = false;"
+         "new IntersectionObserver(all => { seen ||= all.some(one => one.isIntersecting) })"
+         ".observe(document.querySelector('p'))</script>");
+    awaited(scripts::reveal, {farLimit});
+    EXPECT_TRUE(evaluate("seen").boolean());
+    EXPECT_EQ(evaluate("scrollY").integer(), 0);
+}
+
+TEST_F(PageScriptsTest, ImagesThatWaitForScrollingGetIt) {
+    show("<!DOCTYPE html><div style=height:2000px></div><img data-src=a.png src=data:image/gif,x alt=picture>"
+         "<script>var told = 0; addEventListener('scroll', event => { told += !event.isTrusted }, "
+         "true)</script>");
+    awaited(scripts::reveal, {farLimit});
+    EXPECT_EQ(evaluate("told").integer(), 1);
+}
+
+// Each look makes the page longer.
+TEST_F(PageScriptsTest, AnEndlessPageIsLookedAtInSomeSteps) {
+    show("<!DOCTYPE html><body style=margin:0><div style=height:800px></div><script>var highest = 0;"
+         "addEventListener('scroll', () => { highest = Math.max(highest, scrollY);"
+         "document.querySelector('div').style.height = scrollY + 2000 + 'px' })</script>");
+    const auto start = steady_clock::now();
+    awaited(scripts::reveal, {farLimit});
+    EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(10));
+    EXPECT_EQ(evaluate("highest").integer(), 9 * 400);
+}
+
+TEST_F(PageScriptsTest, NoOtherPartIsLookedAtWhenTheTimeIsOver) {
+    show("<!DOCTYPE html><body style=margin:0><div style=height:9000px></div><script>var highest = 0;"
+         "addEventListener('scroll', () => { highest = Math.max(highest, scrollY) })</script>");
+    awaited(scripts::reveal, {0});
+    EXPECT_EQ(evaluate("highest").integer(), 0);
+}
+
+TEST_F(PageScriptsTest, AnimationsThatFollowTheViewAreTakenBackAtLast) {
+    show("<!DOCTYPE html><style>@keyframes appear{from{opacity:0}to{opacity:1}}"
+         "p{animation:appear linear both;animation-timeline:view()}</style>"
+         "<div style=height:3000px></div><p>text</p>");
+    evaluate("new Promise(done => requestAnimationFrame(() => requestAnimationFrame(done)))");
+    evaluate("document.body.append(Object.assign(new Image(), {src: 'http://site.example/never.png'}))");
+    EXPECT_EQ(style("p", "opacity"), "0");
+    EXPECT_EQ(answer(scripts::conclude).integer(), 1);
+    EXPECT_EQ(style("p", "opacity"), "1");
+}
+
+// Print
+
+TEST_F(PageScriptsTest, EverythingStandsStillWhereItEnds) {
+    show("<!DOCTYPE html><style>@keyframes go{from{margin-left:0}to{margin-left:100px}}"
+         ".once{animation:go 60s linear both}.ever{animation:go 60s linear infinite}"
+         ".scrolled{animation:go linear both;animation-timeline:scroll()}</style><div "
+         "style=height:3000px></div>"
+         "<p class=once></p><p class=ever></p><p class=scrolled></p>");
+    evaluate("scrollTo(0, 1000)");
+    answer(scripts::standStill);
+    EXPECT_EQ(evaluate("scrollY").integer(), 0);
+    EXPECT_EQ(style(".once", "margin-left"), "100px");
+    EXPECT_EQ(evaluate("document.querySelector('.ever').getAnimations()[0].playState").string(), "paused");
+    EXPECT_EQ(evaluate("document.querySelector('.scrolled').getAnimations()[0].playState").string(),
+              "paused");
+}
+
+TEST_F(PageScriptsTest, ADocumentIsDescribed) {
+    show("<!DOCTYPE html><html lang=de-CH><body style=margin:0><h1>One</h1><div style=height:100px></div>"
+         "<h2 style=display:none>Hidden</h2><p role=heading>Two</p><img name=URL><img name=getElementById>"
+         "<p id=near style=position:absolute;top:150px>.<p id='a b' style=position:absolute;top:-50px>.<p "
+         "id=far "
+         "style=position:absolute;top:900px>.<a href=#near>x</a><a href=#far>x</a><a href=#a%20b>x</a><a "
+         "href=#>x</a>"
+         "<a href=http://site.example/#near>x</a><a href=#none>x</a>");
+    const DocumentDescription description = documentDescriptionFromJson(answer(scripts::describe));
+    EXPECT_EQ(description.language, "de-CH");
+    EXPECT_THAT(description.headings, ElementsAre("One", "Hidden", "Two"));
+    EXPECT_THAT(description.targetsInView, ElementsAre(Pair("", 0), Pair("a%20b", 0), Pair("near", 166)));
+}
+
+TEST_F(PageScriptsTest, ADocumentMayHaveNothingToDescribe) {
+    show("<!DOCTYPE html><p>text");
+    const DocumentDescription description = documentDescriptionFromJson(answer(scripts::describe));
+    EXPECT_EQ(description.language, "");
+    EXPECT_THAT(description.headings, IsEmpty());
+    EXPECT_THAT(description.targetsInView, IsEmpty());
+}
+
+constexpr char redSheet[] =
+    "@layer print{html{color:rgb(255,0,0)!important}body{color:rgb(255,0,0)!important}}";
+constexpr char greenSheet[] =
+    "@layer print{html{color:rgb(0,128,0)!important}body{color:rgb(0,128,0)!important}}";
+
+TEST_F(PageScriptsTest, ThePrintsStyleSheetIsStrongerThanThePage) {
+    show("<!DOCTYPE html><html style='color:blue!important'><style>body{color:blue!important}</style>"
+         "<body style='color:blue!important'>");
+    EXPECT_TRUE(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}).boolean());
+    EXPECT_EQ(style("html", "color"), "rgb(255, 0, 0)");
+    EXPECT_EQ(style("body", "color"), "rgb(255, 0, 0)");
+    EXPECT_EQ(evaluate("document.body.getAttribute('style')").string(), "color: blue;");
+}
+
+TEST_F(PageScriptsTest, ALaterStyleSheetTakesTheFirstOnesPlace) {
+    show("<!DOCTYPE html><p>text");
+    answer(scripts::applyPrintStyle, {redSheet, "", "", ""});
+    answer(scripts::applyPrintStyle, {greenSheet, "", "", ""});
+    EXPECT_EQ(style("body", "color"), "rgb(0, 128, 0)");
+    EXPECT_EQ(evaluate("document.querySelectorAll('style').length").integer(), 1);
+}
+
+TEST_F(PageScriptsTest, AnAdoptedSheetServesWhereStylesAreForbidden) {
+    show(
+        "<!DOCTYPE html><meta http-equiv=Content-Security-Policy content=\"style-src 'none'\"><p>text<script>"
+        "const own = new CSSStyleSheet(); own.replaceSync('p{color:rgb(0,0,255)}');"
+        "document.adoptedStyleSheets = [own]</script>");
+    EXPECT_TRUE(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}).boolean());
+    EXPECT_EQ(style("body", "color"), "rgb(255, 0, 0)");
+    EXPECT_EQ(style("p", "color"), "rgb(0, 0, 255)");
+    EXPECT_TRUE(answer(scripts::applyPrintStyle, {greenSheet, "", "", ""}).boolean());
+    EXPECT_EQ(style("body", "color"), "rgb(0, 128, 0)");
+    EXPECT_EQ(style("p", "color"), "rgb(0, 0, 255)");
+    EXPECT_EQ(evaluate("document.adoptedStyleSheets.length").integer(), 2);
+}
+
+TEST_F(PageScriptsTest, TheStyleSheetStandsInTheRealHead) {
+    show("<!DOCTYPE html><html><head><title>T</title></head><body><div id=h></div><form name=head></form>"
+         "<img name=documentElement><img name=body>");
+    ASSERT_EQ(evaluate("document.head.localName").string(), "form");
+    EXPECT_TRUE(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}).boolean());
+    EXPECT_EQ(evaluate("document.querySelector('style').parentNode.localName").string(), "head");
+    EXPECT_EQ(evaluate("document.querySelector('head').firstChild.localName").string(), "style");
+    EXPECT_EQ(style("body", "color"), "rgb(255, 0, 0)");
+}
+
+TEST_F(PageScriptsTest, BackgroundImagesMoveToTheirTarget) {
+    show("<!DOCTYPE html><style>body{background:linear-gradient(lime,blue)}</style>"
+         "<body style='background-image:none'><html style='background-image:none!important'>");
+    answer(scripts::applyPrintStyle, {redSheet, "html", "body", "linear-gradient(red,red),"});
+    EXPECT_EQ(style("html", "background-image"), "linear-gradient(rgb(255, 0, 0), rgb(255, 0, 0)), none");
+    show("<!DOCTYPE html><style>body{background:linear-gradient(lime,blue)}</style><body>");
+    answer(scripts::applyPrintStyle, {redSheet, "html", "body", ""});
+    EXPECT_EQ(style("html", "background-image"), "linear-gradient(rgb(0, 255, 0), rgb(0, 0, 255))");
+}
+
+TEST_F(PageScriptsTest, NothingIsInForceInAPageWithoutARoot) {
+    show("<!DOCTYPE html><script>document.documentElement.remove()</script>");
+    EXPECT_TRUE(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}).boolean());
+}
+
+TEST_F(PageScriptsTest, BoxesThatScrollOrStandAboveAllAreReleased) {
+    show("<!DOCTYPE "
+         "html><style>body{margin:0}.sticky{position:sticky;bottom:0}dialog,[popover]{max-height:50px!"
+         "important;"
+         "max-width:100px!important;width:300px;height:300px;margin:0;inset:20px auto auto "
+         "30px;padding:0;border:0;"
+         "position:fixed}</style><p class=sticky>s</p><dialog>d</dialog><div popover>p</div>"
+         "<form class=sticky><input name=style></form>"
+         "<script>document.querySelector('dialog').showModal(); "
+         "document.querySelector('[popover]').showPopover()"
+         "</script>");
+    answer(scripts::releaseBoxes);
+    EXPECT_EQ(style(".sticky", "position"), "relative");
+    EXPECT_EQ(style("form", "position"), "relative");
+    EXPECT_EQ(style(".sticky", "bottom"), "0px");
+    EXPECT_EQ(evaluate("document.querySelectorAll('dialog:modal,:popover-open').length").integer(), 0);
+    for (const char* box : {"dialog", "[popover]"}) {
+        EXPECT_EQ(style(box, "display"), "block") << box;
+        EXPECT_EQ(style(box, "position"), "fixed") << box;
+        EXPECT_EQ(style(box, "left"), "30px") << box;
+        EXPECT_EQ(style(box, "top"), "20px") << box;
+        EXPECT_EQ(style(box, "width"), "100px") << box;
+        EXPECT_EQ(style(box, "height"), "50px") << box;
+        EXPECT_EQ(evaluate("document.querySelector('" + std::string(box) + "').style.maxHeight").string(),
+                  "none");
+        EXPECT_EQ(evaluate("document.querySelector('" + std::string(box) + "').style.maxWidth").string(),
+                  "none");
+    }
 }
 
 } // namespace

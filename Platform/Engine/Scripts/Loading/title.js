@@ -1,0 +1,2 @@
+// Answers the document's title; empty when it has none.
+() => property('title');

@@ -1,0 +1,138 @@
+// What the page scripts share. Evaluated in the isolated world before any of them is called; a second time does no
+// harm. A page can hide properties of its document and of its forms behind elements of the same name, so that
+// everything is read past them, through the prototypes.
+
+/** The value of a property that an interface declares. */
+function read(declaring, name, object) {
+    return Object.getOwnPropertyDescriptor(declaring.prototype, name).get.call(object);
+}
+
+/** A property of a document. */
+function property(name, content = document) {
+    return read(Document, name, content);
+}
+
+/** A property that every element has. */
+function elementProperty(name, element) {
+    return read(Element, name, element);
+}
+
+/** An attribute as it is written; empty when there is none. */
+function attribute(element, name) {
+    return Element.prototype.getAttribute.call(element, name) || '';
+}
+
+/** False for shadow trees. */
+function isDocument(content) {
+    return read(Node, 'nodeType', content) === Node.DOCUMENT_NODE;
+}
+
+/** The elements of a document or shadow tree, in its order. */
+function query(selectors, content = document) {
+    const { prototype } = isDocument(content) ? Document : DocumentFragment;
+    return [...prototype.querySelectorAll.call(content, selectors)];
+}
+
+/** The element whose overflow the view scrolls; the root where there is none. */
+function scroller() {
+    return property('scrollingElement') || property('documentElement');
+}
+
+/** The document's height with its overflow, px; 0 without a root. */
+function documentHeight() {
+    return scroller() ? elementProperty('scrollHeight', scroller()) : 0;
+}
+
+function scrollToTop(top) {
+    scrollTo({ left: 0, top, behavior: 'instant' });
+}
+
+/** The page's document, those of its frames of the same origin, and all open shadow trees in them. */
+function contents() {
+    const found = [];
+    const visit = (content) => {
+        found.push(content);
+        for (const element of query('*', content)) {
+            const tree = elementProperty('shadowRoot', element);
+            if (tree) visit(tree);
+        }
+    };
+    const visitFrame = (frame) => {
+        try {
+            if (!frame.document) return;
+        } catch {
+            return;
+        }
+        visit(frame.document);
+        for (let i = 0; i < frame.length; ++i) visitFrame(frame[i]);
+    };
+    visitFrame(window);
+    return found;
+}
+
+/** Every image of the page and of its frames. */
+function images() {
+    return contents().flatMap((content) => query('img', content));
+}
+
+/** Everything that is animated in the document. */
+function animations() {
+    return Document.prototype.getAnimations.call(document);
+}
+
+/** What an image is chosen from: the sources beside it in its picture element, and itself. */
+function choicesOf(image) {
+    const parent = image.parentElement;
+    if (parent?.localName !== 'picture') return [image];
+    return [...[...parent.children].filter((child) => child.localName === 'source'), image];
+}
+
+/** The addresses in an element's srcset, absolute, with their descriptors ("2x", "300w" or nothing). */
+function listed(element) {
+    const resolved = (address) => {
+        try {
+            return new URL(address, element.baseURI).href;
+        } catch {
+            return '';
+        }
+    };
+    const entries = attribute(element, 'srcset').matchAll(
+        /([^\s,]\S*[^\s,]|[^\s,])(?:\s+([^\s,]+))?\s*(?:,|$)/g,
+    );
+    return [...entries].map(([, address, descriptor = '']) => ({ address: resolved(address), descriptor }));
+}
+
+/** The images that could not be had and were chosen among several: at most 1,000, without very long addresses. */
+function failedImages() {
+    const isPlain = (address) => address.length < 5000 && !address.startsWith('data:');
+    return images()
+        .flatMap((image) => {
+            if (!image.complete || image.naturalWidth > 0 || !image.currentSrc) return [];
+            const choices = choicesOf(image);
+            const candidates = choices.flatMap(listed).map(({ address }) => address);
+            if (candidates.length === 0) return [];
+            if (attribute(image, 'src')) candidates.push(image.src);
+            return [{ image, choices, chosen: image.currentSrc, candidates: candidates.filter(isPlain) }];
+        })
+        .slice(0, 1000);
+}
+
+/** Settled by the first of these events. A <video>'s sources report their errors on the way down only. */
+function firstOf(element, ...names) {
+    return new Promise((done) => {
+        for (const name of names) element.addEventListener(name, done, { once: true, capture: true });
+    });
+}
+
+/** True while a film's first picture is on its way. */
+function waitsForPicture(video) {
+    return (
+        video.networkState === HTMLMediaElement.NETWORK_LOADING &&
+        video.readyState < HTMLMediaElement.HAVE_CURRENT_DATA
+    );
+}
+
+/** Settled when a film has its first picture, or is not going to have one. */
+function firstPicture(video) {
+    return firstOf(video, 'loadeddata', 'error', 'emptied', 'suspend');
+}
