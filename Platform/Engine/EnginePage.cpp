@@ -292,7 +292,7 @@ std::string EnginePage::storedLink(const std::string& link) const {
 std::function<void(NSString)> EnginePage::onceInTime(std::function<void(NSString)> answer) {
     const auto once = std::make_shared<std::function<void(NSString)>>(std::move(answer));
     const auto timer = answerTimers_.emplace(answerTimers_.end());
-    const auto reply = [this, once, timer](const NSString& text) {
+    auto reply = [this, once, timer](const NSString& text) {
         const auto waiting = std::exchange(*once, nullptr);
         if (!waiting) return;
         answerTimers_.erase(timer);

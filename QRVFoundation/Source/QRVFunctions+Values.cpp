@@ -21,7 +21,7 @@ namespace {
 template <class T>
 T read(const void* pointer) {
     T value;
-    std::memcpy(&value, pointer, sizeof value);
+    std::memcpy(static_cast<void*>(&value), pointer, sizeof value);
     return value;
 }
 

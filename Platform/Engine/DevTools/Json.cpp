@@ -191,7 +191,9 @@ std::string_view Json::stringView() const {
 
 std::vector<Json> Json::elements() const {
     std::vector<Json> elements;
-    for (std::size_t index = 0; index < (isArray() ? size() : 0); ++index) elements.push_back(element(index));
+    if (!isArray()) return elements;
+    elements.reserve(size());
+    for (std::size_t index = 0; index < size(); ++index) elements.push_back(element(index));
     return elements;
 }
 
