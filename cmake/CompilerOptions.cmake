@@ -21,6 +21,9 @@ if(WEB2PDF_SANITIZE)
 endif()
 if(WEB2PDF_COVERAGE)
     list(APPEND WEB2PDF_INSTRUMENTATION --coverage)
+    # What a process counted before it became another program is kept only if the compiler knows execve, which it
+    # does in its own dialect.
+    set(CMAKE_CXX_EXTENSIONS ON)
 endif()
 target_compile_options(web2pdf_options INTERFACE ${WEB2PDF_INSTRUMENTATION})
 target_link_options(web2pdf_options INTERFACE ${WEB2PDF_INSTRUMENTATION})

@@ -55,7 +55,7 @@ INSTANTIATE_TEST_SUITE_P(
         ValueCase{"Float", [] { return text(1.5f, "f"); }, "1.500000"},
         ValueCase{"Double", [] { return text(-0.25, "d"); }, "-0.250000"},
         ValueCase{"LongDouble", [] { return text(2.5L, "D"); }, "2.500000"},
-        ValueCase{"Selector", [] { return text("doThis:with:" + 0, ":"); }, "doThis:with:"},
+        ValueCase{"Selector", [] { return text(&"doThis:with:"[0], ":"); }, "doThis:with:"},
         ValueCase{"ClassName", [] { return text(Class(QRVFunctions::classInfo), "#"); }, "QRVFunctions"},
         ValueCase{"Pointer", [] { return text(someAddress, "^v"); }, "0xabc"},
         ValueCase{"CString", [] { return text(someText, "*"); }, "\xC3\xA4 text"},

@@ -56,7 +56,13 @@ class Unknown : public Object {};
 class OwnError final : public NSErrorObject {
 public:
     using NSErrorObject::NSErrorObject;
-    static constexpr ClassInfo classInfo{"OwnError", nullptr};
+
+    static const ClassInfo& classInfo() {
+        static const ClassInfo info{"OwnError", &NSError::classInfo()};
+        return info;
+    }
+
+    const ClassInfo& objectClass() const override { return classInfo(); }
 };
 
 } // namespace
@@ -127,6 +133,7 @@ TEST(KeyedArchiver, AnErrorWithEmptyUserInfoHoldsAnEmptyDictionaryNotNone) {
 
 TEST(KeyedArchiver, AnErrorOfAClassOfOnesOwnComesBackAsAPlainOne) {
     const id own(std::make_shared<OwnError>(NSString(u"d"), 7, NSDictionary::dictionary()));
+    EXPECT_EQ(own.objectClass(), &OwnError::classInfo());
     const id back =
         NSKeyedUnarchiver::unarchiveObjectWithData(NSKeyedArchiver::archivedDataWithRootObject(own));
     EXPECT_EQ(back.objectClass(), &NSError::classInfo());

@@ -62,7 +62,7 @@ TEST(NSString, MovingToItselfKeepsTheText) {
     NSString& same = text;
     text = std::move(same);
     EXPECT_EQ(text, NSString(u"abc"));
-    text = same;
+    text = same; // NOLINT(bugprone-use-after-move): that it may be used is what is tested
     EXPECT_EQ(text.view(), u"abc");
 }
 

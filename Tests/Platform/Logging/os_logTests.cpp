@@ -105,7 +105,7 @@ TEST_F(OSLog, EntriesOfManyThreadsArriveWhole) {
     std::vector<std::thread> threads;
     std::size_t received = 0;
     for (int t = 0; t < 8; ++t) {
-        threads.emplace_back([this, t] {
+        threads.emplace_back([t] {
             const os_log_t own = os_log_create("s", "c" + std::to_string(t));
             os_log_with_type(own, OS_LOG_TYPE_ERROR, "line of " + std::to_string(t));
         });
