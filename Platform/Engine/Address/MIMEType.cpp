@@ -39,6 +39,12 @@ bool MIMEType::isPDF() const {
     return isOneOf(text_, {"application/pdf", "application/x-pdf", "text/pdf"});
 }
 
+bool MIMEType::isDownload() const {
+    return isOneOf(text_, {"application/octet-stream", "binary/octet-stream", "application/x-msdownload",
+                           "application/zip", "application/x-zip-compressed", "application/gzip",
+                           "application/x-gzip", "application/x-tar", "application/x-apple-diskimage"});
+}
+
 bool MIMEType::isMarkup() const {
     return text_ == "text/html" || text_.ends_with("xml");
 }

@@ -125,7 +125,11 @@ void RequestServer::answerFrameDocument(const Request& request) {
 
 void RequestServer::answer(const Request& request, const WebResource& resource) {
     if (!resource) missing_.add(request.type, request.url);
-    const std::optional<std::string> body = resource ? responseBody(bodyOf(resource)) : std::nullopt;
+    // The engine begins a download before it refuses it, and may leave a temporary file of it when it is
+    // ended.
+    const bool isDownload = request.isDocument && MIMEType(resource.MIMEType().utf8()).isDownload();
+    const bool isServed = resource && !isDownload;
+    const std::optional<std::string> body = isServed ? responseBody(bodyOf(resource)) : std::nullopt;
     if (!body) {
         fail(request);
         return;

@@ -45,6 +45,14 @@ TEST(MIMEType, TellsPDFFiles) {
     }
 }
 
+TEST(MIMEType, TellsDownloads) {
+    for (const char* type : {"application/octet-stream", "Application/Octet-Stream; x=y", "application/zip"})
+        EXPECT_TRUE(MIMEType(type).isDownload()) << type;
+    for (const char* type : {"", "text/html", "application/json", "application/pdf", "application/xhtml+xml",
+                             "application/ogg", "image/png", "video/mp4"})
+        EXPECT_FALSE(MIMEType(type).isDownload()) << type;
+}
+
 TEST(MIMEType, TellsMarkupStylesAndScripts) {
     for (const char* type :
          {"text/html", "text/html; charset=utf-8", "application/xhtml+xml", "image/svg+xml", "text/xml"}) {

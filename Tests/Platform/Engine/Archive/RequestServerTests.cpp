@@ -207,6 +207,15 @@ TEST_F(RequestServerTest, WhatIsTooLargeForTheEngineFails) {
     EXPECT_THAT(take(), ElementsAre("http://a/big Failed"));
 }
 
+TEST_F(RequestServerTest, AFileThatNoEngineShowsIsNoDocument) {
+    serve({{"http://a/", "bytes", "application/octet-stream"},
+           {{"http://a/font", "font", "application/octet-stream"}}});
+    askForDocument("http://a/");
+    ask("http://a/font");
+    EXPECT_THAT(take(), ElementsAre("http://a/ Aborted", "http://a/font -> font"));
+    EXPECT_EQ(server_.missing().description(), "");
+}
+
 TEST_F(RequestServerTest, ARefusedNavigationIsAborted) {
     serve({{"http://a/", "page"}, {{"http://a/b", "other"}}});
     owner_.allows = false;
