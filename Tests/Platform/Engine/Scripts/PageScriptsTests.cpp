@@ -457,9 +457,10 @@ TEST_F(PageScriptsTest, BackgroundImagesMoveToTheirTarget) {
     EXPECT_EQ(style("html", "background-image"), "linear-gradient(rgb(0, 255, 0), rgb(0, 0, 255))");
 }
 
-TEST_F(PageScriptsTest, NothingIsInForceInAPageWithoutARoot) {
+TEST_F(PageScriptsTest, AnAdoptedSheetServesWhereThereIsNoRoot) {
     show("<!DOCTYPE html><script>document.documentElement.remove()</script>");
     EXPECT_TRUE(answer(scripts::applyPrintStyle, {redSheet, "", "", ""}).boolean());
+    EXPECT_EQ(evaluate("document.adoptedStyleSheets.length").integer(), 1);
 }
 
 TEST_F(PageScriptsTest, BoxesThatScrollOrStandAboveAllAreReleased) {
