@@ -6,6 +6,7 @@
 #include "Platform/Engine/Loading/NetErrors.h"
 #include "Platform/Engine/Loading/RequestsUnderWay.h"
 #include "Platform/Engine/Print/PageRenderer.h"
+#include "Platform/Engine/Print/PrintLayout.h"
 #include "Platform/Engine/Process/EngineProcess.h"
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Platform/Logging/NSLog.h"
@@ -66,6 +67,8 @@ public:
 
     void loadArchive(const WebArchive& archive) override;
     void setViewSize(NSSize size) override;
+    void prepareForScreenPDF(NSSize paper) override;
+    void prepareForPaginatedPDF(NSSize paper, double margin) override;
     void setMediaStyle(const NSString& mediaStyle) override;
     void setPrintsBackgrounds(bool prints) override;
     void waitForLoad() override;
@@ -92,6 +95,7 @@ private:
 
     bool isAlive() const { return renderer_ && failure_.isNil(); }
 
+    void expectView(NSSize view);
     bool isReadyToRender();
     void updateTitle();
     NSData drawn(const NSData& pdf);
@@ -115,6 +119,7 @@ private:
     WebArchive archive_;
     NSError failure_; // why the engine is not there
     NSSize viewSize_;
+    std::optional<NSSize> expectedView_; // of the PDF that is going to be asked for
     RequestsUnderWay underWay_;
     bool titleIsFinal_ = false;
     bool toldOfMissing_ = false;
@@ -199,6 +204,7 @@ void EnginePage::attached(const std::string& target, const std::string& session)
             return requests_->substitutesFor(chosen, candidates);
         });
     renderer_->setViewSize(viewSize_);
+    if (expectedView_) renderer_->expectView(*expectedView_);
     renderer_->setLinkMapping([this](const std::string& link) { return storedLink(link); });
 
     listen(session_, "Target.attachedToTarget", &EnginePage::workerAttached);
@@ -319,6 +325,19 @@ void EnginePage::queryTitle(const std::string& engineFrame, std::function<void(N
 void EnginePage::setViewSize(NSSize size) {
     viewSize_ = size;
     if (renderer_) renderer_->setViewSize(size);
+}
+
+void EnginePage::prepareForScreenPDF(NSSize paper) {
+    expectView(screenView(paper));
+}
+
+void EnginePage::prepareForPaginatedPDF(NSSize paper, double margin) {
+    expectView(paginatedView(paper, margin));
+}
+
+void EnginePage::expectView(NSSize view) {
+    expectedView_ = view;
+    if (renderer_) renderer_->expectView(view);
 }
 
 void EnginePage::setMediaStyle(const NSString& mediaStyle) {

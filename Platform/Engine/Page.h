@@ -22,6 +22,13 @@ public:
 
     /// The view in which the page is laid out, in points (one CSS pixel each).
     virtual void setViewSize(NSSize size) = 0;
+
+    // What is going to be asked for. When this is said before the page is loaded, its scripts see the view of
+    // that PDF from the start, whatever setViewSize says.
+
+    virtual void prepareForScreenPDF(NSSize paper) = 0;
+    virtual void prepareForPaginatedPDF(NSSize paper, double margin) = 0;
+
     virtual void setMediaStyle(const NSString& mediaStyle) = 0;
     virtual void setPrintsBackgrounds(bool prints) = 0;
 

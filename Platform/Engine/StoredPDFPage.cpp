@@ -19,6 +19,10 @@ public:
 
     void setViewSize(NSSize size) override { viewSize_ = size; }
 
+    void prepareForScreenPDF(NSSize /*paper*/) override {}
+
+    void prepareForPaginatedPDF(NSSize /*paper*/, double /*margin*/) override {}
+
     void setMediaStyle(const NSString& /*mediaStyle*/) override {}
 
     void setPrintsBackgrounds(bool /*prints*/) override {}

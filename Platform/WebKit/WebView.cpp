@@ -82,6 +82,14 @@ void WebView::setMediaStyle(const NSString& mediaStyle) {
     page_->setMediaStyle(mediaStyle);
 }
 
+void WebView::prepareForPDF(NSSize paper) {
+    page_->prepareForScreenPDF(paper);
+}
+
+void WebView::prepareForPrinting(NSSize paper, double margin) {
+    page_->prepareForPaginatedPDF(paper, margin);
+}
+
 void WebView::setFrame(NSRect frame) {
     NSView::setFrame(frame);
     page_->setViewSize(frame.size);

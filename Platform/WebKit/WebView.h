@@ -48,6 +48,12 @@ public:
     /// The media type for which the page is styled ("screen", "print", ...); nil for the engine's default.
     void setMediaStyle(const NSString& mediaStyle);
 
+    // What the view is going to be drawn as. When this is said before a page is loaded, the page and its
+    // scripts see the view of that drawing, whatever the frame's size: sizes in points.
+
+    void prepareForPDF(NSSize paper);
+    void prepareForPrinting(NSSize paper, double margin);
+
     // - setFrame:
     /// Lays the page out anew in the new size.
     void setFrame(NSRect frame) override;

@@ -54,6 +54,7 @@ void PDFLoader::loadWebArchivePath_uid(const NSString& path, const NSString& uid
         if (!archive) finishWithError(makeBadArchiveError(path));
         _url = archive.mainResource().URL();
         _view->preferences().setPlugInsEnabled(enablesPlugIns);
+        prepareView();
         _view->mainFrame()->loadArchive(archive);
         waitUntilDone();
     }
@@ -61,6 +62,16 @@ void PDFLoader::loadWebArchivePath_uid(const NSString& path, const NSString& uid
     if (isShowingFrames()) finishWithError(makeFramesError(path));
     if (qrvHasDomain_code(_error, NSURLErrorDomain, NSURLErrorCancelled)) return;
     if (_error) finishWithError(_error);
+}
+
+/// Pages that fit themselves to their view by scripts do so while they load.
+void PDFLoader::prepareView() {
+    const NSSize paper = NSPrintInfo::sharedPrintInfo().paperSize();
+    if (createScreenPDFs()) {
+        _view->prepareForPDF(paper);
+    } else {
+        _view->prepareForPrinting(paper, margin());
+    }
 }
 
 void PDFLoader::setupWindow() {

@@ -44,6 +44,7 @@ public:
     [[noreturn]] void savePDF(const NSString& path);
 
 private:
+    void prepareView();
     void writeScreenPDF(NSView* documentView, const NSString& path) const;
     void printToFile(NSView* documentView, const NSString& path) const;
     void setAttributesOfPDF(const NSString& path) const;

@@ -224,6 +224,26 @@ TEST_F(PDFLoaderTest, TheViewGetsThePapersSizeAndTheScreensStyle) {
     EXPECT_TRUE(page().printsBackgrounds);
 }
 
+TEST_F(PDFLoaderTest, ThePageKnowsThePaperOfItsPDFBeforeItIsLoaded) {
+    setMode(u"screen");
+    load(u"https://a.example/");
+    const NSSize paper = NSPrintInfo::sharedPrintInfo().paperSize();
+    EXPECT_TRUE(page().wasPreparedForLoad);
+    EXPECT_EQ(page().expectedScreenPaper, paper);
+    EXPECT_EQ(page().expectedPrintPaper, NSSize());
+}
+
+TEST_F(PDFLoaderTest, ThePageKnowsPaperAndMarginOfItsPrintBeforeItIsLoaded) {
+    setSettings("<key>WebToolExtraLoadingTime</key><integer>0</integer>"
+                "<key>Web2PDFPageMargin</key><integer>50</integer>");
+    setMode(u"print");
+    load(u"https://a.example/");
+    EXPECT_TRUE(page().wasPreparedForLoad);
+    EXPECT_EQ(page().expectedScreenPaper, NSSize());
+    EXPECT_EQ(page().expectedPrintPaper, NSPrintInfo::sharedPrintInfo().paperSize());
+    EXPECT_EQ(page().expectedMargin, 50);
+}
+
 TEST_F(PDFLoaderTest, ScreenModeWritesTheWholeDocument) {
     load(u"https://a.example/");
     page().documentSizeToAnswer = {612, 5000};

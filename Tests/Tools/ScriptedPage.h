@@ -21,10 +21,18 @@ public:
 
     void loadArchive(const WebArchive& archive) override {
         loadedArchive = archive;
+        wasPreparedForLoad = expectedScreenPaper != NSSize() || expectedPrintPaper != NSSize();
         if (onLoad) onLoad(client);
     }
 
     void setViewSize(NSSize size) override { viewSize = size; }
+
+    void prepareForScreenPDF(NSSize paperSize) override { expectedScreenPaper = paperSize; }
+
+    void prepareForPaginatedPDF(NSSize paperSize, double printMargin) override {
+        expectedPrintPaper = paperSize;
+        expectedMargin = printMargin;
+    }
 
     void setMediaStyle(const NSString& style) override { mediaStyle = style; }
 
@@ -61,6 +69,10 @@ public:
     engine::PageClient& client;
     WebArchive loadedArchive;
     NSSize viewSize;
+    bool wasPreparedForLoad = false;
+    NSSize expectedScreenPaper;
+    NSSize expectedPrintPaper;
+    double expectedMargin = 0;
     NSString mediaStyle;
     bool printsBackgrounds = false;
     std::map<engine::FrameID, NSString> ownerElements;

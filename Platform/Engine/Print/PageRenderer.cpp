@@ -13,21 +13,28 @@ namespace qrv::engine {
 PageRenderer::PageRenderer(DevToolsClient& devTools, NSRunLoop& loop, std::string session, PageWorld& world)
     : devTools_(devTools), session_(std::move(session)), world_(world), readiness_(world_, loop) {}
 
-void PageRenderer::settle() {
+/// In the view of what is printed first, so that the page's scripts have seen that one.
+void PageRenderer::settle(NSSize view) {
     if (settled_) return;
     settled_ = true;
-    readiness_.settle(screenView(viewSize_));
+    setViewMetrics(world_, view);
+    readiness_.settle(view);
     world_.command("Emulation.setEmulatedMedia", Json::object({{"media", mediaStyle_}}));
 }
 
 void PageRenderer::setViewSize(NSSize size) {
     viewSize_ = size;
     screen_.reset();
-    devTools_.send(session_, setMetricsCommand, viewMetrics(screenView(size)));
+    if (!expectedView_) devTools_.send(session_, setMetricsCommand, viewMetrics(screenView(size)));
+}
+
+void PageRenderer::expectView(NSSize view) {
+    expectedView_ = view;
+    devTools_.send(session_, setMetricsCommand, viewMetrics(view));
 }
 
 std::optional<PageMeasurements> PageRenderer::measure(NSSize view) {
-    settle();
+    settle(view);
     setViewMetrics(world_, view);
     world_.call(scripts::standStill);
     const std::optional<Json> answer = world_.call(scripts::measure);

@@ -25,8 +25,12 @@ public:
     /// All must outlive the renderer. The session and the world are the page's.
     PageRenderer(DevToolsClient& devTools, NSRunLoop& loop, std::string session, PageWorld& world);
 
-    /// Lays the page out in a view of this size from now on.
+    /// Lays the page out in a view of this size (points, a CSS px each) from now on, unless another one is
+    /// expected.
     void setViewSize(NSSize size);
+
+    /// Lays the page out in the view (CSS px) of the PDF that is going to be asked for.
+    void expectView(NSSize view);
 
     void setMediaStyle(std::string mediaStyle) { mediaStyle_ = std::move(mediaStyle); }
 
@@ -47,7 +51,7 @@ public:
     NSData paginatedPDF(NSSize paper, double margin);
 
 private:
-    void settle();
+    void settle(NSSize view);
     const std::optional<PageMeasurements>& measureOnScreen();
     std::optional<PageMeasurements> measure(NSSize view);
     NSData print(const PrintPlan& plan, const PrintPlan& plain);
@@ -59,6 +63,7 @@ private:
     PageWorld& world_;
     PageReadiness readiness_;
     NSSize viewSize_{612, 792};
+    std::optional<NSSize> expectedView_;
     std::string mediaStyle_;
     bool printsBackgrounds_ = false;
     std::chrono::milliseconds printLimit_ = std::chrono::minutes(10);

@@ -191,8 +191,11 @@ void addBackground(PrintPlan& plan, StyleSheet& sheet, StyleRule& root, const Pa
     }
 }
 
-double inches(double points) {
-    return points / pointsPerInch;
+// The engine answers media queries from the paper that it is told, whatever the sheets' own sizes are: it is
+// told the view. It rounds the height up.
+NSSize paperLikeView(const PageMeasurements& m, double scale) {
+    constexpr double roundedUp = 0.5;
+    return {m.view.width * scale / pixelsPerInch, (m.view.height - roundedUp) * scale / pixelsPerInch};
 }
 
 // One page for the whole document, printed larger by `shrink` than wanted.
@@ -202,7 +205,7 @@ PrintPlan wholeDocumentPlan(const PageMeasurements& m, double shrink) {
     plan.shrink = shrink;
     plan.scale = shrink * pixelsPerPoint;
     plan.page = {documentWidth(m), documentHeight(m)};
-    plan.paper = {inches(plan.page.width * shrink), inches(plan.page.height * shrink)};
+    plan.paper = paperLikeView(m, plan.scale);
     plan.pageLength = plan.page.height;
     return plan;
 }
@@ -220,7 +223,7 @@ PrintPlan sheetsPlan(const PageMeasurements& m, const Paper& paper) {
     plan.shrink = std::max(1.0, needed * smallest / available);
     plan.scale = std::clamp(plan.shrink * available / needed, smallest, 1.0);
     plan.page = paper.size;
-    plan.paper = {inches(paper.size.width * plan.shrink), inches(paper.size.height * plan.shrink)};
+    plan.paper = paperLikeView(m, plan.scale);
     plan.pageLength = paper.printableHeight() * plan.shrink * pixelsPerPoint / plan.scale;
     plan.pageMargin = paper.margin * plan.shrink;
     return plan;

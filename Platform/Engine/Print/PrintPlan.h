@@ -16,9 +16,9 @@ struct PrintPlan {
     std::string imagesOnTop; ///< images that it gets before those, each with a comma behind it
     double scale = 1;        ///< printToPDF: scale, 0.1 to 2
     std::string pageRanges;  ///< printToPDF: pageRanges; empty for all
-    NSSize paper;            ///< printToPDF: paperWidth and paperHeight, inches
-    NSSize page;             ///< exact MediaBox wanted, points
-    double shrink = 1;       ///< factor by which the printed pages are too large (or, below 1, too small)
+    NSSize paper; ///< printToPDF: paperWidth and paperHeight, inches; @page rules set the pages' own sizes
+    NSSize page;  ///< exact MediaBox wanted, points
+    double shrink = 1; ///< factor by which the printed pages are too large (or, below 1, too small)
     bool usesViewportPage = false;
     bool isStructured = true; ///< printToPDF: generateTaggedPDF, generateDocumentOutline
     /// Sheets do not scroll: sticky boxes stand where they are in the flow, and modal dialogs, which the

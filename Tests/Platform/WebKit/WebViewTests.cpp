@@ -25,6 +25,10 @@ public:
 
     void setViewSize(NSSize size) override { viewSize = size; }
 
+    void prepareForScreenPDF(NSSize paper) override { expected = {paper, std::nullopt}; }
+
+    void prepareForPaginatedPDF(NSSize paper, double margin) override { expected = {paper, margin}; }
+
     void setMediaStyle(const NSString& style) override { mediaStyle = style; }
 
     void setPrintsBackgrounds(bool prints) override { printsBackgrounds = prints; }
@@ -50,6 +54,7 @@ public:
     engine::PageClient& client;
     std::vector<WebArchive> archives;
     NSSize viewSize;
+    std::pair<NSSize, std::optional<double>> expected; // the paper, and the margin of a print
     NSString mediaStyle;
     bool printsBackgrounds = false;
     int measurements = 0;
@@ -591,6 +596,13 @@ TEST_F(WebViewTest, ADelegateNeedImplementNothing) {
     page().loadCommitted(engine::mainFrame, url("http://a/"), u"text/html");
     page().loadFailed(engine::mainFrame, failure(-1));
     EXPECT_EQ(view_->mainFrame()->dataSource()->request().URL().absoluteString(), NSString(u"http://a/"));
+}
+
+TEST_F(WebViewTest, ThePageIsToldWhatItIsGoingToBeDrawnAs) {
+    view_->prepareForPDF({500, 700});
+    EXPECT_EQ(FakePage::last->expected, std::pair(NSSize{500, 700}, std::optional<double>()));
+    view_->prepareForPrinting({600, 800}, 40);
+    EXPECT_EQ(FakePage::last->expected, std::pair(NSSize{600, 800}, std::optional<double>(40)));
 }
 
 TEST_F(WebViewTest, ThePageIsLaidOutInTheViewsSize) {

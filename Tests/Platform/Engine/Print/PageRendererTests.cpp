@@ -136,6 +136,29 @@ TEST_F(PageRendererTest, WhatCannotBeDescribedIsPrinted) {
     EXPECT_FALSE(renderer_.screenPDF().isNil());
 }
 
+TEST_F(PageRendererTest, ThePageIsInTheViewOfItsPDFBeforeItsScriptsAreStopped) {
+    const auto firstView = [this] {
+        for (const Json& command : transport_.sent) {
+            if (command["method"].string() == "Emulation.setDeviceMetricsOverride") {
+                return command["params"].serialize();
+            }
+            if (command["method"].string() == "Emulation.setScriptExecutionDisabled") break;
+        }
+        return std::string();
+    };
+    renderer_.paginatedPDF({612, 792}, 36);
+    EXPECT_THAT(firstView(), HasSubstr(R"("width":720,"height":960,"screenWidth":720,"screenHeight":960)"));
+}
+
+TEST_F(PageRendererTest, AnExpectedViewIsNotLeftForAnotherOne) {
+    renderer_.expectView({720, 960});
+    renderer_.setViewSize({500, 400});
+    renderer_.paginatedPDF({612, 792}, 36);
+    for (const Json& command : transport_.sent) {
+        EXPECT_THAT(command["params"].serialize(), ::testing::Not(HasSubstr(R"("width":500)")));
+    }
+}
+
 TEST_F(PageRendererTest, OnlySheetsReleaseBoxes) {
     renderer_.screenPDF();
     EXPECT_EQ(transport_.releases, 0);
