@@ -69,7 +69,6 @@ void addRootInPlace(StyleRule& root, const PageMeasurements& m, const RootBox& b
     root.add("inset", "auto");
     root.add("float", "none");
     root.add("overflow", "visible");
-    root.add("transition", "none");
     root.add("zoom", "1"); // the engine drops it, hence the body's
     root.add("direction", "ltr");
     root.add("writing-mode", "horizontal-tb");
@@ -90,7 +89,6 @@ struct BodyPins {
 void addBody(StyleSheet& sheet, const PageMeasurements& m, const BodyPins& pins) {
     if (!m.body.exists) return;
     StyleRule body("body");
-    body.add("transition", "none");
     if (m.root.zoom != 1) body.add("zoom", number(m.root.zoom * m.body.zoom));
     body.add("direction", m.body.direction);
     body.add("writing-mode", m.body.writingMode);

@@ -68,6 +68,10 @@ StyleSheet::StyleSheet() {
     StyleRule unnamed("*");
     unnamed.add("page", "auto");
     add(unnamed);
+    // What changes now is printed as it is in the end.
+    StyleRule still("*,::before,::after");
+    still.add("transition", "none");
+    add(still);
     // The view that fixed backgrounds refer to is the first page, and nothing of them is drawn elsewhere.
     // Controls lose the looks that the system gives them when a style says anything of their background.
     StyleRule scrolling(":not(input,button,select,textarea,progress,meter),::before,::after");

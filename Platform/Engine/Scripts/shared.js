@@ -22,6 +22,17 @@ function attribute(element, name) {
     return Element.prototype.getAttribute.call(element, name) || '';
 }
 
+/** The declarations of an element's style attribute; nothing for elements of foreign kinds, which have none. */
+function styleOf(element) {
+    const declaring = [HTMLElement, SVGElement, MathMLElement].find((one) => element instanceof one);
+    return declaring && read(declaring, 'style', element);
+}
+
+/** The elements right in an element. */
+function elementsIn(element) {
+    return [...elementProperty('children', element)];
+}
+
 /** False for shadow trees. */
 function isDocument(content) {
     return read(Node, 'nodeType', content) === Node.DOCUMENT_NODE;

@@ -2,13 +2,52 @@
 // background images: `imagesOnTop` (CSS, with a comma behind each), then those that the root or the body has, as
 // `imageSource` says ("root", "body"; empty: its own stay). Answers whether the sheet is in force. There is no way
 // back, so that printing is the next and last thing to do.
+//
+// What is set on the root and on the body goes no further: those of their children, and of their generated boxes, that
+// say "inherit" keep the values that they have.
 (styleSheet, imageTarget, imageSource, imagesOnTop) => {
+    const mostHeirs = 20_000;
     const accessor = (name) => Object.getOwnPropertyDescriptor(Document.prototype, name);
     const root = property('documentElement');
     const body = property('body');
     const takeBack = Symbol.for('web2pdf-takeBack');
     globalThis[takeBack]?.();
     const images = imageSource && getComputedStyle({ root, body }[imageSource]).backgroundImage;
+
+    const propertiesSetOn = (selector) => {
+        const probe = new CSSStyleSheet();
+        probe.replaceSync(styleSheet);
+        const rules = [...(probe.cssRules[0]?.cssRules ?? [])];
+        const names = rules
+            .filter((rule) => rule.selectorText === selector)
+            .flatMap((rule) => [...rule.style]);
+        return imageSource && imageTarget === selector ? [...names, 'background-image'] : names;
+    };
+    const setOnRoot = propertiesSetOn('html');
+    const setOnBody = propertiesSetOn('body');
+    const toBody = setOnRoot.filter((name) => !setOnBody.includes(name));
+    const valuesOf = (child, names) => {
+        const values = Element.prototype.computedStyleMap.call(child);
+        return names.map((name) => [name, String(values.get(name))]);
+    };
+    const heirsOf = (parent, names) =>
+        (names.length > 0 && parent ? elementsIn(parent) : [])
+            .slice(0, mostHeirs)
+            .filter((child) => child !== body && child.localName !== imageTarget)
+            .map((child) => ({ child, values: valuesOf(child, names) }));
+    const heirs = [...heirsOf(root, setOnRoot), ...heirsOf(body, setOnBody)];
+    if (body) heirs.push({ child: body, values: valuesOf(body, toBody) });
+    // Places and sizes of generated boxes are known as they are used only, which is as they will be.
+    const isPlaced = (name) => /^(inset|top|right|bottom|left|margin|padding|.*width|.*height)/.test(name);
+    const generatedOf = (selector, owner, names) =>
+        ['::before', '::after'].flatMap((pseudo) => {
+            const style = owner && getComputedStyle(owner, pseudo);
+            if (!style || style.content === 'none') return [];
+            const values = names.filter((name) => !isPlaced(name)).map((name) => [name, style[name]]);
+            return [{ selector: selector + pseudo, style, values }];
+        });
+    const generated = [...generatedOf('html', root, setOnRoot), ...generatedOf('body', body, setOnBody)];
+
     const element = Document.prototype.createElementNS.call(
         document,
         'http://www.w3.org/1999/xhtml',
@@ -33,6 +72,17 @@
     if (imageSource) {
         const rule = `${imageTarget}{background-image:${imagesOnTop}${images}!important}`;
         layer.insertRule(rule, layer.cssRules.length);
+    }
+    for (const { child, values } of heirs) {
+        const now = Element.prototype.computedStyleMap.call(child);
+        for (const [name, value] of values) {
+            if (String(now.get(name)) !== value) styleOf(child)?.setProperty(name, value, 'important');
+        }
+    }
+    for (const { selector, style, values } of generated) {
+        const lost = values.filter(([name, value]) => style[name] !== value);
+        const declarations = lost.map(([name, value]) => `${name}:${value}!important`).join(';');
+        layer.insertRule(`${selector}{${declarations}}`, layer.cssRules.length);
     }
     // Important declarations of style attributes are stronger than any sheet: they lose their importance.
     for (const rule of layer?.cssRules ?? []) {

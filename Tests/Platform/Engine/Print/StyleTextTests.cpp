@@ -36,7 +36,7 @@ TEST(StyleText, SheetIsOneLayerAndTakesPageNamesAndTheViewsBackgroundsAway) {
     rule.add("color", "red");
     sheet.add(rule);
     EXPECT_EQ(sheet.text(),
-              "@layer web2pdf-print{*{page:auto!important;}"
+              "@layer web2pdf-print{*{page:auto!important;}*,::before,::after{transition:none!important;}"
               ":not(input,button,select,textarea,progress,meter),::before,::after{background-attachment:"
               "scroll!important;}"
               "body{color:red!important;}}");

@@ -437,6 +437,52 @@ TEST_F(PageScriptsTest, AnAdoptedSheetServesWhereStylesAreForbidden) {
     EXPECT_EQ(evaluate("document.adoptedStyleSheets.length").integer(), 2);
 }
 
+constexpr char boxSheet[] = "@layer print{html{box-sizing:content-box!important;width:500px!important}"
+                            "body{width:400px!important;overflow:visible!important}}";
+
+TEST_F(PageScriptsTest, WhatIsSetOnTheRootAndTheBodyIsNotInherited) {
+    show("<!DOCTYPE html><style>html{box-sizing:border-box}*,::before{box-sizing:inherit}body{overflow:auto}"
+         "body *{width:inherit;overflow:inherit}html::before{content:'a'}</style>"
+         "<body><div><p>text</p></div><svg></svg><math></math>");
+    answer(scripts::applyPrintStyle, {boxSheet, "", "", ""});
+    EXPECT_EQ(style("html", "box-sizing"), "content-box");
+    EXPECT_EQ(style("body", "width"), "400px");
+    for (const auto* selector : {"body", "div", "p", "svg", "math"}) {
+        EXPECT_EQ(style(selector, "box-sizing"), "border-box") << selector;
+    }
+    EXPECT_EQ(evaluate("getComputedStyle(document.documentElement, '::before').boxSizing").string(),
+              "border-box");
+    for (const auto* selector : {"div", "p"}) {
+        EXPECT_EQ(evaluate("String(document.querySelector('" + std::string(selector) +
+                           "').computedStyleMap().get('width'))")
+                      .string(),
+                  "auto");
+        EXPECT_EQ(style(selector, "overflow"), "auto");
+    }
+}
+
+TEST_F(PageScriptsTest, WhoDoesNotInheritIsLeftAsItIs) {
+    show("<!DOCTYPE html><style>body{overflow:auto}</style><body><div></div><p style='width:50%'></p>");
+    answer(scripts::applyPrintStyle, {boxSheet, "", "", ""});
+    EXPECT_EQ(evaluate("document.querySelector('div').hasAttribute('style')").boolean(true), false);
+    EXPECT_EQ(evaluate("document.querySelector('p').getAttribute('style')").string(), "width:50%");
+}
+
+TEST_F(PageScriptsTest, ElementsOfForeignKindsHaveNoStyleToKeep) {
+    show("<!DOCTYPE html><style>body *{width:inherit}</style><body><script>"
+         "document.body.append(document.createElementNS('http://a.example/', 'thing'))</script>");
+    EXPECT_TRUE(answer(scripts::applyPrintStyle, {boxSheet, "", "", ""}).boolean());
+}
+
+TEST_F(PageScriptsTest, NothingIsOnItsWayToANewValue) {
+    show("<!DOCTYPE html><style>body{background:rgb(0,0,255)}div{background:inherit;transition:all 100s}"
+         "</style><body><div></div>");
+    style("div", "background-color");
+    answer(scripts::applyPrintStyle,
+           {"@layer print{*{transition:none!important}body{background:none!important}}", "", "", ""});
+    EXPECT_EQ(style("div", "background-color"), "rgb(0, 0, 255)");
+}
+
 TEST_F(PageScriptsTest, TheStyleSheetStandsInTheRealHead) {
     show("<!DOCTYPE html><html><head><title>T</title></head><body><div id=h></div><form name=head></form>"
          "<img name=documentElement><img name=body>");
