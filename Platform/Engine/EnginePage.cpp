@@ -71,6 +71,7 @@ public:
     void prepareForPaginatedPDF(NSSize paper, double margin) override;
     void setMediaStyle(const NSString& mediaStyle) override;
     void setPrintsBackgrounds(bool prints) override;
+    void setUnrollsScrollers(bool unrolls) override;
     void waitForLoad() override;
     NSString ownerElementName(const FrameID& frame) override;
     NSSize documentSize() override;
@@ -346,6 +347,10 @@ void EnginePage::setMediaStyle(const NSString& mediaStyle) {
 
 void EnginePage::setPrintsBackgrounds(bool prints) {
     if (renderer_) renderer_->setPrintsBackgrounds(prints);
+}
+
+void EnginePage::setUnrollsScrollers(bool unrolls) {
+    if (renderer_) renderer_->setUnrollsScrollers(unrolls);
 }
 
 void EnginePage::waitForLoad() {

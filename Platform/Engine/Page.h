@@ -32,6 +32,9 @@ public:
     virtual void setMediaStyle(const NSString& mediaStyle) = 0;
     virtual void setPrintsBackgrounds(bool prints) = 0;
 
+    /// Whether boxes that scroll show all that they hold; true unless set.
+    virtual void setUnrollsScrollers(bool unrolls) = 0;
+
     // The operations below run the loop until the engine has answered.
 
     /// Waits until the page that is being loaded is there or has failed: loads that nobody waits for, such as

@@ -27,6 +27,8 @@ public:
 
     void setPrintsBackgrounds(bool /*prints*/) override {}
 
+    void setUnrollsScrollers(bool /*unrolls*/) override {}
+
     void waitForLoad() override { deliver(); }
 
     NSString ownerElementName(const FrameID& /*frame*/) override { return {}; }

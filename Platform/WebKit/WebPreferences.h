@@ -19,9 +19,17 @@ public:
     // - shouldPrintBackgrounds
     bool shouldPrintBackgrounds() const { return shouldPrintBackgrounds_; }
 
+    // - setUnrollsScrollers:
+    /// Whether drawings of the view have boxes that scroll show all that they hold.
+    void setUnrollsScrollers(bool unrolls) { unrollsScrollers_ = unrolls; }
+
+    // - unrollsScrollers
+    bool unrollsScrollers() const { return unrollsScrollers_; }
+
 private:
     bool plugInsEnabled_ = true;
     bool shouldPrintBackgrounds_ = false;
+    bool unrollsScrollers_ = true;
 };
 
 } // namespace qrv

@@ -97,6 +97,7 @@ void WebView::setFrame(NSRect frame) {
 
 engine::Page& WebView::page() {
     page_->setPrintsBackgrounds(preferences_.shouldPrintBackgrounds());
+    page_->setUnrollsScrollers(preferences_.unrollsScrollers());
     return *page_;
 }
 

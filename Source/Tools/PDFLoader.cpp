@@ -91,6 +91,7 @@ void PDFLoader::savePDF(const NSString& path) {
     setupWindow();
     _view->setMediaStyle(u"screen"); // in both modes
     _view->preferences().setShouldPrintBackgrounds(true);
+    _view->preferences().setUnrollsScrollers(unrollsScrollers());
     WebFrameView* frameView = _view->mainFrame()->frameView();
     NSView* documentView = frameView ? frameView->documentView() : nullptr;
     if (createScreenPDFs()) {

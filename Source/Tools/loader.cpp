@@ -173,6 +173,10 @@ long long Loader::webToolTimeout() const {
     return integerSetting(u"WebToolTimeout", 10);
 }
 
+bool Loader::unrollsScrollers() const {
+    return boolSetting(u"Web2PDFUnrollScrollers", true);
+}
+
 bool Loader::shouldEnablePlugIns() const {
     return boolSetting(u"WebToolEnableWebPlugIns", false);
 }

@@ -81,6 +81,10 @@ public:
     // - shouldEnablePlugIns
     /// WebToolEnableWebPlugIns; false if unset.
     bool shouldEnablePlugIns() const;
+
+    // - unrollsScrollers
+    /// Web2PDFUnrollScrollers: whether boxes that scroll show all that they hold; true if unset.
+    bool unrollsScrollers() const;
     // - maxTriesBeforeTimeout
     /// WebToolMaxTriesBeforeTimeout; 3 if unset. For subclasses that retry.
     unsigned long long maxTriesBeforeTimeout() const;

@@ -339,18 +339,21 @@ TEST_F(LoaderTest, UnsetSettingsHaveTheirDefaults) {
     EXPECT_EQ(loader.maxTriesBeforeTimeout(), 3U);
     EXPECT_EQ(loader.webToolExtraLoadingTime(), 2);
     EXPECT_EQ(loader.margin(), 36.0);
+    EXPECT_TRUE(loader.unrollsScrollers());
 }
 
 TEST_F(LoaderTest, SettingsAreReadAtEachCall) {
     setSettings("<key>WebToolTimeout</key><integer>11</integer><key>WebToolEnableWebPlugIns</key><true/>"
                 "<key>WebToolMaxTriesBeforeTimeout</key><integer>4</integer>"
                 "<key>WebToolExtraLoadingTime</key><integer>7</integer>"
-                "<key>Web2PDFPageMargin</key><integer>-3</integer>");
+                "<key>Web2PDFPageMargin</key><integer>-3</integer>"
+                "<key>Web2PDFUnrollScrollers</key><false/>");
     EXPECT_EQ(loader.webToolTimeout(), 11);
     EXPECT_TRUE(loader.shouldEnablePlugIns());
     EXPECT_EQ(loader.maxTriesBeforeTimeout(), 4U);
     EXPECT_EQ(loader.webToolExtraLoadingTime(), 7);
     EXPECT_EQ(loader.margin(), -3.0);
+    EXPECT_FALSE(loader.unrollsScrollers());
     setSettings("<key>WebToolTimeout</key><integer>12</integer>");
     EXPECT_EQ(loader.webToolTimeout(), 12);
     EXPECT_EQ(loader.margin(), 36.0);
@@ -358,9 +361,10 @@ TEST_F(LoaderTest, SettingsAreReadAtEachCall) {
 
 TEST_F(LoaderTest, UnusableSettingsYieldTheDefaults) {
     setSettings("<key>WebToolTimeout</key><array/><key>WebToolEnableWebPlugIns</"
-                "key><date>2001-01-01T00:00:00Z</date>");
+                "key><date>2001-01-01T00:00:00Z</date><key>Web2PDFUnrollScrollers</key><array/>");
     EXPECT_EQ(loader.webToolTimeout(), 10);
     EXPECT_FALSE(loader.shouldEnablePlugIns());
+    EXPECT_TRUE(loader.unrollsScrollers());
 }
 
 } // namespace

@@ -244,6 +244,16 @@ TEST_F(PDFLoaderTest, ThePageKnowsPaperAndMarginOfItsPrintBeforeItIsLoaded) {
     EXPECT_EQ(page().expectedMargin, 50);
 }
 
+TEST_F(PDFLoaderTest, BoxesThatScrollAreUnrolledUnlessASettingForbids) {
+    load(u"https://a.example/");
+    EXPECT_EQ(save(), 0);
+    EXPECT_TRUE(page().unrollsScrollers);
+    setSettings("<key>WebToolExtraLoadingTime</key><integer>0</integer>"
+                "<key>Web2PDFUnrollScrollers</key><false/>");
+    EXPECT_EQ(save(), 0);
+    EXPECT_FALSE(page().unrollsScrollers);
+}
+
 TEST_F(PDFLoaderTest, ScreenModeWritesTheWholeDocument) {
     load(u"https://a.example/");
     page().documentSizeToAnswer = {612, 5000};

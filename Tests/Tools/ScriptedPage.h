@@ -38,6 +38,8 @@ public:
 
     void setPrintsBackgrounds(bool prints) override { printsBackgrounds = prints; }
 
+    void setUnrollsScrollers(bool unrolls) override { unrollsScrollers = unrolls; }
+
     NSString ownerElementName(const engine::FrameID& frame) override { return ownerElements[frame]; }
 
     NSSize documentSize() override { return documentSizeToAnswer; }
@@ -75,6 +77,7 @@ public:
     double expectedMargin = 0;
     NSString mediaStyle;
     bool printsBackgrounds = false;
+    bool unrollsScrollers = false;
     std::map<engine::FrameID, NSString> ownerElements;
     NSSize documentSizeToAnswer{612, 792};
     NSData pdfToAnswer;

@@ -33,16 +33,17 @@ void PageRenderer::expectView(NSSize view) {
     devTools_.send(session_, setMetricsCommand, viewMetrics(view));
 }
 
-std::optional<PageMeasurements> PageRenderer::measure(NSSize view) {
+std::optional<PageMeasurements> PageRenderer::measure(NSSize view, Mode mode) {
     settle(view);
     setViewMetrics(world_, view);
     world_.call(scripts::standStill);
+    if (unrollsScrollers_) world_.call(scripts::unrollScrollers, {mode == Mode::sheets});
     const std::optional<Json> answer = world_.call(scripts::measure);
     return answer ? std::optional(pageMeasurementsFromJson(*answer)) : std::nullopt;
 }
 
 const std::optional<PageMeasurements>& PageRenderer::measureOnScreen() {
-    if (!screen_) screen_ = measure(screenView(viewSize_));
+    if (!screen_) screen_ = measure(screenView(viewSize_), Mode::screen);
     return screen_;
 }
 
@@ -57,7 +58,7 @@ NSData PageRenderer::screenPDF() {
 }
 
 NSData PageRenderer::paginatedPDF(NSSize paper, double margin) {
-    const auto measured = measure(paginatedView(paper, margin));
+    const auto measured = measure(paginatedView(paper, margin), Mode::sheets);
     if (!measured) return {};
     return print(paginatedPlan(*measured, paper, margin), plainPaginatedPlan(*measured, paper, margin));
 }

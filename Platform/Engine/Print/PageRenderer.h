@@ -36,6 +36,9 @@ public:
 
     void setPrintsBackgrounds(bool prints) { printsBackgrounds_ = prints; }
 
+    /// Whether boxes that scroll show all that they hold; true unless set.
+    void setUnrollsScrollers(bool unrolls) { unrollsScrollers_ = unrolls; }
+
     /// For what has to be known before the page is drawn.
     PageReadiness& readiness() { return readiness_; }
 
@@ -53,7 +56,8 @@ public:
 private:
     void settle(NSSize view);
     const std::optional<PageMeasurements>& measureOnScreen();
-    std::optional<PageMeasurements> measure(NSSize view);
+    enum class Mode { screen, sheets };
+    std::optional<PageMeasurements> measure(NSSize view, Mode mode);
     NSData print(const PrintPlan& plan, const PrintPlan& plain);
     std::optional<NSData> attempt(const PrintPlan& plan);
     NSData edited(const NSData& pdf, const PrintPlan& plan, const DocumentDescription& document) const;
@@ -66,6 +70,7 @@ private:
     std::optional<NSSize> expectedView_;
     std::string mediaStyle_;
     bool printsBackgrounds_ = false;
+    bool unrollsScrollers_ = true;
     std::chrono::milliseconds printLimit_ = std::chrono::minutes(10);
     LinkMapping linkMapping_;
     bool settled_ = false;

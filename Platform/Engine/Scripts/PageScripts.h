@@ -38,6 +38,7 @@ extern const PageScript conclude;
 // Print/
 
 extern const PageScript standStill;
+extern const PageScript unrollScrollers;
 extern const PageScript measure;
 extern const PageScript describe;
 extern const PageScript applyPrintStyle;

@@ -46,12 +46,23 @@ function query(selectors, content = document) {
 
 /** The element whose overflow the view scrolls; the root where there is none. */
 function scroller() {
-    return property('scrollingElement') || property('documentElement');
+    return scrollerOf(document);
+}
+
+function scrollerOf(content) {
+    return property('scrollingElement', content) || property('documentElement', content);
 }
 
 /** The document's height with its overflow, px; 0 without a root. */
-function documentHeight() {
+function scrolledHeight() {
     return scroller() ? elementProperty('scrollHeight', scroller()) : 0;
+}
+
+/** The height of a view in which all of the document is seen, px: that of its overflow, or of the box in it that a
+ * reader scrolls in its stead. */
+function documentHeight() {
+    const hidden = fillingScrollers(displayedTree()).map(unseenDown);
+    return Math.max(scrolledHeight(), innerHeight + Math.max(0, ...hidden));
 }
 
 function scrollToTop(top) {
@@ -79,6 +90,73 @@ function contents() {
     };
     visitFrame(window);
     return found;
+}
+
+/** The elements of the document and of its open shadow trees, without those in frames. */
+function displayedTree() {
+    return contents()
+        .filter((content) => content === document || read(Node, 'ownerDocument', content) === document)
+        .flatMap((content) => query('*', content));
+}
+
+function isDisplayed(element) {
+    return Element.prototype.checkVisibility.call(element, { visibilityProperty: true });
+}
+
+/** The elements around an element as they are laid out, from the inside out. */
+function ancestorsOf(element) {
+    const parentOf = (one) =>
+        one.assignedSlot ?? read(Node, 'parentElement', one) ?? Node.prototype.getRootNode.call(one).host;
+    const found = [];
+    for (let parent = parentOf(element); parent; parent = parentOf(parent)) found.push(parent);
+    return found;
+}
+
+/** The elements of an element's subtree. */
+function elementsBelow(element) {
+    return [...Element.prototype.querySelectorAll.call(element, '*')];
+}
+
+/** What a box of the document holds below what it shows (px), if its overflow is of these kinds; else 0. */
+function overflowDown(box, ...kinds) {
+    let inner = box;
+    if (box instanceof HTMLIFrameElement) {
+        inner = box.scrolling === 'no' ? null : box.contentDocument && scrollerOf(box.contentDocument);
+    }
+    if (!inner) return 0;
+    const hidden = elementProperty('scrollHeight', inner) - elementProperty('clientHeight', inner);
+    if (hidden <= 1) return 0;
+    const { overflowY } = getComputedStyle(inner);
+    return [...kinds, inner === box ? '' : 'visible'].includes(overflowY) ? hidden : 0;
+}
+
+/** What a reader can scroll to in a box, px. */
+function scrollableDown(box) {
+    return overflowDown(box, 'auto', 'scroll');
+}
+
+/** The same for a box that fills the view. Scripts may have scrolled there what else is cut off, or given it its scroll
+ * bar by a style that was not saved: as much as that is not for decoration. */
+function unseenDown(box) {
+    const muchOfTheView = 0.5;
+    const hidden = overflowDown(box, 'hidden');
+    return scrollableDown(box) || (hidden > innerHeight * muchOfTheView ? hidden : 0);
+}
+
+/** Of a document that does not scroll itself: the boxes in which it scrolls, as high as most of the view, outer ones
+ * first. */
+function fillingScrollers(tree) {
+    const scrollsALittle = 1.1;
+    const leastHeight = 0.5;
+    const leastArea = 0.3;
+    if (scrolledHeight() > innerHeight * scrollsALittle) return [];
+    return tree.filter((box) => {
+        if (box === scroller() || unseenDown(box) === 0 || !isDisplayed(box)) return false;
+        const { left, top, right, bottom } = Element.prototype.getBoundingClientRect.call(box);
+        const width = Math.min(right, innerWidth) - Math.max(left, 0);
+        const height = Math.min(bottom, innerHeight) - Math.max(top, 0);
+        return height > innerHeight * leastHeight && width * height > innerWidth * innerHeight * leastArea;
+    });
 }
 
 /** Every image of the page and of its frames. */

@@ -33,6 +33,8 @@ public:
 
     void setPrintsBackgrounds(bool prints) override { printsBackgrounds = prints; }
 
+    void setUnrollsScrollers(bool unrolls) override { unrollsScrollers = unrolls; }
+
     NSString ownerElementName(const engine::FrameID& frame) override {
         return frame == mainFrame ? NSString() : NSString::fromUTF8(frame);
     }
@@ -57,6 +59,7 @@ public:
     std::pair<NSSize, std::optional<double>> expected; // the paper, and the margin of a print
     NSString mediaStyle;
     bool printsBackgrounds = false;
+    bool unrollsScrollers = false;
     int measurements = 0;
 };
 
@@ -627,6 +630,10 @@ TEST_F(WebViewTest, ThePreferencesReachThePageBeforeItDraws) {
     ASSERT_NE(document, nullptr);
     document->layout();
     EXPECT_TRUE(FakePage::last->printsBackgrounds);
+    EXPECT_TRUE(FakePage::last->unrollsScrollers);
+    view_->preferences().setUnrollsScrollers(false);
+    view_->page();
+    EXPECT_FALSE(FakePage::last->unrollsScrollers);
 }
 
 TEST_F(WebViewTest, OnlyTheMainFramesDocumentHasAView) {

@@ -38,6 +38,7 @@ public:
     std::vector<std::string> prints; // the page ranges asked for
     int measurements = 0;
     int releases = 0; // of boxes
+    std::vector<std::string> unrollings;
 
 private:
     void answer(const Json& id, const std::string& method, const Json& params) {
@@ -73,6 +74,10 @@ private:
         }
         if (script == scripts::describe.source) value = description;
         if (script == scripts::releaseBoxes.source) ++releases;
+        if (script == scripts::unrollScrollers.source) {
+            unrollings.push_back("before measurement " + std::to_string(measurements + 1) + ": " +
+                                 params["arguments"].elements()[0]["value"].serialize());
+        }
         reply(id.integer(), script == scriptThatThrows
                                 ? Json::object({{"exceptionDetails", Json::object({{"text", "Uncaught"}})}})
                                 : Json::object({{"result", Json::object({{"value", value}})}}));
@@ -157,6 +162,20 @@ TEST_F(PageRendererTest, AnExpectedViewIsNotLeftForAnotherOne) {
     for (const Json& command : transport_.sent) {
         EXPECT_THAT(command["params"].serialize(), ::testing::Not(HasSubstr(R"("width":500)")));
     }
+}
+
+TEST_F(PageRendererTest, BoxesThatScrollAreUnrolledBeforeThePageIsMeasured) {
+    renderer_.screenPDF();
+    renderer_.paginatedPDF({612, 792}, 36);
+    EXPECT_THAT(transport_.unrollings,
+                ElementsAre("before measurement 1: false", "before measurement 2: true"));
+}
+
+TEST_F(PageRendererTest, BoxesThatScrollStayAsTheyAreWhenTheyAreNotToBeUnrolled) {
+    renderer_.setUnrollsScrollers(false);
+    renderer_.screenPDF();
+    renderer_.paginatedPDF({612, 792}, 36);
+    EXPECT_THAT(transport_.unrollings, ElementsAre());
 }
 
 TEST_F(PageRendererTest, OnlySheetsReleaseBoxes) {
