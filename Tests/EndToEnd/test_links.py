@@ -115,6 +115,24 @@ class AreaTests(ToolTestCase):
             self.assertTrue(any(area.covers(word) for area in areas), word)
 
 
+class ManyLinksTests(ToolTestCase):
+    def test_page_that_readers_would_refuse(self):
+        run = self.convert(html_archive("".join(f'<a href="http://a.example/{number}">x</a> ' for number in range(10050))))
+        self.assertEqual(len(run.pdf.links()), 10000)
+        self.assertEqual(run.pdf.links()[0], "http://a.example/0")
+        self.assertIn("a page has 10050 links, of which the PDF has the first 10000: readers refuse pages with more",
+                      run.log.notes)
+
+    def test_names_that_readers_would_cut(self):
+        places = ["x" * 130 + "1", "x" * 130 + "2", "заголовок_" * 5]
+        run = self.convert(html_archive(
+            "<meta charset=utf-8>" + "".join(f'<p><a href="#{name}">to</a>' for name in places)
+            + "".join(f'<p id="{name}" style="margin-top:400px">here' for name in places)))
+        found = run.pdf.destinations()
+        tops = [found[link.name][1] for link in run.pdf.link_areas()]
+        self.assertEqual(tops, sorted(set(tops)))
+
+
 class InwardTests(ToolTestCase):
     """Links to places of the page itself."""
 

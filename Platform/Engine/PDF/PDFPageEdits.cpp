@@ -2,6 +2,7 @@
 
 #include "Platform/Engine/PDF/PDFGlyphTexts.h"
 #include "Platform/Engine/PDF/PDFOutline.h"
+#include "Platform/Engine/PDF/PDFReaderLimits.h"
 #include "Platform/Engine/PDF/PDFStructure.h"
 #include "Platform/PDFKit/PDFFile.h"
 
@@ -240,6 +241,7 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
         correctOutline(*document, edits.headings);
         mapStructureRoles(*document);
         correctGlyphTexts(*document);
+        keepWithinReaderLimits(*document);
     } catch (const std::exception&) {
         return {};
     }

@@ -34,9 +34,10 @@ struct PDFPageEdits {
     std::vector<std::string> headings;
 };
 
-/// Returns the edited document, with structure roles for readers that do not know PDF 2.0, and with the usual
-/// characters for glyphs that stand for several. nil for data that is no PDF, is encrypted or damaged, and
-/// for sizes and scales that are not finite and positive or give a page larger than 1e8 points.
+/// Returns the edited document, with structure roles for readers that do not know PDF 2.0, with the usual
+/// characters for glyphs that stand for several, and within the limits of common readers. nil for data that
+/// is no PDF, is encrypted or damaged, and for sizes and scales that are not finite and positive or give a
+/// page larger than 1e8 points.
 NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf);
 
 } // namespace qrv::engine
