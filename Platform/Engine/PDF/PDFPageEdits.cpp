@@ -1,9 +1,11 @@
 #include "Platform/Engine/PDF/PDFPageEdits.h"
 
 #include "Platform/Engine/PDF/PDFGlyphTexts.h"
+#include "Platform/Engine/PDF/PDFMasks.h"
 #include "Platform/Engine/PDF/PDFOutline.h"
 #include "Platform/Engine/PDF/PDFReaderLimits.h"
 #include "Platform/Engine/PDF/PDFStructure.h"
+#include "Platform/Engine/PDF/PDFTranslucency.h"
 #include "Platform/PDFKit/PDFFile.h"
 
 #include <cmath>
@@ -241,6 +243,8 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
         correctOutline(*document, edits.headings);
         mapStructureRoles(*document);
         correctGlyphTexts(*document);
+        resolveInvertedMasks(*document);
+        groupTranslucentPatterns(*document);
         keepWithinReaderLimits(*document);
     } catch (const std::exception&) {
         return {};

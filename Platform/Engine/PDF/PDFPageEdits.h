@@ -35,9 +35,9 @@ struct PDFPageEdits {
 };
 
 /// Returns the edited document, with structure roles for readers that do not know PDF 2.0, with the usual
-/// characters for glyphs that stand for several, and within the limits of common readers. nil for data that
-/// is no PDF, is encrypted or damaged, and for sizes and scales that are not finite and positive or give a
-/// page larger than 1e8 points.
+/// characters for glyphs that stand for several, with masks and translucent patterns that readers draw alike,
+/// and within the limits of common readers. nil for data that is no PDF, is encrypted or damaged, and for
+/// sizes and scales that are not finite and positive or give a page larger than 1e8 points.
 NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf);
 
 } // namespace qrv::engine

@@ -1,6 +1,6 @@
 #include "Platform/Engine/PDF/PDFPageEdits.h"
 
-#include "Tests/Platform/PDFKit/SamplePDF.h"
+#include "Tests/Platform/PDFKit/DrawnPage.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -8,7 +8,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
-#include <sstream>
 
 namespace qrv::engine {
 
@@ -53,29 +52,9 @@ std::string richPDF() {
     });
 }
 
-struct Image {
-    int width = 0;
-    int height = 0;
-    std::string pixels;
-};
-
-/// A picture in the binary PPM format.
-Image parseImage(const std::string& file) {
-    std::istringstream in(file);
-    std::string kind;
-    Image image;
-    int maximum = 0;
-    in >> kind >> image.width >> image.height >> maximum;
-    in.get();
-    image.pixels.assign(std::istreambuf_iterator<char>(in), {});
-    EXPECT_EQ(kind, "P6");
-    EXPECT_EQ(image.pixels.size(), static_cast<std::size_t>(image.width * image.height * 3));
-    return image;
-}
-
 /// The share of colour values in the first rows that differ visibly. The widths may differ by a pixel, as the
 /// engine rounds its pages.
-double difference(const Image& a, const Image& b, int rows) {
+double difference(const DrawnPage& a, const DrawnPage& b, int rows) {
     if (std::abs(a.width - b.width) > 1 || a.height < rows || b.height < rows) return 1;
     const int values = std::min(a.width, b.width) * 3;
     int differing = 0;
@@ -122,13 +101,8 @@ protected:
     }
 
     /// A page as drawn by either of two independent programs.
-    Image draw(const std::string& name, int resolution, bool second) {
-        const std::string pdf = (folder_.path() / name).string();
-        const std::string picture = (folder_.path() / "page").string();
-        const std::string dots = " -r " + std::to_string(resolution);
-        outputOf(second ? "mutool draw -q" + dots + " -o '" + picture + ".ppm' '" + pdf + "' 1"
-                        : "pdftoppm -singlefile -f 1 -l 1" + dots + " '" + pdf + "' '" + picture + "'");
-        return parseImage(folder_.read("page.ppm"));
+    DrawnPage draw(const std::string& name, int resolution, bool second) {
+        return drawPage(folder_.path() / name, second ? Reader::mupdf : Reader::poppler, resolution);
     }
 
     const TemporaryFolder folder_;
@@ -170,11 +144,11 @@ TEST_F(PDFPageEditsTest, MovesAPageThatDoesNotStartAtZero) {
 TEST_F(PDFPageEditsTest, ScalesContentsFormsAndPatternsAlike) {
     apply(scaled(2));
     for (const bool second : {false, true}) {
-        const Image original = draw("in.pdf", 144, second);
+        const DrawnPage original = draw("in.pdf", 144, second);
         EXPECT_EQ(original.height, 400);
         EXPECT_LT(difference(original, draw("out.pdf", 72, second), 400), 0.001) << second;
         // What this compares has colours in it: half the values differ from an empty page.
-        Image empty = original;
+        DrawnPage empty = original;
         std::fill(empty.pixels.begin(), empty.pixels.end(), '\xFF');
         EXPECT_GT(difference(original, empty, 400), 0.3);
     }
@@ -318,8 +292,8 @@ TEST_F(PDFPageEditsTest, ServesTheEnginesPages) {
     EXPECT_THAT(run("pdfinfo -url"), HasSubstr("http://host.example/xmapped"));
     EXPECT_THAT(run("pdftotext", "-"), HasSubstr("Heading"));
     for (const bool second : {false, true}) {
-        const Image original = draw("in.pdf", 72, second);
-        const Image result = draw("out.pdf", 144, second);
+        const DrawnPage original = draw("in.pdf", 72, second);
+        const DrawnPage result = draw("out.pdf", 144, second);
         EXPECT_EQ(result.width, 400);
         EXPECT_LT(difference(original, result, 499), 0.02) << second;
     }
