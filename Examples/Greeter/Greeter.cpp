@@ -3,6 +3,7 @@
 // The settings are those of org.example.Greeter, in ~/.config/preferences/org.example.Greeter.plist: Greeting
 // (a string), Times (an integer), and for the log LogGreeter (a boolean) with the logger's own options.
 
+#include "Platform/Foundation/NSProcessInfo.h"
 #include "QRVFoundation/Source/NSError+QRV.h"
 #include "QRVFoundation/Source/NSError+QRVDescription.h"
 #include "QRVFoundation/Source/NSString+QRVBasics/NSString+QRVCreation.h"
@@ -30,6 +31,7 @@ NSString readName(const NSString& path, NSError* error) {
 } // namespace
 
 int main(int argc, char** argv) {
+    NSProcessInfo::processInfo().setArguments(argc, argv);
     const NSString domain = u"org.example.Greeter";
     QRVLogger::setUpWithPersistentDomainName(domain);
 

@@ -1,8 +1,5 @@
 #include "Platform/Foundation/NSProcessInfo.h"
 
-#include <cstring>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <tuple>
 
@@ -12,23 +9,9 @@ namespace qrv {
 
 namespace {
 
-NSArray readCommandLine() {
-    std::ifstream file("/proc/self/cmdline", std::ios::binary);
-    const std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    std::vector<id> arguments;
-    for (std::size_t start = 0; start < text.size();) {
-        const std::size_t end = std::min(text.find('\0', start), text.size());
-        arguments.push_back(NSString::fromUTF8(std::string_view(text).substr(start, end - start)));
-        start = end + 1;
-    }
-    // Without /proc the C library still knows the command's name.
-    if (arguments.empty()) arguments.push_back(NSString::fromUTF8(program_invocation_name));
-    return NSArray(std::move(arguments));
-}
-
-const NSArray& commandLine() {
-    static const NSArray arguments = readCommandLine();
-    return arguments;
+/// What the C library knows of a command line that nobody has handed on.
+NSArray commandsName() {
+    return NSArray({NSString::fromFileSystem(program_invocation_name)});
 }
 
 } // namespace
@@ -39,6 +22,8 @@ double NSFoundationVersionNumber() {
     return info.version_.foundation;
 }
 
+NSProcessInfo::NSProcessInfo() : arguments_(commandsName()) {}
+
 NSProcessInfo& NSProcessInfo::processInfo() {
     static NSProcessInfo instance;
     return instance;
@@ -46,7 +31,14 @@ NSProcessInfo& NSProcessInfo::processInfo() {
 
 NSArray NSProcessInfo::arguments() const {
     const std::lock_guard lock(mutex_);
-    return argumentsOfTest_ ? argumentsOfTest_ : commandLine();
+    return argumentsOfTest_ ? argumentsOfTest_ : arguments_;
+}
+
+void NSProcessInfo::setArguments(int count, const char* const* arguments) {
+    std::vector<id> texts;
+    for (int i = 0; i < count; ++i) texts.push_back(NSString::fromFileSystem(arguments[i]));
+    const std::lock_guard lock(mutex_);
+    arguments_ = NSArray(std::move(texts));
 }
 
 NSString NSProcessInfo::processName() const {
@@ -56,7 +48,7 @@ NSString NSProcessInfo::processName() const {
     }
     const NSArray all = arguments();
     return all.count() > 0 ? as<NSString>(all.objectAtIndex(0)).lastPathComponent()
-                           : NSString::fromUTF8(program_invocation_short_name);
+                           : NSString::fromFileSystem(program_invocation_short_name);
 }
 
 int NSProcessInfo::processIdentifier() const {
@@ -69,10 +61,10 @@ NSDictionary NSProcessInfo::environment() const {
         const std::string_view text = *entry;
         const std::size_t equals = text.find('=');
         if (equals == std::string_view::npos) continue;
-        const NSString name = NSString::fromUTF8(text.substr(0, equals));
+        const NSString name = NSString::fromFileSystem(text.substr(0, equals));
         // If a variable is given twice, the first one counts, as in getenv.
         if (variables.objectForKey(name)) continue;
-        variables.setObject_forKey(NSString::fromUTF8(text.substr(equals + 1)), name);
+        variables.setObject_forKey(NSString::fromFileSystem(text.substr(equals + 1)), name);
     }
     return std::move(variables).copy();
 }

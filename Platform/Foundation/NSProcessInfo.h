@@ -27,7 +27,7 @@ double NSFoundationVersionNumber();
 
 class NSProcessInfo {
 public:
-    NSProcessInfo() = default;
+    NSProcessInfo();
     NSProcessInfo(const NSProcessInfo&) = delete;
     NSProcessInfo& operator=(const NSProcessInfo&) = delete;
 
@@ -36,15 +36,18 @@ public:
     static NSProcessInfo& processInfo();
 
     // - arguments
-    /// The command line, beginning with the command's name. Bytes that are not UTF-8 become U+FFFD.
+    /// The command line, beginning with the command's name, which is all there is before setArguments. Texts
+    /// are made as from file names, so that any path stays the same.
     NSArray arguments() const;
+    /// Takes the command line from main, which is the only one to know it.
+    void setArguments(int count, const char* const* arguments);
     // - processName
     /// The last path component of the command's name.
     NSString processName() const;
     // - processIdentifier
     int processIdentifier() const;
     // - environment
-    /// The environment variables at the time of the call.
+    /// The environment variables at the time of the call; texts are made as those of the arguments.
     NSDictionary environment() const;
 
     // - operatingSystemVersion
@@ -72,6 +75,7 @@ private:
 
     mutable std::mutex mutex_; // guards everything below
     PlatformVersion version_;
+    NSArray arguments_;
     NSArray argumentsOfTest_;
     NSString processNameOfTest_;
     NSArray terminationReasons_ = NSArray::array();

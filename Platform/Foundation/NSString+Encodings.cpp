@@ -18,10 +18,4 @@ NSData NSString::dataUsingEncoding(unsigned long encoding) const {
     return bytes ? NSData(std::move(*bytes)) : NSData();
 }
 
-NSString NSString::stringWithFileSystemRepresentation_length(const char* bytes, std::size_t length) {
-    if (!bytes) return {};
-    auto text = unicode::fromUTF8({bytes, length});
-    return text ? NSString(std::move(*text)) : NSString();
-}
-
 } // namespace qrv

@@ -69,7 +69,7 @@ std::u16string expandingTilde(std::u16string_view path) {
     const std::size_t end = std::min(path.find(u'/'), path.size());
     const auto home = homeFolder(unicode::toUTF8Lossy(path.substr(1, end - 1)));
     if (!home) return std::u16string(path);
-    return unicode::fromUTF8Lossy(*home).append(path.substr(end));
+    return unicode::fromFileName(*home).append(path.substr(end));
 }
 
 /// Replaces an absolute path by its parent folder's, after following a symbolic link at its end, if there is
@@ -77,7 +77,7 @@ std::u16string expandingTilde(std::u16string_view path) {
 void moveToRealParent(std::u16string& path) {
     if (path.size() < PATH_MAX) {
         if (char* resolved = ::realpath(NSString(path).fileSystemRepresentation().c_str(), nullptr)) {
-            path = unicode::fromUTF8Lossy(resolved);
+            path = unicode::fromFileName(resolved);
             std::free(resolved); // NOLINT: the system allocated it
         }
     }
@@ -157,9 +157,17 @@ NSArray NSString::pathComponents() const {
     return NSArray(std::move(components));
 }
 
+NSString NSString::stringWithFileSystemRepresentation_length(const char* bytes, std::size_t length) {
+    return bytes ? fromFileSystem({bytes, length}) : NSString();
+}
+
+NSString NSString::fromFileSystem(std::string_view bytes) {
+    return NSString(unicode::fromFileName(bytes));
+}
+
 std::string NSString::fileSystemRepresentation() const {
     if (view().find(u'\0') != std::u16string_view::npos) return {};
-    return unicode::toUTF8(view()).value_or(std::string());
+    return unicode::toFileName(view()).value_or(std::string());
 }
 
 } // namespace qrv

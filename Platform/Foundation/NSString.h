@@ -210,11 +210,14 @@ public:
     /// Splits the path; a leading or trailing slash counts as a component.
     NSArray pathComponents() const;
     // - stringWithFileSystemRepresentation:length:
-    /// Returns nil for a null pointer and for bytes that are not UTF-8.
+    /// The path of these bytes, whatever they are: those that are not UTF-8 become unpaired surrogates
+    /// (U+DC80 to U+DCFF), which show as U+FFFD everywhere else. Returns nil for a null pointer.
     static NSString stringWithFileSystemRepresentation_length(const char* bytes, std::size_t length);
+    /// The same for bytes that are there.
+    static NSString fromFileSystem(std::string_view bytes);
     // - fileSystemRepresentation
-    /// The path as UTF-8 bytes. Empty, which names no file, for nil and for text that cannot be a path: with
-    /// U+0000 or an unpaired surrogate.
+    /// The path's bytes. Empty, which names no file, for nil and for text that cannot be a path: with U+0000
+    /// or an unpaired surrogate that stands for no byte.
     std::string fileSystemRepresentation() const;
 };
 

@@ -60,8 +60,8 @@ NSURL NSURL::fileURLWithPath(const NSString& path) {
 }
 
 NSURL NSURL::fileURLWithPath_isDirectory(const NSString& path, bool isDirectory) {
-    if (path.length() == 0) return {};
-    std::string absolute = path.utf8();
+    std::string absolute = path.fileSystemRepresentation();
+    if (absolute.empty()) return {};
     if (absolute.front() != '/') {
         if (char* folder = ::getcwd(nullptr, 0)) {
             absolute.insert(0, std::string(folder) + "/");
@@ -104,7 +104,7 @@ NSString NSURL::path() const {
     // An opaque URL ("about:blank", "mailto:...") has no path.
     if (!pieces.scheme.empty() && !pieces.hasAuthority && !path.starts_with('/')) return {};
     if (path.size() > 1 && path.ends_with('/')) path.remove_suffix(1);
-    return NSString::fromUTF8(percentDecoded(path));
+    return NSString::fromFileSystem(percentDecoded(path));
 }
 
 bool NSURL::isFileURL() const {

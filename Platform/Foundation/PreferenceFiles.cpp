@@ -85,7 +85,8 @@ void warnOnce(const std::string& path, const NSString& reason) {
 
 NSDictionary parse(const std::string& path) {
     NSError error;
-    const NSData data = NSData::initWithContentsOfFile_options_error(NSString::fromUTF8(path), 0, &error);
+    const NSData data =
+        NSData::initWithContentsOfFile_options_error(NSString::fromFileSystem(path), 0, &error);
     if (!data) {
         warnOnce(path, error.localizedDescription());
         return {};

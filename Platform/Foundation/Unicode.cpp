@@ -1,6 +1,8 @@
 #include "Platform/Foundation/Unicode.h"
 
 #include <unicode/ustring.h>
+#include <unicode/utf16.h>
+#include <unicode/utf8.h>
 
 namespace qrv::unicode {
 
@@ -38,6 +40,13 @@ std::optional<std::string> encode(std::u16string_view text, UChar32 substitute) 
 constexpr UChar32 noSubstitute = U_SENTINEL;
 constexpr UChar32 replacementCharacter = 0xFFFD;
 
+/// An undecodable byte, which is never ASCII, is added to this.
+constexpr char16_t byteEscape = 0xDC00;
+
+bool standsForByte(char16_t unit) {
+    return unit >= byteEscape + 0x80 && unit <= byteEscape + 0xFF;
+}
+
 } // namespace
 
 std::optional<std::u16string> fromUTF8(std::string_view bytes) {
@@ -54,6 +63,42 @@ std::optional<std::string> toUTF8(std::u16string_view text) {
 
 std::string toUTF8Lossy(std::u16string_view text) {
     return encode(text, replacementCharacter).value_or(std::string());
+}
+
+std::u16string fromFileName(std::string_view bytes) {
+    std::u16string text;
+    std::size_t written = 0;
+    for (std::size_t next = 0; next < bytes.size();) {
+        const std::size_t start = next;
+        UChar32 c = 0;
+        U8_NEXT(bytes.data(), next, bytes.size(), c);
+        if (c >= 0) continue;
+        text += fromUTF8Lossy(bytes.substr(written, start - written));
+        for (const char byte : bytes.substr(start, next - start)) {
+            text.push_back(static_cast<char16_t>(byteEscape + static_cast<unsigned char>(byte)));
+        }
+        written = next;
+    }
+    return text + fromUTF8Lossy(bytes.substr(written));
+}
+
+std::optional<std::string> toFileName(std::u16string_view text) {
+    std::string bytes;
+    std::size_t written = 0;
+    const auto writeUpTo = [&](std::size_t end) {
+        const auto valid = toUTF8(text.substr(written, end - written));
+        if (valid) bytes += *valid;
+        return valid.has_value();
+    };
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isPaired = i > 0 && U16_IS_LEAD(text[i - 1]);
+        if (isPaired || !standsForByte(text[i])) continue;
+        if (!writeUpTo(i)) return std::nullopt;
+        bytes.push_back(static_cast<char>(text[i] - byteEscape));
+        written = i + 1;
+    }
+    if (!writeUpTo(text.size())) return std::nullopt;
+    return bytes;
 }
 
 } // namespace qrv::unicode

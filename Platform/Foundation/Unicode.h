@@ -20,6 +20,12 @@ std::optional<std::string> toUTF8(std::u16string_view text);
 /// Replaces unpaired surrogates by U+FFFD.
 std::string toUTF8Lossy(std::u16string_view text);
 
+/// The text of a file's name, which can be any bytes: one that is not part of valid UTF-8 becomes the
+/// unpaired surrogate U+DC00 + byte, so that toFileName finds it again.
+std::u16string fromFileName(std::string_view bytes);
+/// Returns nullopt if the text contains an unpaired surrogate that stands for no byte.
+std::optional<std::string> toFileName(std::u16string_view text);
+
 /// The units [start, end) of a text.
 struct Span {
     std::size_t start = 0;

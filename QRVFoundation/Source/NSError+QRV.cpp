@@ -134,7 +134,7 @@ NSError qrvErrorBySettingFileURL(const NSError& self, const NSURL& url) {
 }
 
 NSError qrvErrorBySettingCFilePath(const NSError& self, const char* path) {
-    return setting(self, path ? NSString::fromUTF8(path) : NSString(), NSFilePathErrorKey);
+    return setting(self, path ? NSString::fromFileSystem(path) : NSString(), NSFilePathErrorKey);
 }
 
 NSError qrvErrorBySettingURL(const NSError& self, const NSURL& url) {

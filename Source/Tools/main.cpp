@@ -1,5 +1,7 @@
 #include "Source/Tools/web2pdf.h"
 
+#include "Platform/Foundation/NSProcessInfo.h"
+
 #include <csignal>
 
 #include <fcntl.h>
@@ -16,9 +18,10 @@ void openStandardStreams() {
 
 } // namespace
 
-int main() {
+int main(int argc, char** argv) {
     openStandardStreams();
     // The run must reach its end even if nobody reads its output any more.
     std::signal(SIGPIPE, SIG_IGN);
+    qrv::NSProcessInfo::processInfo().setArguments(argc, argv);
     qrv::runWeb2PDF();
 }

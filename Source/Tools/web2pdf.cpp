@@ -8,7 +8,6 @@
 #include "Platform/Foundation/NSProcessInfo.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
 #include "Platform/Foundation/PropertyList/XMLCharacters.h"
-#include "Platform/Foundation/Unicode.h"
 #include "QRVFoundation/Source/NSError+QRVDescription.h"
 #include "QRVFoundation/Source/QRVLog.h"
 #include "Source/Tools/PDFLoader.h"
@@ -52,10 +51,15 @@ NSError toolError(long long code, const NSString& description) {
     loader.savePDF(pdfPath);
 }
 
+/// Replaces each unpaired surrogate, which stands for a byte of a file's name that is no UTF-8, by U+FFFD.
+NSString wellFormed(const NSString& text) {
+    return NSString::fromUTF8(text.utf8());
+}
+
 /// Replaces each character that XML cannot represent by U+FFFD: an unusual file name must not prevent the
 /// answer.
 NSString deliverable(const NSString& text) {
-    std::u16string units = unicode::fromUTF8Lossy(text.utf8()); // without unpaired surrogates
+    std::u16string units(wellFormed(text).view());
     std::replace_if(units.begin(), units.end(), std::not_fn(canStandInXML), u'\uFFFD');
     return NSString(std::move(units));
 }
@@ -120,7 +124,9 @@ NSData archiveError(const NSError& error) {
     };
     NSMutableDictionary userInfo;
     for (const NSString& key : keys) {
-        if (const id value = error.userInfo().objectForKey(key)) userInfo.setObject_forKey(value, key);
+        const id value = error.userInfo().objectForKey(key);
+        const auto text = as<NSString>(value);
+        if (value) userInfo.setObject_forKey(text ? wellFormed(text) : value, key);
     }
     return NSKeyedArchiver::archivedDataWithRootObject(
         NSError::errorWithDomain_code_userInfo(error.domain(), error.code(), userInfo));

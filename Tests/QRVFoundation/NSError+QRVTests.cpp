@@ -269,11 +269,11 @@ TEST(NSErrorQRV, ModeIsStoredInOctalDigits) {
               NSString(u"37777777777"));
 }
 
-TEST(NSErrorQRV, CFilePathIsReadAsUTF8WhateverTheBytes) {
+TEST(NSErrorQRV, CFilePathStaysTheSamePathWhateverTheBytes) {
     EXPECT_EQ(valueOf(qrvErrorBySettingCFilePath(plainError(), "/\xC3\xA4"), NSFilePathErrorKey),
               NSString(u"/\u00E4"));
     EXPECT_EQ(valueOf(qrvErrorBySettingCFilePath(plainError(), "/\xFF"), NSFilePathErrorKey),
-              NSString(u"/\uFFFD"));
+              NSString(u"/\xDCFF"));
     EXPECT_EQ(valueOf(qrvErrorBySettingCFilePath(plainError(), nullptr), NSFilePathErrorKey),
               NSString(u"<nil>"));
 }

@@ -32,7 +32,7 @@ public:
 
     const std::filesystem::path& path() const { return path_; }
 
-    NSString pathOf(std::string_view name) const { return NSString::fromUTF8((path_ / name).string()); }
+    NSString pathOf(std::string_view name) const { return NSString::fromFileSystem((path_ / name).string()); }
 
     /// Writes a file, and makes the folders above it where they are missing. Its path is the result.
     NSString write(std::string_view name, std::string_view contents) const {

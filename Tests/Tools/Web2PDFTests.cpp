@@ -62,6 +62,14 @@ TEST_F(Web2PDFTest, CharactersThatTheAnswerCannotHoldAreReplaced) {
     EXPECT_EQ(result().objectForKey(NSString(u"path")), id(NSString(u"/tmp/a\uFFFD\uFFFD\uFFFD\tb.pdf")));
 }
 
+TEST_F(Web2PDFTest, BytesOfAPathThatAreNoUTF8AreReplacedInTheWholeAnswer) {
+    EXPECT_EQ(exitStatusOf([] { finishWithError(makeBadArchiveError(NSString::fromFileSystem("/\xE9.a"))); }),
+              0);
+    EXPECT_EQ(resultError().userInfo(),
+              (NSDictionary{{NSString(NSFilePathErrorKey), NSString(u"/\uFFFD.a")}}));
+    EXPECT_THAT(entry(u"errorString"), HasSubstr("\uFFFD.a"));
+}
+
 TEST_F(Web2PDFTest, FailureHasThreeEntries) {
     const NSError failure = error({{NSString(NSLocalizedDescriptionKey), NSString(u"It did not work.")}});
     EXPECT_EQ(exitStatusOf([&] { finishWithError(failure); }), 0);

@@ -28,6 +28,19 @@ TEST_F(ProcessInfo, ArgumentsBeginWithTheCommandsOwnName) {
     EXPECT_EQ(info.processName(), NSString(u"PlatformSettingsTests"));
 }
 
+TEST_F(ProcessInfo, TakesTheCommandLineFromMainWhateverItsBytes) {
+    const NSArray before = info.arguments();
+    const char* const arguments[] = {"/bin/tool", "", "caf\xE9", "é"};
+    info.setArguments(4, arguments);
+    EXPECT_EQ(info.arguments(),
+              NSArray({NSString(u"/bin/tool"), NSString(u""), NSString(u"caf\xDCE9"), NSString(u"é")}));
+    EXPECT_EQ(info.processName(), NSString(u"tool"));
+    const std::string name = as<NSString>(before.objectAtIndex(0)).fileSystemRepresentation();
+    const char* const own = name.c_str();
+    info.setArguments(1, &own);
+    EXPECT_EQ(info.arguments(), before);
+}
+
 TEST_F(ProcessInfo, ArgumentsOfATestReplaceTheTrueOnesAndNameTheProcess) {
     info.setArgumentsForTesting(NSArray({NSString(u"/usr/bin/web2pdf"), NSString(u"screen")}));
     EXPECT_EQ(info.arguments().count(), 2u);
@@ -49,6 +62,8 @@ TEST_F(ProcessInfo, EnvironmentIsReadAtTheTimeOfTheCall) {
     EXPECT_TRUE(info.environment().objectForKey(NSString(u"PROCESS_INFO_TEST")).isNil());
     setenv("PROCESS_INFO_TEST", "a=b", 1);
     EXPECT_EQ(info.environment().objectForKey(NSString(u"PROCESS_INFO_TEST")), NSString(u"a=b"));
+    setenv("PROCESS_INFO_TEST", "caf\xE9", 1);
+    EXPECT_EQ(info.environment().objectForKey(NSString(u"PROCESS_INFO_TEST")), NSString(u"caf\xDCE9"));
     setenv("PROCESS_INFO_TEST", "", 1);
     EXPECT_EQ(info.environment().objectForKey(NSString(u"PROCESS_INFO_TEST")), NSString(u""));
 }

@@ -139,11 +139,39 @@ TEST(NSStringPaths, ComponentsCountTheSlashesAtTheEnds) {
 
 TEST(NSStringPaths, FileSystemRepresentationIsUTF8) {
     EXPECT_EQ(NSString(u"/é😀").fileSystemRepresentation(), "/\xC3\xA9\xF0\x9F\x98\x80");
+    EXPECT_EQ(NSString::fromFileSystem("/\xC3\xA9\xF0\x9F\x98\x80"), NSString(u"/é😀"));
+    EXPECT_EQ(NSString::fromFileSystem(""), NSString(u""));
+}
+
+TEST(NSStringPaths, BytesThatAreNoUTF8StayTheSame) {
+    for (int byte = 1; byte < 0x100; ++byte) {
+        const std::string alone(1, static_cast<char>(byte));
+        for (const std::string& bytes :
+             {alone, alone + "a", "é" + alone, alone + alone, alone + "😀" + alone}) {
+            const NSString path = NSString::fromFileSystem(bytes);
+            EXPECT_EQ(path.fileSystemRepresentation(), bytes) << byte;
+            EXPECT_FALSE(NSString::stringWithUTF8String(path.utf8().c_str()).isNil()) << byte;
+        }
+    }
+    for (const char* bytes : {"\xC0\xAF", "\xED\xA0\xBD\xED\xB8\x80", "\xED\xB2\x80", "\xF4\x90\x80\x80",
+                              "\xE2\x82", "\xE2\x82\xE2\x82\xAC", "\xF0\x9F\x98", "\xF8\x88\x80\x80\x80"}) {
+        EXPECT_EQ(NSString::fromFileSystem(bytes).fileSystemRepresentation(), bytes);
+    }
+}
+
+TEST(NSStringPaths, AByteThatIsNoUTF8IsAnUnpairedSurrogate) {
+    EXPECT_EQ(NSString::fromFileSystem("/a\xFF\x80.pdf"), NSString(u"/a\xDCFF\xDC80.pdf"));
+    EXPECT_EQ(NSString::fromFileSystem("/a\xFF.pdf").utf8(), "/a\uFFFD.pdf");
+    EXPECT_EQ(NSString(u"/\xD83D\xDC80").fileSystemRepresentation(), "/\xF0\x9F\x92\x80") << "a pair";
+    EXPECT_EQ(NSString(u"/\xD83D\xDC80\xDC80").fileSystemRepresentation(), "/\xF0\x9F\x92\x80\x80");
 }
 
 TEST(NSStringPaths, TextThatNoPathCanBeHasNoFileSystemRepresentation) {
     EXPECT_EQ(NSString(std::u16string_view(u"a\0b", 3)).fileSystemRepresentation(), "");
-    EXPECT_EQ(NSString(std::u16string_view(u"a\xDC00", 2)).fileSystemRepresentation(), "");
+    for (const char16_t* text : {u"a\xDC00", u"a\xDC2F", u"a\xDC7F", u"a\xDD00", u"\xD800",
+                                 u"\xD800\xD83D\xDC80", u"\xDCFF\xD800", u"\xD800\xFFFF\xDCFF"}) {
+        EXPECT_EQ(NSString(text).fileSystemRepresentation(), "") << NSString(text).utf8();
+    }
 }
 
 } // namespace qrv

@@ -52,7 +52,7 @@ INSTANTIATE_TEST_SUITE_P(
         URLParts{u"file:///a%2Fb%20c", u"file", nullptr, u"/a/b c"},
         URLParts{u"file://localhost/x", u"file", u"localhost", u"/x"},
         URLParts{u"http://h/%zz%4", u"http", u"h", u"/%zz%4"},
-        URLParts{u"http://h/%FF", u"http", u"h", u"/\uFFFD"}));
+        URLParts{u"http://h/%FF", u"http", u"h", u"/\xDCFF"}));
 
 TEST(NSURL, EverythingIsDefinedOnNil) {
     const NSURL nothing;
@@ -98,6 +98,14 @@ TEST(NSURL, FileURLsEscapeThePathAndGiveItBack) {
     EXPECT_TRUE(NSURL::URLWithString(u"FILE:///x").isFileURL());
     EXPECT_FALSE(NSURL::URLWithString(u"files:///x").isFileURL());
     EXPECT_FALSE(NSURL::URLWithString(u"/x").isFileURL());
+}
+
+TEST(NSURL, FileURLsKeepBytesThatAreNoUTF8) {
+    const NSString path = NSString::fromFileSystem("/caf\xE9.pdf");
+    const NSURL url = NSURL::fileURLWithPath_isDirectory(path, false);
+    EXPECT_EQ(url.absoluteString(), NSString(u"file:///caf%E9.pdf"));
+    EXPECT_EQ(url.path(), path);
+    EXPECT_TRUE(NSURL::fileURLWithPath(u"/\xD800").isNil()) << "no path";
 }
 
 TEST(NSURL, FileURLsOfFoldersEndInASlash) {

@@ -64,6 +64,16 @@ TEST_F(PreferenceFiles, AFileThatHasJustChangedIsReadEachTime) {
     EXPECT_FALSE(second.isIdenticalTo(first));
 }
 
+TEST_F(PreferenceFiles, AFolderWhoseNameIsNoUTF8IsReadLikeAnyOther) {
+    const TemporaryFolder strange;
+    setenv("XDG_CONFIG_HOME", (strange.path() / "caf\xE9").c_str(), 1);
+    const std::string path = preferenceFiles(u"a.domain").front();
+    strange.write("caf\xE9/preferences/a.domain.plist",
+                  "<plist><dict><key>k</key><string>v</string></dict></plist>");
+    EXPECT_EQ(readPreferenceFile(path), (NSDictionary{{NSString(u"k"), NSString(u"v")}}));
+    EXPECT_EQ(warnings, std::vector<std::string>());
+}
+
 TEST_F(PreferenceFiles, AFileThatCannotBeExaminedIsWarnedOfOnce) {
     const std::string path = link("link.plist");
     EXPECT_TRUE(readPreferenceFile(path).isNil());

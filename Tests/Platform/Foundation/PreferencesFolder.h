@@ -37,7 +37,7 @@ public:
 
     std::string writeBytes(const std::string& place, const std::string& domain,
                            std::string_view bytes) const {
-        return folder_.write(place + "/preferences/" + domain + ".plist", bytes).utf8();
+        return folder_.write(place + "/preferences/" + domain + ".plist", bytes).fileSystemRepresentation();
     }
 
 private:

@@ -66,7 +66,7 @@ TEST(StringCreation, FileSystemRepresentations) {
     EXPECT_EQ(qrvStringWithFileSystemRepresentation("/\xC3\xA9"), NSString(u"/é"));
     EXPECT_EQ(qrvStringWithFileSystemRepresentation_length("/abc", 2), NSString(u"/a"));
     EXPECT_EQ(qrvStringWithFileSystemRepresentation_length("", 0), NSString(u""));
-    EXPECT_TRUE(qrvStringWithFileSystemRepresentation("\xFF").isNil());
+    EXPECT_EQ(qrvStringWithFileSystemRepresentation("\xFF"), NSString(u"\xDCFF"));
     EXPECT_TRUE(qrvStringWithFileSystemRepresentation(nullptr).isNil());
     EXPECT_TRUE(qrvStringWithFileSystemRepresentation_length(nullptr, 5).isNil());
 }

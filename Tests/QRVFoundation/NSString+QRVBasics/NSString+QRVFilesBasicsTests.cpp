@@ -96,6 +96,12 @@ TEST_F(FilesBasics, APathWithANulIsNotCutThere) {
     EXPECT_FALSE(qrvFileExists(path));
 }
 
+TEST_F(FilesBasics, ANameThatIsNoUTF8IsFound) {
+    const NSString path = folder.write("caf\xE9", "x");
+    EXPECT_TRUE(qrvFileExists(path));
+    EXPECT_FALSE(qrvFileExists(folder.pathOf("caf\uFFFD")));
+}
+
 TEST_F(FilesBasics, APathWithAnUnpairedSurrogateNamesNothing) {
     folder.write("\xEF\xBF\xBD", "x"); // U+FFFD, what a lossy conversion would look for
     EXPECT_TRUE(qrvFileExists(folder.pathOf("\xEF\xBF\xBD")));
