@@ -113,10 +113,11 @@ void PDFLoader::writeScreenPDF(NSView* documentView, const NSString& path) const
 }
 
 void PDFLoader::printToFile(NSView* documentView, const NSString& path) const {
-    if (!documentView) return;
+    const NSURL destination = NSURL::fileURLWithPath(path); // nil for the empty path
+    if (!documentView || !destination) return;
     NSMutableDictionary settings = NSPrintInfo::sharedPrintInfo().dictionary().mutableCopy();
     settings.setObject_forKey(NSString(NSPrintSaveJob), NSString(NSPrintJobDisposition));
-    settings.setObject_forKey(NSURL::fileURLWithPath(path), NSString(NSPrintJobSavingURL));
+    settings.setObject_forKey(destination, NSString(NSPrintJobSavingURL));
     NSPrintInfo printInfo(settings.copy());
     printInfo.setHorizontalPagination(NSPrintingPaginationModeFit);
     printInfo.setVerticalPagination(NSPrintingPaginationModeAutomatic);

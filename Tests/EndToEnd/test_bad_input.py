@@ -159,6 +159,9 @@ class OutputTests(ToolTestCase):
         self.both_modes(self.folder / "plain" / "page.pdf")
         self.assertEqual((self.folder / "plain").read_text(encoding="utf-8"), "kept")
 
+    def test_empty_path(self):
+        self.both_modes("")
+
     def test_folder_that_takes_no_files(self):
         self.both_modes("/proc/page.pdf")
 
