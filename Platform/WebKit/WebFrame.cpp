@@ -10,6 +10,11 @@ void WebFrame::loadArchive(const WebArchive& archive) {
     if (view_) view_->loadArchiveInFrame(archive, *this);
 }
 
+const std::vector<WebFramePtr>& WebFrame::childFrames() const {
+    if (view_) view_->page().waitForLoad();
+    return childFrames_;
+}
+
 DOMElement WebFrame::frameElement() const {
     return view_ ? DOMElement::elementWithTagName(view_->page().ownerElementName(identifier_)) : DOMElement();
 }

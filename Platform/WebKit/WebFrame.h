@@ -38,8 +38,9 @@ public:
     const std::shared_ptr<WebDataSource>& provisionalDataSource() const { return provisionalDataSource_; }
 
     // - childFrames
-    /// The direct children, in the order of their creation.
-    const std::vector<WebFramePtr>& childFrames() const { return childFrames_; }
+    /// The direct children, in the order of their creation. Waits for a page that is still being loaded,
+    /// which reports to the delegates meanwhile.
+    const std::vector<WebFramePtr>& childFrames() const;
 
     // - frameElement
     /// Asks the engine for the element that contains the frame; nil for the main frame and if the engine does

@@ -24,7 +24,6 @@ NSData WebDocumentView::dataForPrinting(const NSPrintInfo& printInfo) {
 }
 
 NSView* WebFrameView::documentView() {
-    if (!frame_.dataSource()) view_.page().waitForLoad();
     if (!frame_.dataSource() || &frame_ != view_.mainFrame().get()) return nullptr;
     if (!documentView_) documentView_ = std::make_unique<WebDocumentView>(view_);
     return documentView_.get();

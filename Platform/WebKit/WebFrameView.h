@@ -34,8 +34,7 @@ public:
     WebFrameView(WebView& view, const WebFrame& frame) : view_(view), frame_(frame) {}
 
     // - documentView
-    /// Null if the frame has no document. Waits for a first load that is under way. Only the main frame's
-    /// document can be drawn.
+    /// Null if the frame has no document. Only the main frame's document can be drawn.
     NSView* documentView();
 
 private:

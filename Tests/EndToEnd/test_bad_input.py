@@ -11,6 +11,17 @@ from webarchive import dump, html_archive, malformed
 COCOA = "NSCocoaErrorDomain"
 URL_ERRORS = "NSURLErrorDomain"
 SIMPLE = page("<p>Simple</p>")
+# The page comes when a load that is not waited for has long been taken for finished.
+ANSWERS_LATE = """
+import time
+
+delays = [1.5]
+
+def take_note(call):
+    if call.get("method") == "Fetch.fulfillRequest" and delays:
+        time.sleep(delays.pop())
+    return True
+"""
 
 
 class BadInputTestCase(ToolTestCase):
@@ -123,6 +134,14 @@ class FramesetTests(BadInputTestCase):
         path = self.archive_file(archive)
         self.assert_failure(self.fail_with(path), "qvweb2pdf.frames", 0, {"NSFilePath": path}, self.FRAMES_TEXT)
 
+    def test_frameset_at_an_address_that_is_not_waited_for_is_refused(self):
+        for url in ("about:blank", "about:srcdoc", "about:blank#part"):
+            with self.subTest(url):
+                path = self.archive_file(frameset(url))
+                run = self.fail_with(path, environment=self.environment(
+                    WEB2PDF_ENGINE=self.script("engine", engine.between(ANSWERS_LATE))))
+                self.assert_failure(run, "qvweb2pdf.frames", 0, {"NSFilePath": path})
+
     def test_frameset_in_an_inline_frame_is_no_frameset_page(self):
         archive = page('<p>Outer</p><iframe src="frames.html" width=500 height=200></iframe>')
         run = self.convert(archive.add_frame(frameset()))
@@ -196,6 +215,15 @@ class EngineTests(BadInputTestCase):
     def test_never_answers(self):
         run = self.with_engine(self.script("engine", engine.NEVER_ANSWERS), WEB2PDF_ENGINE_START_TIMEOUT=2)
         self.assert_failure(run, URL_ERRORS, -1001)
+
+    def test_page_at_an_address_that_is_not_waited_for(self):
+        for url in ("about:blank", "about:srcdoc"):
+            for text, code in ((engine.DIES_AT_ONCE, -1005), (engine.NEVER_ANSWERS, -1001),
+                               (engine.proxy("Fetch.fulfillRequest", "die"), -1005)):
+                with self.subTest(url, text=text[:40]):
+                    run = self.fail_with(self.archive_file(page("<p>Text</p>", url)), environment=self.environment(
+                        WEB2PDF_ENGINE=self.script("engine", text), WEB2PDF_ENGINE_START_TIMEOUT=2))
+                    self.assert_failure(run, URL_ERRORS, code)
 
     def test_bad_archive_beats_missing_engine(self):
         path = self.archive_file(b"nothing")

@@ -35,6 +35,10 @@ public:
 
     void setUnrollsScrollers(bool unrolls) override { unrollsScrollers = unrolls; }
 
+    void waitForLoad() override {
+        if (onWait) std::exchange(onWait, nullptr)();
+    }
+
     NSString ownerElementName(const engine::FrameID& frame) override {
         return frame == mainFrame ? NSString() : NSString::fromUTF8(frame);
     }
@@ -60,6 +64,8 @@ public:
     NSString mediaStyle;
     bool printsBackgrounds = false;
     bool unrollsScrollers = false;
+
+    std::function<void()> onWait;
     int measurements = 0;
 };
 
@@ -384,6 +390,18 @@ TEST_F(WebViewTest, ANewPageHasNoTitleAtFirst) {
 }
 
 // Frames
+
+TEST_F(WebViewTest, TheChildrenAreThoseOfThePageThatIsStillBeingLoaded) {
+    load();
+    FakePage::last->onWait = [this] {
+        commitMainFrame();
+        page().frameAttached("F", mainFrame);
+        page().loadFailed(mainFrame, failure(-1003));
+    };
+    EXPECT_EQ(view_->mainFrame()->childFrames().size(), 1u);
+    EXPECT_THAT(delegate_.calls,
+                ElementsAre("policy 5 http://a/", "start http://a/", "fail -1003", "progress finished"));
+}
 
 TEST_F(WebViewTest, FramesAreObjectsOfTheirOwn) {
     loadAndFinish();
