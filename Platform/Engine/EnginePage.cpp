@@ -31,6 +31,9 @@ constexpr milliseconds answerLimit{2000};
 // A page that is drawn before it has loaded is waited for this long.
 constexpr milliseconds loadLimit{60'000};
 
+// The page is asked for the elements of all its frames for this long, from the first question on.
+constexpr milliseconds ownersLimit{10'000};
+
 milliseconds startLimit() {
     constexpr double defaultSeconds = 30;
     const char* text = std::getenv("WEB2PDF_ENGINE_START_TIMEOUT");
@@ -124,6 +127,7 @@ private:
     RequestsUnderWay underWay_;
     bool titleIsFinal_ = false;
     bool toldOfMissing_ = false;
+    std::optional<std::chrono::steady_clock::time_point> ownersDeadline_; // none before the first question
     std::vector<DevToolsClient::Subscription> subscriptions_;
     NSRunLoop::Timer startTimer_;
     std::list<NSRunLoop::Timer> answerTimers_; // of the questions that are open
@@ -360,14 +364,14 @@ void EnginePage::waitForLoad() {
 
 NSString EnginePage::ownerElementName(const FrameID& frame) {
     if (!isAlive() || frame == mainFrame) return {};
-    const milliseconds limit(5000);
-    devTools_->call(session_, "DOM.enable", {}, limit);
-    const DevToolsReply owner =
-        devTools_->call(session_, "DOM.getFrameOwner", Json::object({{"frameId", frame}}), limit);
+    const auto now = std::chrono::steady_clock::now();
+    if (!ownersDeadline_) ownersDeadline_ = now + ownersLimit;
+    if (now > *ownersDeadline_) return {};
+    devTools_->send(session_, "DOM.enable");
+    const DevToolsReply owner = world_->ask("DOM.getFrameOwner", Json::object({{"frameId", frame}}));
     if (!owner.ok()) return {};
     const DevToolsReply node =
-        devTools_->call(session_, "DOM.describeNode",
-                        Json::object({{"backendNodeId", owner.result["backendNodeId"]}}), limit);
+        world_->ask("DOM.describeNode", Json::object({{"backendNodeId", owner.result["backendNodeId"]}}));
     const std::string name = node.result["node"]["nodeName"].string();
     return name.empty() ? NSString() : NSString::fromUTF8(name);
 }

@@ -142,6 +142,29 @@ class FramesetTests(BadInputTestCase):
                     WEB2PDF_ENGINE=self.script("engine", engine.between(ANSWERS_LATE))))
                 self.assert_failure(run, "qvweb2pdf.frames", 0, {"NSFilePath": path})
 
+    def test_frameset_is_refused_whatever_its_scripts_do(self):
+        for place, endless in (
+                ("frameset", "setTimeout(() => { for (;;); }, 10)"), ("frame", "setInterval(() => { for (;;); }, 10)"),
+                ("frameset", "setTimeout(() => { for (;;) alert(1); }, 10)"),
+                ("frame", "const more = () => Promise.resolve().then(more); setTimeout(more, 10)")):
+            with self.subTest(endless, place=place):
+                archive = frameset()
+                resource = (archive if place == "frameset" else archive.frames[0]).main
+                script = f"<head><script>top.addEventListener('load', () => {{ {endless} }})</script>"
+                resource.data = resource.data.replace(b"<head>", script.encode())
+                path = self.archive_file(archive)
+                run = self.fail_with(path, timeout=30)
+                self.assert_failure(run, "qvweb2pdf.frames", 0, {"NSFilePath": path})
+
+    def test_engine_that_does_not_say_what_holds_the_frames(self):
+        silent = engine.between('def take_note(call):\n    return call.get("method") != "DOM.getFrameOwner"\n')
+        path = self.archive_file(page("<p>Simple</p>" + "<iframe></iframe>" * 30))
+        self.set_preferences({"WebToolExtraLoadingTime": 0})
+        output = str(self.folder / "out" / "page.pdf")
+        run = self.run_tool("screen", path, output, "uid", output=output, timeout=60,
+                            environment=self.environment(WEB2PDF_ENGINE=self.script("engine", silent)))
+        self.assert_success(run)
+
     def test_frameset_in_an_inline_frame_is_no_frameset_page(self):
         archive = page('<p>Outer</p><iframe src="frames.html" width=500 height=200></iframe>')
         run = self.convert(archive.add_frame(frameset()))

@@ -71,6 +71,13 @@ DevToolsReply PageWorld::command(const char* method, const Json& params) {
     return devTools_.call(session_, method, params, patience);
 }
 
+DevToolsReply PageWorld::ask(const char* method, const Json& params) {
+    DevToolsReply reply = command(method, params);
+    if (reply.status != DevToolsReply::Status::timedOut || interrupted_) return reply;
+    interrupt();
+    return command(method, params);
+}
+
 void PageWorld::stopScripts() {
     command(disableScripts, Json::object({{"value", true}}));
 }

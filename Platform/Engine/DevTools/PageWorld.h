@@ -54,6 +54,9 @@ public:
 
     /// Sends a command to the page and runs the loop until its reply, or for as long as the page may take.
     DevToolsReply command(const char* method, const Json& params);
+    /// The same for what the page itself has to answer. One that does not is interrupted, unless it has been,
+    /// and asked once more.
+    DevToolsReply ask(const char* method, const Json& params);
 
     /// Lets none of the page's scripts run from now on.
     void stopScripts();

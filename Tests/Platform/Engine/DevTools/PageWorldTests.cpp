@@ -30,6 +30,7 @@ public:
     int worldsToLose = 0;
     int worldsToRefuse = 0;
     bool isSilent = false; // answers no call
+    int questionsToMiss = 0;
 
     /// What was sent, in a word each: the method, and for a call the script's world.
     std::vector<std::string> words;
@@ -55,6 +56,7 @@ private:
                                          : Json::object({{"exceptionDetails", exception}}));
         } else {
             words.push_back(method);
+            if (method == "A.question" && questionsToMiss-- > 0) return;
             reply(id, Json::object({}));
         }
     }
@@ -169,6 +171,18 @@ TEST_F(PageWorldTest, APageThatDoesNotAnswerIsInterrupted) {
     EXPECT_FALSE(world_.await(script));
     EXPECT_TRUE(world_.isInterrupted());
     EXPECT_EQ(std::count(page_.words.begin(), page_.words.end(), "call in 1"), 1);
+}
+
+TEST_F(PageWorldTest, APageThatDoesNotAnswerAQuestionIsInterruptedOnce) {
+    EXPECT_TRUE(world_.ask("A.question", {}).ok());
+    EXPECT_FALSE(world_.isInterrupted());
+    page_.questionsToMiss = 1;
+    EXPECT_TRUE(world_.ask("A.question", {}).ok());
+    EXPECT_TRUE(world_.isInterrupted());
+    page_.questionsToMiss = 1;
+    EXPECT_EQ(world_.ask("A.question", {}).status, DevToolsReply::Status::timedOut);
+    EXPECT_THAT(page_.words, ElementsAre("A.question", "A.question", "Runtime.terminateExecution",
+                                         "Emulation.setScriptExecutionDisabled", "A.question", "A.question"));
 }
 
 TEST_F(PageWorldTest, ScriptsAreCalledInOtherFrames) {
