@@ -4,9 +4,13 @@
 
 namespace qrv {
 
-/// Makes windows, views and printing usable in a process without an event loop. Nothing has to be set up
-/// here, so it always succeeds.
+/// Whether NSApplicationLoad has been called. Main thread only.
+inline bool applicationIsLoaded = false;
+
+/// Makes windows usable in a process without an event loop. Nothing has to be set up for that here, so it
+/// always succeeds.
 inline bool NSApplicationLoad() {
+    applicationIsLoaded = true;
     return true;
 }
 

@@ -15,7 +15,7 @@ class NSWindow {
 public:
     // - initWithContentRect:styleMask:backing:defer:
     /// The rectangle is the contents' rectangle, in points. Style, backing store and deferral have no effect,
-    /// since nothing is shown.
+    /// since nothing is shown. Before NSApplicationLoad, NSInternalInconsistencyException is raised.
     NSWindow(NSRect contentRect, NSWindowStyleMask styleMask, NSBackingStoreType backing, bool defer);
 
     // - contentView

@@ -43,16 +43,20 @@ public:
     /// print-failed error if there is no file.
     [[noreturn]] void savePDF(const NSString& path);
 
-private:
-    void prepareView();
+protected:
     void writeScreenPDF(NSView* documentView, const NSString& path) const;
     void printToFile(NSView* documentView, const NSString& path) const;
-    void setAttributesOfPDF(const NSString& path) const;
-    NSString author() const;
 
     std::unique_ptr<NSWindow> _window;
+    /// The caller's identifier of its record. Kept, and not used.
     NSString _uid;
+    /// The address of the archive's main resource.
     NSURL _url;
+
+private:
+    void prepareView();
+    void setAttributesOfPDF(const NSString& path) const;
+    NSString author() const;
 };
 
 } // namespace qrv

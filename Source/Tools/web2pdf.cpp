@@ -43,12 +43,8 @@ NSError toolError(long long code, const NSString& description) {
     NSApplicationLoad();
     const NSArray arguments = NSProcessInfo::processInfo().arguments();
     if (arguments.count() != 5) finishWithBadArguments();
-    const auto archivePath = as<NSString>(arguments.objectAtIndex(2));
-    const auto pdfPath = as<NSString>(arguments.objectAtIndex(3));
-    const auto uid = as<NSString>(arguments.objectAtIndex(4));
     PDFLoader loader;
-    loader.loadWebArchivePath_uid(archivePath, uid);
-    loader.savePDF(pdfPath);
+    convertWith(loader, arguments);
 }
 
 /// Replaces each unpaired surrogate, which stands for a byte of a file's name that is no UTF-8, by U+FFFD.
@@ -76,6 +72,14 @@ void runWeb2PDF() {
     } catch (const std::exception& exception) {
         finishWithError(toolError(Web2PDFInternalError, NSString::fromUTF8(exception.what())));
     }
+}
+
+void convertWith(PDFLoader& loader, const NSArray& arguments) {
+    const auto archivePath = as<NSString>(arguments.objectAtIndex(2));
+    const auto pdfPath = as<NSString>(arguments.objectAtIndex(3));
+    const auto uid = as<NSString>(arguments.objectAtIndex(4));
+    loader.loadWebArchivePath_uid(archivePath, uid);
+    loader.savePDF(pdfPath);
 }
 
 void finishWithErrorAndPath(const NSError& error, const NSString& path) {

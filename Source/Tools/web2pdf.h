@@ -3,10 +3,13 @@
 // The tool's outer part: from the command line to the result, a property list on standard output or in the
 // file named by OutPath. The exit status is always 0.
 
+#include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSError.h"
 
 namespace qrv {
+
+class PDFLoader;
 
 /// The area of the tool's log lines.
 inline constexpr char16_t LogWeb2PDF[] = u"LogWeb2PDF";
@@ -21,6 +24,9 @@ inline constexpr char16_t Web2PDFFramesErrorDomain[] = u"qvweb2pdf.frames";
 /// The whole run: checks the arguments (mode, archive, PDF, record identifier), converts, and ends the
 /// process. An exception becomes an error, which is then the result.
 [[noreturn]] void runWeb2PDF();
+
+/// The run after the check: has a new loader convert what the five arguments name.
+[[noreturn]] void convertWith(PDFLoader& loader, const NSArray& arguments);
 
 /// Delivers the result and ends the process; a nil error means success. The path may be nil.
 [[noreturn]] void finishWithErrorAndPath(const NSError& error, const NSString& path);

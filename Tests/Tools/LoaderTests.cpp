@@ -234,6 +234,18 @@ TEST_F(LoaderTest, ANilErrorIsLoggedAndClearsTheStoredOne) {
     EXPECT_TRUE(log.contains("[LogTest] didFailLoadWithError: (null)"));
 }
 
+TEST_F(LoaderTest, ATitleCountsOnceItWasReceivedAndFromThenOn) {
+    finishMainFrame();
+    loader._view->mainFrame()->dataSource()->setPageTitle(u"Title");
+    EXPECT_EQ(loader.pageTitle(), NSString(u"Title"));
+    EXPECT_FALSE(loader.hasPageTitle());
+    loader.webView_didReceiveTitle_forFrame(*loader._view, {}, nullptr);
+    EXPECT_TRUE(loader.hasPageTitle());
+    startMainFrame();
+    client().loadFailed(mainFrame, urlError(NSURLErrorCancelled));
+    EXPECT_TRUE(loader._receivedTitle);
+}
+
 // Policy and authentication
 
 TEST_F(LoaderTest, OnlyLoadsOfTypeOtherAreAllowed) {
@@ -322,6 +334,23 @@ TEST_F(LoaderTest, LogsUnderTheNamesThatItIsGiven) {
     log.install({});
     loader.logFile_line_function_format("Source/Tools/unit", 12, "method", u"%@", NSString(u"disabled"));
     EXPECT_THAT(log.lines(), SizeIs(1));
+}
+
+TEST_F(LoaderTest, AsksForItsAreaOncePerLine) {
+    struct CountingLoader final : Loader {
+        NSString logArea() const override {
+            ++questions;
+            return u"LogTest";
+        }
+
+        mutable int questions = 0;
+    } counting;
+
+    counting.logFile_line_function_format("unit", 1, "method", u"line");
+    EXPECT_EQ(counting.questions, 1);
+    log.install({});
+    counting.logFile_line_function_format("unit", 1, "method", u"line");
+    EXPECT_EQ(counting.questions, 2);
 }
 
 TEST_F(LoaderTest, ADisabledAreaLogsNothingButTheLinesWithoutArea) {

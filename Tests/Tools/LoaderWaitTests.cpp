@@ -80,6 +80,18 @@ TEST_F(LoaderWaitTest, NoExtraTimeEndsInTheFirstPassWithAnEmptyList) {
     EXPECT_EQ(time.slices, 2);
 }
 
+TEST_F(LoaderWaitTest, LessThanNoExtraTimeEndsThereToo) {
+    setSettings("<key>WebToolExtraLoadingTime</key><integer>-3</integer>");
+    loader.waitUntilDone();
+    EXPECT_EQ(time.slices, 1);
+}
+
+TEST_F(LoaderWaitTest, AnEndOfThisVeryMomentHasNotPassed) {
+    time.inNextSlice([&] { loader._finishDate = time.endOfSlice(); });
+    loader.waitUntilDone();
+    EXPECT_EQ(time.slices, 2);
+}
+
 TEST_F(LoaderWaitTest, AnEmptyListFromTheBeginningStillTakesTheExtraTime) {
     setSettings("<key>WebToolExtraLoadingTime</key><integer>1</integer>");
     loader.waitUntilDone();
@@ -183,6 +195,21 @@ TEST_F(LoaderWaitTest, EachPassHasAScopeUnlessTheSettingForbidsIt) {
     time.inNextSlice([&] { scopes = NSAutoreleasePool::openScopes(); });
     loader.waitUntilDone();
     EXPECT_EQ(scopes, NSAutoreleasePool::openScopes());
+}
+
+TEST_F(LoaderWaitTest, WhetherPassesHaveAScopeIsReadOnce) {
+    setSettings("<key>WebToolExtraLoadingTime</key><integer>0</integer>");
+    startMainFrame();
+    std::size_t scopes = 0;
+    time.inNextSlice([&] {
+        setSettings("<key>WebToolExtraLoadingTime</key><integer>0</integer><key>LoaderUsePool</key><false/>");
+    });
+    time.inNextSlice([&] {
+        scopes = NSAutoreleasePool::openScopes();
+        finishMainFrame();
+    });
+    loader.waitUntilDone();
+    EXPECT_EQ(scopes, NSAutoreleasePool::openScopes() + 1);
 }
 
 TEST_F(LoaderWaitTest, OldPlatformsHaveNoScopeByDefault) {

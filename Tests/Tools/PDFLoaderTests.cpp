@@ -1,5 +1,6 @@
 #include "Source/Tools/PDFLoader.h"
 
+#include "Platform/AppKit/NSApplication.h"
 #include "Platform/AppKit/NSPrintInfo.h"
 #include "Platform/Foundation/NSException.h"
 #include "Platform/PDFKit/PDFDocument.h"
@@ -12,6 +13,7 @@ namespace qrv {
 namespace {
 
 using engine::mainFrame;
+using testing::ElementsAre;
 
 /// One empty page whose information names the program that rendered it.
 NSData smallPDF() {
@@ -21,11 +23,59 @@ NSData smallPDF() {
                           "/Info 4 0 R"));
 }
 
+/// A loader with its insides open.
+class OpenedLoader final : public PDFLoader {
+public:
+    using Loader::_error;
+    using Loader::_view;
+    using PDFLoader::_uid;
+    using PDFLoader::_url;
+    using PDFLoader::_window;
+    using PDFLoader::printToFile;
+    using PDFLoader::writeScreenPDF;
+};
+
+/// Writes down what it is asked, and has its size only once it is laid out.
+class RecordingView final : public NSView {
+public:
+    RecordingView() : NSView(NSRect{{5, 6}, {10, 20}}) {}
+
+    void setFrame(NSRect frame) override {
+        NSView::setFrame(frame);
+        note("setFrame", frame);
+    }
+
+    void layout() override {
+        calls.emplace_back("layout");
+        NSView::setFrame({{}, {300, 4000}});
+    }
+
+    NSData dataWithPDFInsideRect(NSRect rect) override {
+        note("draw", rect);
+        return smallPDF();
+    }
+
+    NSData dataForPrinting(const NSPrintInfo& printInfo) override {
+        settings = std::make_unique<NSPrintInfo>(printInfo);
+        return smallPDF();
+    }
+
+    void note(const char* what, NSRect rect) {
+        calls.push_back(NSString::stringWithFormat(u"%s %g %g %g %g", what, rect.origin.x, rect.origin.y,
+                                                   rect.size.width, rect.size.height)
+                            .utf8());
+    }
+
+    std::vector<std::string> calls;
+    std::unique_ptr<NSPrintInfo> settings;
+};
+
 class PDFLoaderTest : public ToolTest {
 protected:
     PDFLoaderTest() {
         setSettings("<key>WebToolExtraLoadingTime</key><integer>0</integer>");
         setMode(u"screen");
+        NSApplicationLoad();
     }
 
     static void setMode(const char16_t* mode) {
@@ -202,10 +252,7 @@ TEST_F(PDFLoaderTest, TheModeIsComparedExactly) {
 }
 
 TEST_F(PDFLoaderTest, TheViewStandsInAWindowLargerThanThePaper) {
-    struct Opened : PDFLoader {
-        using PDFLoader::_view;
-    } opened;
-
+    OpenedLoader opened;
     EXPECT_EQ(opened._view->superview(), nullptr);
     opened.setupWindow();
     const NSSize paper = NSPrintInfo::sharedPrintInfo().paperSize();
@@ -283,20 +330,52 @@ TEST_F(PDFLoaderTest, AnyOtherModePrintsWithTheMarginOnAllSides) {
 }
 
 TEST_F(PDFLoaderTest, PlugInsAreSwitchedByTheSetting) {
-    class Opened : public PDFLoader {
-    public:
-        using Loader::_view;
-    };
-
     for (const bool enabled : {false, true}) {
         setSettings(std::string("<key>WebToolExtraLoadingTime</key><integer>0</integer>"
                                 "<key>WebToolEnableWebPlugIns</key>") +
                     (enabled ? "<true/>" : "<false/>"));
-        Opened opened;
+        OpenedLoader opened;
         time.inNextSlice([] { page().loadPage(u"https://a.example/"); });
         opened.loadWebArchivePath_uid(archive(u"https://a.example/"), u"uid");
         EXPECT_EQ(opened._view->preferences().arePlugInsEnabled(), enabled);
     }
+}
+
+TEST_F(PDFLoaderTest, TheDocumentIsLaidOutInItsOwnBoundsBeforeItIsDrawn) {
+    const OpenedLoader opened;
+    RecordingView document;
+    opened.writeScreenPDF(&document, pdfPath());
+    EXPECT_THAT(document.calls, ElementsAre("setFrame 0 0 10 20", "layout", "draw 0 0 300 4000"));
+    EXPECT_EQ(folder.read("page.pdf"), smallPDF().bytes());
+}
+
+TEST_F(PDFLoaderTest, APrintFitsTheWidthAndBreaksTheHeightIntoPages) {
+    setSettings("<key>Web2PDFPageMargin</key><integer>50</integer>");
+    const OpenedLoader opened;
+    RecordingView document;
+    opened.printToFile(&document, pdfPath());
+    ASSERT_TRUE(document.settings);
+    const NSPrintInfo& settings = *document.settings;
+    EXPECT_EQ(settings.horizontalPagination(), NSPrintingPaginationModeFit);
+    EXPECT_EQ(settings.verticalPagination(), NSPrintingPaginationModeAutomatic);
+    EXPECT_FALSE(settings.isHorizontallyCentered());
+    EXPECT_FALSE(settings.isVerticallyCentered());
+    EXPECT_EQ(settings.topMargin(), 50);
+    EXPECT_EQ(settings.bottomMargin(), 50);
+    EXPECT_EQ(settings.leftMargin(), 50);
+    EXPECT_EQ(settings.rightMargin(), 50);
+    EXPECT_EQ(settings.jobDisposition(), NSString(NSPrintSaveJob));
+    EXPECT_EQ(settings.jobSavingURL(), NSURL::fileURLWithPath_isDirectory(pdfPath(), false));
+    EXPECT_EQ(settings.paperSize(), NSPrintInfo::sharedPrintInfo().paperSize());
+    EXPECT_EQ(NSPrintInfo::sharedPrintInfo().leftMargin(), 72) << "the shared settings stay";
+    EXPECT_EQ(folder.read("page.pdf"), smallPDF().bytes());
+}
+
+TEST_F(PDFLoaderTest, WithoutADocumentNothingIsWritten) {
+    const OpenedLoader opened;
+    opened.writeScreenPDF(nullptr, pdfPath());
+    opened.printToFile(nullptr, pdfPath());
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "page.pdf"));
 }
 
 // What is written
@@ -393,7 +472,22 @@ TEST_F(PDFLoaderTest, AFileURLHasNoAuthor) {
 
 // The whole run
 
+TEST_F(PDFLoaderTest, EachArgumentHasItsPlace) {
+    OpenedLoader opened;
+    time.inNextSlice([] {
+        page().pdfToAnswer = smallPDF();
+        page().loadPage(u"https://a.example/");
+    });
+    const NSArray arguments({NSString(u"web2pdf"), NSString(u"screen"), archive(u"https://a.example/"),
+                             pdfPath(), NSString(u"the record")});
+    EXPECT_EQ(exitStatusOf([&] { convertWith(opened, arguments); }), 0);
+    EXPECT_EQ(opened._uid, NSString(u"the record"));
+    EXPECT_EQ(opened._url.absoluteString(), NSString(u"https://a.example/"));
+    expectSuccess();
+}
+
 TEST_F(PDFLoaderTest, TheToolConvertsAnArchive) {
+    applicationIsLoaded = false;
     ScriptedPage::onLoad = [this](engine::PageClient&) {
         page().pdfToAnswer = smallPDF();
         time.inNextSlice([] { page().loadPage(u"https://a.example/", u"Title"); });

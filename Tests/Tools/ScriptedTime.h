@@ -30,14 +30,18 @@ public:
 
     void runUntilDate(const NSDate& date) override {
         if (++slices > 1000) throw std::runtime_error("the wait does not end");
-        sliceLength = date.timeIntervalSinceReferenceDate() - now;
+        end_ = date.timeIntervalSinceReferenceDate();
+        sliceLength = end_ - now;
         if (!steps_.empty()) {
             const auto step = std::move(steps_.front());
             steps_.pop_front();
             step();
         }
-        now = date.timeIntervalSinceReferenceDate() + 0.001;
+        now = end_ + late;
     }
+
+    /// The time after the slice that is under way.
+    NSDate endOfSlice() const { return NSDate::dateWithTimeIntervalSinceReferenceDate(end_ + late); }
 
     static constexpr double start = 1000;
     inline static double now = start;
@@ -45,6 +49,9 @@ public:
     double sliceLength = 0;
 
 private:
+    static constexpr double late = 0.001;
+
+    double end_ = start;
     std::deque<std::function<void()>> steps_;
 };
 

@@ -1,6 +1,7 @@
 #include "Platform/AppKit/NSWindow.h"
 
 #include "Platform/AppKit/NSApplication.h"
+#include "Platform/Foundation/NSException.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -17,6 +18,11 @@ TEST(NSWindow, HoldsAViewInContentsOfItsOwnSize) {
     EXPECT_EQ(view.superview(), &window->contentView());
     window.reset();
     EXPECT_EQ(view.superview(), nullptr);
+}
+
+TEST(NSWindow, NeedsTheApplication) {
+    applicationIsLoaded = false;
+    EXPECT_THROW(NSWindow({}, NSWindowStyleMaskBorderless, NSBackingStoreRetained, false), NSException);
 }
 
 } // namespace qrv
