@@ -8,6 +8,7 @@ namespace qrv::engine {
 namespace {
 
 constexpr int maximumTries = 3;
+constexpr std::size_t mostFrames = 200;
 
 constexpr char worldName[] = "web2pdf";
 constexpr char disableScripts[] = "Emulation.setScriptExecutionDisabled";
@@ -140,6 +141,42 @@ void PageWorld::callInFrame(const std::string& frameID, const PageScript& script
                                           handler(reply.ok() ? answerOf(script, reply.result) : std::nullopt);
                                       });
                    });
+}
+
+std::vector<PageWorld::FrameAnswer> PageWorld::callInFrames(const PageScript& script,
+                                                            const Arguments& arguments) {
+    std::vector<FrameAnswer> answers;
+    for (const std::string& frame : frameIDs()) {
+        const std::optional<Json> answer =
+            frame == mainFrameID_ ? call(script, arguments) : callInSubframe(frame, script, arguments);
+        if (answer) answers.push_back({frame, *answer});
+    }
+    return answers;
+}
+
+/// The main frame, then its descendants in the order of the tree.
+std::vector<std::string> PageWorld::frameIDs() {
+    std::vector<std::string> found{mainFrameID_};
+    std::vector<Json> waiting{command("Page.getFrameTree", {}).result["frameTree"]};
+    while (!waiting.empty() && found.size() < mostFrames) {
+        const Json tree = waiting.back();
+        waiting.pop_back();
+        const std::string frame = tree["frame"]["id"].string();
+        if (!frame.empty() && frame != mainFrameID_) found.push_back(frame);
+        const std::vector<Json> children = tree["childFrames"].elements();
+        waiting.insert(waiting.end(), children.rbegin(), children.rend());
+    }
+    return found;
+}
+
+std::optional<Json> PageWorld::callInSubframe(const std::string& frameID, const PageScript& script,
+                                              const Arguments& arguments) {
+    const std::int64_t context = contextOf(command(createWorld, worldParameters(frameID)));
+    if (context == 0) return std::nullopt;
+    devTools_.send(session_, evaluate, sharedParameters(context));
+    const DevToolsReply reply = command(callFunction, callParameters(script, arguments, context, false));
+    if (reply.status == DevToolsReply::Status::timedOut) interrupt();
+    return reply.ok() ? answerOf(script, reply.result) : std::nullopt;
 }
 
 /// Nothing when the script threw: it would do so again.

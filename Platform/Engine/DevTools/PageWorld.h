@@ -52,6 +52,15 @@ public:
     void callInFrame(const std::string& frameID, const PageScript& script, const Arguments& arguments,
                      AnswerHandler handler);
 
+    /// Calls a script in every frame, in the order of the tree, and runs the loop until all have answered.
+    /// Frames that do not answer are left out, and so are those beyond the first 200.
+    struct FrameAnswer {
+        std::string frameID;
+        Json answer;
+    };
+
+    std::vector<FrameAnswer> callInFrames(const PageScript& script, const Arguments& arguments = {});
+
     /// Sends a command to the page and runs the loop until its reply, or for as long as the page may take.
     DevToolsReply command(const char* method, const Json& params);
     /// The same for what the page itself has to answer. One that does not is interrupted, unless it has been,
@@ -66,7 +75,10 @@ public:
 
 private:
     std::optional<Json> call(const PageScript& script, const Arguments& arguments, bool awaitsPromise);
+    std::optional<Json> callInSubframe(const std::string& frameID, const PageScript& script,
+                                       const Arguments& arguments);
     std::optional<Json> answerOf(const PageScript& script, const Json& result);
+    std::vector<std::string> frameIDs();
     bool make();
     void interrupt();
 

@@ -54,7 +54,7 @@ void PageReadiness::settle(NSSize view) {
         reveal(view, contents.documentHeight);
     } else {
         substitute(contents.failedImages);
-        world_.stopScripts();
+        stopScripts();
     }
 }
 
@@ -64,7 +64,7 @@ void PageReadiness::reveal(NSSize view, double documentHeight) {
     setViewMetrics(world_, {view.width, std::clamp(documentHeight, view.height, tallestView)}, tallScale);
     world_.await(scripts::reveal, {revealingLimit.count()});
     if (!world_.isInterrupted()) substitute(awaitContents().failedImages);
-    world_.stopScripts();
+    stopScripts();
     setViewMetrics(world_, view);
     conclude();
 }
@@ -79,6 +79,11 @@ void PageReadiness::substitute(const std::vector<FailedImage>& images) {
     if (held.empty()) return;
     world_.call(scripts::substituteImages, {Json::array(held)});
     if (!world_.isInterrupted()) awaitContents();
+}
+
+void PageReadiness::stopScripts() {
+    world_.callInFrames(scripts::pretendScripts);
+    world_.stopScripts();
 }
 
 /// What arrives may ask for more.

@@ -51,6 +51,7 @@ private:
     PageContents awaitContents();
     void reveal(NSSize view, double documentHeight);
     void substitute(const std::vector<FailedImage>& images);
+    void stopScripts();
     void conclude();
     void awaitRequests(std::chrono::steady_clock::time_point end);
 

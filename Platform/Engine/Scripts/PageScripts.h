@@ -33,6 +33,7 @@ extern const PageScript presentMedia;
 extern const PageScript substituteImages;
 extern const PageScript holdView;
 extern const PageScript reveal;
+extern const PageScript pretendScripts;
 extern const PageScript conclude;
 
 // Print/

@@ -69,23 +69,26 @@ function scrollToTop(top) {
     scrollTo({ left: 0, top, behavior: 'instant' });
 }
 
+/** A document and all open shadow trees in it. */
+function trees(content = document) {
+    const found = [content];
+    for (const element of query('*', content)) {
+        const tree = elementProperty('shadowRoot', element);
+        if (tree) found.push(...trees(tree));
+    }
+    return found;
+}
+
 /** The page's document, those of its frames of the same origin, and all open shadow trees in them. */
 function contents() {
     const found = [];
-    const visit = (content) => {
-        found.push(content);
-        for (const element of query('*', content)) {
-            const tree = elementProperty('shadowRoot', element);
-            if (tree) visit(tree);
-        }
-    };
     const visitFrame = (frame) => {
         try {
             if (!frame.document) return;
         } catch {
             return;
         }
-        visit(frame.document);
+        found.push(...trees(frame.document));
         for (let i = 0; i < frame.length; ++i) visitFrame(frame[i]);
     };
     visitFrame(window);

@@ -27,6 +27,7 @@ public:
     }
 
     Json exception; // for every call
+    Json frameTree;
     int worldsToLose = 0;
     int worldsToRefuse = 0;
     bool isSilent = false; // answers no call
@@ -43,6 +44,8 @@ private:
             words.push_back("world of " + params["frameId"].string());
             if (worldsToRefuse-- > 0) return refuse(id);
             reply(id, Json::object({{"executionContextId", ++worlds_}}));
+        } else if (method == "Page.getFrameTree") {
+            reply(id, Json::object({{"frameTree", frameTree}}));
         } else if (method == "Runtime.evaluate") {
             words.push_back("shared in " + std::to_string(params["contextId"].integer()));
             EXPECT_EQ(params["expression"].string(), scripts::shared.source);
@@ -205,6 +208,36 @@ TEST_F(PageWorldTest, ScriptsAreCalledInOtherFrames) {
     world_.callInFrame("F", script, {7}, keep);
     EXPECT_THAT(wait(), ElementsAre("nothing"));
     EXPECT_THAT(log_, ElementsAre("script.js threw at line 1: Error: e"));
+}
+
+Json tree(const char* frame, const std::vector<Json>& children = {}) {
+    return Json::object({{"frame", Json::object({{"id", frame}})}, {"childFrames", Json::array(children)}});
+}
+
+TEST_F(PageWorldTest, AScriptIsCalledInEveryFrameInTheOrderOfTheTree) {
+    page_.frameTree = tree("M", {tree("A", {tree("B")}), tree("C")});
+    const auto answers = world_.callInFrames(script, {7});
+    EXPECT_THAT(page_.words, ElementsAre("world of M", "shared in 1", "call in 1", "world of A",
+                                         "shared in 2", "call in 2", "world of B", "shared in 3", "call in 3",
+                                         "world of C", "shared in 4", "call in 4"));
+    std::vector<std::string> told;
+    for (const auto& [frame, answer] : answers) told.push_back(frame + " " + answer.serialize());
+    EXPECT_THAT(told, ElementsAre("M 7", "A 7", "B 7", "C 7"));
+}
+
+TEST_F(PageWorldTest, AFrameThatIsGoneIsLeftOut) {
+    page_.frameTree = tree("M", {tree("A"), tree("B")});
+    world_.call(script);
+    page_.worldsToRefuse = 1;
+    const auto answers = world_.callInFrames(script, {7});
+    ASSERT_EQ(answers.size(), 2u);
+    EXPECT_EQ(answers[1].frameID, "B");
+    EXPECT_FALSE(world_.isInterrupted());
+}
+
+TEST_F(PageWorldTest, NotMoreThanTwoHundredFramesAreCalled) {
+    page_.frameTree = tree("M", std::vector<Json>(1000, tree("A")));
+    EXPECT_EQ(world_.callInFrames(script, {7}).size(), 200u);
 }
 
 TEST_F(PageWorldTest, ProgramsRunInNewDocuments) {

@@ -61,6 +61,7 @@ private:
             failed = {};
         }
         if (script == scripts::presentMedia.source) words.emplace_back("present");
+        if (script == scripts::pretendScripts.source) words.emplace_back("pretend");
         if (script == scripts::holdView.source) words.emplace_back("hold");
         if (script == scripts::reveal.source) words.emplace_back("reveal");
         if (script == scripts::conclude.source) {
@@ -90,18 +91,18 @@ protected:
 
 TEST_F(PageReadinessTest, APageInSightIsAwaitedAndStopped) {
     page_.height = 792;
-    EXPECT_THAT(settle(), ElementsAre("await", "stop"));
+    EXPECT_THAT(settle(), ElementsAre("await", "pretend", "stop"));
 }
 
 TEST_F(PageReadinessTest, ATallerPageIsLookedAtWholeBeforeItIsStopped) {
-    EXPECT_THAT(settle(), ElementsAre("await", "hold", "height 3000", "reveal", "await", "stop", "height 792",
-                                      "conclude"));
+    EXPECT_THAT(settle(), ElementsAre("await", "hold", "height 3000", "reveal", "await", "pretend", "stop",
+                                      "height 792", "conclude"));
 }
 
 TEST_F(PageReadinessTest, ASinglePictureIsPresentedBeforeItIsStopped) {
     page_.height = 792;
     page_.isSingleMedia = true;
-    EXPECT_THAT(settle(), ElementsAre("await", "present", "stop"));
+    EXPECT_THAT(settle(), ElementsAre("await", "present", "pretend", "stop"));
 }
 
 TEST_F(PageReadinessTest, TheTallViewHasItsBounds) {
@@ -116,18 +117,19 @@ TEST_F(PageReadinessTest, ImagesThatFailedAreChosenAnewFromWhatCanBeHad) {
         asked = candidates;
         return chosen == "1x" ? std::vector<std::string>{"2x"} : std::vector<std::string>();
     });
-    EXPECT_THAT(settle(), ElementsAre("await", "hold", "height 3000", "reveal", "await",
-                                      "substitute [\"2x\"]", "await", "stop", "height 792", "conclude"));
+    EXPECT_THAT(settle(),
+                ElementsAre("await", "hold", "height 3000", "reveal", "await", "substitute [\"2x\"]", "await",
+                            "pretend", "stop", "height 792", "conclude"));
     EXPECT_THAT(asked, ElementsAre("1x", "2x"));
 }
 
 TEST_F(PageReadinessTest, ImagesThatCannotBeHadAreLeftAlone) {
     page_.height = 792;
     page_.failed = Json::array({Json::object({{"chosen", "1x"}, {"candidates", Json::array({"1x"})}})});
-    EXPECT_THAT(settle(), ElementsAre("await", "stop"));
+    EXPECT_THAT(settle(), ElementsAre("await", "pretend", "stop"));
     page_.words.clear();
     readiness_.setSubstitution([](const auto&, const auto&) { return std::vector<std::string>(); });
-    EXPECT_THAT(settle(), ElementsAre("await", "stop"));
+    EXPECT_THAT(settle(), ElementsAre("await", "pretend", "stop"));
 }
 
 TEST_F(PageReadinessTest, ImagesThatAreChosenAnewAreAwaited) {
@@ -147,7 +149,7 @@ TEST_F(PageReadinessTest, WhatIsUnderWayIsAwaited) {
     page_.height = 792;
     int busy = 3;
     readiness_.setBusyCheck([&] { return busy-- > 0; });
-    EXPECT_THAT(settle(), ElementsAre("await", "stop"));
+    EXPECT_THAT(settle(), ElementsAre("await", "pretend", "stop"));
     EXPECT_LE(busy, 0);
 }
 
@@ -156,7 +158,7 @@ TEST_F(PageReadinessTest, WhatComesOfTheWaitIsAwaitedAgain) {
     bool busy = false;
     page_.onAwait = [&] { busy = page_.words.size() == 1; };
     readiness_.setBusyCheck([&] { return std::exchange(busy, false); });
-    EXPECT_THAT(settle(), ElementsAre("await", "await", "stop"));
+    EXPECT_THAT(settle(), ElementsAre("await", "await", "pretend", "stop"));
 }
 
 TEST_F(PageReadinessTest, APageThatIsAlwaysBusyIsNotAwaitedForEver) {

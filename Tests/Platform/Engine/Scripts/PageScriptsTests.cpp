@@ -351,6 +351,32 @@ TEST_F(PageScriptsTest, NoOtherPartIsLookedAtWhenTheTimeIsOver) {
     EXPECT_EQ(evaluate("highest").integer(), 0);
 }
 
+// Also where a sheet is not the document's own: its rules are not to be seen.
+TEST_F(PageScriptsTest, ADocumentDoesNotTellThatItsScriptsAreStopped) {
+    show("<!DOCTYPE html><style>noscript{display:block}"
+         "@media (scripting:none),print{p{color:red}} @media screen and ( SCRIPTING ){p{margin-top:7px}}"
+         "@media not (scripting: initial-only){p{margin-left:8px}}</style>"
+         "<link rel=stylesheet href='data:text/css,p{}'><noscript>text</noscript><p>text</p>");
+    answer(scripts::pretendScripts);
+    const Json on = Json::object({{"value", true}});
+    client().call(session(), "Emulation.setScriptExecutionDisabled", on, patience);
+    setView(601, 400); // has the queries answered anew
+    EXPECT_EQ(style("noscript", "display"), "none");
+    EXPECT_EQ(style("p", "color"), "rgb(0, 0, 0)");
+    EXPECT_EQ(style("p", "margin-top"), "7px");
+    EXPECT_EQ(style("p", "margin-left"), "8px");
+}
+
+TEST_F(PageScriptsTest, ADocumentThatNeverHadScriptsStaysAsItIs) {
+    const Json on = Json::object({{"value", true}});
+    client().call(session(), "Emulation.setScriptExecutionDisabled", on, patience);
+    show("<!DOCTYPE html><style>@media (scripting: "
+         "none){p{color:red}}</style><noscript>text</noscript><p>text");
+    answer(scripts::pretendScripts);
+    EXPECT_EQ(style("noscript", "display"), "inline");
+    EXPECT_EQ(style("p", "color"), "rgb(255, 0, 0)");
+}
+
 TEST_F(PageScriptsTest, AnimationsThatFollowTheViewAreTakenBackAtLast) {
     show("<!DOCTYPE html><style>@keyframes appear{from{opacity:0}to{opacity:1}}"
          "p{animation:appear linear both;animation-timeline:view()}</style>"

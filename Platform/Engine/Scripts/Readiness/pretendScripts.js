@@ -1,0 +1,34 @@
+// Keeps a document from telling that its scripts are stopped: what is for readers without scripts stays hidden, and media
+// queries get the answer that they had. To be called in each frame before its scripts are stopped. Style sheets of other
+// origins cannot be read, and closed shadow trees not be entered.
+() => {
+    if (!matchMedia('(scripting: enabled)').matches) return;
+    const pretend = (media) => {
+        const { mediaText } = media;
+        const answered = mediaText.replace(
+            /\(\s*scripting\s*(?::\s*([\w-]+)\s*)?\)/gi,
+            (all, value = 'enabled') => (value === 'enabled' ? '(min-width: 0)' : '(max-width: -1px)'),
+        );
+        if (answered !== mediaText) media.mediaText = answered;
+    };
+    const visit = (sheetOrRule) => {
+        if (sheetOrRule?.media) pretend(sheetOrRule.media);
+        if (sheetOrRule?.styleSheet) visit(sheetOrRule.styleSheet);
+        try {
+            for (const rule of sheetOrRule?.cssRules ?? []) visit(rule);
+        } catch {
+            // Of another origin.
+        }
+    };
+    for (const content of trees()) {
+        const owner = isDocument(content) ? Document : ShadowRoot;
+        for (const list of ['styleSheets', 'adoptedStyleSheets']) {
+            for (const sheet of read(owner, list, content)) visit(sheet);
+        }
+        for (const element of query('noscript', content)) {
+            if (element instanceof HTMLElement) {
+                read(HTMLElement, 'style', element).setProperty('display', 'none', 'important');
+            }
+        }
+    }
+};
