@@ -2,9 +2,9 @@
 
 import unittest
 
-from pages import page
+from pages import SITE, page
 from tool import ToolTestCase
-from webarchive import html_archive
+from webarchive import HTML, Archive, Resource, html_archive
 
 MODES = ("screen", "print")
 
@@ -108,6 +108,89 @@ class OutlineTests(ToolTestCase):
 
     def test_page_without_headings(self):
         self.assertEqual(self.convert(page("<p>Text</p>")).pdf.outline(), [])
+
+
+def frame(url, body, frames=()):
+    return Archive(Resource(url, f"<!DOCTYPE html><style>body{{margin:8px}}</style>{body}", HTML), frames=frames)
+
+
+class FrameTests(ToolTestCase):
+    """The engine leaves headings and anchors of sub-frames out."""
+
+    OTHER = "http://other.example/"
+
+    def framed(self):
+        body = ("<h1>First</h1><p style='height:500px'>Text</p><h2>Before</h2>"
+                "<iframe src=same.html width=400 height=300 style='margin-left:60px'></iframe><h3>Between</h3>"
+                f"<iframe src={self.OTHER}page.html width=500 height=700></iframe><h1>Last</h1>")
+        same = frame(SITE + "same.html", "<p>Text</p><h2 style='margin-left:50px'>Same<br>origin</h2>"
+                     "<h3>Deeper</h3><h2 style='display:none'>Hidden</h2><h2 style='visibility:hidden'>Unseen</h2>"
+                     "<div style='height:900px'></div><h2>Below</h2>")
+        other = frame(self.OTHER + "page.html", "<h2>Other</h2><iframe srcdoc='<h4>Stored inside</h4>'></iframe>"
+                      "<iframe src=deep.html width=300 height=200 style='display:block;margin-top:200px'></iframe><h2>End</h2>",
+                      [frame(self.OTHER + "deep.html", "<h5>Nested</h5><div style='height:300px'></div><h6>Cut</h6>")])
+        return page(body).add_frame(same, other)
+
+    def test_headings_of_frames_are_in_the_outline(self):
+        for mode in MODES:
+            with self.subTest(mode):
+                outline = self.convert(self.framed(), mode=mode).pdf.outline()
+                self.assertEqual([(entry.level, entry.title) for entry in outline],
+                                 [(1, "First"), (2, "Before"), (2, "Same origin"), (3, "Deeper"), (3, "Between"), (2, "Other"),
+                                  (3, "Stored inside"), (4, "Nested"), (2, "End"), (1, "Last")])
+
+    def test_they_lead_to_their_places(self):
+        for mode in MODES:
+            with self.subTest(mode):
+                pdf = self.convert(self.framed(), mode=mode).pdf
+                self.assert_lead_to_words(pdf)
+
+    def assert_lead_to_words(self, pdf):
+        words = {word.text: word for word in pdf.words()}
+        for entry in pdf.outline():
+            word = words[entry.title.split()[0]]
+            self.assertEqual(entry.page, word.page, entry)
+            self.assertLessEqual(abs(entry.left - word.left), 8, (entry, word))
+            # At the heading's top, or at the top of a page that begins with it.
+            self.assertTrue(-8 <= word.top - entry.top <= (16 if entry.top else 36), (entry, word))
+
+    def test_frame_that_is_cut_by_the_ends_of_pages(self):
+        inner = "".join(f"<h2 style='margin:0;height:400px'>Part{n}</h2>" for n in range(8))
+        archive = page("<p>Text</p><iframe src=long.html width=500 height=3300></iframe>").add_frame(
+            frame(SITE + "long.html", inner))
+        for mode in MODES:
+            with self.subTest(mode):
+                pdf = self.convert(archive, mode=mode).pdf
+                self.assertEqual([entry.title for entry in pdf.outline()], [f"Part{n}" for n in range(8)])
+                self.assert_lead_to_words(pdf)
+
+    def test_frames_of_a_page_that_is_shrunk(self):
+        archive = page('<div style="width:12000px;height:10px"></div><iframe src=a.html width=3000 height=2000></iframe>'
+                       ).add_frame(frame(SITE + "a.html", "<h1 style='font-size:200px;margin:800px 0 0 500px'>Large</h1>"))
+        pdf = self.convert(archive, mode="print").pdf
+        self.assert_lead_to_words(pdf)
+        self.assertEqual(len(pdf.outline()), 1)
+
+    def test_frames_that_are_not_seen_add_nothing(self):
+        body = ("<h1>Seen</h1><iframe src=a.html style='display:none'></iframe><iframe src=a.html style='visibility:hidden'></iframe>"
+                "<iframe src=a.html width=0 height=0></iframe>")
+        pdf = self.convert(page(body).add_frame(*[frame(SITE + "a.html", "<h2>Hidden</h2>")] * 3)).pdf
+        self.assertEqual([entry.title for entry in pdf.outline()], ["Seen"])
+
+    def test_links_within_a_frame(self):
+        inner = ("<a href='#down'>there</a> <a href='#far'>beyond</a><div style='height:150px'></div><p id=down>Target</p>"
+                 "<div style='height:900px'></div><p id=far>Unseen")
+        body = "<a href='#down'>outer</a><div style='height:250px'></div><p id=down>Own</p><iframe src=a.html width=300 height=300></iframe>"
+        for mode in MODES:
+            with self.subTest(mode):
+                pdf = self.convert(page(body).add_frame(frame(SITE + "a.html", inner)), mode=mode).pdf
+                words = {word.text: word for word in pdf.words()}
+                places = pdf.link_places()
+                self.assertEqual(len(places), 3)
+                for link, target in (("there", "Target"), ("beyond", "there"), ("outer", "Own")):
+                    [(number, top)] = [place for area, place in places if area.covers(words[link])]
+                    self.assertEqual(number, words[target].page)
+                    self.assertLessEqual(abs(top - words[target].top), 16, link)
 
 
 if __name__ == "__main__":

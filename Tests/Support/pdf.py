@@ -59,6 +59,7 @@ class Link:
     bottom: float
     address: str | None
     name: str | None
+    place: list | None = None  # of a destination that has no name, as the file writes it
 
     def covers(self, word):
         return (self.page == word.page and self.left - 1 <= word.left and word.right <= self.right + 1
@@ -190,9 +191,23 @@ class PDF:
             for annotation in objects[reference].get("/Annots", []):
                 annotation = objects[annotation] if isinstance(annotation, str) else annotation
                 left, bottom, right, top = annotation["/Rect"]
-                address, name = annotation.get("/A", {}).get("/URI"), annotation.get("/Dest")
+                address, goal = annotation.get("/A", {}).get("/URI"), annotation.get("/Dest")
+                name, place = (goal, None) if isinstance(goal, str) else (None, goal)
                 found.append(Link(number, left, height - top, right, height - bottom,
-                                  address and address.removeprefix("u:"), name and name.removeprefix("/")))
+                                  address and address.removeprefix("u:"), name and name.removeprefix("/"), place))
+        return found
+
+    def link_places(self):
+        """Every inward link, with the page and the points from its top that it leads to."""
+        objects, pages = self._objects()
+        named = self.destinations()
+        found = []
+        for link in self.link_areas():
+            if link.name is not None:
+                found.append((link, named[link.name]))
+            elif link.place is not None:
+                number = pages.index(link.place[0]) + 1
+                found.append((link, (number, self.size(number)[1] - link.place[3])))
         return found
 
     def fonts(self):

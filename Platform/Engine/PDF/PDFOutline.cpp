@@ -31,19 +31,6 @@ std::u16string withoutBreaks(const std::string& text) {
     return kept;
 }
 
-std::string onOneLine(const std::string& text) {
-    std::u16string line;
-    for (const char16_t c : unicode::fromUTF8Lossy(text)) {
-        if (!isSpace(c)) {
-            line += c;
-        } else if (!line.empty() && line.back() != u' ') {
-            line += u' ';
-        }
-    }
-    if (!line.empty() && line.back() == u' ') line.pop_back();
-    return unicode::toUTF8Lossy(line);
-}
-
 /// Whether `longer` probably is the other text with parts repeated.
 bool repeatsPartsOf(std::u16string_view shorter, std::u16string_view longer) {
     if (shorter.empty() || longer.size() <= shorter.size() || longer.size() > 2 * shorter.size())
@@ -57,6 +44,19 @@ bool repeatsPartsOf(std::u16string_view shorter, std::u16string_view longer) {
 
 } // namespace
 
+std::string onOneLine(const std::string& text) {
+    std::u16string line;
+    for (const char16_t c : unicode::fromUTF8Lossy(text)) {
+        if (!isSpace(c)) {
+            line += c;
+        } else if (!line.empty() && line.back() != u' ') {
+            line += u' ';
+        }
+    }
+    if (!line.empty() && line.back() == u' ') line.pop_back();
+    return unicode::toUTF8Lossy(line);
+}
+
 HeadingFinder::HeadingFinder(const std::vector<std::string>& headings) {
     for (const std::string& heading : headings) headings_.push_back({heading, withoutBreaks(heading)});
 }
@@ -69,7 +69,7 @@ std::optional<HeadingFinder::Found> HeadingFinder::find(const std::string& title
         const bool isRepeated = repeatsPartsOf(heading.withoutBreaks, told);
         if (!isRepeated && heading.withoutBreaks != told) continue;
         next_ = at + 1;
-        return Found{onOneLine(heading.text), isRepeated};
+        return Found{onOneLine(heading.text), isRepeated, at};
     }
     return std::nullopt;
 }

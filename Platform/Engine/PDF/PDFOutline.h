@@ -13,6 +13,9 @@ class QPDF;
 
 namespace qrv::engine {
 
+/// The text with each run of white space as one blank, and none at its end.
+std::string onOneLine(const std::string& text);
+
 /// Finds the heading for each title of an outline, in the outline's order.
 class HeadingFinder {
 public:
@@ -21,6 +24,7 @@ public:
     struct Found {
         std::string heading; // with runs of white space collapsed
         bool wasDrawnTwice = false;
+        std::size_t index = 0; // in the list
     };
 
     /// Only considers headings after the one found last.

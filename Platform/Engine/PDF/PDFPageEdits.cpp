@@ -241,6 +241,7 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
         PageEditor(*document, edits).run();
         if (edits.language) setLanguage(*document, *edits.language);
         correctOutline(*document, edits.headings);
+        addFrames(*document, edits.frames, edits.hasOutline);
         mapStructureRoles(*document);
         correctGlyphTexts(*document);
         resolveInvertedMasks(*document);

@@ -7,6 +7,7 @@
 //     NSData exact = pdfByApplying(edits, rendered);
 
 #include "Platform/Engine/PDF/PDFDestinations.h"
+#include "Platform/Engine/PDF/PDFFrames.h"
 #include "Platform/Foundation/NSData.h"
 
 #include <functional>
@@ -32,6 +33,10 @@ struct PDFPageEdits {
     /// The headings' texts (UTF-8, in the document's order), which replace the titles of matching outline
     /// entries: the renderer's titles lack spaces at line breaks.
     std::vector<std::string> headings;
+    /// The document and its frames, of which renderers know no headings and no targets of links.
+    std::vector<PDFFrame> frames;
+    /// Whether the headings of frames are to be in the outline.
+    bool hasOutline = true;
 };
 
 /// Returns the edited document, with structure roles for readers that do not know PDF 2.0, with the usual

@@ -65,8 +65,13 @@ NSData PageRenderer::paginatedPDF(NSSize paper, double margin) {
 
 NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
     // Before a style sheet moves anything.
-    const DocumentDescription document =
+    DocumentDescription document =
         documentDescriptionFromJson(world_.call(scripts::describe).value_or(Json()));
+    if (document.hasFrames) {
+        for (const auto& [frame, answer] : world_.callInFrames(scripts::describeFrame, {frameMarker})) {
+            if (!answer.isNull()) document.frames.push_back(frameDescriptionFromJson(answer));
+        }
+    }
     if (const auto pdf = attempt(plan)) return edited(*pdf, plan, document);
     if (!plan.usesViewportPage) return {};
     const auto pdf = attempt(plain);
@@ -110,6 +115,8 @@ NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan,
                           plan.pageMargin, document.targetsInView};
     edits.language = document.language;
     edits.headings = document.headings;
+    edits.frames = document.frames;
+    edits.hasOutline = plan.isStructured;
     return pdfByApplying(edits, pdf);
 }
 

@@ -42,6 +42,7 @@ extern const PageScript standStill;
 extern const PageScript unrollScrollers;
 extern const PageScript measure;
 extern const PageScript describe;
+extern const PageScript describeFrame;
 extern const PageScript applyPrintStyle;
 extern const PageScript releaseBoxes;
 

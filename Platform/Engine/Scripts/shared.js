@@ -209,6 +209,31 @@ function failedImages() {
         .slice(0, 1000);
 }
 
+/** What the links within the document lead to, by the fragment of their address; null is the document's start. */
+function linkTargets() {
+    const withId = (id) =>
+        Document.prototype.getElementById.call(document, id) ||
+        Document.prototype.getElementsByName.call(document, id)[0];
+    const decoded = (fragment) => {
+        try {
+            return decodeURIComponent(fragment);
+        } catch {
+            return fragment;
+        }
+    };
+    const [address] = property('URL').split('#');
+    const targets = new Map();
+    for (const { href } of query('a[href],area[href]')) {
+        const hash = String(href).indexOf('#');
+        const fragment = String(href).slice(hash + 1);
+        if (hash < 0 || href.slice(0, hash) !== address || targets.has(fragment)) continue;
+        const target = withId(fragment) || withId(decoded(fragment));
+        if (target) targets.set(fragment, target);
+        else if (['', 'top'].includes(fragment.toLowerCase())) targets.set(fragment, null);
+    }
+    return targets;
+}
+
 /** Settled by the first of these events. A <video>'s sources report their errors on the way down only. */
 function firstOf(element, ...names) {
     return new Promise((done) => {

@@ -51,5 +51,30 @@ TEST(DocumentDescription, HeadingsOfOtherKindsAreLeftOut) {
                 ElementsAre("One"));
 }
 
+TEST(FrameDescription, HasWhatTheFrameAnswers) {
+    const Json heading = Json::object({{"text", "One"}, {"level", 9e9}, {"left", 3}, {"top", 4}});
+    const Json unseen = Json::object({{"text", "Two"}, {"level", -1}});
+    const Json anchors = Json::array({Json::object({{"name", "a"}, {"left", 1}, {"top", 2}}),
+                                      Json::object({{"name", "b"}}), Json::object({{"left", 1}})});
+    const PDFFrame frame = frameDescriptionFromJson(
+        Json::object({{"path", "0.1"},
+                      {"width", 300},
+                      {"contents", Json::array({heading, Json::object({{"frame", 2}}), 7, unseen})},
+                      {"anchors", anchors}}));
+    EXPECT_EQ(frame.path, "0.1");
+    EXPECT_EQ(frame.width, 300);
+    ASSERT_EQ(frame.contents.size(), 3u);
+    const auto first = std::get<PDFFrame::Heading>(frame.contents[0]);
+    EXPECT_EQ(first.heading.text, "One");
+    EXPECT_EQ(first.heading.level, 1000);
+    EXPECT_EQ(first.place->top, 4);
+    EXPECT_EQ(std::get<std::size_t>(frame.contents[1]), 2u);
+    EXPECT_EQ(std::get<PDFFrame::Heading>(frame.contents[2]).heading.level, 1);
+    EXPECT_FALSE(std::get<PDFFrame::Heading>(frame.contents[2]).place);
+    ASSERT_EQ(frame.anchors.size(), 2u);
+    EXPECT_EQ(frame.anchors.at("a")->left, 1);
+    EXPECT_FALSE(frame.anchors.at("b"));
+}
+
 } // namespace
 } // namespace qrv::engine

@@ -427,6 +427,37 @@ TEST_F(PageScriptsTest, ADocumentMayHaveNothingToDescribe) {
     EXPECT_THAT(description.targetsInView, IsEmpty());
 }
 
+// Frames in shadow trees have no number.
+TEST_F(PageScriptsTest, AFrameIsDescribedByWhatStandsInIt) {
+    show("<!DOCTYPE html><style>*{margin:0}a{display:none!important}</style><h1>One</h1>"
+         "<iframe name=length srcdoc='<h2>Inner</h2>'></iframe>"
+         "<div><template shadowrootmode=open><iframe></iframe></template></div><iframe></iframe>"
+         "<h2 style=display:none>Hidden</h2><p role=heading aria-level=5>Two</p><p role=heading>Three</p><a "
+         "href=#>x</a>");
+    EXPECT_EQ(evaluate("frames.length").integer(), 2);
+    const auto answers = world().callInFrames(scripts::describeFrame, {frameMarker});
+    ASSERT_EQ(answers.size(), 4u);
+    EXPECT_TRUE(answers[2].answer.isNull()) << answers[2].answer.serialize();
+    std::string page;
+    const PDFFrame described = frameDescriptionFromJson(answers[0].answer);
+    for (const PDFFrame::Content& content : described.contents) {
+        if (const auto* frame = std::get_if<std::size_t>(&content)) {
+            page += "frame " + std::to_string(*frame) + ", ";
+        } else {
+            const auto& heading = std::get<PDFFrame::Heading>(content).heading;
+            page += heading.text + " " + std::to_string(heading.level) + ", ";
+        }
+    }
+    EXPECT_EQ(described.path, "");
+    EXPECT_THAT(page, ::testing::StrEq("One 1, frame 0, frame 1, Two 5, Three 2, "));
+    EXPECT_EQ(described.anchors.count(""), 1u);
+    EXPECT_EQ(evaluate("document.querySelectorAll('a').length").integer(), 1);
+    EXPECT_EQ(evaluate("frames[0].document.querySelector('a').href + frames[0].innerHeight + ' ' + "
+                       "frames[0].document.querySelector('a').getBoundingClientRect().height")
+                  .string(),
+              "web2pdf-frame:0150 150");
+}
+
 constexpr char redSheet[] =
     "@layer print{html{color:rgb(255,0,0)!important}body{color:rgb(255,0,0)!important}}";
 constexpr char greenSheet[] =
