@@ -126,12 +126,12 @@ class LazyTests(ShownTestCase):
                 "</script>")
         self.assertIn("Calm", self.shown(body).text())
 
-    def test_page_is_told_of_its_last_size(self):
-        body = (FAR + "<p id=p></p><script>onresize = () => { p.textContent = 'Size' + innerWidth + 'x' + innerHeight };"
-                "</script>")
-        for mode in ("screen", "print"):
+    def test_page_knows_its_size_from_the_start_and_is_told_of_no_other(self):
+        body = (FAR + "<p id=p></p><script>const tell = () => { p.textContent += 'Size' + innerWidth + 'x' + innerHeight };"
+                "tell(); addEventListener('load', () => { onresize = tell; });</script>")
+        for mode, size in (("screen", "612x792"), ("print", "720x960")):
             with self.subTest(mode):
-                self.assertIn("Size612x792", self.shown(body, mode=mode).text())
+                self.assertEqual(self.shown(body, mode=mode).text().split(), ["Size" + size])
 
     def test_page_without_end(self):
         body = ('<div id=d></div><script>const more = () => { const p = document.createElement("p");'
@@ -158,11 +158,12 @@ class LazyTests(ShownTestCase):
 
 
 class LateTests(ShownTestCase):
-    """What a page asks for in the very moment in which it is about to be drawn. That it is, it can tell by the
-    event for the size that the view has at last."""
+    """What a page asks for in the very moment in which it is about to be drawn. That it is, it can tell by its end
+    being seen."""
 
     def late(self, script, body="", *resources):
-        return self.shown(FAR + body + f"<script>onresize = () => {{ onresize = null; {script} }};</script>",
+        return self.shown(FAR + body + "<p id=end>end</p><script>new IntersectionObserver(([entry], observer) => {"
+                          f"if (entry.isIntersecting) {{ observer.disconnect(); {script} }} }}).observe(end);</script>",
                           *resources)
 
     def assert_green(self, pdf):

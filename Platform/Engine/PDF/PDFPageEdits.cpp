@@ -1,11 +1,12 @@
 #include "Platform/Engine/PDF/PDFPageEdits.h"
 
+#include "Platform/Engine/PDF/Contents/PDFEmptySheets.h"
+#include "Platform/Engine/PDF/Contents/PDFMasks.h"
+#include "Platform/Engine/PDF/Contents/PDFTranslucency.h"
 #include "Platform/Engine/PDF/PDFGlyphTexts.h"
-#include "Platform/Engine/PDF/PDFMasks.h"
 #include "Platform/Engine/PDF/PDFOutline.h"
 #include "Platform/Engine/PDF/PDFReaderLimits.h"
 #include "Platform/Engine/PDF/PDFStructure.h"
-#include "Platform/Engine/PDF/PDFTranslucency.h"
 #include "Platform/PDFKit/PDFFile.h"
 
 #include <cmath>
@@ -237,6 +238,7 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
     const std::shared_ptr<QPDF> document = openPDF(pdf);
     if (!document) return {};
     try {
+        if (edits.removesEmptySheetsAtEnd) removeEmptySheetsAtEnd(*document, edits.destinations.margin);
         placeDestinations(*document, edits.destinations);
         PageEditor(*document, edits).run();
         if (edits.language) setLanguage(*document, *edits.language);

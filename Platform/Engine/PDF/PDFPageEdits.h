@@ -23,6 +23,8 @@ struct PDFPageEdits {
     std::optional<NSSize> size;
     /// Scales pages with everything on them, links and destinations included.
     double scale = 1;
+    /// A print ends with the last page that shows something other than the page's own background.
+    bool removesEmptySheetsAtEnd = false;
     /// Maps the address of each link, once; a link that is mapped to an empty address is removed. Null leaves
     /// links alone. Must not throw.
     std::function<std::string(const std::string&)> mapLink;

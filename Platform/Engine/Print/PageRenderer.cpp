@@ -83,7 +83,7 @@ std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
     const auto isApplied = world_.call(
         scripts::applyPrintStyle, {plan.styleSheet, plan.imageTarget, plan.imageSource, plan.imagesOnTop});
     if (!isApplied.value_or(Json()).boolean()) return std::nullopt;
-    if (plan.releasesBoxes) world_.call(scripts::releaseBoxes);
+    if (plan.isOnSheets) world_.call(scripts::releaseBoxes);
     const DevToolsReply reply = devTools_.call(session_, "Page.printToPDF",
                                                Json::object({{"printBackground", printsBackgrounds_},
                                                              {"preferCSSPageSize", true},
@@ -110,6 +110,7 @@ NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan,
     PDFPageEdits edits;
     edits.scale = 1 / plan.shrink;
     edits.size = plan.page;
+    edits.removesEmptySheetsAtEnd = plan.isOnSheets;
     edits.mapLink = linkMapping_;
     edits.destinations = {plan.viewportPageLength, plan.pageLength, plan.scale * pointsPerPixel,
                           plan.pageMargin, document.targetsInView};

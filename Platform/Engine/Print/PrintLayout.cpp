@@ -214,7 +214,7 @@ PrintPlan wholeDocumentPlan(const PageMeasurements& m, double shrink) {
 PrintPlan sheetsPlan(const PageMeasurements& m, const Paper& paper) {
     PrintPlan plan;
     plan.isStructured = m.structureCost <= largestStructureCost;
-    plan.releasesBoxes = true;
+    plan.isOnSheets = true;
     double needed = isVertical(m) ? documentHeight(m) : documentWidth(m);
     double available = (isVertical(m) ? paper.printableHeight() : paper.printableWidth()) * pixelsPerPoint;
     double smallest = isVertical(m) ? 1 : smallestScale;

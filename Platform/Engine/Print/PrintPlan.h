@@ -22,8 +22,9 @@ struct PrintPlan {
     bool usesViewportPage = false;
     bool isStructured = true; ///< printToPDF: generateTaggedPDF, generateDocumentOutline
     /// Sheets do not scroll: sticky boxes stand where they are in the flow, and modal dialogs, which the
-    /// engine repeats on every sheet, are boxes fixed to the view, without a backdrop.
-    bool releasesBoxes = false;
+    /// engine repeats on every sheet, are boxes fixed to the view, without a backdrop. Those at the end on
+    /// which nothing is are left out.
+    bool isOnSheets = false;
 
     // Where the document is on the printed pages; the engine's destinations do not take it into account.
 

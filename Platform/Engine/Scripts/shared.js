@@ -97,9 +97,7 @@ function contents() {
 
 /** The elements of the document and of its open shadow trees, without those in frames. */
 function displayedTree() {
-    return contents()
-        .filter((content) => content === document || read(Node, 'ownerDocument', content) === document)
-        .flatMap((content) => query('*', content));
+    return trees().flatMap((content) => query('*', content));
 }
 
 function isDisplayed(element) {
@@ -120,7 +118,7 @@ function elementsBelow(element) {
     return [...Element.prototype.querySelectorAll.call(element, '*')];
 }
 
-/** What a box of the document holds below what it shows (px), if its overflow is of these kinds; else 0. */
+/** What a box of the document, or a frame, holds below what it shows (px), if its overflow is of these kinds; else 0. */
 function overflowDown(box, ...kinds) {
     let inner = box;
     if (box instanceof HTMLIFrameElement) {

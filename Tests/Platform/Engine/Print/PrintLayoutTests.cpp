@@ -522,10 +522,10 @@ TEST(PrintLayout, AContainedRootHasNoOtherHeightThanItsContents) {
 
 TEST(PrintLayout, OnlySheetsReleaseStickyBoxes) {
     PageMeasurements m = page(612, 3000);
-    EXPECT_FALSE(screenPlan(m).releasesBoxes);
-    EXPECT_FALSE(plainScreenPlan(m).releasesBoxes);
-    EXPECT_TRUE(paginatedPlan(m, {612, 792}, 36).releasesBoxes);
-    EXPECT_TRUE(plainPaginatedPlan(m, {612, 792}, 36).releasesBoxes);
+    EXPECT_FALSE(screenPlan(m).isOnSheets);
+    EXPECT_FALSE(plainScreenPlan(m).isOnSheets);
+    EXPECT_TRUE(paginatedPlan(m, {612, 792}, 36).isOnSheets);
+    EXPECT_TRUE(plainPaginatedPlan(m, {612, 792}, 36).isOnSheets);
 }
 
 TEST(PrintLayout, EffectsOfTheRootWorkOnTheCanvasToTheEndOfTheLastSheet) {

@@ -1,6 +1,6 @@
-#include "Platform/Engine/PDF/PDFTranslucency.h"
+#include "Platform/Engine/PDF/Contents/PDFTranslucency.h"
 
-#include "Platform/Engine/PDF/PDFContents.h"
+#include "Platform/Engine/PDF/Contents/PDFContents.h"
 
 #include <algorithm>
 #include <cmath>

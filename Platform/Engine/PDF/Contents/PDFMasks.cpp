@@ -1,6 +1,6 @@
-#include "Platform/Engine/PDF/PDFMasks.h"
+#include "Platform/Engine/PDF/Contents/PDFMasks.h"
 
-#include "Platform/Engine/PDF/PDFContents.h"
+#include "Platform/Engine/PDF/Contents/PDFContents.h"
 
 #include <map>
 #include <qpdf/Buffer.hh>
