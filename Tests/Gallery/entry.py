@@ -32,6 +32,8 @@ class Page:
     pictures_differ: str = ""   # why the picture cannot be compared
     allowance: float = 0.1      # screen mode: per cent of the pixels that may differ; more needs a reason
     allowance_reason: str = ""
+    readers_differ: dict = field(default_factory=dict)  # per cent that another reader may draw differently, by its name
+    readers_reason: str = ""
     shifts_words: str = ""      # print mode: why words are not where the screen's layout has them
     modes: tuple = ("screen", "print")
 

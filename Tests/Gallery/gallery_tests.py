@@ -3,6 +3,7 @@
 With WEB2PDF_GALLERY naming a folder, each test leaves its verdict and its pictures there, for sheet.py.
 """
 
+import functools
 import importlib
 import json
 import os
@@ -13,6 +14,7 @@ import sys
 sys.path.insert(0, str(pathlib.Path(__file__).parent / "pages"))
 
 from judge import Sight, judge
+from pdfjs import PDFJS
 from tool import ToolTestCase
 from witness import witness
 
@@ -20,6 +22,8 @@ GROUPS = sorted(file.stem for file in (pathlib.Path(__file__).parent / "pages").
 
 
 class GalleryTestCase(ToolTestCase):
+    third_reader = None
+
     def look_at(self, group, page, mode):
         notes = self.folder / "witness"
         notes.mkdir()
@@ -28,7 +32,8 @@ class GalleryTestCase(ToolTestCase):
         # A print is not compared with the picture of the page, which the contact sheet alone shows beside it.
         engine = self.script("engine", witness(notes, takes_picture=bool(target) or mode == "screen"))
         run = self.convert(page.archive, mode=mode, environment=self.environment(WEB2PDF_ENGINE=engine))
-        verdict = judge(page, mode, run.pdf, Sight(notes), illustrated=bool(target))
+        third = self.third_reader and functools.partial(self.third_reader.picture, run.output)
+        verdict = judge(page, mode, run.pdf, Sight(notes), illustrated=bool(target), third_reader=third)
         if target:
             self.keep(target, group, page, verdict)
         self.assertEqual(verdict.problems, [], page.trouble)
@@ -46,9 +51,20 @@ class GalleryTestCase(ToolTestCase):
                 sheet.save(folder / file)
         reasons = {"screen": page.allowance_reason or page.pictures_differ, "print": page.shifts_words}
         record = {"group": group, "name": page.name, "trouble": page.trouble, "pictures": pictures,
-                  "reason": reasons[verdict.mode],
+                  "reason": reasons[verdict.mode] or page.readers_reason,
                   **verdict.record()}
         (folder / f"{name}.json").write_text(json.dumps(record), encoding="utf-8")
+
+
+class ThreeReadersTestCase(GalleryTestCase):
+    """Has pdf.js draw each page, too, which takes long for a large one."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.third_reader = PDFJS()
+        cls.helpers = (cls.third_reader.process,)
+        cls.addClassCleanup(cls.third_reader.close)
 
 
 def _tests_of(group):
@@ -59,4 +75,5 @@ def _tests_of(group):
 
 
 for _group in GROUPS:
-    globals()[_group] = type(_group, (GalleryTestCase,), _tests_of(_group))
+    _case = ThreeReadersTestCase if _group == "readers" else GalleryTestCase
+    globals()[_group] = type(_group, (_case,), _tests_of(_group))

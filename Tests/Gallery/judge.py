@@ -12,6 +12,8 @@ from pdf import near
 
 # A pixel differs when, after the blur, one of its channels is off by more than this.
 LEVELS = 40
+# Per cent of the pixels that another reader may draw differently.
+READERS_ALLOWANCE = 0.1
 BLUR = 2
 PAPER = (612, 792)
 MARGIN = 36
@@ -52,10 +54,10 @@ class Sight:
             return picture.convert("RGB")
 
 
-def rendered(pdf, size, number=1):
+def rendered(draw, size, number=1):
     """A page of the PDF as a picture of the size given. It is drawn twice as large first: poppler fills every
     pixel that a gradient touches, and so would move its edges by a whole pixel."""
-    with Image.open(io.BytesIO(pdf.ppm(number, scale_to=(2 * size[0], 2 * size[1])))) as picture:
+    with Image.open(io.BytesIO(draw(number, scale_to=(2 * size[0], 2 * size[1])))) as picture:
         return picture.convert("RGB").reduce(2)
 
 
@@ -84,6 +86,7 @@ class Verdict:
         self.outside = []
         self.moved = []
         self.differing = None   # per cent; None where pictures are not compared
+        self.readers = {}       # for each other reader: per cent of the first page that it draws differently
         self.pictures = {}
 
     def expect(self, holds, problem):
@@ -92,21 +95,24 @@ class Verdict:
 
     def record(self):
         return {"mode": self.mode, "sheets": self.sheets, "size": self.size, "lost": self.lost,
-                "outside": self.outside, "moved": self.moved, "differing": self.differing,
+                "outside": self.outside, "moved": self.moved, "differing": self.differing, "readers": self.readers,
                 "problems": self.problems}
 
 
-def judge(page, mode, pdf, sight, illustrated=True):
-    """The verdict; where it is not to be illustrated, without the pictures that nothing is told by."""
+def judge(page, mode, pdf, sight, illustrated=True, third_reader=None):
+    """The verdict; where it is not to be illustrated, without the pictures that nothing is told by. The third reader
+    draws the first page in a size, beside poppler and MuPDF."""
     verdict = Verdict(mode)
     verdict.sheets = pdf.page_count
     verdict.size = pdf.size(1)
     words = pdf.words()
     _judge_words(verdict, page, pdf)
     if mode == "screen":
-        _judge_screen(verdict, page, pdf, words, sight)
+        drawn = _judge_screen(verdict, page, pdf, words, sight)
     else:
-        _judge_print(verdict, page, pdf, words, sight, illustrated)
+        drawn = _judge_print(verdict, page, pdf, words, sight, illustrated)
+    if drawn:
+        _compare_readers(verdict, page, pdf, drawn, third_reader)
     if verdict.lost:
         verdict.problems.append(f"words lost: {verdict.lost[:10]}")
     if verdict.outside:
@@ -123,6 +129,20 @@ def _judge_words(verdict, page, pdf):
         verdict.expect(squeezed(word) not in text, f"{word!r} is in the PDF")
 
 
+def _compare_readers(verdict, page, pdf, drawn, third_reader):
+    """Every reader draws the same, whatever that is."""
+    others = {"MuPDF": rendered(pdf.second_ppm, drawn.size)}
+    if third_reader:
+        others["pdf.js"] = third_reader(drawn.size)
+    for name, picture in others.items():
+        mask, share = difference(drawn, picture)
+        verdict.readers[name] = share
+        allowed = page.readers_differ.get(name, READERS_ALLOWANCE)
+        verdict.expect(share <= allowed, f"{name} draws {share:.3f} % of the pixels differently")
+        if share > READERS_ALLOWANCE:
+            verdict.pictures |= {f"by {name}": picture, f"difference of {name}": mask}
+
+
 def _judge_screen(verdict, page, pdf, words, sight):
     width, height = sight.size
     verdict.expect(pdf.page_count == 1, f"{pdf.page_count} pages")
@@ -134,8 +154,8 @@ def _judge_screen(verdict, page, pdf, words, sight):
     _find_moved(verdict, page, words, sight, 1, (0, 0))
     seen = sight.picture()
     if seen is None:
-        return
-    drawn = rendered(pdf, seen.size)
+        return None
+    drawn = rendered(pdf.ppm, seen.size)
     mask, share = difference(seen, drawn)
     verdict.pictures = {"seen": seen, "drawn": drawn, "difference": mask}
     for x, y, colour in page.pixels:
@@ -144,6 +164,7 @@ def _judge_screen(verdict, page, pdf, words, sight):
     if not page.pictures_differ:
         verdict.differing = share
         verdict.expect(share <= page.allowance, f"{share:.3f} % of the pixels differ")
+    return drawn
 
 
 def _judge_print(verdict, page, pdf, words, sight, illustrated):
@@ -156,13 +177,14 @@ def _judge_print(verdict, page, pdf, words, sight, illustrated):
     scale = min(0.75, (PAPER[0] - 2 * MARGIN) / sight.size[0])
     if not page.shifts_words:
         _find_moved(verdict, page, words, sight, scale, (MARGIN, MARGIN))
-    sheet = functools.cache(lambda number: rendered(pdf, PAPER, number))
+    sheet = functools.cache(lambda number: rendered(pdf.ppm, PAPER, number))
     if illustrated:
         sheets = [sheet(number) for number in range(1, min(pdf.page_count, 4) + 1)]
         verdict.pictures = {"seen": sight.picture(), "sheets": sheets}
     for number, x, y, colour in page.sheet_pixels:
         found = sheet(number).getpixel((x, y))
         verdict.expect(near(found, colour), f"page {number}, pixel {x},{y} is {found}")
+    return sheet(1)
 
 
 def _find_outside(verdict, words, area, tolerance):

@@ -22,8 +22,9 @@ def drawing(shift=0, colour=(200, 40, 40)):
 
 
 class FakePDF:
-    def __init__(self, picture=None, words=None, size=SIZE, pages=1):
+    def __init__(self, picture=None, words=None, size=SIZE, pages=1, second=None):
         self.picture = picture or drawing()
+        self.second = second or self.picture
         self.found = words if words is not None else [Word("first", 1, 20, 20, 60, 38), Word("last", 1, 20, 700, 60, 718)]
         self.measure, self.page_count = size, pages
 
@@ -37,8 +38,15 @@ class FakePDF:
         return " ".join(word.text for word in self.found)
 
     def ppm(self, number, scale_to):
+        return self.drawn(self.picture, scale_to)
+
+    def second_ppm(self, number, scale_to):
+        return self.drawn(self.second, scale_to)
+
+    @staticmethod
+    def drawn(picture, scale_to):
         file = io.BytesIO()
-        self.picture.resize(scale_to).save(file, "PPM")
+        picture.resize(scale_to).save(file, "PPM")
         return file.getvalue()
 
 
@@ -52,11 +60,12 @@ class JudgeTests(unittest.TestCase):
         drawing().save(pathlib.Path(folder.name) / "page.png")
         self.sight = Sight(pathlib.Path(folder.name))
 
-    def problems(self, pdf, mode="screen", **expected):
-        return judge(page("x", "", "<p>first</p><p>last</p>", **expected), mode, pdf, self.sight).problems
+    def problems(self, pdf, mode="screen", third=None, **expected):
+        return judge(page("x", "", "<p>first</p><p>last</p>", **expected), mode, pdf, self.sight,
+                     third_reader=third).problems
 
-    def assert_noticed(self, pdf, what, mode="screen", **expected):
-        problems = self.problems(pdf, mode, **expected)
+    def assert_noticed(self, pdf, what, mode="screen", third=None, **expected):
+        problems = self.problems(pdf, mode, third, **expected)
         self.assertTrue(any(what in problem for problem in problems), problems)
 
     def test_a_true_copy_has_no_fault(self):
@@ -73,6 +82,16 @@ class JudgeTests(unittest.TestCase):
         other = drawing()
         ImageDraw.Draw(other).rectangle((400, 400, 499, 499), fill="black")
         self.assertAlmostEqual(difference(drawing(), other)[1], 100 * 100 * 100 / (612 * 800), delta=0.2)
+
+    def test_readers_that_draw_differently_are_noticed(self):
+        for mode in ("screen", "print"):
+            self.assert_noticed(FakePDF(second=drawing(shift=4)), "MuPDF draws", mode)
+            self.assert_noticed(FakePDF(), "pdf.js draws", mode, lambda size: Image.new("RGB", size, "white"))
+        self.assertEqual(self.problems(FakePDF(), third=lambda size: drawing()), [])
+
+    def test_readers_may_differ_as_much_as_is_said(self):
+        self.assertEqual(self.problems(FakePDF(second=drawing(shift=4)), readers_differ={"MuPDF": 2}), [])
+        self.assert_noticed(FakePDF(second=drawing(shift=40)), "MuPDF draws", readers_differ={"MuPDF": 2})
 
     def test_lost_words_are_noticed(self):
         self.assert_noticed(FakePDF(words=[Word("first", 1, 20, 20, 60, 38)]), "words lost: ['last']")

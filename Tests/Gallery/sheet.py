@@ -34,12 +34,13 @@ def read(folder):
 def row(record):
     differing = "" if record["differing"] is None else f"{record['differing']:.3f}"
     width, height = record["size"]
+    readers = f"{max(record['readers'].values()):.3f}" if record["readers"] else ""
     return [record["group"], record["name"], record["mode"], str(record["sheets"]), f"{width:g} x {height:g}",
-            differing, str(len(record["lost"])), str(len(record["outside"])), str(len(record["moved"])),
+            differing, readers, str(len(record["lost"])), str(len(record["outside"])), str(len(record["moved"])),
             "; ".join(record["problems"]) or "passed"]
 
 
-HEAD = ["group", "page", "mode", "pages", "size (pt)", "differing %", "lost", "outside", "moved", "verdict"]
+HEAD = ["group", "page", "mode", "pages", "size (pt)", "differing %", "readers %", "lost", "outside", "moved", "verdict"]
 
 
 def table(records):
@@ -78,6 +79,8 @@ def facts(record):
     yield f"{record['mode']}: {record['sheets']} page(s), {record['size'][0]:g} x {record['size'][1]:g} pt"
     if record["differing"] is not None:
         yield f"{record['differing']:.3f} % differ"
+    for name, share in record["readers"].items():
+        yield f"{name} draws {share:.3f} % differently"
     if record["reason"]:
         yield record["reason"]
     yield from record["problems"]

@@ -235,6 +235,11 @@ class PDF:
         return _run("pdftoppm", "-scale-to-x", str(scale_to[0]), "-scale-to-y", str(scale_to[1]),
                     "-f", str(page), "-l", str(page), self.path)
 
+    def second_ppm(self, page, scale_to):
+        """The same, drawn by mupdf."""
+        return _run("mutool", "draw", "-q", "-w", str(scale_to[0]), "-h", str(scale_to[1]), "-f", "-F", "ppm", "-o", "-",
+                    self.path, str(page))
+
     def second_picture(self, page=1, dpi=72):
         """The same, drawn by mupdf."""
         return read_ppm(self._told("mutool", "draw", "-q", "-r", str(dpi), "-F", "ppm", "-o", "-", self.path, str(page)))

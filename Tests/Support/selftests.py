@@ -20,6 +20,7 @@ import pages
 import pdf
 import processes
 import webarchive
+from pdfjs import PDFJS
 from tool import SANITIZERS, Log, ToolTestCase, read_result
 
 
@@ -100,6 +101,29 @@ class PictureTests(unittest.TestCase):
     def test_near_tells_colours_apart(self):
         self.assertTrue(pdf.near((250, 10, 10), (255, 0, 0)))
         self.assertFalse(pdf.near((230, 10, 10), (255, 0, 0)))
+
+
+class ThirdReaderTests(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        processes.adopt_orphans()
+
+    def tearDown(self):
+        self.assertEqual(processes.wait_until_none(10), {})
+        processes.reap()
+
+    def test_files_are_drawn_one_after_the_other(self):
+        with tempfile.TemporaryDirectory(prefix="web2pdf-test-") as folder, PDFJS() as reader:
+            for colour in ((255, 0, 0), (0, 0, 255)):
+                engine.own_pdf(f"<style>@page{{size:50pt 100pt;margin:0}}</style><body style='background:rgb{colour}'>",
+                               pathlib.Path(folder))
+                picture = reader.picture(os.path.join(folder, "own.pdf"), (20, 40))
+                self.assertEqual(picture.size, (20, 40))
+                self.assertTrue(pdf.near(picture.getpixel((10, 20)), colour), picture.getpixel((10, 20)))
+
+    def test_what_is_no_file_of_the_kind_is_refused(self):
+        with PDFJS() as reader, self.assertRaisesRegex(AssertionError, "InvalidPDF"):
+            reader.picture(__file__, (20, 40))
 
 
 class LogTests(unittest.TestCase):

@@ -105,6 +105,7 @@ def read_result(data):
 class ToolTestCase(unittest.TestCase):
     longMessage = True
     maxDiff = None
+    helpers = ()    # processes of the tests' own, which may run on
 
     @classmethod
     def setUpClass(cls):
@@ -243,7 +244,7 @@ class ToolTestCase(unittest.TestCase):
         return error
 
     def assert_nothing_left(self, seconds=5):
-        left = processes.wait_until_none(seconds)
+        left = processes.wait_until_none(seconds, besides=self.helpers)
         self.assertEqual(left, {}, "processes outlived the tool")
         self.assertEqual(processes.carrying("WEB2PDF_TEST_RUN", self.marker), {}, "processes outlived the tool")
         processes.reap()
