@@ -2,9 +2,9 @@
 
 #include "Platform/Engine/PDF/Contents/PDFEmptySheets.h"
 #include "Platform/Engine/PDF/Contents/PDFMasks.h"
-#include "Platform/Engine/PDF/Contents/PDFTranslucency.h"
 #include "Platform/Engine/PDF/PDFGlyphTexts.h"
 #include "Platform/Engine/PDF/PDFOutline.h"
+#include "Platform/Engine/PDF/Contents/PDFPatterns.h"
 #include "Platform/Engine/PDF/PDFReaderLimits.h"
 #include "Platform/Engine/PDF/PDFStructure.h"
 #include "Platform/PDFKit/PDFFile.h"
@@ -86,7 +86,6 @@ public:
     PageEditor(QPDF& document, const PDFPageEdits& edits) : document_(document), edits_(edits) {}
 
     void run() {
-        document_.pushInheritedAttributesToPage();
         for (const QPDFObjectHandle& page : document_.getAllPages()) placePage(page);
         // Destinations may be in annotations, actions, outlines or name trees; they are recognised by their
         // form.
@@ -238,7 +237,10 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
     const std::shared_ptr<QPDF> document = openPDF(pdf);
     if (!document) return {};
     try {
+        document->pushInheritedAttributesToPage();
         if (edits.removesEmptySheetsAtEnd) removeEmptySheetsAtEnd(*document, edits.destinations.margin);
+        resolveInvertedMasks(*document);
+        groupPatterns(*document);
         placeDestinations(*document, edits.destinations);
         PageEditor(*document, edits).run();
         if (edits.language) setLanguage(*document, *edits.language);
@@ -246,8 +248,6 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
         addFrames(*document, edits.frames, edits.hasOutline);
         mapStructureRoles(*document);
         correctGlyphTexts(*document);
-        resolveInvertedMasks(*document);
-        groupTranslucentPatterns(*document);
         keepWithinReaderLimits(*document);
     } catch (const std::exception&) {
         return {};

@@ -1,4 +1,8 @@
+<<<<<<<< HEAD:Platform/Engine/PDF/Contents/PDFTranslucency.cpp
 #include "Platform/Engine/PDF/Contents/PDFTranslucency.h"
+========
+#include "Platform/Engine/PDF/Contents/PDFPatterns.h"
+>>>>>>>> a8ad59a (Draw gradients that are functions finely in every reader):Platform/Engine/PDF/Contents/PDFPatterns.cpp
 
 #include "Platform/Engine/PDF/Contents/PDFContents.h"
 
@@ -22,6 +26,8 @@ using Box = QPDFObjectHandle::Rectangle;
 /// Soft edges reach this far beyond a shape, in units of its page or form.
 constexpr double softEdge = 1;
 constexpr int decimals = 8;
+/// The most that a tile which is only a gradient has in the file.
+constexpr std::size_t longestTile = 1024;
 
 bool isOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
     return std::find(names.begin(), names.end(), name) != names.end();
@@ -76,16 +82,60 @@ struct Shape {
     }
 };
 
+/// What a pattern is drawn as.
+struct Ink {
+    QPDFObjectHandle pattern;
+    QPDFObjectHandle mask = QPDFObjectHandle::newNull(); // a graphics state that sets one
+
+    bool isMasked() { return mask.isDictionary(); }
+
+    /// A gradient whose colours are a function of the place.
+    bool isFunction() {
+        QPDFObjectHandle shading = subdictionary(pattern, "/Shading");
+        return shading.getKey("/ShadingType").isInteger() &&
+               shading.getKey("/ShadingType").getIntValue() == 1 && !shading.hasKey("/Matrix") &&
+               shading.getKey("/Domain").isArray();
+    }
+};
+
+/// What the engine writes for a gradient with translucent colours: a tile as large as the page, which is
+/// filled with the colours, behind a mask. Nothing for other patterns.
+std::optional<Ink> translucentGradient(QPDFObjectHandle tile) {
+    if (!tile.isStream() || tile.getDict().hasKey("/Matrix") ||
+        !tile.getDict().getKey("/BBox").isRectangle() || tile.getRawStreamData()->getSize() > longestTile) {
+        return std::nullopt;
+    }
+    const Box box = tile.getDict().getKey("/BBox").getArrayAsRectangle();
+    Ink ink{QPDFObjectHandle::newNull()};
+    std::vector<std::string> names;
+    bool covers = false;
+    forEachOperator(tile, [&](const Operator& operation) {
+        names.push_back(operation.name);
+        if (operation.name == "gs") {
+            ink.mask = subdictionary(subdictionary(resourcesOf(tile), "/ExtGState"), operation.lastName());
+        } else if (operation.name == "scn") {
+            ink.pattern = subdictionary(subdictionary(resourcesOf(tile), "/Pattern"), operation.lastName());
+        } else if (const auto area = operation.numbers<4>()) {
+            const auto [x, y, width, height] = *area;
+            covers = x <= box.llx && y <= box.lly && x + width >= box.urx && y + height >= box.ury;
+        }
+    });
+    const std::vector<std::string> expected{"gs", "CS", "cs", "SCN", "scn", "re", "f*", ""};
+    const bool isOne =
+        names == expected && covers && ink.pattern.hasKey("/Shading") && ink.mask.hasKey("/SMask");
+    return isOne ? std::optional(ink) : std::nullopt;
+}
+
 /// What of the graphics state matters here.
 struct State {
-    struct Ink {
+    struct Colour {
         double opacity = 1;
         std::string pattern; // empty for a colour
     };
 
     QPDFMatrix matrix;
-    Ink fill;
-    Ink stroke;
+    Colour fill;
+    Colour stroke;
     double lineWidth = 1;
     double miterLimit = 10;
 };
@@ -112,13 +162,18 @@ public:
 
 private:
     bool isConcerned() {
-        if (patterns_.getKeys().empty()) return false;
+        bool isConcerned = false;
+        for (const auto& [name, pattern] : patterns_.ditems()) {
+            Ink& ink = inks_[name] = translucentGradient(pattern).value_or(Ink{pattern});
+            isConcerned = isConcerned || ink.isMasked() || ink.isFunction();
+        }
         for (auto [name, state] : states_.ditems()) {
             double opacity = 1;
-            if (state.isDictionary() && state.getKey("/ca").getValueAsNumber(opacity) && opacity < 1)
-                return true;
+            const bool isTranslucent =
+                state.isDictionary() && state.getKey("/ca").getValueAsNumber(opacity) && opacity < 1;
+            isConcerned = isConcerned || (isTranslucent && !inks_.empty());
         }
-        return false;
+        return isConcerned;
     }
 
     void handle(const Operator& operation) {
@@ -146,26 +201,57 @@ private:
     bool drawsAsGroup(const Shape& shape, const std::string& name) {
         const bool strokes = name == "S";
         const bool fills = shape.isText ? name == "ET" : isOneOf(name, {"f", "f*"});
-        const State::Ink& ink = strokes ? state_.stroke : state_.fill;
-        if ((!fills && !strokes) || shape.clips || !patterns_.hasKey(ink.pattern)) return false;
-        // A group is as translucent as fills are.
-        if (ink.opacity >= 1 || ink.opacity != state_.fill.opacity) return false;
+        const State::Colour& colour = strokes ? state_.stroke : state_.fill;
+        const auto found = inks_.find(colour.pattern);
+        if ((!fills && !strokes) || shape.clips || found == inks_.end()) return false;
+        Ink& ink = found->second;
+        if (colour.opacity >= 1 && !ink.isMasked() && !ink.isFunction()) return false;
         const std::optional<QPDFMatrix> inverse = inverted(state_.matrix);
         const std::optional<Box> box = shape.isText ? ownerBox() : boxOf(shape, strokes);
-        if (!inverse || !box) return false;
-        // Patterns stay where they are, since the group has the coordinates of what it is drawn in.
-        QPDFObjectHandle group = makeGroup(
-            document_,
-            textOf(state_.matrix) + "cm /Pattern " + (strokes ? "CS " : "cs ") +
-                QPDFObjectHandle::newName(ink.pattern).unparse() + (strokes ? " SCN" : " scn") + shape.text,
-            QPDFObjectHandle::newArray(*box));
+        // A group is as translucent as fills are.
+        if (!inverse || !box || colour.opacity != state_.fill.opacity) return false;
+        // Pattern and mask stay where they are, since the group has the coordinates of what it is drawn in.
+        QPDFObjectHandle group =
+            makeGroup(document_,
+                      (ink.isMasked() ? "/Mask gs " : "") + textOf(state_.matrix) + "cm /Pattern " +
+                          (strokes ? "CS /Ink SCN" : "cs /Ink scn") + shape.text,
+                      QPDFObjectHandle::newArray(*box));
         group.getDict().replaceKey("/Matrix", QPDFObjectHandle::parse("[" + textOf(*inverse) + "]"));
         QPDFObjectHandle resources = resourcesOf(group);
         resources.replaceKeyAndGetNew("/Pattern", QPDFObjectHandle::newDictionary())
-            .replaceKey(ink.pattern, patterns_.getKey(ink.pattern));
+            .replaceKey("/Ink", ink.isFunction() ? narrowed(ink.pattern, *box) : ink.pattern);
+        resources.replaceKeyAndGetNew("/ExtGState", QPDFObjectHandle::newDictionary())
+            .replaceKey("/Mask", ink.mask);
         if (shape.isText) resources.replaceKey("/Font", subdictionary(resources_, "/Font"));
         contents_ += "\n" + add(group) + " Do";
         return true;
+    }
+
+    /// MuPDF computes a function at a fixed number of places, and pdf.js at one for each unit of the pattern:
+    /// so the function is asked for no more than is drawn, and its units become those of the page or form.
+    static QPDFObjectHandle narrowed(QPDFObjectHandle pattern, const Box& box) {
+        QPDFObjectHandle matrix = pattern.getKey("/Matrix");
+        const std::optional<QPDFMatrix> inverse =
+            inverted(matrix.isMatrix() ? QPDFMatrix(matrix.getArrayAsMatrix()) : QPDFMatrix());
+        QPDFObjectHandle copy = pattern.shallowCopy();
+        QPDFObjectHandle shading =
+            copy.replaceKeyAndGetNew("/Shading", copy.getKey("/Shading").shallowCopy());
+        std::vector<double> domain;
+        for (QPDFObjectHandle item : shading.getKey("/Domain").aitems()) {
+            double limit = 0;
+            if (item.getValueAsNumber(limit)) domain.push_back(limit);
+        }
+        if (!inverse || domain.size() != 4) return pattern;
+        const Box part = inverse->transformRectangle(box);
+        domain = {std::max(domain[0], part.llx), std::min(domain[1], part.urx), std::max(domain[2], part.lly),
+                  std::min(domain[3], part.ury)};
+        if (domain[0] >= domain[1] || domain[2] >= domain[3]) return pattern;
+        QPDFObjectHandle narrow = QPDFObjectHandle::newArray();
+        for (const double limit : domain) narrow.appendItem(QPDFObjectHandle::newReal(limit, decimals));
+        shading.replaceKey("/Domain", narrow);
+        shading.replaceKey("/Matrix", matrix);
+        copy.removeKey("/Matrix");
+        return copy;
     }
 
     std::optional<Box> boxOf(const Shape& shape, bool strokes) const {
@@ -234,13 +320,14 @@ private:
     State state_;
     std::vector<State> saved_;
     Shape shape_;
+    std::map<std::string, Ink> inks_;
     std::map<std::string, QPDFObjectHandle> groups_;
     int number_ = 0;
 };
 
 } // namespace
 
-void groupTranslucentPatterns(QPDF& document) {
+void groupPatterns(QPDF& document) {
     for (const QPDFObjectHandle& owner : contentOwners(document)) Grouper(document, owner).run();
 }
 
