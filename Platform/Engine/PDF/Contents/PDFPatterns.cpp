@@ -1,8 +1,4 @@
-<<<<<<<< HEAD:Platform/Engine/PDF/Contents/PDFTranslucency.cpp
-#include "Platform/Engine/PDF/Contents/PDFTranslucency.h"
-========
 #include "Platform/Engine/PDF/Contents/PDFPatterns.h"
->>>>>>>> a8ad59a (Draw gradients that are functions finely in every reader):Platform/Engine/PDF/Contents/PDFPatterns.cpp
 
 #include "Platform/Engine/PDF/Contents/PDFContents.h"
 

@@ -1,4 +1,4 @@
-#include "Platform/Engine/PDF/PDFContents.h"
+#include "Platform/Engine/PDF/Contents/PDFContents.h"
 
 #include <gmock/gmock.h>
 
