@@ -111,8 +111,11 @@ TEST_F(LoaderTest, AboutURLsAreNotWaitedFor) {
 }
 
 TEST_F(LoaderTest, TheSchemeAboutIsComparedExactly) {
-    client().loadStarted(mainFrame, url(u"ABOUT:blank"));
-    EXPECT_THAT(loader._objectsLoading, SizeIs(1));
+    for (const char16_t* other : {u"ABOUT:blank", u"about-us:page", u"aboutpage", u"http://about/"}) {
+        loader._objectsLoading.clear();
+        client().loadStarted(mainFrame, url(other));
+        EXPECT_THAT(loader._objectsLoading, SizeIs(1)) << NSString(other).utf8();
+    }
 }
 
 TEST_F(LoaderTest, AFrameWithoutURLIsWaitedFor) {
@@ -241,6 +244,8 @@ TEST_F(LoaderTest, ATitleCountsOnceItWasReceivedAndFromThenOn) {
     EXPECT_FALSE(loader.hasPageTitle());
     loader.webView_didReceiveTitle_forFrame(*loader._view, {}, nullptr);
     EXPECT_TRUE(loader.hasPageTitle());
+    loader.webView_didReceiveTitle_forFrame(*loader._view, u"Another", nullptr);
+    EXPECT_TRUE(loader.hasPageTitle());
     startMainFrame();
     client().loadFailed(mainFrame, urlError(NSURLErrorCancelled));
     EXPECT_TRUE(loader._receivedTitle);
@@ -290,7 +295,9 @@ struct RecordingSender final : NSURLAuthenticationChallengeSender {
 };
 
 TEST_F(LoaderTest, AuthenticationIsCancelledAndCountsAsAnError) {
-    loader._error = urlError(NSURLErrorCannotFindHost);
+    loader._error = NSError::errorWithDomain_code_userInfo(
+        NSURLErrorDomain, NSURLErrorCannotFindHost,
+        {{NSString(NSLocalizedDescriptionKey), NSString(u"Not found.")}});
     RecordingSender sender;
     const NSURLAuthenticationChallenge challenge(url(u"https://a.example/image.png"), sender);
     loader.webView_resource_didReceiveAuthenticationChallenge_fromDataSource(*loader._view, NSString(u"1"),

@@ -154,6 +154,28 @@ TEST_F(LoaderWaitTest, ALoaderThatJustWantsTheTitleStopsOnceItIsKnown) {
     EXPECT_EQ(loader.pageTitle(), NSString(u"Title"));
 }
 
+TEST_F(LoaderWaitTest, ATitleEndsNoOtherWait) {
+    setSettings("<key>WebToolExtraLoadingTime</key><integer>0</integer>");
+    startMainFrame();
+    time.inNextSlice([&] {
+        client().loadCommitted(mainFrame, url(u"https://a.example/"), u"text/html");
+        client().titleChanged(mainFrame, u"Title");
+    });
+    time.inNextSlice([] {});
+    time.inNextSlice([&] { client().loadFinished(mainFrame); });
+    loader.waitUntilDone();
+    EXPECT_EQ(time.slices, 3);
+}
+
+TEST_F(LoaderWaitTest, ALoaderThatJustWantsTheTitleIsNotContentWithAFrames) {
+    loader._justTitle = true;
+    loader._receivedTitle = true; // of a frame
+    startMainFrame();
+    time.inNextSlice([&] { finishMainFrame(); });
+    loader.waitUntilDone();
+    EXPECT_EQ(time.slices, 1);
+}
+
 TEST_F(LoaderWaitTest, ALoaderThatJustWantsTheTitleWaitsNoExtraTime) {
     setSettings("<key>WebToolExtraLoadingTime</key><integer>5</integer>");
     EXPECT_EQ(loader.webToolExtraLoadingTime(), 5);

@@ -1,20 +1,27 @@
 #include "Source/Tools/web2pdf.h"
 
+#include "Platform/Foundation/NSAutoreleasePool.h"
 #include "Platform/Foundation/NSException.h"
 #include "Platform/Foundation/NSNull.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "QRVFoundation/Source/NSError+QRV.h"
+#include "Source/Tools/loader.h"
 #include "Tests/Tools/ToolTest.h"
 
 #include <gmock/gmock.h>
 
+#include <fcntl.h>
 #include <new>
+#include <unistd.h>
 
 namespace qrv {
 namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::MatchesRegex;
+using testing::SizeIs;
 
 class Web2PDFTest : public ToolTest {
 protected:
@@ -122,7 +129,70 @@ TEST_F(Web2PDFTest, LogsSuccessAsNil) {
 TEST_F(Web2PDFTest, LogsNothingWhenTheAreaIsDisabled) {
     log.install({u"LogOther"});
     exitStatusOf([] { finishWithErrorAndPath({}, u"/tmp/a.pdf"); });
-    EXPECT_THAT(log.lines(), testing::IsEmpty());
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+// Where the result goes
+
+using DeliveryTest = ToolTest;
+
+TEST_F(DeliveryTest, WritesTheFileThatOutPathNames) {
+    finishWithData(NSData("result"));
+    EXPECT_EQ(folder.read("result.plist"), "result");
+    EXPECT_EQ(folder.count(), 1U);
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(DeliveryTest, ReplacesAnOldFile) {
+    folder.write("result.plist", "an old and longer result");
+    std::filesystem::create_hard_link(resultPath(), folder.path() / "old");
+    finishWithData(NSData("new"));
+    EXPECT_EQ(folder.read("result.plist"), "new");
+    EXPECT_EQ(folder.read("old"), "an old and longer result") << "the file itself stays as it is";
+}
+
+TEST_F(DeliveryTest, WithoutOutPathWritesStandardOutputAndClosesIt) {
+    ::unsetenv("OutPath");
+    const int saved = ::dup(STDOUT_FILENO);
+    const int file = ::open((folder.path() / "output").c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
+    ASSERT_EQ(::dup2(file, STDOUT_FILENO), STDOUT_FILENO);
+    ::close(file);
+    finishWithData(NSData("result"));
+    const bool closed = ::fcntl(STDOUT_FILENO, F_GETFD) < 0;
+    ::dup2(saved, STDOUT_FILENO);
+    ::close(saved);
+    EXPECT_TRUE(closed);
+    EXPECT_EQ(folder.read("output"), "result");
+    EXPECT_FALSE(std::filesystem::exists(resultPath()));
+}
+
+TEST_F(DeliveryTest, AMissingFolderIsLoggedWithoutAreaAndNothingIsWritten) {
+    const std::string path = (folder.path() / "missing" / "result.plist").string();
+    ::setenv("OutPath", path.c_str(), 1);
+    finishWithData(NSData("result"));
+    ASSERT_THAT(log.lines(), SizeIs(1));
+    EXPECT_TRUE(log.lines()[0].starts_with(" Error writing output to " + path +
+                                           ": <NSError Domain=NSCocoaErrorDomain Code=4 "))
+        << log.lines()[0];
+    EXPECT_EQ(folder.count(), 0U);
+}
+
+TEST_F(DeliveryTest, AnEmptyOutPathIsAPathToo) {
+    ::setenv("OutPath", "", 1);
+    testing::internal::CaptureStdout();
+    finishWithData(NSData("result"));
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    ASSERT_THAT(log.lines(), SizeIs(1));
+    EXPECT_TRUE(log.lines()[0].starts_with(" Error writing output to : <NSError ")) << log.lines()[0];
+}
+
+TEST_F(DeliveryTest, AFailureNamesTheUnitAndTheFunctionAndNeedsNoArea) {
+    log.install({QRVLoggerIncludeFile, QRVLoggerIncludeLine, QRVLoggerIncludeFunction});
+    ::setenv("OutPath", folder.path().c_str(), 1);
+    finishWithData(NSData("result"));
+    ASSERT_THAT(log.lines(), SizeIs(1));
+    EXPECT_THAT(log.lines()[0].substr(0, log.lines()[0].find('\n')),
+                MatchesRegex("loader:[0-9]+ void finishWithData\\(NSData \\*\\) Error writing output to .*"));
 }
 
 // Archived errors
@@ -210,9 +280,12 @@ protected:
     ArgumentsTest() {
         WebView::setPageFactoryForTesting([this](engine::PageClient& client) {
             ++pagesMade;
+            scopes = NSAutoreleasePool::openScopes();
             return std::make_unique<ScriptedPage>(client);
         });
     }
+
+    std::size_t scopes = 0; // when the page was made
 };
 
 TEST_F(ArgumentsTest, FourEntriesAreTooFew) {
@@ -228,6 +301,13 @@ TEST_F(ArgumentsTest, SixEntriesAreTooMany) {
 TEST_F(ArgumentsTest, OneEntryIsTooFew) {
     setArguments({u"web2pdf"});
     expectBadArguments();
+}
+
+TEST_F(ArgumentsTest, TheWholeRunHasAScope) {
+    const std::size_t before = NSAutoreleasePool::openScopes();
+    setArguments({u"web2pdf", u"screen", u"/nowhere/a.webarchive", u"/nowhere/a.pdf", u""});
+    EXPECT_EQ(exitStatusOf([] { runWeb2PDF(); }), 0);
+    EXPECT_EQ(scopes, before + 1);
 }
 
 TEST_F(ArgumentsTest, AnyModePassesTheCheck) {
