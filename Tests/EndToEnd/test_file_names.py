@@ -42,6 +42,7 @@ class UndecodableNamesTests(ToolTestCase):
                     pdf = PDF(str(output))
                     pdf.assert_valid()
                     self.assertIn("Simple", pdf.text())
+                    self.assertEqual(pdf.attribute("Creator"), "Quillvane")
                     self.assertEqual(os.listdir(self.folder / "out"), [output.name])
                     output.unlink()
 
@@ -90,6 +91,22 @@ class UndecodableNamesTests(ToolTestCase):
                 self.assertEqual(run.log.notes, [])
                 self.assertGreaterEqual(PDF(str(output)).words()[0].left, 100)
                 shutil.rmtree(place)
+
+    def test_settings_that_cannot_be_read(self):
+        home = self.folder_of(CAFE)
+        (home / "preferences" / f"{SETTINGS_DOMAIN}.plist").mkdir(parents=True)
+        run = self.run_tool("screen", self.archive_file(SIMPLE), self.folder / "out" / "page.pdf", "uid",
+                            environment=self.environment(XDG_CONFIG_HOME=home, XDG_CONFIG_DIRS=self.folder / "config"))
+        self.assertTrue(run.result["succeeded"])
+        self.assertEqual(len(run.log.notes), 1, run.log.text)
+        self.assertIn(f"{SHOWN}/preferences/{SETTINGS_DOMAIN}.plist cannot be read", run.log.notes[0])
+
+    def test_paper(self):
+        (self.folder / CAFE).write_text("a5\n", encoding="utf-8")
+        output = self.folder / "out" / "page.pdf"
+        self.run_tool("print", self.archive_file(SIMPLE), output, "uid",
+                      environment=self.environment(PAPERSIZE=None, PAPERCONF=self.folder / CAFE))
+        self.assertEqual([round(length) for length in PDF(str(output)).size()], [420, 595])
 
     def test_engine(self):
         path = self.script(CAFE, "#!/bin/sh\nexit 1\n")
