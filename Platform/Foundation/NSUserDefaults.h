@@ -33,8 +33,8 @@ public:
     /// Adds to the registered defaults, replacing values of the same keys.
     void registerDefaults(const NSDictionary& defaults) const;
 
-    /// Says whether the command line consists of "-Key value" pairs, which then come first in the search
-    /// list. Off by default.
+    /// Says whether the command line (NSProcessInfo::setArguments) consists of "-Key value" pairs, which then
+    /// come first in the search list. Off by default.
     void setReadsArgumentDomain(bool reads) const;
 
     /// Forgets the registered defaults and turns the argument domain off.
