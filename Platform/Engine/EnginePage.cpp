@@ -208,6 +208,10 @@ void EnginePage::attached(const std::string& target, const std::string& session)
         [this](const std::string& chosen, const std::vector<std::string>& candidates) {
             return requests_->substitutesFor(chosen, candidates);
         });
+    renderer_->readiness().setPictures(
+        {.mayBeOthers = [this] { return requests_->mayHaveOtherPictures(); },
+         .canBeHad = [this](const std::string& address) { return requests_->holds(address); },
+         .dismiss = [this](const std::string& address) { requests_->dismissPicture(address); }});
     renderer_->setViewSize(viewSize_);
     if (expectedView_) renderer_->expectView(*expectedView_);
     renderer_->setLinkMapping([this](const std::string& link) { return storedLink(link); });

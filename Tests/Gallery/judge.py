@@ -51,7 +51,8 @@ class Sight:
         if not file.exists():
             return None
         with Image.open(file) as picture:
-            return picture.convert("RGB")
+            # One pixel of the page each, whatever the view's density.
+            return picture.convert("RGB").reduce(max(1, round(picture.width / self.size[0])))
 
 
 def rendered(draw, size, number=1):

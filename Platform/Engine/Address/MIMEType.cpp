@@ -39,6 +39,10 @@ bool MIMEType::isPDF() const {
     return isOneOf(text_, {"application/pdf", "application/x-pdf", "text/pdf"});
 }
 
+bool MIMEType::isImage() const {
+    return text_.starts_with("image/");
+}
+
 bool MIMEType::isDownload() const {
     return isOneOf(text_, {"application/octet-stream", "binary/octet-stream", "application/x-msdownload",
                            "application/zip", "application/x-zip-compressed", "application/gzip",

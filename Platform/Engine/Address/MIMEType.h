@@ -19,6 +19,7 @@ public:
     const std::string& text() const { return text_; }
 
     bool isPDF() const;
+    bool isImage() const;
     /// A file that no engine shows as a page: it would begin to save it, if only to find that it may not.
     bool isDownload() const;
     /// HTML and everything in XML: references stand in tags.

@@ -1,9 +1,11 @@
 #include "Platform/Engine/Archive/ArchiveIndex.h"
 
+#include "Platform/Engine/Address/MIMEType.h"
 #include "Platform/Engine/Address/ResourceURL.h"
 #include "Platform/Foundation/URLPieces.h"
 
 #include <algorithm>
+#include <set>
 
 namespace qrv::engine {
 
@@ -127,6 +129,15 @@ WebResource ArchiveIndex::resource(Node node, const std::string& url) const {
         if (WebResource found = find(node, candidate)) return found;
     }
     return whole.empty() ? WebResource() : findReadable(whole);
+}
+
+std::size_t ArchiveIndex::imageCount() const {
+    std::set<std::string> addresses;
+    for (const auto& [url, resource] : all_) {
+        if (MIMEType(resource.MIMEType().utf8()).isImage())
+            addresses.insert(resource.URL().absoluteString().utf8());
+    }
+    return addresses.size();
 }
 
 } // namespace qrv::engine

@@ -37,6 +37,9 @@ public:
     /// if there is none.
     WebResource resource(Node node, const std::string& url) const;
 
+    /// The number of pictures by different addresses, those that are main resources not among them.
+    std::size_t imageCount() const;
+
 private:
     /// A tree, since hostile addresses could make a hash table slow.
     using Resources = std::map<std::string, WebResource>;

@@ -63,6 +63,12 @@ void MissingResources::remove(std::string_view type, std::string_view url) {
     std::erase(entries_, entry);
 }
 
+bool MissingResources::hasImages() const {
+    const std::string image = entryFor("Image", "");
+    return std::any_of(entries_.begin(), entries_.end(),
+                       [&](const std::string& entry) { return entry.starts_with(image); });
+}
+
 std::string MissingResources::description() const {
     if (entries_.empty()) return {};
     std::string text = "the archive does not hold ";

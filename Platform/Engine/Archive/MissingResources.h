@@ -19,6 +19,9 @@ public:
     /// Removes a resource that was replaced by another one.
     void remove(std::string_view type, std::string_view url);
 
+    /// Whether pictures are missing.
+    bool hasImages() const;
+
     /// Describes what is missing, in the order of the requests: kinds and addresses, percent-encoded where
     /// necessary. Names at most 20, each with at most 200 characters. Empty if nothing is missing.
     std::string description() const;

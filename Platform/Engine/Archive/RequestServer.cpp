@@ -135,6 +135,9 @@ void RequestServer::answer(const Request& request, const WebResource& resource) 
         return;
     }
     ++answered_;
+    if (MIMEType(resource.MIMEType().utf8()).isImage()) {
+        givenImages_.insert(resource.URL().absoluteString().utf8());
+    }
     const ResourceRequest asked{.url = request.engineURL,
                                 .origin = request.origin,
                                 .headers = request.headers,
@@ -167,13 +170,21 @@ bool RequestServer::holds(const std::string& engineURL) const {
     return index_ && index_->resource(ArchiveIndex::root, address_->storedURL(engineURL));
 }
 
+bool RequestServer::mayHaveOtherPictures() const {
+    return index_ && missing_.hasImages() && givenImages_.size() < index_->imageCount();
+}
+
+void RequestServer::dismissPicture(const std::string& engineURL) {
+    if (address_) missing_.remove("Image", address_->storedURL(engineURL));
+}
+
 std::vector<std::string> RequestServer::substitutesFor(const std::string& chosen,
                                                        const std::vector<std::string>& candidates) {
     std::vector<std::string> held;
     if (!index_ || holds(chosen)) return held;
     std::copy_if(candidates.begin(), candidates.end(), std::back_inserter(held),
                  [this](const std::string& candidate) { return holds(candidate); });
-    if (!held.empty()) missing_.remove("Image", address_->storedURL(chosen));
+    if (!held.empty()) dismissPicture(chosen);
     return held;
 }
 

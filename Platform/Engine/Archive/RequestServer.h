@@ -12,6 +12,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,15 @@ public:
     std::vector<std::string> substitutesFor(const std::string& chosen,
                                             const std::vector<std::string>& candidates);
 
+    /// Whether pictures are missing, and others are stored for which nobody asked.
+    bool mayHaveOtherPictures() const;
+
+    /// Whether a resource is stored, by the engine's address.
+    bool holds(const std::string& engineURL) const;
+
+    /// A picture that is missing is not in use any more.
+    void dismissPicture(const std::string& engineURL);
+
     /// What was asked for and is missing in the archive.
     const MissingResources& missing() const { return missing_; }
 
@@ -70,7 +80,6 @@ private:
     void answerFrameDocument(const Request& request);
     void answer(const Request& request, const WebResource& resource);
     void fail(const Request& request);
-    bool holds(const std::string& engineURL) const;
     NSData bodyOf(const WebResource& resource) const;
     void queryNames(std::function<void(const Names&)> answer);
     void fillFrame(const std::string& frame, Node node, std::function<void()> filled);
@@ -87,6 +96,7 @@ private:
     std::size_t asked_ = 0;
     std::size_t answered_ = 0;
     MissingResources missing_;
+    std::set<std::string> givenImages_; // by their stored addresses
     std::vector<DevToolsClient::Subscription> subscriptions_;
 };
 

@@ -3,6 +3,7 @@
 #include "Platform/Engine/Print/ViewMetrics.h"
 
 #include <algorithm>
+#include <set>
 
 namespace qrv::engine {
 
@@ -19,6 +20,12 @@ constexpr milliseconds revealingLimit{1500};
 // For images that are chosen anew when the view gets its own size again.
 constexpr milliseconds concludingLimit{500};
 constexpr milliseconds pollInterval{5};
+
+// Those of other screens.
+constexpr double otherDensities[] = {2, 3};
+
+// For the frame in which a changed view is painted.
+constexpr milliseconds frameLimit{500};
 
 // A view this tall shows almost every page whole; each further look takes a frame.
 constexpr double tallestView = 100'000;
@@ -46,7 +53,10 @@ PageContents pageContentsFromJson(const Json& answer) {
 
 void PageReadiness::settle(NSSize view) {
     // Timers and promises stand still when scripts do.
-    const PageContents contents = world_.isInterrupted() ? PageContents() : awaitContents();
+    PageContents contents = world_.isInterrupted() ? PageContents() : awaitContents();
+    if (!world_.isInterrupted() && pictures_.mayBeOthers && pictures_.mayBeOthers()) {
+        contents = chooseDensity(view, contents);
+    }
     if (contents.isSingleMedia && !world_.isInterrupted()) {
         world_.await(scripts::presentMedia, {contentsLimit.count()});
     }
@@ -58,14 +68,56 @@ void PageReadiness::settle(NSSize view) {
     }
 }
 
+/// A page that was saved from a dense screen has the pictures for that only.
+PageContents PageReadiness::chooseDensity(NSSize view, const PageContents& contents) {
+    PageContents last = contents;
+    double best = density_;
+    std::vector<std::string> fewest = missingPictures();
+    std::set<std::string> missed(fewest.begin(), fewest.end());
+    for (const double density : otherDensities) {
+        if (fewest.empty() || world_.isInterrupted()) break;
+        last = setDensity(view, density);
+        std::vector<std::string> missing = missingPictures();
+        missed.insert(missing.begin(), missing.end());
+        if (missing.size() >= fewest.size()) continue;
+        best = density;
+        fewest = std::move(missing);
+    }
+    if (density_ != best) last = setDensity(view, best);
+    for (const std::string& address : fewest) missed.erase(address);
+    for (const std::string& address : missed) pictures_.dismiss(address);
+    return last;
+}
+
+/// The engine answers media queries about the density anew when the size changes.
+PageContents PageReadiness::setDensity(NSSize view, double density) {
+    density_ = density;
+    setViewMetrics(world_, {view.width + 1, view.height}, density_);
+    setViewMetrics(world_, view, density_);
+    world_.await(scripts::awaitFrame, {frameLimit.count()});
+    world_.callInFrames(scripts::renewImageSets);
+    return awaitContents();
+}
+
+std::vector<std::string> PageReadiness::missingPictures() {
+    std::vector<std::string> missing;
+    for (const auto& [frame, answer] : world_.callInFrames(scripts::picturesInUse, {density_})) {
+        for (const Json& address : answer.elements()) {
+            if (!pictures_.canBeHad(address.string())) missing.push_back(address.string());
+        }
+    }
+    return missing;
+}
+
 /// Scripts are stopped while the view is still tall: some pages hide again what is no longer looked at.
 void PageReadiness::reveal(NSSize view, double documentHeight) {
     world_.call(scripts::holdView);
-    setViewMetrics(world_, {view.width, std::clamp(documentHeight, view.height, tallestView)}, tallScale);
+    setViewMetrics(world_, {view.width, std::clamp(documentHeight, view.height, tallestView)}, density_,
+                   tallScale);
     world_.await(scripts::reveal, {revealingLimit.count()});
     if (!world_.isInterrupted()) substitute(awaitContents().failedImages);
     stopScripts();
-    setViewMetrics(world_, view);
+    setViewMetrics(world_, view, density_);
     conclude();
 }
 

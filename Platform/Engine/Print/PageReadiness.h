@@ -36,6 +36,14 @@ public:
     using Substitution = std::function<std::vector<std::string>(const std::string& chosen,
                                                                 const std::vector<std::string>& candidates)>;
 
+    /// What can be had of pictures, by their addresses as the engine knows them.
+    struct Pictures {
+        std::function<bool()> mayBeOthers; ///< some are missing, and some that can be had were not asked for
+        std::function<bool(const std::string& address)> canBeHad;
+        std::function<void(const std::string& address)>
+            dismiss; ///< one that is missing is not in use any more
+    };
+
     /// Both must outlive the readiness.
     PageReadiness(PageWorld& world, NSRunLoop& loop) : world_(world), loop_(loop) {}
 
@@ -43,12 +51,21 @@ public:
 
     void setSubstitution(Substitution substitutesFor) { substitutesFor_ = std::move(substitutesFor); }
 
+    void setPictures(Pictures pictures) { pictures_ = std::move(pictures); }
+
+    /// The density of the view: the one at which the fewest pictures are missing. 1 until the page is
+    /// settled.
+    double density() const { return density_; }
+
     /// Runs the loop until the page is ready, some seconds at most. `view` is the view that the page has, and
     /// has again afterwards.
     void settle(NSSize view);
 
 private:
     PageContents awaitContents();
+    PageContents chooseDensity(NSSize view, const PageContents& contents);
+    PageContents setDensity(NSSize view, double density);
+    std::vector<std::string> missingPictures();
     void reveal(NSSize view, double documentHeight);
     void substitute(const std::vector<FailedImage>& images);
     void stopScripts();
@@ -61,6 +78,8 @@ private:
     NSRunLoop& loop_;
     BusyCheck isBusy_;
     Substitution substitutesFor_;
+    Pictures pictures_;
+    double density_ = 1;
 };
 
 } // namespace qrv::engine

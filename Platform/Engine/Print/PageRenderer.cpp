@@ -25,17 +25,18 @@ void PageRenderer::settle(NSSize view) {
 void PageRenderer::setViewSize(NSSize size) {
     viewSize_ = size;
     screen_.reset();
-    if (!expectedView_) devTools_.send(session_, setMetricsCommand, viewMetrics(screenView(size)));
+    if (expectedView_) return;
+    devTools_.send(session_, setMetricsCommand, viewMetrics(screenView(size), readiness_.density()));
 }
 
 void PageRenderer::expectView(NSSize view) {
     expectedView_ = view;
-    devTools_.send(session_, setMetricsCommand, viewMetrics(view));
+    devTools_.send(session_, setMetricsCommand, viewMetrics(view, readiness_.density()));
 }
 
 std::optional<PageMeasurements> PageRenderer::measure(NSSize view, Mode mode) {
     settle(view);
-    setViewMetrics(world_, view);
+    setViewMetrics(world_, view, readiness_.density());
     world_.call(scripts::standStill);
     if (unrollsScrollers_) world_.call(scripts::unrollScrollers, {mode == Mode::sheets});
     const std::optional<Json> answer = world_.call(scripts::measure);

@@ -30,6 +30,9 @@ extern const PageScript title;
 
 extern const PageScript awaitContents;
 extern const PageScript presentMedia;
+extern const PageScript awaitFrame;
+extern const PageScript picturesInUse;
+extern const PageScript renewImageSets;
 extern const PageScript substituteImages;
 extern const PageScript holdView;
 extern const PageScript reveal;

@@ -79,6 +79,23 @@ function trees(content = document) {
     return found;
 }
 
+/** Calls a function with each style sheet of a document or shadow tree, and with each rule that can be read. */
+function visitRules(content, visitor) {
+    const visit = (sheetOrRule) => {
+        visitor(sheetOrRule);
+        if (sheetOrRule.styleSheet) visit(sheetOrRule.styleSheet);
+        try {
+            for (const rule of sheetOrRule.cssRules ?? []) visit(rule);
+        } catch {
+            // Of another origin.
+        }
+    };
+    const owner = isDocument(content) ? Document : ShadowRoot;
+    for (const list of ['styleSheets', 'adoptedStyleSheets']) {
+        for (const sheet of read(owner, list, content)) visit(sheet);
+    }
+}
+
 /** The page's document, those of its frames of the same origin, and all open shadow trees in them. */
 function contents() {
     const found = [];

@@ -11,20 +11,8 @@
         );
         if (answered !== mediaText) media.mediaText = answered;
     };
-    const visit = (sheetOrRule) => {
-        if (sheetOrRule?.media) pretend(sheetOrRule.media);
-        if (sheetOrRule?.styleSheet) visit(sheetOrRule.styleSheet);
-        try {
-            for (const rule of sheetOrRule?.cssRules ?? []) visit(rule);
-        } catch {
-            // Of another origin.
-        }
-    };
     for (const content of trees()) {
-        const owner = isDocument(content) ? Document : ShadowRoot;
-        for (const list of ['styleSheets', 'adoptedStyleSheets']) {
-            for (const sheet of read(owner, list, content)) visit(sheet);
-        }
+        visitRules(content, (sheetOrRule) => sheetOrRule.media && pretend(sheetOrRule.media));
         for (const element of query('noscript', content)) {
             if (element instanceof HTMLElement) {
                 read(HTMLElement, 'style', element).setProperty('display', 'none', 'important');

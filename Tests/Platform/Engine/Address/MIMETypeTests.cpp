@@ -45,6 +45,13 @@ TEST(MIMEType, TellsPDFFiles) {
     }
 }
 
+TEST(MIMEType, TellsImages) {
+    for (const char* type : {"image/png", "Image/SVG+xml; x=y"})
+        EXPECT_TRUE(MIMEType(type).isImage()) << type;
+    for (const char* type : {"", "image", "text/image", "video/mp4"})
+        EXPECT_FALSE(MIMEType(type).isImage()) << type;
+}
+
 TEST(MIMEType, TellsDownloads) {
     for (const char* type : {"application/octet-stream", "Application/Octet-Stream; x=y", "application/zip"})
         EXPECT_TRUE(MIMEType(type).isDownload()) << type;

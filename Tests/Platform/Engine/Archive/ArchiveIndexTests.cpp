@@ -66,6 +66,17 @@ TEST(ArchiveIndex, OfDuplicatesTheLastWins) {
     EXPECT_EQ(text(index, root, "http://h/a"), "last");
 }
 
+TEST(ArchiveIndex, CountsImagesByTheirAddresses) {
+    const ArchiveIndex index =
+        indexOf(archiveList({"http://h/"},
+                            {{"http://h/a", "", "image/png"},
+                             {"http://h/a", "", "image/png"},
+                             {"http://h/b#c", "", "image/svg+xml"},
+                             {"http://h/d", "", "text/css"}},
+                            {frame("http://h/f", "", "", {{"http://h/e", "", "image/gif"}})}));
+    EXPECT_EQ(index.imageCount(), 3u);
+}
+
 TEST(ArchiveIndex, MainResourceBeatsASubresourceOfItsAddress) {
     EXPECT_EQ(text(indexOf(archiveList({"http://h/", "page"}, {{"http://h/", "other"}})), root, "http://h/"),
               "page");

@@ -38,6 +38,16 @@ TEST(MissingResources, WhatSomethingElseStandsInForDoesNotCount) {
     EXPECT_THAT(missing.description(), EndsWith(": image http://a/2, image http://a/1"));
 }
 
+TEST(MissingResources, SayWhetherImagesAreAmongThem) {
+    MissingResources missing;
+    missing.add("Font", "http://a/image");
+    EXPECT_FALSE(missing.hasImages());
+    missing.add("Image", "http://a/1");
+    EXPECT_TRUE(missing.hasImages());
+    missing.remove("Image", "http://a/1");
+    EXPECT_FALSE(missing.hasImages());
+}
+
 TEST(MissingResources, EveryTypeHasAName) {
     for (const auto& [type, kind] : {std::pair("Document", "document"),
                                      {"Script", "script"},

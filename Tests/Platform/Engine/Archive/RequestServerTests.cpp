@@ -186,6 +186,23 @@ TEST_F(RequestServerTest, AnImageThatIsStoredNeedsNoOther) {
     EXPECT_THAT(server_.substitutesFor("http://a/1", {"http://a/1", "http://a/2"}), IsEmpty());
 }
 
+TEST_F(RequestServerTest, OtherPicturesMayBeThereWhereSomeAreMissingAndSomeWereNotAskedFor) {
+    const std::string site = "http://token.example/";
+    EXPECT_FALSE(server_.mayHaveOtherPictures());
+    serve({{"odd://a/", "page"},
+           {{"odd://a/1.png", "image", "image/png"}, {"odd://a/2.png", "image", "image/png"}}});
+    ask(site + "1.png");
+    EXPECT_FALSE(server_.mayHaveOtherPictures());
+    ask(site + "missing.png");
+    EXPECT_TRUE(server_.mayHaveOtherPictures());
+    ask(site + "2.png");
+    EXPECT_FALSE(server_.mayHaveOtherPictures());
+    EXPECT_TRUE(server_.holds(site + "2.png"));
+    EXPECT_FALSE(server_.holds(site + "missing.png"));
+    server_.dismissPicture(site + "missing.png");
+    EXPECT_EQ(server_.missing().description(), "");
+}
+
 TEST_F(RequestServerTest, ARefusedNavigationIsNotMissing) {
     serve({{"http://a/", "page"}});
     owner_.allows = false;

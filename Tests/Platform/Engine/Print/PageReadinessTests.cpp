@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <gmock/gmock.h>
+#include <map>
 
 namespace qrv::engine {
 namespace {
@@ -25,6 +26,7 @@ public:
     double height = 3000;
     int imagesPending = 0; // for so many questions
     Json failed;
+    std::map<std::int64_t, Json> pictures; // that are in use at each density
     bool isSingleMedia = false;
     bool isSilent = false; // answers no script
     std::function<void()> onAwait;
@@ -39,7 +41,11 @@ private:
             if (isSilent) return;
             value = answerTo(params["functionDeclaration"].string(), params["arguments"]);
         } else if (method == "Emulation.setDeviceMetricsOverride") {
-            words.push_back("height " + std::to_string(params["height"].integer()));
+            const std::int64_t density = params["deviceScaleFactor"].integer();
+            words.push_back(params["height"].integer() == 792 && density != density_
+                                ? "density " + std::to_string(density)
+                                : "height " + std::to_string(params["height"].integer()));
+            density_ = density;
         } else if (method == "Emulation.setScriptExecutionDisabled") {
             words.emplace_back("stop");
         }
@@ -60,6 +66,11 @@ private:
             words.push_back("substitute " + arguments[0]["value"].serialize());
             failed = {};
         }
+        if (script == scripts::picturesInUse.source) {
+            words.push_back("pictures " + std::to_string(arguments[0]["value"].integer()));
+            return pictures[arguments[0]["value"].integer()];
+        }
+        if (script == scripts::renewImageSets.source) words.emplace_back("renew");
         if (script == scripts::presentMedia.source) words.emplace_back("present");
         if (script == scripts::pretendScripts.source) words.emplace_back("pretend");
         if (script == scripts::holdView.source) words.emplace_back("hold");
@@ -73,6 +84,7 @@ private:
 
     NSRunLoop& loop_;
     std::vector<NSRunLoop::Posted> answers_;
+    std::int64_t density_ = 1;
 };
 
 class PageReadinessTest : public ::testing::Test {
@@ -143,6 +155,67 @@ TEST_F(PageReadinessTest, ImagesThatNeverComeAreNotAwaitedForLong) {
     const auto start = steady_clock::now();
     settle();
     EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(5));
+}
+
+class DensityTest : public PageReadinessTest {
+protected:
+    DensityTest() {
+        page_.height = 700;
+        readiness_.setPictures(
+            {.mayBeOthers = [this] { return mayBeOthers_; },
+             .canBeHad = [](const std::string& address) { return address.starts_with("held"); },
+             .dismiss = [this](const std::string& address) { dismissed_.push_back(address); }});
+    }
+
+    void setPictures(const Json& single, const Json& twice, const Json& triple) {
+        page_.pictures = {{1, single}, {2, twice}, {3, triple}};
+    }
+
+    bool mayBeOthers_ = true;
+    std::vector<std::string> dismissed_;
+};
+
+TEST_F(DensityTest, OtherDensitiesAreNotLookedAtWithoutCause) {
+    mayBeOthers_ = false;
+    EXPECT_THAT(settle(), ElementsAre("await", "pretend", "stop"));
+    mayBeOthers_ = true;
+    setPictures(Json::array({"held"}), {}, {});
+    page_.words.clear();
+    EXPECT_THAT(settle(), ElementsAre("await", "pictures 1", "pretend", "stop"));
+    EXPECT_EQ(readiness_.density(), 1);
+}
+
+TEST_F(DensityTest, IsTheFirstAtWhichNothingIsMissing) {
+    setPictures(Json::array({"1", "held"}), Json::array({"held"}), Json::array({"held"}));
+    EXPECT_THAT(settle(), ElementsAre("await", "pictures 1", "density 2", "height 792", "renew", "await",
+                                      "pictures 2", "pretend", "stop"));
+    EXPECT_EQ(readiness_.density(), 2);
+    EXPECT_THAT(dismissed_, ElementsAre("1"));
+}
+
+TEST_F(DensityTest, IsThatAtWhichTheFewestAreMissing) {
+    setPictures(Json::array({"1", "a", "b"}), Json::array({"2", "b"}), Json::array({"3", "3", "b"}));
+    settle();
+    EXPECT_EQ(readiness_.density(), 2);
+    EXPECT_THAT(dismissed_, ElementsAre("1", "3", "a"));
+}
+
+TEST_F(DensityTest, StaysOneWhenNoOtherIsBetter) {
+    setPictures(Json::array({"gone"}), Json::array({"gone"}), Json::array({"gone", "3"}));
+    EXPECT_THAT(settle(), ::testing::Contains("density 1"));
+    EXPECT_EQ(readiness_.density(), 1);
+    EXPECT_THAT(dismissed_, ElementsAre("3"));
+}
+
+TEST_F(DensityTest, OfATallPageIsKept) {
+    page_.height = 3000;
+    setPictures(Json::array({"1"}), Json::array({"held"}), {});
+    settle();
+    const auto isTall = [](const Json& command) { return command["params"]["height"].integer() == 3000; };
+    const auto tall = std::find_if(page_.sent.begin(), page_.sent.end(), isTall);
+    ASSERT_NE(tall, page_.sent.end());
+    EXPECT_EQ((*tall)["params"]["deviceScaleFactor"].integer(), 2);
+    EXPECT_EQ(page_.sent.back()["params"]["deviceScaleFactor"].integer(2), 2);
 }
 
 TEST_F(PageReadinessTest, WhatIsUnderWayIsAwaited) {

@@ -287,6 +287,47 @@ TEST_F(PageScriptsTest, ImagesOfWhichNothingIsHeldStay) {
               R"(<img src="small.png" srcset="data:image/png,x">)");
 }
 
+TEST_F(PageScriptsTest, PicturesAreThoseOfTheDensity) {
+    show("<!DOCTYPE html><base href=https://site.example/>");
+    // Later, since what never arrives would keep the page from loading.
+    evaluate("document.body.innerHTML = `<style>p{list-style-image:url('a(b')}"
+             "p::before{content:image-set('c1' 1x,'c3' 3x)}b{display:none;background:url(hidden)}</style>"
+             "<p style=\"background:linear-gradient(red,red),image-set(url(2) type('image/png') 2x,url(1) "
+             "1x),url(plain)\">"
+             "text<b>x</b><img src=data:,>`");
+    const auto pictures = [&](int density) {
+        std::string names;
+        for (const Json& address : answer(scripts::picturesInUse, {density}).elements()) {
+            names += address.string().substr(std::string("https://site.example/").size()) + " ";
+        }
+        return names;
+    };
+    EXPECT_EQ(pictures(1), "1 plain a(b c1 ");
+    EXPECT_EQ(pictures(2), "2 plain a(b c3 ");
+    EXPECT_EQ(pictures(3), pictures(2));
+}
+
+TEST_F(PageScriptsTest, AChangedViewIsAwaited) {
+    show("<!DOCTYPE html><script>var sizes = []; addEventListener('resize', () => "
+         "sizes.push(innerWidth))</script>");
+    setView(700, 400);
+    awaited(scripts::awaitFrame, {farLimit});
+    EXPECT_EQ(evaluate("sizes.join()").string(), "700");
+}
+
+TEST_F(PageScriptsTest, ImageSetsAreRenewedAsTheyAre) {
+    show("<!DOCTYPE html>");
+    evaluate(
+        "document.body.innerHTML = `<style>@media screen{p{background-image:image-set(url(1) 1x)!important;"
+        "color:red}}</style><p style='background-image:image-set(url(2) 2x)'>text`");
+    const std::string all = "document.querySelector('style').sheet.cssRules[0].cssText + "
+                            "document.querySelector('p').style.cssText";
+    const std::string before = evaluate(all).string();
+    answer(scripts::renewImageSets);
+    EXPECT_THAT(before, ::testing::HasSubstr("!important"));
+    EXPECT_EQ(evaluate(all).string(), before);
+}
+
 TEST_F(PageScriptsTest, AHeldViewChangesUnnoticed) {
     world().runInNewDocuments(scripts::watchView, PageWorld::Place::ownWorld);
     show("<!DOCTYPE html><div style=height:3000px></div><script>var events = [];"
