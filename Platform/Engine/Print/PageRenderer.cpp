@@ -17,7 +17,7 @@ PageRenderer::PageRenderer(DevToolsClient& devTools, NSRunLoop& loop, std::strin
 void PageRenderer::settle(NSSize view) {
     if (settled_) return;
     settled_ = true;
-    setViewMetrics(world_, view);
+    setViewMetrics(world_, view, readiness_.density());
     readiness_.settle(view);
     world_.command("Emulation.setEmulatedMedia", Json::object({{"media", mediaStyle_}}));
 }
