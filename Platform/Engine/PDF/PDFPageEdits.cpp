@@ -2,9 +2,9 @@
 
 #include "Platform/Engine/PDF/Contents/PDFEmptySheets.h"
 #include "Platform/Engine/PDF/Contents/PDFMasks.h"
+#include "Platform/Engine/PDF/Contents/PDFPatterns.h"
 #include "Platform/Engine/PDF/PDFGlyphTexts.h"
 #include "Platform/Engine/PDF/PDFOutline.h"
-#include "Platform/Engine/PDF/Contents/PDFPatterns.h"
 #include "Platform/Engine/PDF/PDFReaderLimits.h"
 #include "Platform/Engine/PDF/PDFStructure.h"
 #include "Platform/PDFKit/PDFFile.h"

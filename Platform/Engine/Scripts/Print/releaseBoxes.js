@@ -1,13 +1,28 @@
 // Sheets do not scroll. Sticky boxes stand where they are in the flow; modal dialogs and popovers, which the engine
-// repeats on every sheet, become boxes fixed to the view, without a backdrop.
+// repeats on every sheet, become boxes fixed to the view, without a backdrop. Outlines of boxes that may be broken,
+// which the engine draws around each part and over its lines, become shadows, and pictures as borders, which it draws
+// around each part as well, get room there.
 () => {
     const set = (box, values) => {
         for (const name in values)
             read(HTMLElement, 'style', box).setProperty(name, values[name], 'important');
     };
+    const partOfTheView = 0.25;
+    const mayBeBroken = (box) =>
+        Element.prototype.getBoundingClientRect.call(box).height > innerHeight * partOfTheView;
     for (const box of query('*')) {
-        if (!(box instanceof HTMLElement) || getComputedStyle(box).position !== 'sticky') continue;
-        set(box, { position: 'relative', inset: 'auto' });
+        if (!(box instanceof HTMLElement)) continue;
+        const style = getComputedStyle(box);
+        if (style.position === 'sticky') set(box, { position: 'relative', inset: 'auto' });
+        const hasOutline = style.outlineStyle !== 'none' && style.outlineWidth !== '0px';
+        const hasPictures = style.borderImageSource !== 'none';
+        if (!(hasOutline || hasPictures) || !mayBeBroken(box)) continue;
+        if (hasPictures) set(box, { 'box-decoration-break': 'clone' });
+        if (!hasOutline) continue;
+        const side = parseFloat(style.outlineOffset) < 0 ? 'inset ' : '';
+        const ring = `${side}0 0 0 ${style.outlineWidth} ${style.outlineColor}`;
+        const others = style.boxShadow === 'none' ? '' : `, ${style.boxShadow}`;
+        set(box, { outline: 'none', 'box-shadow': ring + others });
     }
     const takeDown = (box, leaveTopLayer) => {
         const { left, top, width, height } = Element.prototype.getBoundingClientRect.call(box);

@@ -607,6 +607,25 @@ TEST_F(PageScriptsTest, AnAdoptedSheetServesWhereThereIsNoRoot) {
     EXPECT_EQ(evaluate("document.adoptedStyleSheets.length").integer(), 1);
 }
 
+TEST_F(PageScriptsTest, OutlinesOfHighBoxesBecomeShadows) {
+    show("<!DOCTYPE html><style>div{outline:5px solid rgb(0,0,255);height:101px}.low{height:99px}"
+         ".inside{outline-offset:-2px}.shaded{box-shadow:rgb(255,0,0) 1px 2px 3px "
+         "4px}.none{outline-width:0}</style>"
+         "<div class=high></div><div class=low></div><div class=inside></div><div class=shaded></div>"
+         "<div class=none></div><div class=framed style='border-image:linear-gradient(red,blue) 30'></div>");
+    answer(scripts::releaseBoxes);
+    EXPECT_EQ(style(".framed", "box-decoration-break"), "clone");
+    EXPECT_EQ(style(".high", "box-decoration-break"), "slice");
+    EXPECT_EQ(style(".high", "outline-style"), "none");
+    EXPECT_EQ(style(".high", "box-shadow"), "rgb(0, 0, 255) 0px 0px 0px 5px");
+    EXPECT_EQ(style(".low", "outline-style"), "solid");
+    EXPECT_EQ(style(".low", "box-shadow"), "none");
+    EXPECT_EQ(style(".inside", "box-shadow"), "rgb(0, 0, 255) 0px 0px 0px 5px inset");
+    EXPECT_EQ(style(".shaded", "box-shadow"),
+              "rgb(0, 0, 255) 0px 0px 0px 5px, rgb(255, 0, 0) 1px 2px 3px 4px");
+    EXPECT_EQ(style(".none", "box-shadow"), "none");
+}
+
 TEST_F(PageScriptsTest, BoxesThatScrollOrStandAboveAllAreReleased) {
     show("<!DOCTYPE "
          "html><style>body{margin:0}.sticky{position:sticky;bottom:0}dialog,[popover]{max-height:50px!"
