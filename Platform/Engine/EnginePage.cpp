@@ -64,9 +64,38 @@ std::string randomToken() {
     return token + std::to_string(device());
 }
 
+/// The client of a page that is loaded once more, of which nobody is told.
+class SilentClient final : public PageClient {
+public:
+    void frameAttached(const FrameID& /*frame*/, const FrameID& /*parent*/) override {}
+
+    void frameDetached(const FrameID& /*frame*/) override {}
+
+    void loadStarted(const FrameID& /*frame*/, const NSURL& /*url*/) override {}
+
+    void loadCommitted(const FrameID& /*frame*/, const NSURL& /*url*/,
+                       const NSString& /*mimeType*/) override {}
+
+    void titleChanged(const FrameID& /*frame*/, const NSString& /*title*/) override {}
+
+    void loadFinished(const FrameID& /*frame*/) override {}
+
+    void loadFailed(const FrameID& /*frame*/, const NSError& /*error*/) override {}
+
+    bool shouldNavigate(const FrameID& /*frame*/, NavigationType type, const NSURL& /*url*/) override {
+        return type == NavigationType::other;
+    }
+
+    void windowRequested(const NSURL& /*url*/, const NSString& /*frameName*/) override {}
+
+    void authenticationRequired(const FrameID& /*frame*/, const NSURL& /*url*/) override {}
+
+    void progressChanged(double /*estimated*/) override {}
+};
+
 class EnginePage final : public Page {
 public:
-    explicit EnginePage(PageClient& client);
+    explicit EnginePage(PageClient& client, int paintLevel = 0);
 
     void loadArchive(const WebArchive& archive) override;
     void setViewSize(NSSize size) override;
@@ -102,7 +131,9 @@ private:
     void expectView(NSSize view);
     bool isReadyToRender();
     void updateTitle();
-    NSData drawn(const NSData& pdf);
+    using Drawing = std::function<NSData(PageRenderer&)>;
+    NSData drawn(const Drawing& draw);
+    NSData drawnWithLessPaint(const Drawing& draw);
     std::function<void(NSString)> onceInTime(std::function<void(NSString)> answer);
     void completeMainFrame(const std::function<void()>& done);
     void queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer);
@@ -124,6 +155,10 @@ private:
     NSError failure_; // why the engine is not there
     NSSize viewSize_;
     std::optional<NSSize> expectedView_; // of the PDF that is going to be asked for
+    NSString mediaStyle_;
+    bool printsBackgrounds_ = false;
+    bool unrollsScrollers_ = true;
+    int paintLevel_;
     RequestsUnderWay underWay_;
     bool titleIsFinal_ = false;
     bool toldOfMissing_ = false;
@@ -134,7 +169,7 @@ private:
     NSRunLoop::Posted failing_;                // of a load without an engine
 };
 
-EnginePage::EnginePage(PageClient& client)
+EnginePage::EnginePage(PageClient& client, int paintLevel)
     : client_(client), loop_(NSRunLoop::currentRunLoop()),
       frames_(client,
               {.queryTitle =
@@ -142,7 +177,8 @@ EnginePage::EnginePage(PageClient& client)
                        queryTitle(frame, std::move(answer));
                    },
                .completeMainFrame = [this](const std::function<void()>& done) { completeMainFrame(done); },
-               .storedURL = [this](std::string_view url) { return storedURL(url); }}) {
+               .storedURL = [this](std::string_view url) { return storedURL(url); }}),
+      paintLevel_(paintLevel) {
     start();
 }
 
@@ -350,15 +386,15 @@ void EnginePage::expectView(NSSize view) {
 }
 
 void EnginePage::setMediaStyle(const NSString& mediaStyle) {
-    if (renderer_) renderer_->setMediaStyle(mediaStyle.utf8());
+    mediaStyle_ = mediaStyle;
 }
 
 void EnginePage::setPrintsBackgrounds(bool prints) {
-    if (renderer_) renderer_->setPrintsBackgrounds(prints);
+    printsBackgrounds_ = prints;
 }
 
 void EnginePage::setUnrollsScrollers(bool unrolls) {
-    if (renderer_) renderer_->setUnrollsScrollers(unrolls);
+    unrollsScrollers_ = unrolls;
 }
 
 void EnginePage::waitForLoad() {
@@ -392,7 +428,12 @@ void EnginePage::updateTitle() {
 /// Asks the page, which may show that it is not alive any more.
 bool EnginePage::isReadyToRender() {
     if (isAlive()) updateTitle();
-    return isAlive();
+    if (!isAlive()) return false;
+    renderer_->setMediaStyle(mediaStyle_.utf8());
+    renderer_->setPrintsBackgrounds(printsBackgrounds_);
+    renderer_->setUnrollsScrollers(unrollsScrollers_);
+    renderer_->setPaintLevel(paintLevel_);
+    return true;
 }
 
 NSSize EnginePage::documentSize() {
@@ -400,19 +441,41 @@ NSSize EnginePage::documentSize() {
 }
 
 NSData EnginePage::screenPDF() {
-    return isReadyToRender() ? drawn(renderer_->screenPDF()) : NSData();
+    return drawn([](PageRenderer& renderer) { return renderer.screenPDF(); });
 }
 
 NSData EnginePage::paginatedPDF(NSSize paper, double margin) {
-    return isReadyToRender() ? drawn(renderer_->paginatedPDF(paper, margin)) : NSData();
+    return drawn([=](PageRenderer& renderer) { return renderer.paginatedPDF(paper, margin); });
 }
 
 /// Once the page has been drawn, it has asked for everything that it shows.
-NSData EnginePage::drawn(const NSData& pdf) {
+NSData EnginePage::drawn(const Drawing& draw) {
+    if (!isReadyToRender()) return {};
+    const NSData pdf = draw(*renderer_);
+    if (renderer_->needsLessPaint()) return drawnWithLessPaint(draw);
     const std::string missing = requests_->missing().description();
     if (!missing.empty() && !toldOfMissing_) NSLog(u"%s", missing.c_str());
     toldOfMissing_ = true;
     return pdf;
+}
+
+/// An engine that prints cannot be told to stop: another one gets the page.
+NSData EnginePage::drawnWithLessPaint(const Drawing& draw) {
+    NSLog(paintLevel_ == 0 ? u"printing takes too long: the page is printed without blurs, filters and masks"
+                           : u"printing takes too long: the page is printed without shadows");
+    failure_ = urlError(NSURLErrorTimedOut, {}, u"The web engine took too long to print.");
+    devTools_->setClosedHandler({});
+    process_->terminate();
+    SilentClient silent;
+    EnginePage again(silent, paintLevel_ + 1);
+    again.setViewSize(viewSize_);
+    if (expectedView_) again.expectView(*expectedView_);
+    again.setMediaStyle(mediaStyle_);
+    again.setPrintsBackgrounds(printsBackgrounds_);
+    again.setUnrollsScrollers(unrollsScrollers_);
+    again.loadArchive(archive_);
+    again.waitForLoad();
+    return again.drawn(draw);
 }
 
 } // namespace

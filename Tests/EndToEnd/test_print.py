@@ -186,7 +186,7 @@ class FixedBoxTests(PrintTestCase):
                          ["Title", "S1X", "Paragraph0000"])
 
     def test_background_still_runs_over_the_whole_document(self):
-        body = f"<style>body{{background:linear-gradient({css(RED)},{css(BLUE)})}}</style><p style='height:2000px'>Text</p>"
+        body = f"<style>body{{background:linear-gradient({css(RED)},{css(BLUE)})}}</style><p style='height:2000px'>Text</p>End"
         pdf = self.print(page(body))
         self.assertEqual(pdf.page_count, 3)
         red, blue = pdf.picture(1).pixel(300, 40), pdf.picture(3).pixel(300, 60)

@@ -121,13 +121,13 @@ class FrameTests(ToolTestCase):
 
     def framed(self):
         body = ("<h1>First</h1><p style='height:500px'>Text</p><h2>Before</h2>"
-                "<iframe src=same.html width=400 height=300 style='margin-left:60px'></iframe><h3>Between</h3>"
-                f"<iframe src={self.OTHER}page.html width=500 height=700></iframe><h1>Last</h1>")
+                "<iframe scrolling=no src=same.html width=400 height=300 style='margin-left:60px'></iframe><h3>Between</h3>"
+                f"<iframe scrolling=no src={self.OTHER}page.html width=500 height=700></iframe><h1>Last</h1>")
         same = frame(SITE + "same.html", "<p>Text</p><h2 style='margin-left:50px'>Same<br>origin</h2>"
                      "<h3>Deeper</h3><h2 style='display:none'>Hidden</h2><h2 style='visibility:hidden'>Unseen</h2>"
                      "<div style='height:900px'></div><h2>Below</h2>")
-        other = frame(self.OTHER + "page.html", "<h2>Other</h2><iframe srcdoc='<h4>Stored inside</h4>'></iframe>"
-                      "<iframe src=deep.html width=300 height=200 style='display:block;margin-top:200px'></iframe><h2>End</h2>",
+        other = frame(self.OTHER + "page.html", "<h2>Other</h2><iframe scrolling=no srcdoc='<h4>Stored inside</h4>'></iframe>"
+                      "<iframe scrolling=no src=deep.html width=300 height=200 style='display:block;margin-top:200px'></iframe><h2>End</h2>",
                       [frame(self.OTHER + "deep.html", "<h5>Nested</h5><div style='height:300px'></div><h6>Cut</h6>")])
         return page(body).add_frame(same, other)
 
@@ -156,7 +156,7 @@ class FrameTests(ToolTestCase):
 
     def test_frame_that_is_cut_by_the_ends_of_pages(self):
         inner = "".join(f"<h2 style='margin:0;height:400px'>Part{n}</h2>" for n in range(8))
-        archive = page("<p>Text</p><iframe src=long.html width=500 height=3300></iframe>").add_frame(
+        archive = page("<p>Text</p><iframe scrolling=no src=long.html width=500 height=3300></iframe>").add_frame(
             frame(SITE + "long.html", inner))
         for mode in MODES:
             with self.subTest(mode):
@@ -165,22 +165,22 @@ class FrameTests(ToolTestCase):
                 self.assert_lead_to_words(pdf)
 
     def test_frames_of_a_page_that_is_shrunk(self):
-        archive = page('<div style="width:12000px;height:10px"></div><iframe src=a.html width=3000 height=2000></iframe>'
+        archive = page('<div style="width:12000px;height:10px"></div><iframe scrolling=no src=a.html width=3000 height=2000></iframe>'
                        ).add_frame(frame(SITE + "a.html", "<h1 style='font-size:200px;margin:800px 0 0 500px'>Large</h1>"))
         pdf = self.convert(archive, mode="print").pdf
         self.assert_lead_to_words(pdf)
         self.assertEqual(len(pdf.outline()), 1)
 
     def test_frames_that_are_not_seen_add_nothing(self):
-        body = ("<h1>Seen</h1><iframe src=a.html style='display:none'></iframe><iframe src=a.html style='visibility:hidden'></iframe>"
-                "<iframe src=a.html width=0 height=0></iframe>")
+        body = ("<h1>Seen</h1><iframe scrolling=no src=a.html style='display:none'></iframe><iframe scrolling=no src=a.html style='visibility:hidden'></iframe>"
+                "<iframe scrolling=no src=a.html width=0 height=0></iframe>")
         pdf = self.convert(page(body).add_frame(*[frame(SITE + "a.html", "<h2>Hidden</h2>")] * 3)).pdf
         self.assertEqual([entry.title for entry in pdf.outline()], ["Seen"])
 
     def test_links_within_a_frame(self):
         inner = ("<a href='#down'>there</a> <a href='#far'>beyond</a><div style='height:150px'></div><p id=down>Target</p>"
                  "<div style='height:900px'></div><p id=far>Unseen")
-        body = "<a href='#down'>outer</a><div style='height:250px'></div><p id=down>Own</p><iframe src=a.html width=300 height=300></iframe>"
+        body = "<a href='#down'>outer</a><div style='height:250px'></div><p id=down>Own</p><iframe scrolling=no src=a.html width=300 height=300></iframe>"
         for mode in MODES:
             with self.subTest(mode):
                 pdf = self.convert(page(body).add_frame(frame(SITE + "a.html", inner)), mode=mode).pdf

@@ -85,6 +85,8 @@ std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
         scripts::applyPrintStyle, {plan.styleSheet, plan.imageTarget, plan.imageSource, plan.imagesOnTop});
     if (!isApplied.value_or(Json()).boolean()) return std::nullopt;
     if (plan.isOnSheets) world_.call(scripts::releaseBoxes);
+    const bool isCostly = world_.call(scripts::easePaint, {paintLevel_}).value_or(Json()).boolean() &&
+                          paintLevel_ < highestPaintLevel;
     const DevToolsReply reply = devTools_.call(session_, "Page.printToPDF",
                                                Json::object({{"printBackground", printsBackgrounds_},
                                                              {"preferCSSPageSize", true},
@@ -98,9 +100,12 @@ std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
                                                              {"pageRanges", plan.pageRanges},
                                                              {"generateTaggedPDF", plan.isStructured},
                                                              {"generateDocumentOutline", plan.isStructured}}),
-                                               printLimit_);
+                                               isCostly ? costlyPrintLimit_ : printLimit_);
     // Another plan would take as long.
-    if (reply.status == DevToolsReply::Status::timedOut) return NSData();
+    if (reply.status == DevToolsReply::Status::timedOut) {
+        needsLessPaint_ = isCostly;
+        return NSData();
+    }
     if (!reply.ok()) return std::nullopt;
     std::optional<std::string> pdf = base64Decode(reply.result["data"].stringView());
     return pdf ? std::optional(NSData(std::move(*pdf))) : std::nullopt;

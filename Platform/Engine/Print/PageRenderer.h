@@ -45,6 +45,20 @@ public:
     /// Changes the addresses that links in the PDF lead to.
     void setLinkMapping(LinkMapping mapping) { linkMapping_ = std::move(mapping); }
 
+    /// How much of the paint that costs the engine far more on paper than on the screen is left out: 0 for
+    /// none, 1 for blurs, filters and masks, 2 for shadows as well.
+    void setPaintLevel(int level) { paintLevel_ = level; }
+
+    static constexpr int highestPaintLevel = 2;
+
+    /// True when a page with such paint took too long to print: the next level may help. The engine is still
+    /// at it, and does not answer before it is done.
+    bool needsLessPaint() const { return needsLessPaint_; }
+
+    /// How long the engine may take to print a page of which a higher level would leave something out; eight
+    /// seconds unless set.
+    void setCostlyPrintLimit(std::chrono::milliseconds limit) { costlyPrintLimit_ = limit; }
+
     /// How long the engine may take to print; ten minutes unless set. 200,000 px take a third of a second.
     void setPrintLimit(std::chrono::milliseconds limit) { printLimit_ = limit; }
 
@@ -71,6 +85,9 @@ private:
     std::string mediaStyle_;
     bool printsBackgrounds_ = false;
     bool unrollsScrollers_ = true;
+    int paintLevel_ = 0;
+    bool needsLessPaint_ = false;
+    std::chrono::milliseconds costlyPrintLimit_ = std::chrono::seconds(8);
     std::chrono::milliseconds printLimit_ = std::chrono::minutes(10);
     LinkMapping linkMapping_;
     bool settled_ = false;

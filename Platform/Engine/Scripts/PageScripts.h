@@ -48,6 +48,7 @@ extern const PageScript describe;
 extern const PageScript describeFrame;
 extern const PageScript applyPrintStyle;
 extern const PageScript releaseBoxes;
+extern const PageScript easePaint;
 
 } // namespace scripts
 

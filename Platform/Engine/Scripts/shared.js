@@ -121,10 +121,17 @@ function isDisplayed(element) {
     return Element.prototype.checkVisibility.call(element, { visibilityProperty: true });
 }
 
-/** The elements around an element as they are laid out, from the inside out. */
+/** The element around an element as they are laid out. */
+function parentOf(element) {
+    return (
+        element.assignedSlot ??
+        read(Node, 'parentElement', element) ??
+        Node.prototype.getRootNode.call(element).host
+    );
+}
+
+/** All elements around an element as they are laid out, from the inside out. */
 function ancestorsOf(element) {
-    const parentOf = (one) =>
-        one.assignedSlot ?? read(Node, 'parentElement', one) ?? Node.prototype.getRootNode.call(one).host;
     const found = [];
     for (let parent = parentOf(element); parent; parent = parentOf(parent)) found.push(parent);
     return found;
@@ -157,7 +164,7 @@ function scrollableDown(box) {
  * bar by a style that was not saved: as much as that is not for decoration. */
 function unseenDown(box) {
     const muchOfTheView = 0.5;
-    const hidden = overflowDown(box, 'hidden');
+    const hidden = box === property('body') ? 0 : overflowDown(box, 'hidden');
     return scrollableDown(box) || (hidden > innerHeight * muchOfTheView ? hidden : 0);
 }
 

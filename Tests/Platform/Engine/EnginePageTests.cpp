@@ -307,7 +307,7 @@ TEST_F(EnginePageTest, TheViewMayBeResizedAfterMeasuring) {
 }
 
 TEST_F(EnginePageTest, ThePaginatedPDFHasThePapersSize) {
-    load("<div style='height:3000px'>Text</div>");
+    load("<div style='height:3000px'>Text</div>End");
     const std::string info = infoOf(page_->paginatedPDF({612, 792}, 36));
     EXPECT_THAT(info, HasSubstr("Pages:           4\n"));
     EXPECT_THAT(info, HasSubstr("Page size:       612 x 792 pts"));

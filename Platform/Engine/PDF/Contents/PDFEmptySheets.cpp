@@ -18,6 +18,7 @@ namespace {
 constexpr int deepest = 8;
 
 using Box = QPDFObjectHandle::Rectangle;
+using Objects = std::set<QPDFObjGen>;
 
 const std::set<std::string> texts = {"Tj", "TJ", "'", "\""};
 const std::set<std::string> fills = {"f", "F", "f*"};
@@ -27,8 +28,9 @@ const std::set<std::string> pathParts = {"m", "l", "c", "v", "y", "h"};
 /// Looks for whatever does not fill all of an area.
 class SheetReader {
 public:
-    SheetReader(const Box& area, const QPDFMatrix& matrix, int depth = 0)
-        : area_(area), matrix_(matrix), depth_(depth) {}
+    /// The first page's objects have the background among them.
+    SheetReader(const Box& area, const Objects& background, const QPDFMatrix& matrix = {}, int depth = 0)
+        : area_(area), background_(background), matrix_(matrix), depth_(depth) {}
 
     void read(const QPDFObjectHandle& owner) {
         objects_ = subdictionary(resourcesOf(owner), "/XObject");
@@ -75,12 +77,15 @@ private:
         QPDFObjectHandle object = objects_.hasKey(name) ? objects_.getKey(name) : QPDFObjectHandle::newNull();
         if (!object.isStream()) return false;
         QPDFObjectHandle dictionary = object.getDict();
-        if (dictionary.getKey("/Subtype").isNameAndEquals("/Image")) return !covers({0, 0, 1, 1});
+        // What a filter works on is one picture, too, but another on each page.
+        if (dictionary.getKey("/Subtype").isNameAndEquals("/Image")) {
+            return !background_.contains(object.getObjGen()) || !covers({0, 0, 1, 1});
+        }
         QPDFMatrix placed = matrix_;
         if (dictionary.getKey("/Matrix").isMatrix())
             placed.concat(dictionary.getKey("/Matrix").getArrayAsMatrix());
         if (depth_ == deepest) return true;
-        SheetReader form(area_, placed, depth_ + 1);
+        SheetReader form(area_, background_, placed, depth_ + 1);
         form.isCut_ = isCut_ || !dictionary.getKey("/BBox").isRectangle() ||
                       !form.covers(dictionary.getKey("/BBox").getArrayAsRectangle());
         form.read(object);
@@ -96,6 +101,7 @@ private:
     }
 
     Box area_;
+    const Objects& background_;
     QPDFMatrix matrix_;
     int depth_;
     bool isCut_ = false;
@@ -106,11 +112,20 @@ private:
     bool showsSomething_ = false;
 };
 
-bool isEmpty(QPDFObjectHandle page, double margin) {
+Objects objectsOf(const QPDFObjectHandle& page) {
+    Objects objects;
+    for (const auto& [name, object] : subdictionary(resourcesOf(page), "/XObject").ditems()) {
+        objects.insert(object.getObjGen());
+    }
+    return objects;
+}
+
+bool isEmpty(QPDFObjectHandle page, const Objects& background, double margin) {
     QPDFObjectHandle box = QPDFPageObjectHelper(page).getMediaBox();
     if (!box.isRectangle()) return false;
     const Box sheet = box.getArrayAsRectangle();
-    SheetReader reader({sheet.llx + margin, sheet.lly + margin, sheet.urx - margin, sheet.ury - margin}, {});
+    SheetReader reader({sheet.llx + margin, sheet.lly + margin, sheet.urx - margin, sheet.ury - margin},
+                       background);
     reader.read(page);
     return !reader.showsSomething();
 }
@@ -119,7 +134,8 @@ bool isEmpty(QPDFObjectHandle page, double margin) {
 
 void removeEmptySheetsAtEnd(QPDF& document, double margin) {
     std::vector<QPDFObjectHandle> pages = document.getAllPages();
-    for (; pages.size() > 1 && isEmpty(pages.back(), margin); pages.pop_back()) {
+    const Objects background = pages.empty() ? Objects() : objectsOf(pages.front());
+    for (; pages.size() > 1 && isEmpty(pages.back(), background, margin); pages.pop_back()) {
         document.removePage(pages.back());
     }
 }

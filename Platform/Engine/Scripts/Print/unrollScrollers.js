@@ -48,7 +48,7 @@
         );
     // In a column, the height is not the box's own to decide, and others would make room for it.
     const leaveColumn = (box) => {
-        const [parent] = ancestorsOf(box);
+        const parent = parentOf(box);
         const style = parent && getComputedStyle(parent);
         if (!style?.display.endsWith('flex') || !style.flexDirection.startsWith('column')) return;
         for (const other of elementsIn(parent)) {
@@ -81,8 +81,8 @@
     };
 
     const isWiderInside = (box) =>
-        ['auto', 'scroll'].includes(getComputedStyle(box).overflowX) &&
-        elementProperty('scrollWidth', box) > elementProperty('clientWidth', box) + 1;
+        elementProperty('scrollWidth', box) > elementProperty('clientWidth', box) + 1 &&
+        ['auto', 'scroll'].includes(getComputedStyle(box).overflowX);
     const wrapLines = (box) => {
         const inside = [box, ...elementsBelow(box)];
         const lines = inside.filter((one) => getComputedStyle(one).whiteSpace === 'pre');
@@ -106,7 +106,12 @@
     const tree = displayedTree();
     for (const box of fillingScrollers(tree)) grow(box, unseenDown(box));
     if (!isForSheets) return;
-    const others = tree.filter((box) => isDisplayed(box) && getComputedStyle(box).scrollSnapType === 'none');
+    const others = tree.filter(
+        (box) =>
+            (isWiderInside(box) || scrollableDown(box) > 0) &&
+            getComputedStyle(box).scrollSnapType === 'none' &&
+            isDisplayed(box),
+    );
     for (const box of others.filter(isWiderInside)) {
         wrapLines(box);
         shrinkTable(box);

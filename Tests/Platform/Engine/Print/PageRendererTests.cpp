@@ -34,6 +34,8 @@ public:
     bool dies = false;
     bool keepsPromises = true;
     std::string scriptThatThrows;
+    bool isCostly = false;            // to paint
+    std::vector<std::string> easings; // the levels
     Json description;
     std::vector<std::string> prints; // the page ranges asked for
     int measurements = 0;
@@ -74,6 +76,10 @@ private:
         }
         if (script == scripts::describe.source) value = description;
         if (script == scripts::releaseBoxes.source) ++releases;
+        if (script == scripts::easePaint.source) {
+            easings.push_back(params["arguments"].elements()[0]["value"].serialize());
+            value = isCostly;
+        }
         if (script == scripts::unrollScrollers.source) {
             unrollings.push_back("before measurement " + std::to_string(measurements + 1) + ": " +
                                  params["arguments"].elements()[0]["value"].serialize());
@@ -220,6 +226,33 @@ TEST_F(PageRendererTest, WhatTakesTooLongIsNotPrintedOnceMore) {
     renderer_.setPrintLimit(std::chrono::milliseconds(10));
     EXPECT_TRUE(renderer_.screenPDF().isNil());
     EXPECT_EQ(transport_.prints.size(), 1u);
+}
+
+TEST_F(PageRendererTest, WhatTakesTooLongNeedsLessPaintIfThereIsMuch) {
+    transport_.printsForEver = true;
+    transport_.isCostly = true;
+    renderer_.setCostlyPrintLimit(std::chrono::milliseconds(10));
+    EXPECT_TRUE(renderer_.screenPDF().isNil());
+    EXPECT_TRUE(renderer_.needsLessPaint());
+    EXPECT_EQ(transport_.prints.size(), 1u);
+}
+
+TEST_F(PageRendererTest, WhatHasNoSuchPaintMayTakeLong) {
+    transport_.printsForEver = true;
+    renderer_.setCostlyPrintLimit(std::chrono::milliseconds(0));
+    renderer_.setPrintLimit(std::chrono::milliseconds(10));
+    EXPECT_TRUE(renderer_.screenPDF().isNil());
+    EXPECT_FALSE(renderer_.needsLessPaint());
+}
+
+TEST_F(PageRendererTest, AtTheHighestLevelNothingMoreIsLeftOut) {
+    transport_.printsForEver = true;
+    transport_.isCostly = true;
+    renderer_.setPaintLevel(PageRenderer::highestPaintLevel);
+    renderer_.setPrintLimit(std::chrono::milliseconds(10));
+    EXPECT_TRUE(renderer_.screenPDF().isNil());
+    EXPECT_FALSE(renderer_.needsLessPaint());
+    EXPECT_THAT(transport_.easings, ElementsAre("2"));
 }
 
 TEST_F(PageRendererTest, AConnectionThatEndsWhilePrintingEndsThePrinting) {

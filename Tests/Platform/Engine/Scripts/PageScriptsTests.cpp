@@ -607,6 +607,50 @@ TEST_F(PageScriptsTest, AnAdoptedSheetServesWhereThereIsNoRoot) {
     EXPECT_EQ(evaluate("document.adoptedStyleSheets.length").integer(), 1);
 }
 
+TEST_F(PageScriptsTest, UnderlinedTextWithAShadowBecomesAGroup) {
+    show("<!DOCTYPE html><style>.s{text-shadow:1px 1px red}u{color:blue}.half{opacity:.5}</style>"
+         "<u class='s own'>text</u><u class=outer><b class=s>text</b></u><i class='s plain'>text</i>"
+         "<u class='s half'>text</u><u class='s empty'><i>text</i></u><u class=bare>text</u>");
+    EXPECT_TRUE(answer(scripts::easePaint, {0}).boolean());
+    for (const auto* selector : {".own", ".outer b", ".empty i"}) {
+        EXPECT_EQ(style(selector, "opacity"), "0.999") << selector;
+    }
+    for (const auto* selector : {".outer", ".plain", ".empty", ".bare"}) {
+        EXPECT_EQ(style(selector, "opacity"), "1") << selector;
+    }
+    EXPECT_EQ(style(".half", "opacity"), "0.5");
+    EXPECT_EQ(style(".own", "text-shadow"), "rgb(255, 0, 0) 1px 1px 0px");
+}
+
+TEST_F(PageScriptsTest, PaintThatCostsIsLeftOutByLevels) {
+    const std::string page =
+        "<!DOCTYPE html><p style='text-shadow:1px 2px 3px red;box-shadow:inset 1px 2px 3px 4px blue,2px 2px "
+        "5px lime'>text</p><div style='filter:blur(3px);backdrop-filter:blur(2px);mix-blend-mode:multiply;"
+        "mask-image:linear-gradient(red,blue)'>text</div>";
+    show(page);
+    EXPECT_TRUE(answer(scripts::easePaint, {0}).boolean());
+    EXPECT_EQ(style("div", "filter"), "blur(3px)");
+    EXPECT_TRUE(answer(scripts::easePaint, {1}).boolean());
+    EXPECT_EQ(style("p", "text-shadow"), "rgb(255, 0, 0) 1px 2px 0px");
+    EXPECT_EQ(style("p", "box-shadow"),
+              "rgb(0, 0, 255) 1px 2px 0px 4px inset, rgb(0, 255, 0) 2px 2px 0px 0px");
+    for (const auto* property : {"filter", "backdrop-filter", "mask-image"}) {
+        EXPECT_EQ(style("div", property), "none") << property;
+    }
+    EXPECT_EQ(style("div", "mix-blend-mode"), "normal");
+    EXPECT_FALSE(answer(scripts::easePaint, {2}).boolean());
+    EXPECT_EQ(style("p", "text-shadow"), "none");
+    EXPECT_EQ(style("p", "box-shadow"), "none");
+}
+
+TEST_F(PageScriptsTest, APageWithoutSuchPaintIsLeftAsItIs) {
+    show("<!DOCTYPE html><p><u>text</u>");
+    const std::string before = evaluate("document.documentElement.outerHTML").string();
+    EXPECT_FALSE(answer(scripts::easePaint, {0}).boolean(true));
+    EXPECT_FALSE(answer(scripts::easePaint, {2}).boolean(true));
+    EXPECT_EQ(evaluate("document.documentElement.outerHTML").string(), before);
+}
+
 TEST_F(PageScriptsTest, OutlinesOfHighBoxesBecomeShadows) {
     show("<!DOCTYPE html><style>div{outline:5px solid rgb(0,0,255);height:101px}.low{height:99px}"
          ".inside{outline-offset:-2px}.shaded{box-shadow:rgb(255,0,0) 1px 2px 3px "

@@ -26,6 +26,7 @@ int pagesLeft(const std::vector<std::string>& contents) {
             "<</Type /Page /Parent 2 0 R /Contents " + std::to_string(number + 1) +
             " 0 R /Resources <</XObject <</Image 3 0 R /Form 4 0 R /Loop 5 0 R /None 6 0 R>>>>>>");
         objects.push_back(makeStream(text));
+        objects.push_back(makeStream("", "/Type /XObject /Subtype /Image"));
     }
     objects[1] = "<</Type /Pages /MediaBox [0 0 100 200] /Kids [" + kids + "] /Count " +
                  std::to_string(contents.size()) + ">>";
@@ -64,6 +65,7 @@ TEST(PDFEmptySheets, PagesThatShowSomethingStay) {
                                     "0 0 100 200 re 5 5 m 9 9 l 9 5 l f",
                                     "/Shade sh",
                                     "q 50 0 0 50 0 0 cm /Image Do Q",
+                                    "q 100 0 0 200 0 0 cm /Own Do Q",
                                     "q 50 0 0 100 0 0 cm /Form Do Q",
                                     "/Loop Do",
                                     "f",
