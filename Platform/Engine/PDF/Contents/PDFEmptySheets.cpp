@@ -3,6 +3,7 @@
 #include "Platform/Engine/PDF/Contents/PDFContents.h"
 
 #include <algorithm>
+#include <qpdf/Buffer.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFMatrix.hh>
 #include <qpdf/QPDFPageObjectHelper.hh>
@@ -18,18 +19,27 @@ namespace {
 constexpr int deepest = 8;
 
 using Box = QPDFObjectHandle::Rectangle;
-using Objects = std::set<QPDFObjGen>;
+using Pictures = std::set<std::string>;
 
 const std::set<std::string> texts = {"Tj", "TJ", "'", "\""};
 const std::set<std::string> fills = {"f", "F", "f*"};
 const std::set<std::string> strokes = {"S", "s", "B", "B*", "b", "b*"};
 const std::set<std::string> pathParts = {"m", "l", "c", "v", "y", "h"};
 
+bool isPicture(QPDFObjectHandle object) {
+    return object.isStream() && object.getDict().getKey("/Subtype").isNameAndEquals("/Image");
+}
+
+std::string dataOf(QPDFObjectHandle picture) {
+    const auto data = picture.getRawStreamData();
+    return {reinterpret_cast<const char*>(data->getBuffer()), data->getSize()};
+}
+
 /// Looks for whatever does not fill all of an area.
 class SheetReader {
 public:
-    /// The first page's objects have the background among them.
-    SheetReader(const Box& area, const Objects& background, const QPDFMatrix& matrix = {}, int depth = 0)
+    /// The first page's pictures have the background among them.
+    SheetReader(const Box& area, const Pictures& background, const QPDFMatrix& matrix = {}, int depth = 0)
         : area_(area), background_(background), matrix_(matrix), depth_(depth) {}
 
     void read(const QPDFObjectHandle& owner) {
@@ -78,9 +88,7 @@ private:
         if (!object.isStream()) return false;
         QPDFObjectHandle dictionary = object.getDict();
         // What a filter works on is one picture, too, but another on each page.
-        if (dictionary.getKey("/Subtype").isNameAndEquals("/Image")) {
-            return !background_.contains(object.getObjGen()) || !covers({0, 0, 1, 1});
-        }
+        if (isPicture(object)) return !covers({0, 0, 1, 1}) || !background_.contains(dataOf(object));
         QPDFMatrix placed = matrix_;
         if (dictionary.getKey("/Matrix").isMatrix())
             placed.concat(dictionary.getKey("/Matrix").getArrayAsMatrix());
@@ -101,7 +109,7 @@ private:
     }
 
     Box area_;
-    const Objects& background_;
+    const Pictures& background_;
     QPDFMatrix matrix_;
     int depth_;
     bool isCut_ = false;
@@ -112,15 +120,16 @@ private:
     bool showsSomething_ = false;
 };
 
-Objects objectsOf(const QPDFObjectHandle& page) {
-    Objects objects;
-    for (const auto& [name, object] : subdictionary(resourcesOf(page), "/XObject").ditems()) {
-        objects.insert(object.getObjGen());
+/// The data of the pictures that a page uses itself.
+Pictures picturesOf(const QPDFObjectHandle& page) {
+    Pictures pictures;
+    for (auto& [name, object] : subdictionary(resourcesOf(page), "/XObject").ditems()) {
+        if (isPicture(object)) pictures.insert(dataOf(object));
     }
-    return objects;
+    return pictures;
 }
 
-bool isEmpty(QPDFObjectHandle page, const Objects& background, double margin) {
+bool isEmpty(QPDFObjectHandle page, const Pictures& background, double margin) {
     QPDFObjectHandle box = QPDFPageObjectHelper(page).getMediaBox();
     if (!box.isRectangle()) return false;
     const Box sheet = box.getArrayAsRectangle();
@@ -134,7 +143,7 @@ bool isEmpty(QPDFObjectHandle page, const Objects& background, double margin) {
 
 void removeEmptySheetsAtEnd(QPDF& document, double margin) {
     std::vector<QPDFObjectHandle> pages = document.getAllPages();
-    const Objects background = pages.empty() ? Objects() : objectsOf(pages.front());
+    const Pictures background = pages.empty() ? Pictures() : picturesOf(pages.front());
     for (; pages.size() > 1 && isEmpty(pages.back(), background, margin); pages.pop_back()) {
         document.removePage(pages.back());
     }

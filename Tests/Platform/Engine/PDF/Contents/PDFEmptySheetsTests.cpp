@@ -24,9 +24,10 @@ int pagesLeft(const std::vector<std::string>& contents) {
         kids += std::to_string(number) + " 0 R ";
         objects.push_back(
             "<</Type /Page /Parent 2 0 R /Contents " + std::to_string(number + 1) +
-            " 0 R /Resources <</XObject <</Image 3 0 R /Form 4 0 R /Loop 5 0 R /None 6 0 R>>>>>>");
+            " 0 R /Resources <</XObject <</Image 3 0 R /Form 4 0 R /Loop 5 0 R /None 6 0 R /Own " +
+            std::to_string(number + 2) + " 0 R>>>>>>");
         objects.push_back(makeStream(text));
-        objects.push_back(makeStream("", "/Type /XObject /Subtype /Image"));
+        objects.push_back(makeStream(std::to_string(number), "/Type /XObject /Subtype /Image"));
     }
     objects[1] = "<</Type /Pages /MediaBox [0 0 100 200] /Kids [" + kids + "] /Count " +
                  std::to_string(contents.size()) + ">>";
