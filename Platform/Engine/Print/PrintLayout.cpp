@@ -227,6 +227,14 @@ PrintPlan sheetsPlan(const PageMeasurements& m, const Paper& paper) {
     return plan;
 }
 
+// The engine repeats the heads and feet of tables on each sheet where they are not to be broken, which it says
+// itself for the media type of print only.
+void addRepeatedHeads(StyleSheet& sheet) {
+    StyleRule heads("thead,tfoot");
+    heads.add("break-inside", "avoid");
+    sheet.add(heads);
+}
+
 StyleRule paperRule(std::string_view selector, const Paper& paper, double shrink) {
     return pageRule(selector, points(paper.size.width * shrink), points(paper.size.height * shrink),
                     points(paper.margin * shrink));
@@ -291,6 +299,7 @@ PrintPlan paginatedPlan(const PageMeasurements& m, NSSize size, double margin) {
 
     StyleSheet sheet;
     sheet.add(paperRule(documentPage, paper, plan.shrink));
+    addRepeatedHeads(sheet);
     sheet.add(
         pageRule(viewportPage, pixels(m.view.width * plan.scale), pixels(m.view.height * plan.scale), "0"));
     StyleRule root("html");
@@ -314,6 +323,7 @@ PrintPlan plainPaginatedPlan(const PageMeasurements& m, NSSize size, double marg
     if (isVertical(m)) plan.pageLength = 0;
     StyleSheet sheet;
     sheet.add(paperRule("", paper, plan.shrink));
+    addRepeatedHeads(sheet);
     plan.styleSheet = sheet.text();
     return plan;
 }

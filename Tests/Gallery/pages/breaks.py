@@ -2,6 +2,10 @@
 
 from entry import blocks, page, paragraphs
 
+TABLE = ("<table><thead><tr><th></thead><tfoot><tr><td></tfoot>" + "".join(f"<tr><td>row{n}" for n in range(150)) + "</table>")
+HEADS = ("table{width:300px;border-spacing:0}th,td{height:20px;line-height:20px;padding:0;background:#cfc}"
+         "thead th{background:#00f}tfoot td{background:#f00}")
+
 PAGES = [
     page("page-rule", "The document's page size, margins and margin boxes", "<p>ruled</p>" + paragraphs(20),
          style="@page{size:A5 landscape;margin:3cm;@top-center{content:'MARGINBOX'}}@page:first{margin:5cm}",
@@ -24,6 +28,12 @@ PAGES = [
     page("table-head", "A table over several sheets keeps every row",
          "<table><thead><tr><th>heading</thead>" + "".join(f"<tr><td>row{n}" for n in range(60)) + "</table>",
          style="thead{background:#ddf}"),
+    page("table-head-repeated", "The head and the foot of a table are on each of its sheets", TABLE, style=HEADS, modes=("print",),
+         sheet_pixels=[(1, 100, 55, (0, 0, 255)), (2, 100, 40, (0, 0, 255)), (2, 100, 746, (255, 0, 0))],
+         shifts_words="head and foot take room on each sheet"),
+    page("table-head-once", "A head that its author has made an ordinary row", TABLE,
+         style=HEADS + "thead,tfoot{display:table-row-group}", modes=("print",),
+         sheet_pixels=[(1, 100, 55, (0, 0, 255)), (2, 100, 40, (204, 255, 204)), (2, 100, 746, (204, 255, 204))]),
     page("unbreakable-block", "A block higher than a sheet that may not be broken",
          "<div class=u>" + paragraphs(25) + "</div>", style=".u{break-inside:avoid;background:#efe}",
          shifts_words="it moves to a sheet of its own"),

@@ -386,6 +386,13 @@ TEST(PrintLayout, PaginatedPlanFitsTheWidth) {
     }
 }
 
+TEST(PrintLayout, HeadsOfTablesAreRepeatedOnSheets) {
+    const PageMeasurements m = page(1440, 3000, 720, 960);
+    EXPECT_EQ(valueOf(paginatedPlan(m, {612, 792}, 36), "thead,tfoot", "break-inside"), "avoid");
+    EXPECT_EQ(valueOf(plainPaginatedPlan(m, {612, 792}, 36), "thead,tfoot", "break-inside"), "avoid");
+    EXPECT_EQ(valueOf(screenPlan(m), "thead,tfoot", "break-inside"), "");
+}
+
 TEST(PrintLayout, PaginatedPagesHaveThePapersSizeAndMargins) {
     PrintPlan plan = paginatedPlan(page(1440, 3000, 720, 960), {612, 792}, 36);
     EXPECT_EQ(valueOf(plan, "@page document", "size"), "612pt 792pt");
