@@ -451,7 +451,7 @@ NSData EnginePage::paginatedPDF(NSSize paper, double margin) {
 /// Once the page has been drawn, it has asked for everything that it shows.
 NSData EnginePage::drawn(const Drawing& draw) {
     if (!isReadyToRender()) return {};
-    const NSData pdf = draw(*renderer_);
+    NSData pdf = draw(*renderer_);
     if (renderer_->needsLessPaint()) return drawnWithLessPaint(draw);
     const std::string missing = requests_->missing().description();
     if (!missing.empty() && !toldOfMissing_) NSLog(u"%s", missing.c_str());

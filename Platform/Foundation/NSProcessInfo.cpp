@@ -1,5 +1,6 @@
 #include "Platform/Foundation/NSProcessInfo.h"
 
+#include <algorithm>
 #include <string>
 #include <tuple>
 
@@ -36,6 +37,7 @@ NSArray NSProcessInfo::arguments() const {
 
 void NSProcessInfo::setArguments(int count, const char* const* arguments) {
     std::vector<id> texts;
+    texts.reserve(static_cast<std::size_t>(std::max(count, 0)));
     for (int i = 0; i < count; ++i) texts.push_back(NSString::fromFileSystem(arguments[i]));
     const std::lock_guard lock(mutex_);
     arguments_ = NSArray(std::move(texts));

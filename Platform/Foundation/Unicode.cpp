@@ -71,7 +71,7 @@ std::u16string fromFileName(std::string_view bytes) {
     for (std::size_t next = 0; next < bytes.size();) {
         const std::size_t start = next;
         UChar32 c = 0;
-        U8_NEXT(bytes.data(), next, bytes.size(), c);
+        U8_NEXT(bytes.data(), next, bytes.size(), c); // NOLINT(bugprone-inc-dec-in-conditions): in the macro
         if (c >= 0) continue;
         text += fromUTF8Lossy(bytes.substr(written, start - written));
         for (const char byte : bytes.substr(start, next - start)) {

@@ -30,6 +30,7 @@ class Page:
     sheets: int = None   # print mode: the number of pages
     sheet_pixels: list = field(default_factory=list)   # print mode: (page, x, y, colour), points from the top left
     pictures_differ: str = ""   # why the picture cannot be compared
+    view_differs: str = ""      # screen mode: why the view cannot be compared, though the whole page can
     allowance: float = 0.1      # screen mode: per cent of the pixels that may differ; more needs a reason
     allowance_reason: str = ""
     readers_differ: dict = field(default_factory=dict)  # per cent that another reader may draw differently, by its name

@@ -16,6 +16,7 @@ LEVELS = 40
 READERS_ALLOWANCE = 0.1
 BLUR = 2
 PAPER = (612, 792)
+VIEWS = {"screen": (612, 792), "print": (720, 960)}
 MARGIN = 36
 # Words: how far a place may be off, in points. Glyphs are drawn on whole pixels on the screen.
 WORD_TOLERANCE = 1.5
@@ -47,12 +48,23 @@ class Sight:
 
     def picture(self):
         """The whole document; None where it is too large for one."""
-        file = self.folder / "page.png"
+        return self._picture("page.png", self.size[0])
+
+    @property
+    def view(self):
+        return (self.page["viewWidth"], self.page["viewHeight"])
+
+    def view_picture(self):
+        """What a reader sees of the page before any of it is changed."""
+        return self._picture("view.png", self.view[0])
+
+    def _picture(self, name, width):
+        file = self.folder / name
         if not file.exists():
             return None
         with Image.open(file) as picture:
             # One pixel of the page each, whatever the view's density.
-            return picture.convert("RGB").reduce(max(1, round(picture.width / self.size[0])))
+            return picture.convert("RGB").reduce(max(1, round(picture.width / width)))
 
 
 def rendered(draw, size, number=1):
@@ -107,6 +119,7 @@ def judge(page, mode, pdf, sight, illustrated=True, third_reader=None):
     verdict.sheets = pdf.page_count
     verdict.size = pdf.size(1)
     words = pdf.words()
+    verdict.expect(sight.view == VIEWS[mode], f"the view was {sight.view}")
     _judge_words(verdict, page, pdf)
     if mode == "screen":
         drawn = _judge_screen(verdict, page, pdf, words, sight)
@@ -165,7 +178,18 @@ def _judge_screen(verdict, page, pdf, words, sight):
     if not page.pictures_differ:
         verdict.differing = share
         verdict.expect(share <= page.allowance, f"{share:.3f} % of the pixels differ")
+        _compare_view(verdict, page, sight, drawn)
     return drawn
+
+
+def _compare_view(verdict, page, sight, drawn):
+    """The start of the document is what a reader saw in the view."""
+    seen = sight.view_picture()
+    if page.view_differs or not seen:
+        return
+    left = round(sight.left)
+    _, share = difference(seen, drawn.crop((left, 0, left + seen.width, seen.height)))
+    verdict.expect(share <= page.allowance, f"{share:.3f} % of the view's pixels differ")
 
 
 def _judge_print(verdict, page, pdf, words, sight, illustrated):

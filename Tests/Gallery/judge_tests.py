@@ -58,7 +58,9 @@ class JudgeTests(unittest.TestCase):
                 "words": [["first", 20, 20, 60, 38], ["last", 20, 700, 60, 718]]}
         (pathlib.Path(folder.name) / "page.json").write_text(json.dumps(seen), encoding="utf-8")
         drawing().save(pathlib.Path(folder.name) / "page.png")
-        self.sight = Sight(pathlib.Path(folder.name))
+        drawing().crop((0, 0, 612, 792)).save(pathlib.Path(folder.name) / "view.png")
+        self.folder = pathlib.Path(folder.name)
+        self.sight = Sight(self.folder)
 
     def problems(self, pdf, mode="screen", third=None, **expected):
         return judge(page("x", "", "<p>first</p><p>last</p>", **expected), mode, pdf, self.sight,
@@ -74,6 +76,12 @@ class JudgeTests(unittest.TestCase):
     def test_moved_and_recoloured_boxes_are_noticed(self):
         self.assert_noticed(FakePDF(drawing(shift=4)), "pixels differ")
         self.assert_noticed(FakePDF(drawing(colour=(120, 40, 40))), "pixels differ")
+
+    def test_another_view_is_noticed(self):
+        self.assert_noticed(FakePDF(), "the view was (612, 792)", "print")
+        Image.new("RGB", (612, 792), "white").save(self.folder / "view.png")
+        self.assert_noticed(FakePDF(), "of the view's pixels differ")
+        self.assertEqual(self.problems(FakePDF(), view_differs="another picture"), [])
 
     def test_soft_edges_are_no_difference(self):
         self.assertEqual(difference(drawing(), drawing().resize((1224, 1600)).reduce(2))[1], 0)

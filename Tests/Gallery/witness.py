@@ -2,7 +2,8 @@
 
 The script stands between the tool and the engine. When the tool is about to apply its print style sheet, it
 has the engine take a picture of the whole document, in the view that the tool has chosen, and writes down the
-words on it with their places. What it saw lies in the folder then: page.png and page.json.
+words on it with their places. What it saw lies in the folder then: page.png and page.json. Once before, when nothing
+of the page has been changed yet, it takes a picture of the view alone: view.png.
 """
 
 from engine import between
@@ -59,14 +60,15 @@ def keep(name, data):
         file.write(data)
 
 
+def photograph(session, name, **options):
+    picture = ask(session, "Page.captureScreenshot", format="png", **options)
+    keep(name, base64.b64decode(picture.get("data", "")))
+
+
 def look(session):
     def evaluate(expression):
         return ask(session, "Runtime.evaluate", contextId=world, expression=expression,
                    returnByValue=True).get("result", {}).get("value")
-
-    def photograph(name, **options):
-        picture = ask(session, "Page.captureScreenshot", format="png", **options)
-        keep(name, base64.b64decode(picture.get("data", "")))
 
     frame = ask(session, "Page.getFrameTree")["frameTree"]["frame"]["id"]
     world = ask(session, "Page.createIsolatedWorld", frameId=frame, worldName="witness")["executionContextId"]
@@ -75,11 +77,11 @@ def look(session):
     if not %(takes_picture)r:
         pass
     elif (width, height) == (page["viewWidth"], page["viewHeight"]):
-        photograph("page.png")
+        photograph(session, "page.png")
     elif width * height <= %(limit)d and max(width, height) <= 16000:
         # The engine counts the places in such a picture from where the view begins.
         evaluate("scrollTo({left: %%d, top: 0, behavior: 'instant'})" %% page["left"])
-        photograph("page.png", captureBeyondViewport=True,
+        photograph(session, "page.png", captureBeyondViewport=True,
                    clip={"x": 0, "y": 0, "width": width, "height": height, "scale": 1})
     evaluate("scrollTo({left: 0, top: 0, behavior: 'instant'})")
     keep("page.json", json.dumps(page).encode())
@@ -87,18 +89,25 @@ def look(session):
 
 def take_note(call):
     global seen
-    if not seen and call.get("method") == "Runtime.callFunctionOn" and %(sign)r in call["params"]["functionDeclaration"]:
+    if seen or call.get("method") != "Runtime.callFunctionOn":
+        return True
+    script = call["params"]["functionDeclaration"]
+    if %(first_sign)r in script and %(takes_picture)r:
+        photograph(call["sessionId"], "view.png")
+    if %(sign)r in script:
         seen = True
         look(call["sessionId"])
     return True
 '''
 
-# The name by which the engine knows the tool's script that applies the style sheet.
+# The names by which the engine knows the tool's scripts that change the page: the first, and the one that applies the
+# style sheet.
+_FIRST_SIGN = "sourceURL=web2pdf/unrollScrollers.js"
 _SIGN = "sourceURL=web2pdf/applyPrintStyle.js"
 _LARGEST_PICTURE = 40_000_000
 
 
 def witness(folder, takes_picture=True):
     """A stand-in for the engine that writes what it saw into the folder, which anybody may write to."""
-    return between(_NOTE % {"folder": str(folder), "look": _LOOK, "sign": _SIGN, "limit": _LARGEST_PICTURE,
+    return between(_NOTE % {"folder": str(folder), "look": _LOOK, "first_sign": _FIRST_SIGN, "sign": _SIGN, "limit": _LARGEST_PICTURE,
                             "takes_picture": takes_picture})

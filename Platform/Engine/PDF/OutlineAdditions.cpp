@@ -36,6 +36,7 @@ std::vector<Entry> entriesOf(QPDF& document) {
 /// Entries of no heading go with the one before.
 void findHeadings(std::vector<Entry>& entries, const std::vector<OutlineHeading>& headings) {
     std::vector<std::string> texts;
+    texts.reserve(headings.size());
     for (const OutlineHeading& heading : headings) texts.push_back(heading.text);
     HeadingFinder finder(texts);
     std::size_t last = 0;

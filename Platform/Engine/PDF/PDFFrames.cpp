@@ -86,7 +86,7 @@ private:
     void takeMarkers(QPDFObjectHandle page, std::size_t number) {
         if (!page.getKey("/Annots").isArray()) return;
         QPDFObjectHandle kept = QPDFObjectHandle::newArray();
-        for (QPDFObjectHandle annotation : page.getKey("/Annots").aitems()) {
+        for (const QPDFObjectHandle& annotation : page.getKey("/Annots").aitems()) {
             if (!takeMarker(annotation, number)) kept.appendItem(annotation);
         }
         page.replaceKey("/Annots", kept);

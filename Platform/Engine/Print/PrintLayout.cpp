@@ -227,8 +227,8 @@ PrintPlan sheetsPlan(const PageMeasurements& m, const Paper& paper) {
     return plan;
 }
 
-// The engine repeats the heads and feet of tables on each sheet where they are not to be broken, which it says
-// itself for the media type of print only.
+// The engine repeats the heads and feet of tables on each sheet where they are not to be broken, which it
+// says itself for the media type of print only.
 void addRepeatedHeads(StyleSheet& sheet) {
     StyleRule heads("thead,tfoot");
     heads.add("break-inside", "avoid");

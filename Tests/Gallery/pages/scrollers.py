@@ -6,7 +6,7 @@ from webarchive import Archive, HTML, Resource
 
 FULL = "html,body{height:100%;margin:0;overflow:hidden}"
 TEXT = paragraphs(40)
-BREAKS = "what stands below the text goes with it, sheet by sheet"
+GROWN = {"view_differs": "what stands below the box, or ends with it, goes to its new end"}
 HEADER = "<header>header</header>"
 FOOTER = "<footer>footer</footer>"
 BARS = "header,footer{background:#36c;color:#fff;height:40px;flex:none}"
@@ -25,7 +25,7 @@ def framed(html):
 
 PAGES = [
     application("column", "Header, a box that scrolls, footer", f"<div id=app>{HEADER}<main>{TEXT}</main>{FOOTER}</div>",
-                "#app{height:100vh;display:flex;flex-direction:column}main{flex:1;overflow:auto;min-height:0}"),
+                "#app{height:100vh;display:flex;flex-direction:column}main{flex:1;overflow:auto;min-height:0}", **GROWN),
     application("percent", "Heights in per cent all the way down", f"<div id=app><main>{TEXT}</main></div>",
                 "#app,main{height:100%}main{overflow-y:scroll}", size=(612, 2576)),
     application("menu", "A box that scrolls beside a menu",
@@ -35,7 +35,7 @@ PAGES = [
                 f"<div id=app><nav>{blocks(12)}</nav><main>{TEXT}</main></div>",
                 "#app{height:100vh;display:flex}nav{width:300px;background:#cdf;overflow:auto}main{flex:1;overflow:auto}"),
     application("grid", "Rows of a grid", f"<div id=app>{HEADER}<main>{TEXT}</main>{FOOTER}</div>",
-                "#app{height:100vh;display:grid;grid-template-rows:auto minmax(0,1fr) auto}main{overflow:auto}"),
+                "#app{height:100vh;display:grid;grid-template-rows:auto minmax(0,1fr) auto}main{overflow:auto}", **GROWN),
     application("absolute", "A box at all edges of the view", f"{HEADER}<main>{TEXT}</main>",
                 "main{position:absolute;inset:40px 0 0 0;overflow:auto;background:#eef}"),
     application("from-below", "A box at the view's bottom", f"{HEADER}<main>{TEXT}</main>",
@@ -47,10 +47,10 @@ PAGES = [
     page("body", "The body scrolls, the root does not", TEXT,
          style="html{height:100%;overflow:hidden}body{height:100%;overflow:auto;margin:0;background:#fee}"),
     application("nested", "A box that scrolls in a box that scrolls", f"<div id=app><main>{TEXT}</main>{FOOTER}</div>",
-                "#app{height:100vh;overflow:auto}main{height:90vh;overflow:auto}"),
+                "#app{height:100vh;overflow:auto}main{height:90vh;overflow:auto}", **GROWN),
     application("clipped", "Boxes around it that clip", f"<div id=app><div class=i><main>{TEXT}</main></div></div>",
                 "#app{height:100vh;overflow:hidden}.i{height:95vh;max-height:95vh;overflow:hidden;border-radius:20px;background:#eef}"
-                "main{height:100%;overflow:auto}"),
+                "main{height:100%;overflow:auto}", **GROWN),
     application("margins", "Margins stay inside a box that no longer scrolls",
                 f"<main><h1>title</h1>{TEXT}</main>", "main{height:100vh;overflow:auto;background:#eef}h1{margin:50px 0}"),
     application("cut-off", "A box whose scroll bar was lost when the page was saved", f"<div id=app>{HEADER}<main>{TEXT}</main></div>",

@@ -129,7 +129,7 @@ Pictures picturesOf(const QPDFObjectHandle& page) {
     return pictures;
 }
 
-bool isEmpty(QPDFObjectHandle page, const Pictures& background, double margin) {
+bool isEmpty(const QPDFObjectHandle& page, const Pictures& background, double margin) {
     QPDFObjectHandle box = QPDFPageObjectHelper(page).getMediaBox();
     if (!box.isRectangle()) return false;
     const Box sheet = box.getArrayAsRectangle();

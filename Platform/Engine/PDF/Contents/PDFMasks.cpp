@@ -39,7 +39,7 @@ bool inverts(QPDFObjectHandle function) {
     return std::string_view(reinterpret_cast<const char*>(data->getBuffer()), data->getSize()) == inversion;
 }
 
-bool hasInvertedMask(QPDFObjectHandle state) {
+bool hasInvertedMask(const QPDFObjectHandle& state) {
     QPDFObjectHandle mask = subdictionary(state, "/SMask");
     return boxOf(mask.getKey("/G")) && mask.getKey("/S").isNameAndEquals("/Alpha") &&
            inverts(mask.getKey("/TR"));
@@ -83,9 +83,9 @@ public:
     }
 
 private:
-    void resolve(QPDFObjectHandle owner) {
+    void resolve(const QPDFObjectHandle& owner) {
         std::map<std::string, Box> blind;
-        for (auto [name, state] : subdictionary(resourcesOf(owner), "/ExtGState").ditems()) {
+        for (const auto& [name, state] : subdictionary(resourcesOf(owner), "/ExtGState").ditems()) {
             if (const std::optional<Box> box = resolveState(state)) blind[name] = *box;
         }
         if (!blind.empty()) removeUnseen(owner, blind);
@@ -125,7 +125,7 @@ private:
 
     /// Removes forms that are drawn at once after such a mask has been set, in the same coordinates and
     /// within its box.
-    void removeUnseen(QPDFObjectHandle owner, const std::map<std::string, Box>& blind) {
+    void removeUnseen(const QPDFObjectHandle& owner, const std::map<std::string, Box>& blind) {
         QPDFObjectHandle forms = subdictionary(resourcesOf(owner), "/XObject");
         std::string contents;
         bool hasChanged = false;
