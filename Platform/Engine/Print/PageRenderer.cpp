@@ -10,6 +10,13 @@
 
 namespace qrv::engine {
 
+namespace {
+
+// Below the world's patience, so that the page is not taken for one that does not answer.
+constexpr std::chrono::milliseconds unrollingLimit{1500};
+
+} // namespace
+
 PageRenderer::PageRenderer(DevToolsClient& devTools, NSRunLoop& loop, std::string session, PageWorld& world)
     : devTools_(devTools), session_(std::move(session)), world_(world), readiness_(world_, loop) {}
 
@@ -38,7 +45,8 @@ std::optional<PageMeasurements> PageRenderer::measure(NSSize view, Mode mode) {
     settle(view);
     setViewMetrics(world_, view, readiness_.density());
     world_.call(scripts::standStill);
-    if (unrollsScrollers_) world_.call(scripts::unrollScrollers, {mode == Mode::sheets});
+    if (unrollsScrollers_)
+        world_.call(scripts::unrollScrollers, {mode == Mode::sheets, unrollingLimit.count()});
     const std::optional<Json> answer = world_.call(scripts::measure);
     return answer ? std::optional(pageMeasurementsFromJson(*answer)) : std::nullopt;
 }

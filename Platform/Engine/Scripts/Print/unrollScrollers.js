@@ -1,8 +1,11 @@
 // Has boxes that scroll show all that they hold. On a page that does not scroll itself, those that fill most of the view
 // grow in both modes, and so does whatever would clip them. On sheets, where nothing scrolls, others do, too: they grow,
 // or wrap lines of preformatted text, or show tables smaller; but for those whose growth would cover what is below, and
-// for pictures to leaf through.
-(isForSheets) => {
+// for pictures to leaf through. Each box that grows has the page laid out anew: after `limit` milliseconds the others
+// stay as they are.
+(isForSheets, limit) => {
+    const end = performance.now() + limit;
+    const inTime = () => performance.now() < end;
     const rectOf = (box) => Element.prototype.getBoundingClientRect.call(box);
     const set = (box, values) => {
         for (const name in values) styleOf(box)?.setProperty(name, values[name], 'important');
@@ -70,14 +73,15 @@
         set(box, { height: 'auto' });
         if (!(box instanceof HTMLIFrameElement || box instanceof HTMLTextAreaElement)) unclip(box);
         setLeastHeight(box, height + hidden / box.currentCSSZoom);
-        around.forEach((one, index) => {
+        for (const [index, one] of around.entries()) {
             const more =
                 elementProperty('scrollHeight', one) - elementProperty('clientHeight', one) - before[index];
-            if (more <= 1) return;
+            if (more <= 1) continue;
+            if (!inTime()) break;
             setLeastHeight(one, heightOf(one) + more / one.currentCSSZoom);
             leaveColumn(one);
             unclip(one);
-        });
+        }
     };
 
     const isWiderInside = (box) =>
@@ -104,7 +108,10 @@
     };
 
     const tree = displayedTree();
-    for (const box of fillingScrollers(tree)) grow(box, unseenDown(box));
+    for (const box of fillingScrollers(tree)) {
+        if (!inTime()) break;
+        grow(box, unseenDown(box));
+    }
     if (!isForSheets) return;
     const others = tree.filter(
         (box) =>
@@ -113,10 +120,12 @@
             isDisplayed(box),
     );
     for (const box of others.filter(isWiderInside)) {
+        if (!inTime()) break;
         wrapLines(box);
         shrinkTable(box);
     }
     for (const box of others) {
+        if (!inTime()) break;
         if (scrollableDown(box) > 0 && !hangsAlone(box)) grow(box, scrollableDown(box));
     }
 };

@@ -10,7 +10,7 @@ class UnrollScrollersTest : public ScriptPageTest {
 protected:
     enum Mode { onScreen, onSheets };
 
-    void unroll(Mode mode) { answer(scripts::unrollScrollers, {mode == onSheets}); }
+    void unroll(Mode mode, int limit = 2000) { answer(scripts::unrollScrollers, {mode == onSheets, limit}); }
 
     double height(const std::string& selector) {
         return evaluate("document.querySelector('" + selector + "').getBoundingClientRect().height").number();
@@ -133,6 +133,15 @@ TEST_F(UnrollScrollersTest, TablesAreShownSmaller) {
         evaluate("document.querySelector('div').scrollWidth - document.querySelector('div').clientWidth")
             .number(),
         1);
+}
+
+TEST_F(UnrollScrollersTest, WhatIsNotReachedInTimeStays) {
+    show("<!DOCTYPE html><style>.s{height:100px;overflow:auto}.s div{height:900px}</style>"
+         "<div class=s><div></div></div><pre style='overflow:auto'>" +
+         std::string(500, 'x') + "</pre>");
+    const std::string before = evaluate("document.documentElement.outerHTML").string();
+    unroll(onSheets, 0);
+    EXPECT_EQ(evaluate("document.documentElement.outerHTML").string(), before);
 }
 
 TEST_F(UnrollScrollersTest, APageWithoutBoxesThatScrollIsNotTouched) {
