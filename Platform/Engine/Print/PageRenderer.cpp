@@ -48,7 +48,17 @@ std::optional<PageMeasurements> PageRenderer::measure(NSSize view, Mode mode) {
     if (unrollsScrollers_)
         world_.call(scripts::unrollScrollers, {mode == Mode::sheets, unrollingLimit.count()});
     const std::optional<Json> answer = world_.call(scripts::measure);
-    return answer ? std::optional(pageMeasurementsFromJson(*answer)) : std::nullopt;
+    if (!answer) return std::nullopt;
+    PageMeasurements measured = pageMeasurementsFromJson(*answer);
+    documentHeight_ = documentHeight(measured);
+    return measured;
+}
+
+/// Long pages take their time whatever is painted.
+std::chrono::milliseconds PageRenderer::costlyPrintLimit() const {
+    constexpr double pixelsPerMillisecond = 20;
+    return costlyPrintLimit_ +
+           std::chrono::milliseconds(static_cast<long long>(documentHeight_ / pixelsPerMillisecond));
 }
 
 const std::optional<PageMeasurements>& PageRenderer::measureOnScreen() {
@@ -108,7 +118,7 @@ std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
                                                              {"pageRanges", plan.pageRanges},
                                                              {"generateTaggedPDF", plan.isStructured},
                                                              {"generateDocumentOutline", plan.isStructured}}),
-                                               isCostly ? costlyPrintLimit_ : printLimit_);
+                                               isCostly ? costlyPrintLimit() : printLimit_);
     // Another plan would take as long.
     if (reply.status == DevToolsReply::Status::timedOut) {
         needsLessPaint_ = isCostly;

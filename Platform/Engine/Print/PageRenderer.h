@@ -56,7 +56,7 @@ public:
     bool needsLessPaint() const { return needsLessPaint_; }
 
     /// How long the engine may take to print a page of which a higher level would leave something out; eight
-    /// seconds unless set.
+    /// seconds unless set, and one more for each 20,000 px of its height.
     void setCostlyPrintLimit(std::chrono::milliseconds limit) { costlyPrintLimit_ = limit; }
 
     /// How long the engine may take to print; ten minutes unless set. 200,000 px take a third of a second.
@@ -72,6 +72,7 @@ private:
     const std::optional<PageMeasurements>& measureOnScreen();
     enum class Mode { screen, sheets };
     std::optional<PageMeasurements> measure(NSSize view, Mode mode);
+    std::chrono::milliseconds costlyPrintLimit() const;
     NSData print(const PrintPlan& plan, const PrintPlan& plain);
     std::optional<NSData> attempt(const PrintPlan& plan);
     NSData edited(const NSData& pdf, const PrintPlan& plan, const DocumentDescription& document) const;
@@ -87,6 +88,7 @@ private:
     bool unrollsScrollers_ = true;
     int paintLevel_ = 0;
     bool needsLessPaint_ = false;
+    double documentHeight_ = 0; // px, as measured last
     std::chrono::milliseconds costlyPrintLimit_ = std::chrono::seconds(8);
     std::chrono::milliseconds printLimit_ = std::chrono::minutes(10);
     LinkMapping linkMapping_;

@@ -61,7 +61,7 @@ function scrolledHeight() {
 /** The height of a view in which all of the document is seen, px: that of its overflow, or of the box in it that a
  * reader scrolls in its stead. */
 function documentHeight() {
-    const hidden = fillingScrollers(displayedTree()).map(unseenDown);
+    const hidden = fillingScrollers().map(unseenDown);
     return Math.max(scrolledHeight(), innerHeight + Math.max(0, ...hidden));
 }
 
@@ -170,12 +170,12 @@ function unseenDown(box) {
 
 /** Of a document that does not scroll itself: the boxes in which it scrolls, as high as most of the view, outer ones
  * first. */
-function fillingScrollers(tree) {
+function fillingScrollers() {
     const scrollsALittle = 1.1;
     const leastHeight = 0.5;
     const leastArea = 0.3;
     if (scrolledHeight() > innerHeight * scrollsALittle) return [];
-    return tree.filter((box) => {
+    return displayedTree().filter((box) => {
         if (box === scroller() || unseenDown(box) === 0 || !isDisplayed(box)) return false;
         const { left, top, right, bottom } = Element.prototype.getBoundingClientRect.call(box);
         const width = Math.min(right, innerWidth) - Math.max(left, 0);

@@ -13,12 +13,8 @@
             (node) => isText(node) && read(CharacterData, 'data', node).trim() !== '',
         );
     // Lines under, over and through text are drawn with the text of all that is inside.
-    const decorated = new Set();
-    const isDecorated = (box, style) => {
-        const is = style.textDecorationLine !== 'none' || decorated.has(parentOf(box));
-        if (is) decorated.add(box);
-        return is;
-    };
+    const isDecorated = (box) =>
+        [box, ...ancestorsOf(box)].some((one) => getComputedStyle(one).textDecorationLine !== 'none');
     const withoutBlur = (shadows) => {
         // Each is a colour and lengths: two offsets, the blur, and the spread of a box's shadow.
         return shadows.replace(/(-?[\d.]+px) (-?[\d.]+px) [\d.]+px/g, '$1 $2 0px');
@@ -27,8 +23,8 @@
     let hasCostly = false;
     for (const box of displayedTree()) {
         const style = getComputedStyle(box);
-        const decorates = isDecorated(box, style);
-        if (decorates && style.textShadow !== 'none' && style.opacity === '1' && hasText(box)) {
+        const isShaded = style.textShadow !== 'none' && style.opacity === '1' && hasText(box);
+        if (isShaded && isDecorated(box)) {
             set(box, { opacity: nearlyOpaque });
         }
         if (level >= 1) {

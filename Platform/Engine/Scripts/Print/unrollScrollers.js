@@ -107,13 +107,12 @@
         }
     };
 
-    const tree = displayedTree();
-    for (const box of fillingScrollers(tree)) {
+    for (const box of fillingScrollers()) {
         if (!inTime()) break;
         grow(box, unseenDown(box));
     }
     if (!isForSheets) return;
-    const others = tree.filter(
+    const others = displayedTree().filter(
         (box) =>
             (isWiderInside(box) || scrollableDown(box) > 0) &&
             getComputedStyle(box).scrollSnapType === 'none' &&
