@@ -54,7 +54,7 @@ PAGES = [
          style="html{scroll-behavior:smooth}body{margin:0}"),
     page("scroller-inside", "A scrolling box with its content scrolled", "<div id=s>" + blocks(10) + "</div><p>after" +
          "<script>s.scrollTop = 350</script>", style="body{margin:0}#s{height:300px;overflow:auto}",
-         words=["after", "block4"], shifts_words="what is scrolled away is not there"),
+         words=["after", "block4"], shifts_words="the box grows and shows what was scrolled away"),
     page("anchored", "A box placed by an anchor", "<div id=a>anchor</div><div id=b>tip</div>" + blocks(6),
          style="body{margin:0}#a{anchor-name:--a;width:120px;margin:60px;background:#fc8}"
                "#b{position:absolute;position-anchor:--a;top:anchor(bottom);left:anchor(left);background:#8cf}"),
