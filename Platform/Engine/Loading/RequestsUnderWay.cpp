@@ -2,6 +2,16 @@
 
 namespace qrv::engine {
 
+namespace {
+
+/// Belongs to no document that is being loaded. Its end is not told if it cannot be had.
+bool isScriptOfSharedWorker(const Json& event) {
+    return event["loaderId"].isString() && event["loaderId"].stringView().empty() &&
+           event["documentURL"].stringView() == event["request"]["url"].stringView();
+}
+
+} // namespace
+
 void RequestsUnderWay::attach(DevToolsClient& devTools, const std::string& session) {
     const auto listen = [&](const char* method, DevToolsClient::EventHandler handler) {
         subscriptions_.push_back(devTools.listen(session, method, std::move(handler)));
@@ -16,6 +26,7 @@ void RequestsUnderWay::attach(DevToolsClient& devTools, const std::string& sessi
 void RequestsUnderWay::willBeSent(const Json& event) {
     const std::string type = event["type"].string();
     if (type == "Media" || type == "EventSource" || type == "Ping") return;
+    if (type == "Script" && isScriptOfSharedWorker(event)) return;
     frames_[event["requestId"].string()] = event["frameId"].string();
 }
 

@@ -16,7 +16,8 @@ public:
     void attach(DevToolsClient& devTools, const std::string& session);
 
     /// Whether everything requested has arrived or failed. Video and sound do not count, since they may
-    /// arrive for as long as they play, nor do the requests of frames that are gone.
+    /// arrive for as long as they play, nor do shared workers' scripts and the requests of frames that are
+    /// gone.
     bool isEmpty() const { return frames_.empty(); }
 
     /// How many requests have ended.

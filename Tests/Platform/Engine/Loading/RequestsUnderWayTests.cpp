@@ -56,6 +56,25 @@ TEST_F(RequestsUnderWayTest, VideoAndSoundMayArriveForEver) {
     EXPECT_EQ(requests_.ended(), 1u);
 }
 
+TEST_F(RequestsUnderWayTest, ScriptsOfSharedWorkersHaveNoEnd) {
+    const auto ask = [this](const char* request, const char* loader, const char* document) {
+        emit("Network.requestWillBeSent",
+             Json::object({{"requestId", request},
+                           {"type", "Script"},
+                           {"frameId", "M"},
+                           {"loaderId", loader},
+                           {"documentURL", document},
+                           {"request", Json::object({{"url", "https://a.example/script.js"}})}}));
+    };
+    ask("1", "", "https://a.example/script.js");
+    EXPECT_TRUE(requests_.isEmpty());
+    ask("2", "", "https://a.example/");
+    EXPECT_FALSE(requests_.isEmpty());
+    finish("2");
+    ask("3", "L", "https://a.example/script.js");
+    EXPECT_FALSE(requests_.isEmpty());
+}
+
 TEST_F(RequestsUnderWayTest, AFramesRequestsGoWithItsPage) {
     begin("1", "Image", "F");
     begin("2", "Image", "G");
