@@ -28,6 +28,11 @@ function styleOf(element) {
     return declaring && read(declaring, 'style', element);
 }
 
+/** Sets declarations that no style sheet of the page can overrule. */
+function set(element, values) {
+    for (const name in values) styleOf(element)?.setProperty(name, values[name], 'important');
+}
+
 /** The elements right in an element. */
 function elementsIn(element) {
     return [...elementProperty('children', element)];
@@ -63,6 +68,11 @@ function scrolledHeight() {
 function documentHeight() {
     const hidden = fillingScrollers().map(unseenDown);
     return Math.max(scrolledHeight(), innerHeight + Math.max(0, ...hidden));
+}
+
+/** Settled when the page has been laid out and painted once more. */
+function nextFrame() {
+    return new Promise((done) => requestAnimationFrame(() => setTimeout(done, 0)));
 }
 
 function scrollToTop(top) {

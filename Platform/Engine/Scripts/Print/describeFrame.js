@@ -27,8 +27,7 @@
         return isInside ? { left: across, top: down } : {};
     };
     const headings = 'h1,h2,h3,h4,h5,h6,[role="heading"]';
-    const isSeen = (element) =>
-        Element.prototype.checkVisibility.call(element, { visibilityProperty: true }) && element.innerText;
+    const isSeen = (element) => isDisplayed(element) && element.innerText;
     const levelOf = (heading) =>
         Number(/^h([1-6])$/.exec(heading.localName)?.[1] || attribute(heading, 'aria-level') || 2);
     const contents = query(`${headings},iframe,frame,object,embed`).flatMap((element) => {

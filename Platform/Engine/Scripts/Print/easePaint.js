@@ -3,9 +3,6 @@
 // nothing that is seen. `level` leaves out more: at 1 blurs, filters and masks, at 2 shadows as well. Answers whether
 // there is anything left that a higher level would leave out.
 (level) => {
-    const set = (box, values) => {
-        for (const name in values) styleOf(box)?.setProperty(name, values[name], 'important');
-    };
     const nearlyOpaque = '0.999';
     const isText = (node) => read(Node, 'nodeType', node) === Node.TEXT_NODE;
     const hasText = (box) =>

@@ -3,10 +3,6 @@
 // which the engine draws around each part and over its lines, become shadows, and pictures as borders, which it draws
 // around each part as well, get room there.
 () => {
-    const set = (box, values) => {
-        for (const name in values)
-            read(HTMLElement, 'style', box).setProperty(name, values[name], 'important');
-    };
     const partOfTheView = 0.25;
     const mayBeBroken = (box) =>
         Element.prototype.getBoundingClientRect.call(box).height > innerHeight * partOfTheView;

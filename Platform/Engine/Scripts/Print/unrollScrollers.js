@@ -7,9 +7,6 @@
     const end = performance.now() + limit;
     const inTime = () => performance.now() < end;
     const rectOf = (box) => Element.prototype.getBoundingClientRect.call(box);
-    const set = (box, values) => {
-        for (const name in values) styleOf(box)?.setProperty(name, values[name], 'important');
-    };
     const px = (text) => parseFloat(text) || 0;
     // Rectangles are in the view's pixels, lengths of styles in those of the element's own zoom.
     const heightOf = (box) => rectOf(box).height / box.currentCSSZoom;
@@ -125,6 +122,6 @@
     }
     for (const box of others) {
         if (!inTime()) break;
-        if (scrollableDown(box) > 0 && !hangsAlone(box)) grow(box, scrollableDown(box));
+        if (!hangsAlone(box)) grow(box, scrollableDown(box));
     }
 };

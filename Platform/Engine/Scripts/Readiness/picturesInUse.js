@@ -17,8 +17,7 @@
             found.add(address.replace(/\\(.)/g, '$1'));
         }
     };
-    const boxes = trees()
-        .flatMap((content) => query('*', content))
+    const boxes = displayedTree()
         .filter((element) => Element.prototype.checkVisibility.call(element))
         .slice(0, 5000);
     for (const element of boxes) {

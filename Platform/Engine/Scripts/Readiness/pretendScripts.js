@@ -14,9 +14,7 @@
     for (const content of trees()) {
         visitRules(content, (sheetOrRule) => sheetOrRule.media && pretend(sheetOrRule.media));
         for (const element of query('noscript', content)) {
-            if (element instanceof HTMLElement) {
-                read(HTMLElement, 'style', element).setProperty('display', 'none', 'important');
-            }
+            set(element, { display: 'none' });
         }
     }
 };

@@ -6,7 +6,6 @@
     const patience = 300;
     const end = performance.now() + limit;
     const after = (time) => new Promise((done) => setTimeout(done, time));
-    const frame = () => new Promise((done) => requestAnimationFrame(() => setTimeout(done, 0)));
     // Images that wait carry their address in some attribute of data for scripts.
     const isWaiting = (image) =>
         (image.naturalWidth <= 1 || image.currentSrc.startsWith('data:')) &&
@@ -24,12 +23,12 @@
     };
     const reveal = async () => {
         scrollToTop(0);
-        await frame();
+        await nextFrame();
         await tell();
         for (let step = 1; step < steps && step * innerHeight < documentHeight(); ++step) {
             if (performance.now() > end) break;
             scrollToTop(step * innerHeight);
-            await frame();
+            await nextFrame();
             await tell();
         }
         scrollToTop(0);

@@ -155,7 +155,7 @@ TEST_F(UnrollScrollersTest, APageWithoutBoxesThatScrollIsNotTouched) {
 TEST_F(UnrollScrollersTest, APageWithoutARootHasNothingToUnroll) {
     show("<!DOCTYPE html><script>document.documentElement.remove()</script>");
     unroll(onSheets);
-    EXPECT_FALSE(evaluate("!!document.documentElement").boolean(true));
+    EXPECT_TRUE(log_.empty()) << log_.front();
 }
 
 } // namespace
