@@ -48,17 +48,15 @@ std::optional<PageMeasurements> PageRenderer::measure(NSSize view, Mode mode) {
     if (unrollsScrollers_)
         world_.call(scripts::unrollScrollers, {mode == Mode::sheets, unrollingLimit.count()});
     const std::optional<Json> answer = world_.call(scripts::measure);
-    if (!answer) return std::nullopt;
-    PageMeasurements measured = pageMeasurementsFromJson(*answer);
-    documentHeight_ = documentHeight(measured);
-    return measured;
+    return answer ? std::optional(pageMeasurementsFromJson(*answer)) : std::nullopt;
 }
 
 /// Long pages take their time whatever is painted.
-std::chrono::milliseconds PageRenderer::costlyPrintLimit() const {
+std::chrono::milliseconds PageRenderer::limitFor(const PrintPlan& plan, bool isCostly) const {
+    if (!isCostly) return printLimit_;
     constexpr double pixelsPerMillisecond = 20;
     return costlyPrintLimit_ +
-           std::chrono::milliseconds(static_cast<long long>(documentHeight_ / pixelsPerMillisecond));
+           std::chrono::milliseconds(static_cast<long long>(plan.documentHeight / pixelsPerMillisecond));
 }
 
 const std::optional<PageMeasurements>& PageRenderer::measureOnScreen() {
@@ -118,7 +116,7 @@ std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
                                                              {"pageRanges", plan.pageRanges},
                                                              {"generateTaggedPDF", plan.isStructured},
                                                              {"generateDocumentOutline", plan.isStructured}}),
-                                               isCostly ? costlyPrintLimit() : printLimit_);
+                                               limitFor(plan, isCostly));
     // Another plan would take as long.
     if (reply.status == DevToolsReply::Status::timedOut) {
         needsLessPaint_ = isCostly;

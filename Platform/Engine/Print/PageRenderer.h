@@ -72,7 +72,7 @@ private:
     const std::optional<PageMeasurements>& measureOnScreen();
     enum class Mode { screen, sheets };
     std::optional<PageMeasurements> measure(NSSize view, Mode mode);
-    std::chrono::milliseconds costlyPrintLimit() const;
+    std::chrono::milliseconds limitFor(const PrintPlan& plan, bool isCostly) const;
     NSData print(const PrintPlan& plan, const PrintPlan& plain);
     std::optional<NSData> attempt(const PrintPlan& plan);
     NSData edited(const NSData& pdf, const PrintPlan& plan, const DocumentDescription& document) const;
@@ -88,7 +88,6 @@ private:
     bool unrollsScrollers_ = true;
     int paintLevel_ = 0;
     bool needsLessPaint_ = false;
-    double documentHeight_ = 0; // px, as measured last
     std::chrono::milliseconds costlyPrintLimit_ = std::chrono::seconds(8);
     std::chrono::milliseconds printLimit_ = std::chrono::minutes(10);
     LinkMapping linkMapping_;

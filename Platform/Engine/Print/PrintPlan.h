@@ -28,6 +28,7 @@ struct PrintPlan {
 
     // Where the document is on the printed pages; the engine's destinations do not take it into account.
 
+    double documentHeight = 0;     ///< CSS px
     double viewportPageLength = 0; ///< CSS px of the first page that is not kept
     double pageLength = 0;         ///< CSS px of the document on one page; 0 for documents of vertical text
     double pageMargin = 0;         ///< points
