@@ -7,6 +7,7 @@ find_package(Boost 1.81 REQUIRED COMPONENTS json)
 find_package(ICU 72 REQUIRED COMPONENTS uc i18n data)
 find_package(EXPAT REQUIRED)
 pkg_check_modules(QPDF REQUIRED IMPORTED_TARGET libqpdf)
+pkg_check_modules(SECCOMP REQUIRED IMPORTED_TARGET libseccomp)
 # The headers ask for a choice: standard smart pointers only.
 target_compile_definitions(PkgConfig::QPDF INTERFACE POINTERHOLDER_TRANSITION=4)
 find_library(PAPER_LIBRARY paper REQUIRED)
