@@ -28,6 +28,12 @@ class TextTests(ToolTestCase):
         self.assert_text(main_resource(SITE + "a.txt", "PlainText <b>not bold</b>", "text/plain"),
                          "PlainText", "<b>not bold</b>")
 
+    def test_text_with_control_characters(self):
+        for character in ("\x00", "\x1a", "\x7f\x01"):
+            with self.subTest(repr(character)):
+                self.assert_text(main_resource(SITE + "a.txt", f"Before{character}\nAfter", "text/plain"),
+                                 "Before", "After")
+
     def test_long_text(self):
         lines = [f"Line{number:04d}" for number in range(400)]
         self.assert_text(main_resource(SITE + "a.txt", "\n".join(lines), "text/plain"), *lines)

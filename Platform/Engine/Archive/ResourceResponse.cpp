@@ -27,8 +27,11 @@ std::string contentType(const WebResource& resource, bool isDocument) {
 
 Json responseHeaders(const WebResource& resource, const ResourceRequest& request) {
     std::vector<Json> headers;
-    if (const std::string type = contentType(resource, request.isDocument); !type.empty()) {
-        headers.push_back(header("Content-Type", type));
+    const std::string type = contentType(resource, request.isDocument);
+    if (!type.empty()) headers.push_back(header("Content-Type", type));
+    // One control character would make a download of a text.
+    if (request.isDocument && MIMEType(type).text() == "text/plain") {
+        headers.push_back(header("X-Content-Type-Options", "nosniff"));
     }
     // Fonts, modules and fetched data from other origins were allowed when the page was saved.
     headers.push_back(header("Access-Control-Allow-Origin", request.origin.empty() ? "*" : request.origin));

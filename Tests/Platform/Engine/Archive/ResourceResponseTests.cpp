@@ -105,6 +105,18 @@ TEST(ResourceResponse, DocumentsOverHTTPSAskForTheirFramesOverHTTPS) {
     EXPECT_EQ(policy("file:///h", true), "");
 }
 
+TEST(ResourceResponse, TextsAreTextsWhateverTheyHold) {
+    const auto options = [](const char16_t* type, bool isDocument) {
+        return headers(
+            resource(type, u"utf-8"),
+            {.url = "http://h/", .origin = {}, .isDocument = isDocument})["X-Content-Type-Options"];
+    };
+    EXPECT_EQ(options(u"text/plain", true), "nosniff");
+    EXPECT_EQ(options(u"text/csv", true), "nosniff");
+    EXPECT_EQ(options(u"text/html", true), "") << "its styles and scripts may have wrong types";
+    EXPECT_EQ(options(u"text/plain", false), "");
+}
+
 TEST(ResourceResponse, BodyIsBase64) {
     EXPECT_EQ(responseBody(NSData(std::string("\0\xFF"
                                               "a",
