@@ -5,7 +5,9 @@
 #include "Platform/Engine/Print/PrintLayout.h"
 #include "Platform/Engine/Print/ViewMetrics.h"
 #include "Platform/Foundation/Base64.h"
+#include "Platform/Logging/NSLog.h"
 
+#include <algorithm>
 #include <chrono>
 
 namespace qrv::engine {
@@ -14,6 +16,10 @@ namespace {
 
 // Below the world's patience, so that the page is not taken for one that does not answer.
 constexpr std::chrono::milliseconds unrollingLimit{1500};
+
+// The engine's time grows with the square of the sheets' number: 6,000 sheets take two minutes.
+constexpr double longestPrint = 12'000'000; // CSS px
+constexpr std::chrono::milliseconds longestTime = std::chrono::minutes(10);
 
 } // namespace
 
@@ -53,10 +59,10 @@ std::optional<PageMeasurements> PageRenderer::measure(NSSize view, Mode mode) {
 
 /// Long pages take their time whatever is painted.
 std::chrono::milliseconds PageRenderer::limitFor(const PrintPlan& plan, bool isCostly) const {
-    if (!isCostly) return printLimit_;
-    constexpr double pixelsPerMillisecond = 20;
-    return costlyPrintLimit_ +
-           std::chrono::milliseconds(static_cast<long long>(plan.documentHeight / pixelsPerMillisecond));
+    const double pixelsPerMillisecond = isCostly ? 20 : 10;
+    const std::chrono::milliseconds forHeight(
+        static_cast<long long>(plan.documentHeight / pixelsPerMillisecond));
+    return std::min((isCostly ? costlyPrintLimit_ : printLimit_) + forHeight, longestTime);
 }
 
 const std::optional<PageMeasurements>& PageRenderer::measureOnScreen() {
@@ -97,6 +103,10 @@ NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
 
 /// Nothing when the document cannot be printed by this plan; nil when it cannot be printed at all.
 std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
+    if (plan.isOnSheets && plan.documentHeight > longestPrint) {
+        NSLog(u"the page is %.0f px high, too high for sheets of paper", plan.documentHeight);
+        return NSData();
+    }
     const auto isApplied = world_.call(
         scripts::applyPrintStyle, {plan.styleSheet, plan.imageTarget, plan.imageSource, plan.imagesOnTop});
     if (!isApplied.value_or(Json()).boolean()) return std::nullopt;

@@ -59,7 +59,8 @@ public:
     /// seconds unless set, and one more for each 20,000 px of its height.
     void setCostlyPrintLimit(std::chrono::milliseconds limit) { costlyPrintLimit_ = limit; }
 
-    /// How long the engine may take to print; ten minutes unless set. 200,000 px take a third of a second.
+    /// How long the engine may take to print; 30 seconds unless set, and one more for each 10,000 px of the
+    /// page's height, ten minutes at most. 200,000 px take a third of a second.
     void setPrintLimit(std::chrono::milliseconds limit) { printLimit_ = limit; }
 
     /// The laid-out document in CSS pixels; zero when the page does not answer.
@@ -89,7 +90,7 @@ private:
     int paintLevel_ = 0;
     bool needsLessPaint_ = false;
     std::chrono::milliseconds costlyPrintLimit_ = std::chrono::seconds(8);
-    std::chrono::milliseconds printLimit_ = std::chrono::minutes(10);
+    std::chrono::milliseconds printLimit_ = std::chrono::seconds(30);
     LinkMapping linkMapping_;
     bool settled_ = false;
     std::optional<PageMeasurements> screen_; // what was measured in the view's size

@@ -39,7 +39,8 @@ public:
     Json description;
     std::vector<std::string> prints; // the page ranges asked for
     int measurements = 0;
-    int releases = 0; // of boxes
+    double height = 1000; // of the document, CSS px
+    int releases = 0;     // of boxes
     std::vector<std::string> unrollings;
 
 private:
@@ -70,8 +71,8 @@ private:
             ++measurements;
             value =
                 Json::object({{"view", Json::object({{"width", 612}, {"height", 792}})},
-                              {"scroll", Json::object({{"width", 612}, {"height", 1000}})},
-                              {"root", Json::object({{"isHtml", true}, {"width", 612}, {"height", 1000}})},
+                              {"scroll", Json::object({{"width", 612}, {"height", height}})},
+                              {"root", Json::object({{"isHtml", true}, {"width", 612}, {"height", height}})},
                               {"body", Json::object({{"exists", true}})}});
         }
         if (script == scripts::describe.source) value = description;
@@ -235,6 +236,18 @@ TEST_F(PageRendererTest, WhatTakesTooLongNeedsLessPaintIfThereIsMuch) {
     EXPECT_TRUE(renderer_.screenPDF().isNil());
     EXPECT_TRUE(renderer_.needsLessPaint());
     EXPECT_EQ(transport_.prints.size(), 1u);
+}
+
+TEST_F(PageRendererTest, WhatIsTooHighForSheetsIsNotPrintedOnThem) {
+    transport_.height = 12'000'001;
+    EXPECT_TRUE(renderer_.paginatedPDF({612, 792}, 36).isNil());
+    EXPECT_EQ(transport_.prints.size(), 0u);
+    EXPECT_FALSE(renderer_.screenPDF().isNil());
+}
+
+TEST_F(PageRendererTest, WhatIsJustNotTooHighForSheetsIsPrinted) {
+    transport_.height = 12'000'000;
+    EXPECT_FALSE(renderer_.paginatedPDF({612, 792}, 36).isNil());
 }
 
 TEST_F(PageRendererTest, WhatHasNoSuchPaintMayTakeLong) {
