@@ -2,7 +2,7 @@
 
 #include "Platform/Engine/Address/MIMEType.h"
 #include "Platform/Foundation/NSRunLoop.h"
-#include "Platform/PDFKit/PDFFile.h"
+#include "Platform/PDFKit/ConfinedPDF.h"
 
 namespace qrv::engine {
 
@@ -49,7 +49,7 @@ private:
         client_.loadFinished(mainFrame);
     }
 
-    NSData file() const { return isReadablePDF(resource_.data()) ? resource_.data() : NSData(); }
+    NSData file() const { return mayBeReadablePDF(resource_.data()) ? resource_.data() : NSData(); }
 
     PageClient& client_;
     WebResource resource_;

@@ -9,14 +9,14 @@
 //         document->writeToFile(url.path());
 //     }
 //
-// One thread at a time may use a document.
+// What the PDF library does with the file's bytes happens in confined children. One thread at a time may use
+// a document.
 
+#include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSDictionary.h"
 #include "Platform/Foundation/NSURL.h"
 
 #include <memory>
-
-class QPDF;
 
 namespace qrv {
 
@@ -34,13 +34,14 @@ class PDFDocument {
 public:
     // - initWithURL:
     /// Reads the file at once. Returns null if the URL is no file URL, or if the file cannot be read, is no
-    /// PDF, is encrypted or is damaged (damage is not repaired).
+    /// PDF, is encrypted or is damaged (damage is not repaired), and if it is too much for its limits, which
+    /// is logged.
     static std::unique_ptr<PDFDocument> initWithURL(const NSURL& url);
 
     // - documentAttributes
     /// The entries of the document information that are texts, names or dates; a date in an unusual form is
     /// returned as text. Empty if there are none, never nil.
-    NSDictionary documentAttributes() const;
+    const NSDictionary& documentAttributes() const { return attributes_; }
 
     // - setDocumentAttributes:
     /// Removes entries that are missing from the dictionary; entries equal to those of `documentAttributes`
@@ -51,13 +52,15 @@ public:
 
     // - writeToFile:
     /// Replaces the file in one step. Returns false, and leaves an existing file untouched, if it cannot be
-    /// written or the document turns out to be damaged.
+    /// written or the document turns out to be damaged or too much for its limits, which is logged.
     bool writeToFile(const NSString& path) const;
 
 private:
-    explicit PDFDocument(std::shared_ptr<QPDF> file);
+    PDFDocument(NSData bytes, const NSDictionary& attributes);
 
-    std::shared_ptr<QPDF> file_;
+    NSData bytes_;
+    NSDictionary attributesInFile_;
+    NSDictionary attributes_;
 };
 
 } // namespace qrv

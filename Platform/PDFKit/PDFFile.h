@@ -1,6 +1,7 @@
 #pragma once
 
-// Opens, writes and judges whole PDF files through the PDF library.
+// Opens, writes and judges whole PDF files through the PDF library. A file can make it crash, or take all
+// memory: these operations belong into a confined child (see ConfinedPDF.h).
 
 #include "Platform/Foundation/NSData.h"
 

@@ -3,6 +3,7 @@
 #include "Platform/AppKit/NSPrintInfo.h"
 #include "Platform/AppKit/NSPrintOperation.h"
 #include "Platform/Foundation/NSProcessInfo.h"
+#include "Platform/Logging/NSLog.h"
 #include "Platform/PDFKit/PDFDocument.h"
 #include "QRVFoundation/Source/NSError+QRV.h"
 #include "QRVFoundation/Source/NSString+QRVBasics/NSString+QRVFilesBasics.h"
@@ -134,17 +135,19 @@ void PDFLoader::printToFile(NSView* documentView, const NSString& path) const {
     operation.runOperation();
 }
 
-/// Leaves a file untouched that is no readable PDF.
+/// Leaves a file untouched that is no readable PDF, and says so: somebody may look for its attributes.
 void PDFLoader::setAttributesOfPDF(const NSString& path) const {
     const auto document = PDFDocument::initWithURL(NSURL::fileURLWithPath(path));
-    if (!document) return;
-    NSMutableDictionary attributes = document->documentAttributes().mutableCopy();
-    attributes.setObject_forKey(NSString(u"Quillvane"), NSString(PDFDocumentCreatorAttribute));
-    attributes.setObject_forKey(orEmpty(pageTitle()), NSString(PDFDocumentTitleAttribute));
-    attributes.setObject_forKey(orEmpty(_url.description()), NSString(PDFDocumentSubjectAttribute));
-    attributes.setObject_forKey(author(), NSString(PDFDocumentAuthorAttribute));
-    document->setDocumentAttributes(attributes);
-    document->writeToFile(path);
+    if (document) {
+        NSMutableDictionary attributes = document->documentAttributes().mutableCopy();
+        attributes.setObject_forKey(NSString(u"Quillvane"), NSString(PDFDocumentCreatorAttribute));
+        attributes.setObject_forKey(orEmpty(pageTitle()), NSString(PDFDocumentTitleAttribute));
+        attributes.setObject_forKey(orEmpty(_url.description()), NSString(PDFDocumentSubjectAttribute));
+        attributes.setObject_forKey(author(), NSString(PDFDocumentAuthorAttribute));
+        document->setDocumentAttributes(attributes);
+    }
+    if (!document || !document->writeToFile(path))
+        NSLog(u"the PDF stays as it is, without the page's attributes: it cannot be read, or not be written");
 }
 
 NSString PDFLoader::author() const {

@@ -22,6 +22,8 @@ int main(int argc, char** argv) {
     openStandardStreams();
     // The run must reach its end even if nobody reads its output any more.
     std::signal(SIGPIPE, SIG_IGN);
+    // A caller that ignores how its children end hands that on, and then nobody learns how ours end.
+    std::signal(SIGCHLD, SIG_DFL);
     qrv::NSProcessInfo::processInfo().setArguments(argc, argv);
     qrv::runWeb2PDF();
 }

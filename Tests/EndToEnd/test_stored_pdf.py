@@ -2,6 +2,7 @@
 
 import os
 import re
+import signal
 import unittest
 
 from pages import SITE, main_resource, page
@@ -9,6 +10,7 @@ from pdf import PDF
 from tool import ToolTestCase
 
 COCOA = "NSCocoaErrorDomain"
+AS_IT_IS = "the PDF stays as it is, without the page's attributes: it cannot be read, or not be written"
 
 
 def two_pages():
@@ -101,6 +103,7 @@ class StoredPDFTests(ToolTestCase):
         run = self.convert(stored(damaged), expect_success=False)
         self.assert_answers_success(run)
         self.assertIn("FirstPage", PDF(run.output).text(1))
+        self.assertEqual(run.log.notes, [AS_IT_IS])
 
     def test_file_with_a_password_is_handed_on(self):
         key = b"k" * 32
@@ -110,6 +113,12 @@ class StoredPDFTests(ToolTestCase):
         self.assert_answers_success(run)
         with open(run.output, "rb") as file:
             self.assertEqual(file.read(), locked)
+        self.assertEqual(run.log.notes, [AS_IT_IS])
+
+    def test_caller_that_ignores_how_its_children_end(self):
+        run = self.convert(stored(two_pages()), preexec_fn=lambda: signal.signal(signal.SIGCHLD, signal.SIG_IGN))
+        self.assertEqual(run.pdf.information()["Creator"], "Quillvane")
+        self.assertEqual(run.log.notes, [])
 
 
 if __name__ == "__main__":

@@ -7,6 +7,7 @@
 #include "Platform/Engine/PDF/PDFOutline.h"
 #include "Platform/Engine/PDF/PDFReaderLimits.h"
 #include "Platform/Engine/PDF/PDFStructure.h"
+#include "Platform/PDFKit/ConfinedPDF.h"
 #include "Platform/PDFKit/PDFFile.h"
 
 #include <cmath>
@@ -231,11 +232,12 @@ private:
 
 } // namespace
 
-NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
+NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* notes) {
     if (!isUsable(edits.scale)) return {};
     if (edits.size && !(isUsable(edits.size->width) && isUsable(edits.size->height))) return {};
     const std::shared_ptr<QPDF> document = openPDF(pdf);
     if (!document) return {};
+    std::string limitNotes;
     try {
         document->pushInheritedAttributesToPage();
         if (edits.removesEmptySheetsAtEnd) removeEmptySheetsAtEnd(*document, edits.destinations.margin);
@@ -248,11 +250,18 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf) {
         addFrames(*document, edits.frames, edits.hasOutline);
         mapStructureRoles(*document);
         correctGlyphTexts(*document);
-        keepWithinReaderLimits(*document);
+        keepWithinReaderLimits(*document, limitNotes);
     } catch (const std::exception&) {
         return {};
     }
+    if (notes) *notes += limitNotes;
     return serializePDF(*document);
+}
+
+NSData confinedPDFByApplying(const PDFPageEdits& edits, const NSData& pdf) {
+    return workOnPDF("editing the engine's PDF", pdf,
+                     [&](std::string& notes) { return pdfByApplying(edits, pdf, &notes); })
+        .value_or(NSData());
 }
 
 } // namespace qrv::engine

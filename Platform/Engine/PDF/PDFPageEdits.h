@@ -4,7 +4,7 @@
 //
 //     PDFPageEdits edits;
 //     edits.size = NSSize{612, 3000.5};
-//     NSData exact = pdfByApplying(edits, rendered);
+//     NSData exact = confinedPDFByApplying(edits, rendered);
 
 #include "Platform/Engine/PDF/PDFDestinations.h"
 #include "Platform/Engine/PDF/PDFFrames.h"
@@ -44,7 +44,13 @@ struct PDFPageEdits {
 /// Returns the edited document, with structure roles for readers that do not know PDF 2.0, with the usual
 /// characters for glyphs that stand for several, with masks and translucent patterns that readers draw alike,
 /// and within the limits of common readers. nil for data that is no PDF, is encrypted or damaged, and for
-/// sizes and scales that are not finite and positive or give a page larger than 1e8 points.
-NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf);
+/// sizes and scales that are not finite and positive or give a page larger than 1e8 points. Adds what the log
+/// should say to `notes`, a line each; null drops it. What pages draw can make the PDF library crash, or take
+/// all memory.
+NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* notes = nullptr);
+
+/// Does the same in a confined child (see ConfinedPDF.h), and logs the notes. nil also for a document that is
+/// too much for its limits, which is logged.
+NSData confinedPDFByApplying(const PDFPageEdits& edits, const NSData& pdf);
 
 } // namespace qrv::engine

@@ -1,7 +1,5 @@
 #include "Platform/Engine/PDF/PDFReaderLimits.h"
 
-#include "Platform/Logging/NSLog.h"
-
 #include <map>
 #include <qpdf/QPDF.hh>
 #include <string>
@@ -48,14 +46,14 @@ QPDFObjectHandle firstOf(QPDFObjectHandle annotations) {
 
 } // namespace
 
-void keepWithinReaderLimits(QPDF& document) {
+void keepWithinReaderLimits(QPDF& document, std::string& notes) {
     const Names names = shortenDestinations(document.getRoot().getKey("/Dests"));
     for (QPDFObjectHandle page : document.getAllPages()) {
         QPDFObjectHandle annotations = page.getKey("/Annots");
         if (!annotations.isArray()) continue;
         if (const int count = annotations.getArrayNItems(); count > mostAnnotations) {
-            NSLog(u"a page has %d links, of which the PDF has the first %d: readers refuse pages with more",
-                  count, mostAnnotations);
+            notes += "a page has " + std::to_string(count) + " links, of which the PDF has the first " +
+                     std::to_string(mostAnnotations) + ": readers refuse pages with more\n";
             annotations = page.replaceKeyAndGetNew("/Annots", firstOf(annotations));
         }
         if (names.empty()) continue;

@@ -150,7 +150,7 @@ NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan,
     edits.headings = document.headings;
     edits.frames = document.frames;
     edits.hasOutline = plan.isStructured;
-    return pdfByApplying(edits, pdf);
+    return confinedPDFByApplying(edits, pdf);
 }
 
 } // namespace qrv::engine

@@ -12,16 +12,18 @@ using ::testing::Not;
 
 class PDFReaderLimitsTest : public testing::Test {
 protected:
-    /// Writes the edited document as out.pdf, and returns what was logged meanwhile.
+    /// Writes the edited document as out.pdf, and returns what is to be logged.
     std::string apply(const std::string& annotations, const std::string& destinations = "") {
-        testing::internal::CaptureStderr();
-        const NSData edited = pdfByApplying(
-            {}, NSData(makePDF({"<</Type /Catalog /Pages 2 0 R /Dests <<" + destinations + ">>>>",
-                                "<</Type /Pages /Kids [3 0 R] /Count 1>>",
-                                "<</Type /Page /Parent 2 0 R /MediaBox [0 0 100 200] /Annots [" +
-                                    annotations + "]>>"})));
+        std::string notes;
+        const NSData edited =
+            pdfByApplying({},
+                          NSData(makePDF({"<</Type /Catalog /Pages 2 0 R /Dests <<" + destinations + ">>>>",
+                                          "<</Type /Pages /Kids [3 0 R] /Count 1>>",
+                                          "<</Type /Page /Parent 2 0 R /MediaBox [0 0 100 200] /Annots [" +
+                                              annotations + "]>>"})),
+                          &notes);
         folder_.write("out.pdf", edited.bytes());
-        return testing::internal::GetCapturedStderr();
+        return notes;
     }
 
     std::string run(const std::string& command, const std::string& arguments = "") {

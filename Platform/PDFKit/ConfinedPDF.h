@@ -1,0 +1,25 @@
+#pragma once
+
+// Work on the bytes of PDF files, which may be hostile. Everything that reads one with the PDF library is
+// done in here, in a confined child with limits that go with the file's length.
+
+#include "Platform/Confinement/ConfinedWork.h"
+
+#include <optional>
+
+namespace qrv {
+
+/// What work on a file of this many bytes may use: enough for any file that a program has made, and too
+/// little to harm the machine.
+ConfinedLimits limitsForPDF(std::size_t length);
+
+/// Does the work in a confined child and returns what it returned, which may be nil. Nothing when it failed,
+/// which is logged: "PURPOSE was ended by signal 11 (Segmentation fault)". Each line of the work's notes is
+/// logged.
+std::optional<NSData> workOnPDF(const char* purpose, const NSData& pdf, const ConfinedWork& work);
+
+/// `isReadablePDF`, asked in a confined child; true also for a file that is too much for it, which readers
+/// may take all the same.
+bool mayBeReadablePDF(const NSData& bytes);
+
+} // namespace qrv
