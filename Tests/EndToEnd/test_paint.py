@@ -27,8 +27,8 @@ class PaintTests(ToolTestCase):
         tries = self.folder / "tries"
         tries.mkdir()
         tries.chmod(0o777)
-        engine = self.script("engine", between(_SLOW % {"count": count, "folder": str(tries)}))
-        return self.convert(page(body), environment=self.environment(WEB2PDF_ENGINE=engine))
+        text = between(_SLOW % {"count": count, "folder": str(tries)})
+        return self.convert(page(body), **self.writing_engine(text, tries))
 
     def test_page_that_prints_too_slowly_is_printed_without_what_costs(self):
         run = self.convert_slowly(SHADED, 1)

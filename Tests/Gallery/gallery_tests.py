@@ -30,8 +30,8 @@ class GalleryTestCase(ToolTestCase):
         notes.chmod(0o777)
         target = os.environ.get("WEB2PDF_GALLERY")
         # A print is not compared with the picture of the page, which the contact sheet alone shows beside it.
-        engine = self.script("engine", witness(notes, takes_picture=bool(target) or mode == "screen"))
-        run = self.convert(page.archive, mode=mode, environment=self.environment(WEB2PDF_ENGINE=engine))
+        text = witness(notes, takes_picture=bool(target) or mode == "screen")
+        run = self.convert(page.archive, mode=mode, **self.writing_engine(text, notes))
         third = self.third_reader and functools.partial(self.third_reader.picture, run.output)
         verdict = judge(page, mode, run.pdf, Sight(notes), illustrated=bool(target), third_reader=third)
         if target:

@@ -22,6 +22,7 @@ import tempfile
 import unittest
 import uuid
 
+import confinement
 import processes
 from keyedarchive import read_error
 from pdf import PDF
@@ -278,6 +279,15 @@ class ToolTestCase(unittest.TestCase):
         path.write_text(text, encoding="utf-8")
         path.chmod(0o755)
         return str(path)
+
+    def writing_engine(self, text, folder):
+        """Options for a script in the engine's place that writes into the folder.
+
+        An engine changes files in its temporary folder only. Where it can not get one of its own, out of sight, that
+        is the caller's.
+        """
+        environment = self.environment(WEB2PDF_ENGINE=self.script("engine", text), TMPDIR=folder)
+        return {"environment": environment, "preexec_fn": confinement.refuse_mounts}
 
 
 def stop_by(signal_number, child):

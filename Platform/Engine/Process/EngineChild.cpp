@@ -5,6 +5,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -41,10 +42,11 @@ struct ChildPlan {
     std::vector<char*> arguments;
     std::vector<char*> argumentsWithoutSandbox;
     std::vector<char*> environment;
+    std::vector<char*> environmentWithOwnFolder;
+    EngineSandbox& sandbox;
     bool checkEngineSandbox;
     int socket;
     int steps;
-    pid_t parent;
 };
 
 /// Blocks all signals, so that none of our handlers runs in the child.
@@ -90,6 +92,12 @@ bool arrangeDescriptors(const ChildPlan& plan) {
            ::close_range(firstFreeDescriptor, ~0U, 0) == 0;
 }
 
+/// Whether our end of the connection is closed, which it is once this process has ended.
+bool parentIsGone() {
+    pollfd connection{.fd = 3, .events = 0, .revents = 0};
+    return ::poll(&connection, 1, 0) != 0;
+}
+
 [[noreturn]] void runChild(const ChildPlan& plan) {
     constexpr int failed = 127;
     resetSignals();
@@ -103,15 +111,17 @@ bool arrangeDescriptors(const ChildPlan& plan) {
     LaunchReporter reporter(stepsDescriptor);
     rlimit noCoreFile{0, 0};
     ::setrlimit(RLIMIT_CORE, &noCoreFile);
-    if (!enterSandbox(reporter)) ::_exit(failed);
+    if (!plan.sandbox.enter(reporter)) ::_exit(failed);
     bool sandboxed = !plan.checkEngineSandbox || canUseEngineSandbox(reporter);
 
-    // Last, since every change of identity resets it. A parent that died before is noticed by getppid.
+    // Last, since every change of identity resets it.
     ::prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
-    if (::getppid() != plan.parent) ::_exit(failed);
+    if (parentIsGone()) ::_exit(failed);
 
     const auto& arguments = sandboxed ? plan.arguments : plan.argumentsWithoutSandbox;
-    ::execve(arguments.front(), arguments.data(), plan.environment.data());
+    const auto& environment =
+        plan.sandbox.hasOwnTemporaryFolder() ? plan.environmentWithOwnFolder : plan.environment;
+    ::execve(arguments.front(), arguments.data(), environment.data());
     reporter.report(LaunchStep::Kind::execution, errno);
     ::_exit(failed);
 }
@@ -130,17 +140,17 @@ EngineChild::EngineChild(const Command& command) {
 
     // Orphaned descendants of the engine become our children and can be reaped.
     ::prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0);
+    EngineSandbox sandbox(command.arguments.front(), command.environment, command.environmentWithOwnFolder);
     ChildPlan plan{pointers(command.arguments),
                    pointers(command.argumentsWithoutSandbox),
                    pointers(command.environment),
+                   pointers(command.environmentWithOwnFolder),
+                   sandbox,
                    command.checkEngineSandbox,
                    engineSocket.get(),
-                   engineSteps.get(),
-                   ::getpid()};
+                   engineSteps.get()};
     SignalsBlocked blocked;
-    // Without fork handlers: one that starts a thread, as the thread sanitizer's does, would bar the child
-    // from user namespaces.
-    pid_ = checked(::_Fork(), "starting the engine");
+    pid_ = checked(sandbox.fork(LaunchReporter(engineSteps.get())), "starting the engine");
     if (pid_ == 0) runChild(plan);
 }
 

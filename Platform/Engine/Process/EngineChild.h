@@ -3,8 +3,8 @@
 // A started engine: a confined child process with all its descendants.
 //
 // It does not outlive this process. The kernel kills the engine when the thread that started it ends, however
-// that happens, and the engine's own children end with it. The destructor does the same at once and leaves no
-// zombies.
+// that happens, and with it all processes of its namespace; where it has none, its own children end with
+// their connection to it. The destructor does the same at once and leaves no zombies.
 
 #include "Platform/Engine/Process/EngineSandbox.h"
 #include "Platform/Foundation/FileDescriptor.h"
@@ -21,6 +21,7 @@ public:
         std::vector<std::string> arguments; ///< the program's path first
         std::vector<std::string> argumentsWithoutSandbox;
         std::vector<std::string> environment;
+        std::vector<std::string> environmentWithOwnFolder; ///< when the kernel grants a temporary folder
         /// Check first whether the engine's own sandbox can work, and disable it if not.
         bool checkEngineSandbox = false;
     };

@@ -20,7 +20,7 @@ constexpr const char* commonArguments[] = {
     "--no-default-browser-check",
     "--disable-site-isolation-trials",
     "--disable-breakpad",
-    "--disable-dev-shm-usage",
+    "--disable-dev-shm-usage", // shared memory is in the temporary folder
     // Appearance and sound of the page.
     "--hide-scrollbars",
     "--mute-audio",
@@ -55,7 +55,7 @@ std::vector<std::string> engineArguments(const EngineExecutable& executable, boo
     return arguments;
 }
 
-std::vector<std::string> engineEnvironment() {
+std::vector<std::string> engineEnvironment(bool hasOwnTemporaryFolder) {
     std::vector<std::string> environment{
         "PATH=/usr/local/bin:/usr/bin:/bin",
         "HOME=/nonexistent",
@@ -63,9 +63,12 @@ std::vector<std::string> engineEnvironment() {
         "XDG_CACHE_HOME=/nonexistent",
     };
     for (const char* name : {"LANG", "LANGUAGE", "LC_ALL", "LC_CTYPE", "LC_MESSAGES", "LC_TIME", "LC_NUMERIC",
-                             "TZ", "TMPDIR", "FONTCONFIG_FILE", "FONTCONFIG_PATH", "FONTCONFIG_SYSROOT"})
+                             "TZ", "FONTCONFIG_FILE", "FONTCONFIG_PATH", "FONTCONFIG_SYSROOT"})
         passOn(environment, name);
     passOnDataDirectory(environment);
+    const char* callers = std::getenv("TMPDIR");
+    const std::string temporary = hasOwnTemporaryFolder ? ownTemporaryFolder : callers ? callers : "/tmp";
+    environment.push_back("TMPDIR=" + temporary);
     return environment;
 }
 

@@ -66,7 +66,8 @@ void EngineProcess::start() {
     child_ = std::make_unique<EngineChild>(EngineChild::Command{
         .arguments = engineArguments(executable_, true),
         .argumentsWithoutSandbox = engineArguments(executable_, false),
-        .environment = engineEnvironment(),
+        .environment = engineEnvironment(false),
+        .environmentWithOwnFolder = engineEnvironment(true),
         .checkEngineSandbox = starts_ > 1, // takes time, and is rarely needed
     });
     pipe_ = std::make_unique<DevToolsPipe>(child_->takeSocket(), loop_);

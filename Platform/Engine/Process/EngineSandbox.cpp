@@ -1,18 +1,16 @@
 #include "Platform/Engine/Process/EngineSandbox.h"
 
+#include "Platform/Engine/Process/EngineCommand.h"
+#include "Platform/Engine/Process/EngineFiles.h"
 #include "Platform/Foundation/FileDescriptor.h"
 
 #include <cerrno>
-#include <cstddef>
+#include <csignal>
 #include <cstring>
 #include <fcntl.h>
-#include <grp.h>
-#include <linux/audit.h>
-#include <linux/filter.h>
-#include <linux/seccomp.h>
 #include <sched.h>
+#include <sys/mount.h>
 #include <sys/prctl.h>
-#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -26,6 +24,7 @@ namespace qrv::engine {
 namespace {
 
 constexpr unsigned nobody = 65534;
+constexpr unsigned ownNamespaces = CLONE_NEWPID | CLONE_NEWNS | CLONE_NEWNET | CLONE_NEWIPC;
 
 bool writeFile(const char* path, const char* text) {
     const FileDescriptor file(::open(path, O_WRONLY | O_CLOEXEC));
@@ -64,70 +63,48 @@ bool mapIdentity(unsigned user, unsigned group) {
            writeMap("/proc/self/gid_map", identityInside(group), group);
 }
 
-/// Enters a network namespace in a new user namespace. Even if its identity cannot be mapped, the process is
-/// barred from the network, but the engine's own sandbox will not work there.
-bool enterUserNamespace(const LaunchReporter& reporter) {
-    unsigned user = ::geteuid();
-    unsigned group = ::getegid();
-    if (::unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) return false;
-    if (!mapIdentity(user, group)) reporter.report(LaunchStep::Kind::identityMap, errno);
-    return true;
-}
-
 bool becomeNobody() {
     return ::syscall(SYS_setgroups, 0, nullptr) == 0 &&
            ::syscall(SYS_setresgid, nobody, nobody, nobody) == 0 &&
            ::syscall(SYS_setresuid, nobody, nobody, nobody) == 0;
 }
 
-#if defined(__x86_64__)
-constexpr unsigned nativeArchitecture = AUDIT_ARCH_X86_64;
-constexpr unsigned foreignCallBit = 0x40000000; // calls of the 32-bit data model are numbered separately
-#elif defined(__aarch64__)
-constexpr unsigned nativeArchitecture = AUDIT_ARCH_AARCH64;
-constexpr unsigned foreignCallBit = 0x80000000; // no call has it
-#else
-#error "The system call filter is not written for this architecture"
-#endif
-
-/// Allows only local sockets and those that query the kernel's network interfaces.
-bool filterSockets() {
-    constexpr auto argument =
-        static_cast<unsigned>(offsetof(seccomp_data, args)); // its low half, in little-endian order
-    sock_filter program[] = {
-        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, arch)),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, nativeArchitecture, 1, 0),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
-        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
-        BPF_JUMP(BPF_JMP | BPF_JSET | BPF_K, foreignCallBit, 1, 0),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_io_uring_setup, 0, 1), // it can create sockets, too
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSYS),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_socket, 1, 0),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, argument),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, AF_UNIX, 2, 0),
-        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, AF_NETLINK, 1, 0),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EACCES),
-        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
-    };
-    sock_fprog filter{static_cast<unsigned short>(sizeof program / sizeof program[0]), program};
-    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
-           ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter, 0, 0) == 0;
+/// What no browser needs and an engine in foreign hands might use.
+void refuseCalls(SystemCallFilter& filter) {
+    // The connection to the tool is there already, and pairs of sockets can still be made.
+    filter.refuse({SYS_socket}, EACCES);
+    // It can make sockets, too, and open files.
+    filter.refuse({SYS_io_uring_setup, SYS_io_uring_enter, SYS_io_uring_register}, ENOSYS);
+    filter.refuse({SYS_mount, SYS_umount2, SYS_pivot_root, SYS_move_mount, SYS_open_tree, SYS_fsopen,
+                   SYS_fsconfig, SYS_fsmount, SYS_fspick, SYS_mount_setattr, SYS_setns,
+                   SYS_open_by_handle_at},
+                  EPERM);
+    filter.refuse({SYS_ptrace, SYS_process_vm_readv, SYS_process_vm_writev, SYS_pidfd_getfd, SYS_kcmp},
+                  EPERM);
+    filter.refuse({SYS_add_key, SYS_request_key, SYS_keyctl}, EPERM);
+    filter.refuse({SYS_bpf, SYS_perf_event_open, SYS_userfaultfd, SYS_init_module, SYS_finit_module,
+                   SYS_delete_module, SYS_kexec_load, SYS_swapon, SYS_swapoff, SYS_acct, SYS_quotactl,
+                   SYS_syslog, SYS_fanotify_init},
+                  EPERM);
 }
 
 const char* sentence(LaunchStep::Kind kind) {
     switch (kind) {
-    case LaunchStep::Kind::networkNamespace:
-        return "no network namespace of its own for the engine";
-    case LaunchStep::Kind::userNamespace:
-        return "no user namespace for the engine; a system call filter keeps it from the network instead";
+    case LaunchStep::Kind::namespaces:
+        return "no namespaces of its own for the engine; it is kept from sockets and files alone";
     case LaunchStep::Kind::identityMap:
         return "the engine's identity can not be mapped into its user namespace";
+    case LaunchStep::Kind::temporaryFolder:
+        return "no temporary folder of its own for the engine; it uses the caller's";
+    case LaunchStep::Kind::processFolder:
+        return "no list of processes of its own for the engine; it sees the machine's";
+    case LaunchStep::Kind::fileRules:
+        return "no file rules for the engine; it can open what its user can";
     case LaunchStep::Kind::engineSandbox:
         return "the engine's own sandbox can not work here; it runs without, cut off from the network";
     case LaunchStep::Kind::identity:
         return "the engine can not be started without the rights of root";
-    case LaunchStep::Kind::networkBarrier:
+    case LaunchStep::Kind::systemCallFilter:
         return "the engine can not be cut off from the network";
     case LaunchStep::Kind::descriptors:
         return "the engine's descriptors can not be set up";
@@ -149,30 +126,65 @@ void LaunchReporter::report(LaunchStep::Kind kind, int error) const {
     }
 }
 
-bool enterSandbox(const LaunchReporter& reporter) {
-    using Kind = LaunchStep::Kind;
-    bool barred = false;
-    if (::geteuid() == 0) {
-        barred = ::unshare(CLONE_NEWNET) == 0;
-        if (!barred) reporter.report(Kind::networkNamespace, errno);
-        if (!becomeNobody()) {
-            // If only root's identity is known here, a user namespace still has another one.
-            int error = errno;
-            barred = enterUserNamespace(reporter);
-            if (!barred) {
-                reporter.report(Kind::identity, error);
-                return false;
-            }
-        }
+EngineSandbox::EngineSandbox(const std::string& program, const std::vector<std::string>& environment,
+                             const std::vector<std::string>& environmentWithOwnFolder)
+    : user_(::geteuid()), group_(::getegid()), files_(engineFiles(program, environment)),
+      filesWithOwnFolder_(engineFiles(program, environmentWithOwnFolder)) {
+    refuseCalls(filter_);
+    filter_.compile();
+}
+
+pid_t EngineSandbox::fork(const LaunchReporter& reporter) {
+    const unsigned user = user_ == 0 ? 0 : CLONE_NEWUSER;
+    for (unsigned namespaces : {ownNamespaces | user, ownNamespaces | CLONE_NEWUSER}) {
+        namespaces_ = namespaces;
+        // A bare call: the library's has no such flags, and handlers for forks, such as that of the thread
+        // sanitizer, may start threads, which bar the child from user namespaces.
+        const auto child = static_cast<pid_t>(
+            ::syscall(SYS_clone, namespaces | SIGCHLD, nullptr, nullptr, nullptr, nullptr));
+        if (child >= 0) return child;
     }
-    if (!barred && !enterUserNamespace(reporter)) {
-        reporter.report(Kind::userNamespace, errno);
-        if (!filterSockets()) {
-            reporter.report(Kind::networkBarrier, errno);
-            return false;
-        }
+    reporter.report(LaunchStep::Kind::namespaces, errno);
+    namespaces_ = 0;
+    return ::_Fork();
+}
+
+bool EngineSandbox::enter(const LaunchReporter& reporter) {
+    if ((namespaces_ & CLONE_NEWUSER) && !mapIdentity(user_, group_))
+        reporter.report(LaunchStep::Kind::identityMap, errno);
+    if (namespaces_ & CLONE_NEWNS) mount(reporter);
+    if (!dropIdentity(reporter)) return false;
+    if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) return false;
+    if (!(hasOwnFolder_ ? filesWithOwnFolder_ : files_).enforce())
+        reporter.report(LaunchStep::Kind::fileRules, errno);
+    if (filter_.install()) return true;
+    reporter.report(LaunchStep::Kind::systemCallFilter, errno);
+    return false;
+}
+
+/// Makes sure that the child is not root, nor has root's rights after it has executed a program.
+bool EngineSandbox::dropIdentity(const LaunchReporter& reporter) const {
+    if (user_ != 0 || (namespaces_ & CLONE_NEWUSER) || becomeNobody()) return true;
+    // If only root's identity is known here, a user namespace still has another one.
+    const int error = errno;
+    if (::unshare(CLONE_NEWUSER) != 0) {
+        reporter.report(LaunchStep::Kind::identity, error);
+        return false;
     }
-    return ::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0;
+    if (!mapIdentity(user_, group_)) reporter.report(LaunchStep::Kind::identityMap, errno);
+    return true;
+}
+
+/// Shared memory that is bounded and gone with the engine, which has its temporary files there, too; and no
+/// sight of other processes.
+void EngineSandbox::mount(const LaunchReporter& reporter) {
+    constexpr unsigned long flags = MS_NOSUID | MS_NODEV | MS_NOEXEC;
+    const bool isPrivate = ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+    hasOwnFolder_ =
+        isPrivate && ::mount("tmpfs", ownTemporaryFolder, "tmpfs", flags, "size=2g,mode=1777") == 0;
+    if (!hasOwnFolder_) reporter.report(LaunchStep::Kind::temporaryFolder, errno);
+    if (!isPrivate || ::mount("proc", "/proc", "proc", flags, nullptr) != 0)
+        reporter.report(LaunchStep::Kind::processFolder, errno);
 }
 
 /// Tries, in a process of its own, the namespaces from which the engine builds its sandbox.

@@ -1,26 +1,35 @@
 #pragma once
 
-// The engine's confinement: a kernel barrier against the network, an identity without rights, and the
-// engine's own sandbox around its renderers.
+// The engine's confinement: namespaces of its own, an identity without rights, no files but those that it
+// needs, no sockets, and the engine's own sandbox around its renderers.
 //
-// The engine never runs without a barrier against the network: if the kernel refuses namespaces, a system
-// call filter replaces the network namespace. If the engine's own sandbox cannot work, the engine runs
-// without it, and that is logged.
+//     EngineSandbox sandbox(program, environment, environmentWithOwnFolder);
+//     pid_t child = sandbox.fork(reporter);
+//     if (child == 0) { ... if (!sandbox.enter(reporter)) _exit(127); ... execve(...); }
+//
+// The engine never runs with root's rights or without the filter that keeps it from sockets. Whatever else
+// the kernel refuses is done without, and reported.
 
-#include <optional>
+#include "Platform/Confinement/FileRules.h"
+#include "Platform/Confinement/SystemCallFilter.h"
+
 #include <string>
+#include <sys/types.h>
+#include <vector>
 
 namespace qrv::engine {
 
 /// A step of the launch that failed, as the child reports it to its parent.
 struct LaunchStep {
     enum class Kind {
-        networkNamespace, ///< refused; a user namespace is tried next
-        userNamespace,    ///< refused; a system call filter is tried next
-        identityMap,      ///< refused; the engine's own sandbox will not work
-        engineSandbox,    ///< cannot work here; the engine runs without it
-        identity,         ///< root could not be dropped: fatal, like everything below
-        networkBarrier,
+        namespaces,      ///< refused; only the file rules and the filter are left
+        identityMap,     ///< refused; the engine's own sandbox will not work
+        temporaryFolder, ///< not its own; the caller's is used
+        processFolder,   ///< not its own; the engine sees that other processes exist
+        fileRules,       ///< not in this kernel; the engine can open what its user can
+        engineSandbox,   ///< cannot work here; the engine runs without it
+        identity,        ///< root could not be dropped: fatal, like everything below
+        systemCallFilter,
         descriptors,
         execution,
     };
@@ -45,9 +54,35 @@ private:
     int descriptor_;
 };
 
-/// Confines the calling process, between fork and exec; async-signal-safe. Returns false if it must not go
-/// on.
-bool enterSandbox(const LaunchReporter& reporter);
+class EngineSandbox {
+public:
+    /// Prepares what a child can not, which must not allocate. Throws std::system_error.
+    EngineSandbox(const std::string& program, const std::vector<std::string>& environment,
+                  const std::vector<std::string>& environmentWithOwnFolder);
+
+    /// Forks into as many namespaces as the kernel gives. With namespaces the child is their first process,
+    /// whose end ends all others. Returns what fork does; no handlers for forks are called.
+    pid_t fork(const LaunchReporter& reporter);
+
+    /// Confines the child; async-signal-safe. Returns false if it must not go on.
+    bool enter(const LaunchReporter& reporter);
+
+    /// Whether the child, in which enter was called, has a temporary folder that is gone with its last
+    /// process.
+    bool hasOwnTemporaryFolder() const { return hasOwnFolder_; }
+
+private:
+    bool dropIdentity(const LaunchReporter& reporter) const;
+    void mount(const LaunchReporter& reporter);
+
+    unsigned user_;
+    unsigned group_;
+    FileRules files_;
+    FileRules filesWithOwnFolder_;
+    SystemCallFilter filter_ = SystemCallFilter::allowingAll();
+    unsigned namespaces_ = 0; // CLONE_NEW...
+    bool hasOwnFolder_ = false;
+};
 
 /// Whether the engine could build its own sandbox from within the calling process; async-signal-safe.
 bool canUseEngineSandbox(const LaunchReporter& reporter);

@@ -178,7 +178,7 @@ TEST_F(EngineSandboxTest, AnOrdinaryUserIsServedLikewise) {
 TEST_F(EngineSandboxTest, WithoutAnyNamespaceAFilterBarsTheNetworkAndTheEngineRunsWithoutItsSandbox) {
     EXPECT_EQ(inChildProcess([this] {
                   refuseNamespaces(Refused::allNamespaces);
-                  return probe() + browse() + logHas("a system call filter keeps it from the network") +
+                  return probe() + browse() + logHas("no namespaces of its own for the engine") +
                          logHas("the engine's own sandbox can not work here");
               }),
               0);
@@ -189,7 +189,7 @@ TEST_F(EngineSandboxTest, AnOrdinaryUserWithoutNamespacesIsBarredByAFilterToo) {
     EXPECT_EQ(inChildProcess([this] {
                   becomeOrdinaryUser();
                   refuseNamespaces(Refused::allNamespaces);
-                  return probe() + browse() + logHas("a system call filter keeps it from the network") +
+                  return probe() + browse() + logHas("no namespaces of its own for the engine") +
                          logHas("the engine's own sandbox can not work here");
               }),
               0);
@@ -231,7 +231,7 @@ TEST_F(EngineSandboxTest, EachStepIsLoggedOnce) {
     EXPECT_EQ(inChildProcess([this] {
                   refuseNamespaces(Refused::allNamespaces);
                   int failed = browse(); // takes two starts
-                  std::string text = "a system call filter keeps it from the network";
+                  std::string text = "no namespaces of its own for the engine";
                   return failed + (log_.find(text) == log_.rfind(text) ? 0 : 4) + logHas(text);
               }),
               0);
@@ -240,8 +240,9 @@ TEST_F(EngineSandboxTest, EachStepIsLoggedOnce) {
 TEST_F(EngineSandboxTest, StepsHaveTextsOfTheirOwn) {
     using Kind = LaunchStep::Kind;
     std::vector<std::string> texts;
-    for (Kind kind : {Kind::networkNamespace, Kind::userNamespace, Kind::identityMap, Kind::engineSandbox,
-                      Kind::identity, Kind::networkBarrier, Kind::descriptors, Kind::execution}) {
+    for (Kind kind :
+         {Kind::namespaces, Kind::identityMap, Kind::temporaryFolder, Kind::processFolder, Kind::fileRules,
+          Kind::engineSandbox, Kind::identity, Kind::systemCallFilter, Kind::descriptors, Kind::execution}) {
         LaunchStep step{kind, EPERM};
         EXPECT_THAT(step.text(), HasSubstr("(Operation not permitted)"));
         EXPECT_EQ(std::count(texts.begin(), texts.end(), step.text()), 0) << step.text();
