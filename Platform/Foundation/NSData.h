@@ -16,7 +16,7 @@ class NSError;
 /// Options for reading and writing, with the platform's values.
 enum NSDataWritingOptions : unsigned long {
     NSDataWritingDirect = 0,
-    /// Writes to a temporary file beside the destination, which is then moved into place.
+    /// Writes to a new file, which takes the destination's place when it is complete.
     NSDataWritingAtomic = 1,
 };
 
@@ -33,7 +33,8 @@ public:
     // - initWithContentsOfFile:options:error:
     /// Reads the whole file. On failure returns nil and an error of NSCocoaErrorDomain (260 no such file, 257
     /// no permission, 263 too large, 256 otherwise) with the path, unless nil, under NSFilePathErrorKey and
-    /// the POSIX error under NSUnderlyingErrorKey. Reading a directory fails. No options are defined: pass 0.
+    /// the POSIX error under NSUnderlyingErrorKey. Folders, pipes, sockets and devices cannot be read, nor
+    /// links to them; trying to waits for nobody. No options are defined: pass 0.
     static NSData initWithContentsOfFile_options_error(const NSString& path, unsigned long options,
                                                        NSError* error);
 
@@ -50,8 +51,10 @@ public:
     // - writeToFile:options:error:
     /// Replaces the file's contents; the permissions follow the umask. On failure returns false and an error
     /// of NSCocoaErrorDomain (4 no such folder, 513 no permission, 640 no space, 642 read-only volume, 512
-    /// otherwise); an atomic write then leaves an existing file untouched and no temporary file behind. A
-    /// symbolic link is followed and its target replaced; devices and pipes are written to directly.
+    /// otherwise), with the same user-info as for reading; an atomic write then leaves an existing file
+    /// untouched. It leaves no temporary file behind, and when the process is killed meanwhile only on file
+    /// systems without unnamed files. A symbolic link is followed, and its target replaced or made. Folders,
+    /// pipes, sockets and devices are refused without opening them.
     bool writeToFile_options_error(const NSString& path, NSDataWritingOptions options, NSError* error) const;
     // - writeToFile:atomically:
     bool writeToFile_atomically(const NSString& path, bool atomically) const;

@@ -20,8 +20,10 @@ void openStandardStreams() {
 
 int main(int argc, char** argv) {
     openStandardStreams();
-    // The run must reach its end even if nobody reads its output any more.
+    // The run must reach its end even if nobody reads its output any more, or it outgrows the limit for
+    // files: such writes fail.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
     // A caller that ignores how its children end hands that on, and then nobody learns how ours end.
     std::signal(SIGCHLD, SIG_DFL);
     qrv::NSProcessInfo::processInfo().setArguments(argc, argv);

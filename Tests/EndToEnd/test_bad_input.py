@@ -69,9 +69,6 @@ class ArchiveFileTests(BadInputTestCase):
             self.fail_with(path), COCOA, 259, {"NSFilePath": path},
             "The file “page.webarchive” couldn’t be opened because it isn’t in the correct format.")
 
-    def test_device_without_contents(self):
-        self.assert_failure(self.fail_with("/dev/null"), COCOA, 259, {"NSFilePath": "/dev/null"})
-
 
 def _add_malformed_tests():
     """One test for each rule, so that each is told by its name."""

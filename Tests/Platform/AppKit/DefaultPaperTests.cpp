@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 #include <optional>
+#include <sys/stat.h>
 
 namespace qrv {
 
@@ -54,6 +55,16 @@ TEST(DefaultPaper, IsThatOfTheConfigurationFile) {
     const Variable none("PAPERSIZE", nullptr);
     const Variable file("PAPERCONF", folder.write("papersize", "# ours\na3\n").utf8().c_str());
     EXPECT_EQ(defaultPaperSize(), (NSSize{842, 1191}));
+}
+
+TEST(DefaultPaper, DoesNotWaitForAPipeInPlaceOfTheConfigurationFile) {
+    const TemporaryFolder folder;
+    const std::string pipe = folder.pathOf("pipe").utf8();
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    const Variable file("PAPERCONF", pipe.c_str());
+    EXPECT_EQ(paperNamed("a4"), (NSSize{595, 842}));
+    const Variable none("PAPERSIZE", nullptr);
+    EXPECT_EQ(defaultPaperSize(), (NSSize{612, 792}));
 }
 
 TEST(DefaultPaper, IsLetterWithoutAnyConfiguration) {

@@ -161,16 +161,25 @@ TEST_F(NSDataFiles, ALinkStaysAndItsTargetIsReplaced) {
     EXPECT_EQ(folder.read("elsewhere/target"), "new");
 }
 
-TEST_F(NSDataFiles, ADeviceOrPipeIsWrittenToNotReplaced) {
-    EXPECT_TRUE(write(u"/dev/null", "x"));
-    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+/// Opening the pipe would wait for its other end.
+TEST_F(NSDataFiles, PipesAndDevicesAreRefusedBothWays) {
     ASSERT_EQ(::mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
-    const int reader = ::open((folder.path() / "pipe").c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-    EXPECT_TRUE(write(folder.pathOf("pipe"), "through"));
-    char text[16] = {};
-    EXPECT_EQ(::read(reader, text, sizeof text - 1), 7);
-    ::close(reader);
-    EXPECT_STREQ(text, "through");
+    fs::create_symlink("pipe", folder.path() / "link");
+    fs::create_symlink("/dev/null", folder.path() / "device");
+    for (const char* name : {"pipe", "link", "device"}) {
+        SCOPED_TRACE(name);
+        const NSString path = folder.pathOf(name);
+        error = NSError();
+        EXPECT_TRUE(read(path).isNil());
+        expectError(NSFileReadUnknownError, ENOTSUP, path);
+        for (const auto options : {NSDataWritingAtomic, NSDataWritingDirect}) {
+            error = NSError();
+            EXPECT_FALSE(write(path, "x", options));
+            expectError(NSFileWriteUnknownError, ENOTSUP, path);
+        }
+    }
+    EXPECT_TRUE(fs::is_fifo(folder.path() / "pipe"));
+    EXPECT_EQ(folder.count(), 3u);
 }
 
 TEST_F(NSDataFiles, ANameOfTheLongestLengthCanBeWritten) {
