@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/FileDescriptor.h"
 #include "Platform/Foundation/FileReplacement.h"
+#include "Platform/Foundation/MappedFile.h"
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSError.h"
 
@@ -17,16 +18,10 @@ namespace {
 /// What is opened may have become a pipe or a terminal since it was looked at.
 constexpr int withoutWaiting = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
-/// Returns 0 or an errno value. The size asked for first only avoids reallocation: the file may change
-/// meanwhile.
-int readAll(int fd, std::string& bytes) {
-    struct stat status {};
-
-    if (::fstat(fd, &status) != 0) return errno;
-    if (S_ISDIR(status.st_mode)) return EISDIR;
-    if (!S_ISREG(status.st_mode)) return ENOTSUP;
+/// Returns 0 or an errno value. The size given first only avoids reallocation: the file may change meanwhile.
+int readAll(int fd, std::size_t size, std::string& bytes) {
     constexpr std::size_t chunk = 1 << 16;
-    bytes.resize(static_cast<std::size_t>(status.st_size) + 1);
+    bytes.resize(size + 1);
     std::size_t length = 0;
     for (;;) {
         if (length == bytes.size()) bytes.resize(bytes.size() + std::max(chunk, bytes.size() / 2));
@@ -38,6 +33,26 @@ int readAll(int fd, std::string& bytes) {
     }
     bytes.resize(length);
     return 0;
+}
+
+/// What a file holds: its own pages, or a copy.
+struct Contents {
+    std::shared_ptr<const std::string_view> mapped;
+    std::string copied;
+};
+
+/// Returns 0 or an errno value.
+int readFile(const std::string& path, Contents& contents) {
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | withoutWaiting));
+
+    struct stat status {};
+
+    if (!file || ::fstat(file.get(), &status) != 0) return errno;
+    if (S_ISDIR(status.st_mode)) return EISDIR;
+    if (!S_ISREG(status.st_mode)) return ENOTSUP;
+    const auto size = static_cast<std::size_t>(status.st_size);
+    contents.mapped = mapFile(file.get(), size);
+    return contents.mapped ? 0 : readAll(file.get(), size, contents.copied);
 }
 
 int writeDirectly(const std::string& path, std::string_view bytes) {
@@ -52,24 +67,25 @@ int writeDirectly(const std::string& path, std::string_view bytes) {
 
 NSData NSData::initWithContentsOfFile_options_error(const NSString& path, unsigned long /*options*/,
                                                     NSError* error) {
-    const std::string name = path.fileSystemRepresentation();
-    const FileDescriptor file(::open(name.c_str(), O_RDONLY | withoutWaiting));
-    std::string bytes;
-    int failure = file ? 0 : errno;
-    if (!failure) {
-        try {
-            failure = readAll(file.get(), bytes);
-        } catch (const std::bad_alloc&) {
-            failure = ENOMEM;
-        } catch (const std::length_error&) {
-            failure = EFBIG;
-        }
+    Contents contents;
+    int failure = 0;
+    try {
+        failure = readFile(path.fileSystemRepresentation(), contents);
+    } catch (const std::bad_alloc&) {
+        failure = ENOMEM;
+    } catch (const std::length_error&) {
+        failure = EFBIG;
     }
     if (failure) {
         setError(error, fileReadError(failure, path));
         return {};
     }
-    return NSData(std::move(bytes));
+    const auto& mapped = contents.mapped;
+    return mapped ? NSData(mapped, *mapped) : NSData(std::move(contents.copied));
+}
+
+bool NSData::isCutOff() const {
+    return qrv::isCutOff(bytes());
 }
 
 bool NSData::writeToFile_options_error(const NSString& path, NSDataWritingOptions options,

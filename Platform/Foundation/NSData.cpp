@@ -12,7 +12,7 @@ const ClassInfo dataClassInfo{"NSData", &Object::classInfo};
 
 class DataObject final : public Object, public NSCoding {
 public:
-    DataObject(std::shared_ptr<const std::string> storage, std::string_view bytes)
+    DataObject(std::shared_ptr<const void> storage, std::string_view bytes)
         : storage_(std::move(storage)), bytes_(bytes) {}
 
     const ClassInfo& objectClass() const override { return dataClassInfo; }
@@ -44,10 +44,10 @@ public:
 
     std::string_view bytes() const { return bytes_; }
 
-    const std::shared_ptr<const std::string>& storage() const { return storage_; }
+    const std::shared_ptr<const void>& storage() const { return storage_; }
 
 private:
-    const std::shared_ptr<const std::string> storage_;
+    const std::shared_ptr<const void> storage_;
     const std::string_view bytes_;
 };
 
@@ -56,8 +56,11 @@ private:
 NSData::NSData(std::string bytes) {
     auto storage = std::make_shared<const std::string>(std::move(bytes));
     const std::string_view all = *storage;
-    *this = NSData(std::make_shared<DataObject>(std::move(storage), all));
+    *this = NSData(std::move(storage), all);
 }
+
+NSData::NSData(std::shared_ptr<const void> storage, std::string_view bytes)
+    : NSData(std::make_shared<DataObject>(std::move(storage), bytes)) {}
 
 const ClassInfo& NSData::classInfo() {
     return dataClassInfo;
@@ -81,8 +84,7 @@ NSData NSData::subdataWithRange(NSRange range) const {
     }
     if (isNil()) return {};
     const auto& object = static_cast<const DataObject&>(*shared());
-    return NSData(
-        std::make_shared<DataObject>(object.storage(), object.bytes().substr(range.location, range.length)));
+    return NSData(object.storage(), object.bytes().substr(range.location, range.length));
 }
 
 bool NSData::writeToFile_atomically(const NSString& path, bool atomically) const {

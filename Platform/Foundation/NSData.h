@@ -34,7 +34,8 @@ public:
     /// Reads the whole file. On failure returns nil and an error of NSCocoaErrorDomain (260 no such file, 257
     /// no permission, 263 too large, 256 otherwise) with the path, unless nil, under NSFilePathErrorKey and
     /// the POSIX error under NSUnderlyingErrorKey. Folders, pipes, sockets and devices cannot be read, nor
-    /// links to them; trying to waits for nobody. No options are defined: pass 0.
+    /// links to them; trying to waits for nobody. Where MappedFile.h allows it, a large file is not copied,
+    /// and then may change under its reader. No options are defined: pass 0.
     static NSData initWithContentsOfFile_options_error(const NSString& path, unsigned long options,
                                                        NSError* error);
 
@@ -48,6 +49,10 @@ public:
     /// Shares the bytes. A range beyond the end raises NSRangeException.
     NSData subdataWithRange(NSRange range) const;
 
+    /// Whether the bytes are those of a file that is not copied, and a part of it could not be read when it
+    /// was needed: it was cut short, or its disk failed. That part reads as zeros. False for nil.
+    bool isCutOff() const;
+
     // - writeToFile:options:error:
     /// Replaces the file's contents; the permissions follow the umask. On failure returns false and an error
     /// of NSCocoaErrorDomain (4 no such folder, 513 no permission, 640 no space, 642 read-only volume, 512
@@ -58,6 +63,9 @@ public:
     bool writeToFile_options_error(const NSString& path, NSDataWritingOptions options, NSError* error) const;
     // - writeToFile:atomically:
     bool writeToFile_atomically(const NSString& path, bool atomically) const;
+
+private:
+    NSData(std::shared_ptr<const void> storage, std::string_view bytes);
 };
 
 } // namespace qrv

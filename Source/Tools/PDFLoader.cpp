@@ -10,6 +10,7 @@
 #include "Source/Tools/web2pdf.h"
 
 #include <algorithm>
+#include <cerrno>
 
 namespace qrv {
 
@@ -18,13 +19,6 @@ namespace {
 /// Readers of the attributes do not distinguish nil from the empty text.
 NSString orEmpty(const NSString& text) {
     return text ? text : NSString(u"");
-}
-
-WebArchive archiveAtPath(const NSString& path) {
-    NSError error;
-    const NSData data = NSData::initWithContentsOfFile_options_error(path, 0, &error);
-    if (!data) finishWithError(error);
-    return WebArchive::initWithData(data);
 }
 
 } // namespace
@@ -45,6 +39,22 @@ bool PDFLoader::isShowingFrames() const {
     return std::any_of(frames.begin(), frames.end(), [](const WebFramePtr& frame) {
         return frame->frameElement().isKindOfClass(DOMHTMLFrameElement::classInfo());
     });
+}
+
+/// Ends the process with the read error if there is no such file.
+WebArchive PDFLoader::archiveAtPath(const NSString& path) {
+    NSError error;
+    _archiveFile = NSData::initWithContentsOfFile_options_error(path, 0, &error);
+    if (!_archiveFile) finishWithError(error);
+    _archivePath = path;
+    const WebArchive archive = WebArchive::initWithData(_archiveFile);
+    checkArchiveFile();
+    return archive;
+}
+
+/// Resources are parts of the file, and are read when the page asks for them.
+void PDFLoader::checkArchiveFile() const {
+    if (_archiveFile.isCutOff()) finishWithError(fileReadError(EIO, _archivePath));
 }
 
 void PDFLoader::loadWebArchivePath_uid(const NSString& path, const NSString& uid) {
@@ -89,6 +99,7 @@ bool PDFLoader::createScreenPDFs() const {
 }
 
 void PDFLoader::savePDF(const NSString& path) {
+    checkArchiveFile();
     setupWindow();
     _view->setMediaStyle(u"screen"); // in both modes
     _view->preferences().setShouldPrintBackgrounds(true);
@@ -100,6 +111,7 @@ void PDFLoader::savePDF(const NSString& path) {
     } else {
         printToFile(documentView, path);
     }
+    checkArchiveFile();
     if (!qrvFileExists(path)) finishWithError(makePrintFailedError(path));
     setAttributesOfPDF(path);
     finishWithErrorAndPath({}, path);

@@ -27,7 +27,8 @@ public:
 
     // - loadWebArchivePath:uid:
     /// Returns when the page is ready to be rendered, which it also is after a cancelled load. Ends the
-    /// process with the read error, the bad-archive error, the frames error or the load's error.
+    /// process with the read error, the bad-archive error, the frames error or the load's error. Reads of the
+    /// file may fail until the end of the run.
     void loadWebArchivePath_uid(const NSString& path, const NSString& uid);
 
     // - setupWindow
@@ -52,8 +53,13 @@ protected:
     NSString _uid;
     /// The address of the archive's main resource.
     NSURL _url;
+    /// The archive as it is stored, and where.
+    NSData _archiveFile;
+    NSString _archivePath;
 
 private:
+    WebArchive archiveAtPath(const NSString& path);
+    void checkArchiveFile() const;
     void prepareView();
     void setAttributesOfPDF(const NSString& path) const;
     NSString author() const;

@@ -1,5 +1,6 @@
 #include "Source/Tools/web2pdf.h"
 
+#include "Platform/Foundation/MappedFile.h"
 #include "Platform/Foundation/NSProcessInfo.h"
 
 #include <csignal>
@@ -26,6 +27,7 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     // A caller that ignores how its children end hands that on, and then nobody learns how ours end.
     std::signal(SIGCHLD, SIG_DFL);
+    qrv::allowMappedFiles();
     qrv::NSProcessInfo::processInfo().setArguments(argc, argv);
     qrv::runWeb2PDF();
 }

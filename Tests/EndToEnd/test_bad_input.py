@@ -5,8 +5,9 @@ import unittest
 
 from pages import frameset, page, three_levels_of_frames
 import engine
-from tool import ToolTestCase
-from webarchive import dump, html_archive, malformed
+from keyedarchive import read_error
+from tool import ToolTestCase, read_result
+from webarchive import Resource, dump, html_archive, malformed
 
 COCOA = "NSCocoaErrorDomain"
 URL_ERRORS = "NSURLErrorDomain"
@@ -62,6 +63,20 @@ class ArchiveFileTests(BadInputTestCase):
         run = self.fail_with("")
         self.assertFalse(run.result["succeeded"])
         self.assertEqual(run.error.domain, COCOA)
+
+    def test_cut_short_while_the_page_is_shown(self):
+        """The picture is asked for when it is no longer there."""
+        archive = page("<p>Text</p><script>setTimeout(() => { const image = new Image(); image.src = 'late.png'; "
+                       "document.body.append(image); }, 4000)</script>")
+        archive.add(Resource("http://site.example/late.png", bytes(4 << 20), "image/png"))
+        child = self.start_and_show(archive, 6)
+        os.truncate(self.folder / "page.webarchive", 300_000)
+        answer, errors = child.communicate(timeout=60)
+        self.assertEqual(child.returncode, 0, errors)
+        error = read_error(read_result(answer)["errorData"])
+        self.assertEqual((error.domain, error.code), (COCOA, 256), errors)
+        self.assertEqual(error.user_info, {"NSFilePath": str(self.folder / "page.webarchive")})
+        self.assert_nothing_left()
 
     def assert_no_archive(self, data):
         path = self.archive_file(data)
