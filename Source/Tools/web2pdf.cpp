@@ -10,6 +10,7 @@
 #include "Platform/Foundation/PropertyList/XMLCharacters.h"
 #include "QRVFoundation/Source/NSError+QRVDescription.h"
 #include "QRVFoundation/Source/QRVLog.h"
+#include "Source/Tools/Deadline.h"
 #include "Source/Tools/PDFLoader.h"
 
 #include <algorithm>
@@ -17,6 +18,7 @@
 #include <cstdlib>
 #include <functional>
 #include <new>
+#include <optional>
 
 namespace qrv {
 
@@ -38,15 +40,6 @@ NSError toolError(long long code, const NSString& description) {
                                                   {{NSString(NSLocalizedDescriptionKey), description}});
 }
 
-[[noreturn]] void convert() {
-    const NSAutoreleasePool pool; // of the whole run
-    NSApplicationLoad();
-    const NSArray arguments = NSProcessInfo::processInfo().arguments();
-    if (arguments.count() != 5) finishWithBadArguments();
-    PDFLoader loader;
-    convertWith(loader, arguments);
-}
-
 /// Replaces each unpaired surrogate, which stands for a byte of a file's name that is no UTF-8, by U+FFFD.
 NSString wellFormed(const NSString& text) {
     return NSString::fromUTF8(text.utf8());
@@ -58,6 +51,50 @@ NSString deliverable(const NSString& text) {
     std::u16string units(wellFormed(text).view());
     std::replace_if(units.begin(), units.end(), std::not_fn(canStandInXML), u'\uFFFD');
     return NSString(std::move(units));
+}
+
+void logOutcome(const NSError& error) {
+    QRV_LOG("Source/Tools/web2pdf", "void finishWithErrorAndPath(NSError *, NSString *)", LogWeb2PDF,
+            u"finish with error: %@", error);
+}
+
+NSData resultOf(const NSError& error, const NSString& path) {
+    NSMutableDictionary result;
+    result.setObject_forKey(NSNumber::numberWithBool(error.isNil()), NSString(u"succeeded"));
+    if (error) {
+        result.setObject_forKey(archiveError(error), NSString(u"errorData"));
+        result.setObject_forKey(deliverable(error.localizedDescription()), NSString(u"errorString"));
+    }
+    if (path) result.setObject_forKey(deliverable(path), NSString(u"path"));
+    return dataFromPropertyList(result.copy());
+}
+
+void startDeadline() {
+    const char* const text = std::getenv("WEB2PDF_DEADLINE");
+    if (!text) return;
+    const std::optional<double> seconds = Deadline::secondsFromText(text);
+    if (!seconds) {
+        QRV_LOG("Source/Tools/web2pdf", "void startDeadline()", LogWeb2PDF,
+                u"WEB2PDF_DEADLINE is no positive number of seconds: %@", NSString::fromFileSystem(text));
+        return;
+    }
+    const NSError error = NSError::errorWithDomain_code_userInfo(
+        NSURLErrorDomain, NSURLErrorTimedOut,
+        {{NSString(NSLocalizedDescriptionKey), NSString(u"The deadline has passed.")}});
+    Deadline::start(*seconds, [error, result = resultOf(error, {})] {
+        finishWithData(result); // first: logging may wait
+        logOutcome(error);
+    });
+}
+
+[[noreturn]] void convert() {
+    const NSAutoreleasePool pool; // of the whole run
+    startDeadline();
+    NSApplicationLoad();
+    const NSArray arguments = NSProcessInfo::processInfo().arguments();
+    if (arguments.count() != 5) finishWithBadArguments();
+    PDFLoader loader;
+    convertWith(loader, arguments);
 }
 
 } // namespace
@@ -83,16 +120,10 @@ void convertWith(PDFLoader& loader, const NSArray& arguments) {
 }
 
 void finishWithErrorAndPath(const NSError& error, const NSString& path) {
-    QRV_LOG("Source/Tools/web2pdf", "void finishWithErrorAndPath(NSError *, NSString *)", LogWeb2PDF,
-            u"finish with error: %@", error);
-    NSMutableDictionary result;
-    result.setObject_forKey(NSNumber::numberWithBool(error.isNil()), NSString(u"succeeded"));
-    if (error) {
-        result.setObject_forKey(archiveError(error), NSString(u"errorData"));
-        result.setObject_forKey(deliverable(error.localizedDescription()), NSString(u"errorString"));
-    }
-    if (path) result.setObject_forKey(deliverable(path), NSString(u"path"));
-    finishWithData(dataFromPropertyList(result.copy()));
+    logOutcome(error);
+    const NSData result = resultOf(error, path);
+    Deadline::claimAnswer();
+    finishWithData(result);
     exitProcess(EXIT_SUCCESS); // also after a failure: only the result tells the outcome
 }
 

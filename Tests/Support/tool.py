@@ -188,8 +188,11 @@ class ToolTestCase(unittest.TestCase):
         child.stdout.close()
         child.stderr.close()
 
-    def run_tool(self, *arguments, output=None, environment=None, timeout=90, **options):
-        """Runs the tool to its end and asserts what holds for every run."""
+    def run_tool(self, *arguments, output=None, environment=None, timeout=90, seconds_to_end=0, **options):
+        """Runs the tool to its end and asserts what holds for every run.
+
+        The engine may end seconds_to_end later: only a tool that is cut off does not wait for it.
+        """
         child = self.start(*arguments, environment=environment, **options)
         try:
             answer, errors = child.communicate(timeout=timeout)
@@ -200,7 +203,7 @@ class ToolTestCase(unittest.TestCase):
         log = Log(errors.decode())
         self.assertEqual(child.returncode, 0, f"exit status; log:\n{log.text}")
         self.assertEqual(log.strangers, [], "lines on standard error that are no log lines")
-        self.assert_nothing_left(seconds=0)
+        self.assert_nothing_left(seconds_to_end)
         return Run(self.folder, output, answer, log, child.returncode)
 
     def convert(self, archive, mode="screen", name="page.pdf", expect_success=True, quick=True,

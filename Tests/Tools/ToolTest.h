@@ -8,10 +8,10 @@
 #include "Platform/Foundation/NSProcessInfo.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
 #include "Source/Tools/web2pdf.h"
+#include "Tests/Support/ScriptedTime.h"
 #include "Tests/Support/TemporaryFolder.h"
 #include "Tests/Tools/LogCapture.h"
 #include "Tests/Tools/ScriptedPage.h"
-#include "Tests/Tools/ScriptedTime.h"
 
 #include <gtest/gtest.h>
 
