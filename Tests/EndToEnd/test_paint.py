@@ -28,7 +28,7 @@ class PaintTests(ToolTestCase):
         tries.mkdir()
         tries.chmod(0o777)
         text = between(_SLOW % {"count": count, "folder": str(tries)})
-        return self.convert(page(body), **self.writing_engine(text, tries))
+        return self.convert(page(body), **self.writing_engine(text))
 
     def test_page_that_prints_too_slowly_is_printed_without_what_costs(self):
         run = self.convert_slowly(SHADED, 1)

@@ -31,7 +31,7 @@ class GalleryTestCase(ToolTestCase):
         target = os.environ.get("WEB2PDF_GALLERY")
         # A print is not compared with the picture of the page, which the contact sheet alone shows beside it.
         text = witness(notes, takes_picture=bool(target) or mode == "screen")
-        run = self.convert(page.archive, mode=mode, **self.writing_engine(text, notes))
+        run = self.convert(page.archive, mode=mode, **self.writing_engine(text))
         third = self.third_reader and functools.partial(self.third_reader.picture, run.output)
         verdict = judge(page, mode, run.pdf, Sight(notes), illustrated=bool(target), third_reader=third)
         if target:

@@ -283,14 +283,10 @@ class ToolTestCase(unittest.TestCase):
         path.chmod(0o755)
         return str(path)
 
-    def writing_engine(self, text, folder):
-        """Options for a script in the engine's place that writes into the folder.
-
-        An engine changes files in its temporary folder only. Where it can not get one of its own, out of sight, that
-        is the caller's.
-        """
-        environment = self.environment(WEB2PDF_ENGINE=self.script("engine", text), TMPDIR=folder)
-        return {"environment": environment, "preexec_fn": confinement.refuse_mounts}
+    def writing_engine(self, text):
+        """Options for a script in the engine's place that writes files, which only a kernel without rules lets it."""
+        return {"environment": self.environment(WEB2PDF_ENGINE=self.script("engine", text)),
+                "preexec_fn": confinement.refuse_landlock}
 
 
 def stop_by(signal_number, child):

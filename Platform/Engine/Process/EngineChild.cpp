@@ -42,7 +42,7 @@ struct ChildPlan {
     std::vector<char*> arguments;
     std::vector<char*> argumentsWithoutSandbox;
     std::vector<char*> environment;
-    std::vector<char*> environmentWithOwnFolder;
+    std::vector<char*> environmentWithMounts;
     EngineSandbox& sandbox;
     bool checkEngineSandbox;
     int socket;
@@ -119,8 +119,7 @@ bool parentIsGone() {
     if (parentIsGone()) ::_exit(failed);
 
     const auto& arguments = sandboxed ? plan.arguments : plan.argumentsWithoutSandbox;
-    const auto& environment =
-        plan.sandbox.hasOwnTemporaryFolder() ? plan.environmentWithOwnFolder : plan.environment;
+    const auto& environment = plan.sandbox.hasMounts() ? plan.environmentWithMounts : plan.environment;
     ::execve(arguments.front(), arguments.data(), environment.data());
     reporter.report(LaunchStep::Kind::execution, errno);
     ::_exit(failed);
@@ -128,7 +127,7 @@ bool parentIsGone() {
 
 } // namespace
 
-EngineChild::EngineChild(const Command& command) {
+EngineChild::EngineChild(const Command& command) : sandbox_(command.arguments.front(), command.environment) {
     int sockets[2];
     checked(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, sockets), "connecting to the engine");
     socket_ = FileDescriptor(sockets[0]);
@@ -140,17 +139,16 @@ EngineChild::EngineChild(const Command& command) {
 
     // Orphaned descendants of the engine become our children and can be reaped.
     ::prctl(PR_SET_CHILD_SUBREAPER, 1, 0, 0, 0);
-    EngineSandbox sandbox(command.arguments.front(), command.environment, command.environmentWithOwnFolder);
     ChildPlan plan{pointers(command.arguments),
                    pointers(command.argumentsWithoutSandbox),
-                   pointers(command.environment),
-                   pointers(command.environmentWithOwnFolder),
-                   sandbox,
+                   pointers(sandbox_.environment(false)),
+                   pointers(sandbox_.environment(true)),
+                   sandbox_,
                    command.checkEngineSandbox,
                    engineSocket.get(),
                    engineSteps.get()};
     SignalsBlocked blocked;
-    pid_ = checked(sandbox.fork(LaunchReporter(engineSteps.get())), "starting the engine");
+    pid_ = checked(sandbox_.fork(LaunchReporter(engineSteps.get())), "starting the engine");
     if (pid_ == 0) runChild(plan);
 }
 
@@ -173,6 +171,7 @@ void EngineChild::terminate() {
     ::kill(-pid_, SIGKILL);
     auto deadline = std::chrono::steady_clock::now() + reapingTime;
     while (!reap() && std::chrono::steady_clock::now() < deadline) std::this_thread::sleep_for(reapingStep);
+    sandbox_.removeFolder();
     terminated_ = true;
 }
 

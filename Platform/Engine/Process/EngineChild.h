@@ -21,7 +21,6 @@ public:
         std::vector<std::string> arguments; ///< the program's path first
         std::vector<std::string> argumentsWithoutSandbox;
         std::vector<std::string> environment;
-        std::vector<std::string> environmentWithOwnFolder; ///< when the kernel grants a temporary folder
         /// Check first whether the engine's own sandbox can work, and disable it if not.
         bool checkEngineSandbox = false;
     };
@@ -41,7 +40,8 @@ public:
     /// Returns the steps reported since the last call.
     std::vector<LaunchStep> takeSteps();
 
-    /// Kills and reaps the engine and its descendants, in bounded time. Calling it again does nothing.
+    /// Kills and reaps the engine and its descendants, in bounded time, and removes what they left. Calling
+    /// it again does nothing.
     void terminate();
 
     /// How the engine ended, after terminate, such as "was ended by signal 9 (Killed)".
@@ -50,6 +50,7 @@ public:
 private:
     bool reap();
 
+    EngineSandbox sandbox_;
     pid_t pid_ = -1;
     FileDescriptor socket_;
     FileDescriptor steps_;

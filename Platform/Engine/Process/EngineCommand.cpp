@@ -55,7 +55,7 @@ std::vector<std::string> engineArguments(const EngineExecutable& executable, boo
     return arguments;
 }
 
-std::vector<std::string> engineEnvironment(bool hasOwnTemporaryFolder) {
+std::vector<std::string> engineEnvironment() {
     std::vector<std::string> environment{
         "PATH=/usr/local/bin:/usr/bin:/bin",
         "HOME=/nonexistent",
@@ -66,9 +66,6 @@ std::vector<std::string> engineEnvironment(bool hasOwnTemporaryFolder) {
                              "TZ", "FONTCONFIG_FILE", "FONTCONFIG_PATH", "FONTCONFIG_SYSROOT"})
         passOn(environment, name);
     passOnDataDirectory(environment);
-    const char* callers = std::getenv("TMPDIR");
-    const std::string temporary = hasOwnTemporaryFolder ? ownTemporaryFolder : callers ? callers : "/tmp";
-    environment.push_back("TMPDIR=" + temporary);
     return environment;
 }
 

@@ -13,11 +13,8 @@ namespace qrv::engine {
 /// (out).
 std::vector<std::string> engineArguments(const EngineExecutable& executable, bool sandboxed);
 
-/// Where the engine gets a temporary folder of its own.
-inline constexpr const char* ownTemporaryFolder = "/dev/shm";
-
-/// The engine's environment, as NAME=value. It names no proxy, no display and no writable folder but the
-/// temporary one: its own or the caller's. The caller's language, time zone and fonts are kept.
-std::vector<std::string> engineEnvironment(bool hasOwnTemporaryFolder);
+/// The engine's environment, as NAME=value, without the temporary folder, which is its sandbox's choice. It
+/// names no proxy, no display and no writable folder; the caller's language, time zone and fonts are kept.
+std::vector<std::string> engineEnvironment();
 
 } // namespace qrv::engine

@@ -69,7 +69,8 @@ void allowFonts(FileRules& rules, const std::vector<std::string>& environment) {
 
 } // namespace
 
-FileRules engineFiles(const std::string& program, const std::vector<std::string>& environment) {
+FileRules engineFiles(const std::string& program, const std::vector<std::string>& environment,
+                      const std::string& temporaryFolder) {
     FileRules rules = FileRules::closingAll();
     std::error_code ignored;
     for (const fs::path& file : {fs::path(program), fs::canonical(program, ignored)})
@@ -83,7 +84,7 @@ FileRules engineFiles(const std::string& program, const std::vector<std::string>
     rules.allow("/dev/null", FileRules::read | FileRules::write);
     // The engine's own sandbox maps identities there. What belongs to others is closed to it all the same.
     rules.allow("/proc", FileRules::read | FileRules::write);
-    rules.allow(std::string(valueOf("TMPDIR", environment)), FileRules::read | FileRules::change);
+    rules.allow(temporaryFolder, FileRules::read | FileRules::change);
     return rules;
 }
 

@@ -11,7 +11,8 @@
 namespace qrv::engine {
 
 /// The rules for this program, with the environment that it gets (NAME=value), which tells where the user's
-/// fonts are, and its temporary folder: the only place where it may change anything.
-FileRules engineFiles(const std::string& program, const std::vector<std::string>& environment);
+/// fonts are. It may change what is in the temporary folder, and nothing else.
+FileRules engineFiles(const std::string& program, const std::vector<std::string>& environment,
+                      const std::string& temporaryFolder);
 
 } // namespace qrv::engine

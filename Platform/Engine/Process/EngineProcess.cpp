@@ -66,8 +66,7 @@ void EngineProcess::start() {
     child_ = std::make_unique<EngineChild>(EngineChild::Command{
         .arguments = engineArguments(executable_, true),
         .argumentsWithoutSandbox = engineArguments(executable_, false),
-        .environment = engineEnvironment(false),
-        .environmentWithOwnFolder = engineEnvironment(true),
+        .environment = engineEnvironment(),
         .checkEngineSandbox = starts_ > 1, // takes time, and is rarely needed
     });
     pipe_ = std::make_unique<DevToolsPipe>(child_->takeSocket(), loop_);

@@ -1,19 +1,24 @@
 #include "Platform/Engine/Process/EngineSandbox.h"
 
-#include "Platform/Engine/Process/EngineCommand.h"
 #include "Platform/Engine/Process/EngineFiles.h"
 #include "Platform/Foundation/FileDescriptor.h"
 
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
+#include <random>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
+#include <utility>
 
 // Everything that a child calls here is async-signal-safe: another thread of the parent may have held any
 // lock, the allocator's included, during the fork. Identities are set by bare system calls, because the
@@ -24,6 +29,7 @@ namespace qrv::engine {
 namespace {
 
 constexpr unsigned nobody = 65534;
+constexpr const char* sharedMemoryFolder = "/dev/shm";
 constexpr unsigned ownNamespaces = CLONE_NEWPID | CLONE_NEWNS | CLONE_NEWNET | CLONE_NEWIPC;
 
 bool writeFile(const char* path, const char* text) {
@@ -88,6 +94,15 @@ void refuseCalls(SystemCallFilter& filter) {
                   EPERM);
 }
 
+/// A folder in the caller's temporary one, under a name that nobody guesses.
+std::string newFolderName() {
+    const char* callers = std::getenv("TMPDIR");
+    std::random_device random;
+    return (std::filesystem::path(callers && *callers == '/' ? callers : "/tmp") /
+            ("web2pdf-" + std::to_string(random()) + std::to_string(random())))
+        .string();
+}
+
 const char* sentence(LaunchStep::Kind kind) {
     switch (kind) {
     case LaunchStep::Kind::namespaces:
@@ -95,7 +110,8 @@ const char* sentence(LaunchStep::Kind kind) {
     case LaunchStep::Kind::identityMap:
         return "the engine's identity can not be mapped into its user namespace";
     case LaunchStep::Kind::temporaryFolder:
-        return "no temporary folder of its own for the engine; it uses the caller's";
+        return "no file system of its own for the engine's temporary files; they are in a folder of the "
+               "caller's";
     case LaunchStep::Kind::processFolder:
         return "no list of processes of its own for the engine; it sees the machine's";
     case LaunchStep::Kind::fileRules:
@@ -126,10 +142,15 @@ void LaunchReporter::report(LaunchStep::Kind kind, int error) const {
     }
 }
 
-EngineSandbox::EngineSandbox(const std::string& program, const std::vector<std::string>& environment,
-                             const std::vector<std::string>& environmentWithOwnFolder)
-    : user_(::geteuid()), group_(::getegid()), files_(engineFiles(program, environment)),
-      filesWithOwnFolder_(engineFiles(program, environmentWithOwnFolder)) {
+EngineSandbox::Surroundings::Surroundings(const std::string& program, std::vector<std::string> environment_,
+                                          const std::string& temporaryFolder)
+    : environment(std::move(environment_)), files(engineFiles(program, environment, temporaryFolder)) {
+    environment.push_back("TMPDIR=" + temporaryFolder);
+}
+
+EngineSandbox::EngineSandbox(const std::string& program, const std::vector<std::string>& environment)
+    : user_(::geteuid()), group_(::getegid()), folder_(newFolderName()),
+      mounted_(program, environment, sharedMemoryFolder), unmounted_(program, environment, folder_) {
     refuseCalls(filter_);
     filter_.compile();
 }
@@ -155,7 +176,8 @@ bool EngineSandbox::enter(const LaunchReporter& reporter) {
     if (namespaces_ & CLONE_NEWNS) mount(reporter);
     if (!dropIdentity(reporter)) return false;
     if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) return false;
-    if (!(hasOwnFolder_ ? filesWithOwnFolder_ : files_).enforce())
+    if (!hasMounts_) ::mkdir(folder_.c_str(), 0700); // without it the engine has nowhere to write
+    if (!(hasMounts_ ? mounted_ : unmounted_).files.enforce())
         reporter.report(LaunchStep::Kind::fileRules, errno);
     if (filter_.install()) return true;
     reporter.report(LaunchStep::Kind::systemCallFilter, errno);
@@ -180,11 +202,15 @@ bool EngineSandbox::dropIdentity(const LaunchReporter& reporter) const {
 void EngineSandbox::mount(const LaunchReporter& reporter) {
     constexpr unsigned long flags = MS_NOSUID | MS_NODEV | MS_NOEXEC;
     const bool isPrivate = ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-    hasOwnFolder_ =
-        isPrivate && ::mount("tmpfs", ownTemporaryFolder, "tmpfs", flags, "size=2g,mode=1777") == 0;
-    if (!hasOwnFolder_) reporter.report(LaunchStep::Kind::temporaryFolder, errno);
+    hasMounts_ = isPrivate && ::mount("tmpfs", sharedMemoryFolder, "tmpfs", flags, "size=2g,mode=1777") == 0;
+    if (!hasMounts_) reporter.report(LaunchStep::Kind::temporaryFolder, errno);
     if (!isPrivate || ::mount("proc", "/proc", "proc", flags, nullptr) != 0)
         reporter.report(LaunchStep::Kind::processFolder, errno);
+}
+
+void EngineSandbox::removeFolder() const {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
 }
 
 /// Tries, in a process of its own, the namespaces from which the engine builds its sandbox.

@@ -3,7 +3,7 @@
 // The engine's confinement: namespaces of its own, an identity without rights, no files but those that it
 // needs, no sockets, and the engine's own sandbox around its renderers.
 //
-//     EngineSandbox sandbox(program, environment, environmentWithOwnFolder);
+//     EngineSandbox sandbox(program, environment);
 //     pid_t child = sandbox.fork(reporter);
 //     if (child == 0) { ... if (!sandbox.enter(reporter)) _exit(127); ... execve(...); }
 //
@@ -57,8 +57,7 @@ private:
 class EngineSandbox {
 public:
     /// Prepares what a child can not, which must not allocate. Throws std::system_error.
-    EngineSandbox(const std::string& program, const std::vector<std::string>& environment,
-                  const std::vector<std::string>& environmentWithOwnFolder);
+    EngineSandbox(const std::string& program, const std::vector<std::string>& environment);
 
     /// Forks into as many namespaces as the kernel gives. With namespaces the child is their first process,
     /// whose end ends all others. Returns what fork does; no handlers for forks are called.
@@ -67,21 +66,38 @@ public:
     /// Confines the child; async-signal-safe. Returns false if it must not go on.
     bool enter(const LaunchReporter& reporter);
 
-    /// Whether the child, in which enter was called, has a temporary folder that is gone with its last
-    /// process.
-    bool hasOwnTemporaryFolder() const { return hasOwnFolder_; }
+    /// In the child, after enter: whether it has mounts of its own.
+    bool hasMounts() const { return hasMounts_; }
+
+    /// The environment with the temporary folder, for a child with or without mounts of its own. With them
+    /// the folder is gone with the child's last process.
+    const std::vector<std::string>& environment(bool withMounts) const {
+        return (withMounts ? mounted_ : unmounted_).environment;
+    }
+
+    /// Removes the temporary folder of a child without mounts, which must have ended.
+    void removeFolder() const;
 
 private:
+    struct Surroundings {
+        Surroundings(const std::string& program, std::vector<std::string> environment_,
+                     const std::string& temporaryFolder);
+
+        std::vector<std::string> environment;
+        FileRules files;
+    };
+
     bool dropIdentity(const LaunchReporter& reporter) const;
     void mount(const LaunchReporter& reporter);
 
     unsigned user_;
     unsigned group_;
-    FileRules files_;
-    FileRules filesWithOwnFolder_;
+    std::string folder_; // of a child without mounts
+    Surroundings mounted_;
+    Surroundings unmounted_;
     SystemCallFilter filter_ = SystemCallFilter::allowingAll();
     unsigned namespaces_ = 0; // CLONE_NEW...
-    bool hasOwnFolder_ = false;
+    bool hasMounts_ = false;
 };
 
 /// Whether the engine could build its own sandbox from within the calling process; async-signal-safe.

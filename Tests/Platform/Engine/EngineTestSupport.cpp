@@ -1,9 +1,12 @@
 #include "Tests/Platform/Engine/EngineTestSupport.h"
 
+#include "Platform/Confinement/SystemCallFilter.h"
+
 #include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <fstream>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
@@ -103,6 +106,14 @@ int inChildProcess(const std::function<int()>& function) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+void becomeOrdinaryUser() {
+    constexpr unsigned user = 31415;
+    if (::geteuid() != 0) return;
+    if (::setgroups(0, nullptr) != 0 || ::setresgid(user, user, user) != 0 ||
+        ::setresuid(user, user, user) != 0)
+        throw std::runtime_error("root can not be given up");
+}
+
 void refuseNamespaces(Refused refused) {
     unsigned flags = CLONE_NEWUSER;
     if (refused == Refused::allNamespaces) flags |= CLONE_NEWNET | CLONE_NEWPID;
@@ -120,6 +131,13 @@ void refuseNamespaces(Refused refused) {
     if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 ||
         ::prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter, 0, 0) != 0)
         throw std::runtime_error("the filter can not be installed");
+}
+
+void refuseCall(int number) {
+    auto filter = SystemCallFilter::allowingAll();
+    filter.refuse({number}, EPERM);
+    filter.compile();
+    if (!filter.install()) throw std::runtime_error("the filter can not be installed");
 }
 
 std::string attachToPage(DevToolsClient& client) {

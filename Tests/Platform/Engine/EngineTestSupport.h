@@ -53,9 +53,15 @@ bool eventually(const std::function<bool()>& condition);
 /// signal.
 int inChildProcess(const std::function<int()>& function);
 
+/// Gives up root for good, like a program that an ordinary user runs.
+void becomeOrdinaryUser();
+
 /// From now on the kernel refuses new namespaces to the calling process and its children.
 enum class Refused { userNamespaces, allNamespaces };
 void refuseNamespaces(Refused refused);
+
+/// From now on the kernel refuses this system call likewise.
+void refuseCall(int number);
 
 /// A session with the engine's first page.
 std::string attachToPage(DevToolsClient& client);

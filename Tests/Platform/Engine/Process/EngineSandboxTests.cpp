@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <fstream>
 #include <gmock/gmock.h>
-#include <grp.h>
 #include <netinet/in.h>
 #include <sched.h>
 #include <sys/socket.h>
@@ -53,15 +52,6 @@ private:
     FileDescriptor socket_;
     sockaddr_in address_;
 };
-
-// Gives up root for good, like a program that an ordinary user runs.
-void becomeOrdinaryUser() {
-    constexpr unsigned user = 31415;
-    if (::geteuid() != 0) return;
-    if (::setgroups(0, nullptr) != 0 || ::setresgid(user, user, user) != 0 ||
-        ::setresuid(user, user, user) != 0)
-        throw std::runtime_error("root can not be given up");
-}
 
 // Becomes root of a user namespace in which there is nobody else.
 void becomeOnlyRoot() {

@@ -1,0 +1,72 @@
+"""What the engine does to the machine while it converts a page, as the kernel sees it."""
+
+import re
+import subprocess
+import unittest
+
+import confinement
+from pages import acting
+from tool import ToolTestCase, tool_path
+
+# Besides its temporary folder and shared memory: where the engine's own files, libraries, fonts, languages and time zones are, and
+# what the kernel tells.
+OPEN_TO_THE_ENGINE = ("/usr/lib/", "/lib/", "/etc/ld.so.cache", "/etc/fonts", "/usr/share/fontconfig",
+                      "/usr/share/fonts", "/usr/local/share/fonts", "/var/cache/fontconfig", "/usr/share/locale",
+                      "/usr/share/zoneinfo", "/etc/locale.alias", "/etc/localtime", "/sys/devices/system/cpu",
+                      "/dev/null", "/dev/zero", "/dev/random", "/dev/urandom", "/proc", "/dev/shm/",
+                      "/memfd:")
+BUSY_PAGE = """
+    new Worker(URL.createObjectURL(new Blob(["fetch('http://127.0.0.1/')"])));
+    new WebSocket('ws://127.0.0.1/');
+    new RTCPeerConnection({iceServers: [{urls: 'stun:127.0.0.1'}]}).createDataChannel('x');
+    document.createElement('canvas').getContext('webgl');
+    fetch('file:///etc/passwd');
+"""
+RETURNED = re.compile(r"^(\d+) +(?:<\.\.\. )?(\w+)(?:\(| resumed>)(.*)= (-?\d+)(?:<([^>]*)>)?")
+
+
+class ConfinementTests(ToolTestCase):
+    def trace(self, **options):
+        """The calls that came back without an error, but for the tool's own: (name, arguments, file)."""
+        record = self.folder / "record"
+        record.mkdir()
+        record.chmod(0o777)
+        (self.folder / "out").chmod(0o777)
+        self.set_preferences({"WebToolExtraLoadingTime": 1})
+        tool = options.pop("executable")
+        path = self.archive_file(acting(BUSY_PAGE, "<p>Text</p>"))
+        output = self.folder / "out" / "page.pdf"
+        done = subprocess.run(["strace", "-f", "-y", "-s", "0", "-e", "trace=open,openat,openat2,socket,connect,execve",
+                               "-o", str(record / "calls"), tool, "screen", path, str(output), "uid"],
+                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                              env=self.environment(), cwd=self.folder, timeout=300, check=False, **options)
+        self.assertIn(b"<true/>", done.stdout, done.stderr)
+        lines = (record / "calls").read_text(encoding="utf-8").splitlines()
+        calls = [match.groups() for match in map(RETURNED.match, lines) if match]
+        own = lines[0].split()[0]
+        self.assert_nothing_left()
+        return [call[1:3] + call[4:] for call in calls if call[0] != own and int(call[3]) >= 0]
+
+    def assert_keeps_to_itself(self, temporary=(), **options):
+        calls = self.trace(**options)
+        programs = [call for call in calls if call[0] == "execve"]
+        self.assertTrue(programs, "no engine was traced")
+        self.assertEqual([call for call in calls if call[0] in ("socket", "connect")], [])
+        opened = {file for name, arguments, file in calls if name.startswith("open") and "O_PATH" not in arguments}
+        self.assertGreater(len(opened), 50)
+        allowed = OPEN_TO_THE_ENGINE + temporary
+        self.assertEqual([file for file in sorted(opened) if not file.startswith(allowed)], [])
+
+    def test_as_it_is_started(self):
+        self.assert_keeps_to_itself(executable=tool_path())
+
+    def test_of_an_ordinary_user(self):
+        self.assert_keeps_to_itself(**{"executable": tool_path(), **self.as_nobody()})
+
+    def test_without_namespaces(self):
+        self.assert_keeps_to_itself(executable=tool_path(), preexec_fn=confinement.refuse_namespaces,
+                                    temporary=(str(self.folder / "tmp" / "web2pdf-"),))
+
+
+if __name__ == "__main__":
+    unittest.main()
