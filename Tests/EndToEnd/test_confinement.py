@@ -5,7 +5,7 @@ import subprocess
 import unittest
 
 import confinement
-from pages import acting
+from pages import acting, page
 from tool import ToolTestCase, tool_path
 
 # Besides its temporary folder and shared memory: where the engine's own files, libraries, fonts, languages and time zones are, and
@@ -66,6 +66,15 @@ class ConfinementTests(ToolTestCase):
     def test_without_namespaces(self):
         self.assert_keeps_to_itself(executable=tool_path(), preexec_fn=confinement.refuse_namespaces,
                                     temporary=(str(self.folder / "tmp" / "web2pdf-"),))
+
+    def test_engine_whose_sandbox_is_required_does_not_run_without_it(self):
+        run = self.convert(page("<p>Text</p>"), expect_success=False, preexec_fn=confinement.refuse_namespaces,
+                           environment=self.environment(WEB2PDF_REQUIRE_SANDBOX=1))
+        self.assert_failure(run, "NSURLErrorDomain", -1005)
+        self.assertTrue(run.result["errorString"].startswith(
+            "The web engine ended unexpectedly: the engine's own sandbox can not work here, and "
+            "WEB2PDF_REQUIRE_SANDBOX is set (Operation not permitted)"), run.result)
+        self.assertFalse((self.folder / "out" / "page.pdf").exists())
 
 
 if __name__ == "__main__":

@@ -45,6 +45,7 @@ struct ChildPlan {
     std::vector<char*> environmentWithMounts;
     EngineSandbox& sandbox;
     bool checkEngineSandbox;
+    bool requireEngineSandbox;
     int socket;
     int steps;
 };
@@ -112,13 +113,19 @@ bool parentIsGone() {
     rlimit noCoreFile{0, 0};
     ::setrlimit(RLIMIT_CORE, &noCoreFile);
     if (!plan.sandbox.enter(reporter)) ::_exit(failed);
-    bool sandboxed = !plan.checkEngineSandbox || canUseEngineSandbox(reporter);
+    const int sandboxError = plan.checkEngineSandbox ? engineSandboxError() : 0;
+    if (sandboxError != 0) {
+        using Kind = LaunchStep::Kind;
+        reporter.report(plan.requireEngineSandbox ? Kind::requiredSandbox : Kind::engineSandbox,
+                        sandboxError);
+        if (plan.requireEngineSandbox) ::_exit(failed);
+    }
 
     // Last, since every change of identity resets it.
     ::prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
     if (parentIsGone()) ::_exit(failed);
 
-    const auto& arguments = sandboxed ? plan.arguments : plan.argumentsWithoutSandbox;
+    const auto& arguments = sandboxError == 0 ? plan.arguments : plan.argumentsWithoutSandbox;
     const auto& environment = plan.sandbox.hasMounts() ? plan.environmentWithMounts : plan.environment;
     ::execve(arguments.front(), arguments.data(), environment.data());
     reporter.report(LaunchStep::Kind::execution, errno);
@@ -145,6 +152,7 @@ EngineChild::EngineChild(const Command& command) : sandbox_(command.arguments.fr
                    pointers(sandbox_.environment(true)),
                    sandbox_,
                    command.checkEngineSandbox,
+                   command.requireEngineSandbox,
                    engineSocket.get(),
                    engineSteps.get()};
     SignalsBlocked blocked;

@@ -21,8 +21,10 @@ public:
         std::vector<std::string> arguments; ///< the program's path first
         std::vector<std::string> argumentsWithoutSandbox;
         std::vector<std::string> environment;
-        /// Check first whether the engine's own sandbox can work, and disable it if not.
+        /// Check first whether the engine's own sandbox can work, and disable it if not, unless it is
+        /// required.
         bool checkEngineSandbox = false;
+        bool requireEngineSandbox = false;
     };
 
     /// Starts the command without waiting for it. Throws std::system_error if the system has no processes or

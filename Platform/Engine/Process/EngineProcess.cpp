@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <set>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -22,6 +23,11 @@ std::set<EngineProcess*>& running() {
 }
 
 } // namespace
+
+bool environmentRequiresSandbox() {
+    const char* value = std::getenv("WEB2PDF_REQUIRE_SANDBOX");
+    return value && std::string_view(value) == "1";
+}
 
 EngineProcess::LaunchResult EngineProcess::launch(EngineOptions options, NSRunLoop& loop) {
     using Kind = EngineLaunchError::Kind;
@@ -68,6 +74,7 @@ void EngineProcess::start() {
         .argumentsWithoutSandbox = engineArguments(executable_, false),
         .environment = engineEnvironment(),
         .checkEngineSandbox = starts_ > 1, // takes time, and is rarely needed
+        .requireEngineSandbox = options_.requireSandbox,
     });
     pipe_ = std::make_unique<DevToolsPipe>(child_->takeSocket(), loop_);
     pipe_->setMessageHandler([this](std::string_view message) { messageArrived(message); });
@@ -93,9 +100,9 @@ void EngineProcess::messageArrived(std::string_view message) {
 
 void EngineProcess::connectionEnded() {
     child_->terminate();
-    bool canStart = !logSteps();
-    std::string reason = "the web engine " + child_->endText();
-    if (!answered_ && canStart && starts_ < mostStarts) {
+    const std::optional<std::string> obstacle = logSteps();
+    std::string reason = obstacle.value_or("the web engine " + child_->endText());
+    if (!answered_ && !obstacle && starts_ < mostStarts) {
         log(reason + " before its first message; it is started again");
         try {
             start();
@@ -109,11 +116,11 @@ void EngineProcess::connectionEnded() {
     deliverClose(reason);
 }
 
-/// Returns whether one of the steps was fatal.
-bool EngineProcess::logSteps() {
-    bool fatal = false;
+/// Returns the text of the fatal step, if there was one.
+std::optional<std::string> EngineProcess::logSteps() {
+    std::optional<std::string> fatal;
     for (const LaunchStep& step : child_->takeSteps()) {
-        fatal = fatal || step.isFatal();
+        if (step.isFatal()) fatal = step.text();
         log(step.text());
     }
     return fatal;

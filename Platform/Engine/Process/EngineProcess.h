@@ -23,6 +23,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <variant>
@@ -30,9 +31,13 @@
 
 namespace qrv::engine {
 
+/// Whether WEB2PDF_REQUIRE_SANDBOX is 1.
+bool environmentRequiresSandbox();
+
 struct EngineOptions {
     EngineSearch search = EngineSearch::fromEnvironment();
     std::function<void(const std::string& line)> log = {};
+    bool requireSandbox = environmentRequiresSandbox(); ///< rather fail than run the engine without its own
 };
 
 struct EngineLaunchError {
@@ -66,7 +71,7 @@ private:
     void start();
     void messageArrived(std::string_view message);
     void connectionEnded();
-    bool logSteps();
+    std::optional<std::string> logSteps();
     void log(const std::string& line);
 
     EngineExecutable executable_;

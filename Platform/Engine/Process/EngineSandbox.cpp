@@ -120,6 +120,8 @@ const char* sentence(LaunchStep::Kind kind) {
         return "the engine's own sandbox can not work here; it runs without, cut off from the network";
     case LaunchStep::Kind::identity:
         return "the engine can not be started without the rights of root";
+    case LaunchStep::Kind::requiredSandbox:
+        return "the engine's own sandbox can not work here, and WEB2PDF_REQUIRE_SANDBOX is set";
     case LaunchStep::Kind::systemCallFilter:
         return "the engine can not be cut off from the network";
     case LaunchStep::Kind::descriptors:
@@ -214,7 +216,7 @@ void EngineSandbox::removeFolder() const {
 }
 
 /// Tries, in a process of its own, the namespaces from which the engine builds its sandbox.
-bool canUseEngineSandbox(const LaunchReporter& reporter) {
+int engineSandboxError() {
     unsigned user = ::geteuid();
     unsigned group = ::getegid();
     pid_t probe = ::_Fork();
@@ -222,16 +224,11 @@ bool canUseEngineSandbox(const LaunchReporter& reporter) {
         bool usable = ::unshare(CLONE_NEWUSER | CLONE_NEWPID | CLONE_NEWNET) == 0 && mapIdentity(user, group);
         ::_exit(usable ? 0 : errno);
     }
-    int error = probe > 0 ? 0 : errno;
-    if (probe > 0) {
-        int status = 0;
-        while (::waitpid(probe, &status, 0) < 0 && errno == EINTR) {
-        }
-        error = WIFEXITED(status) ? WEXITSTATUS(status) : ECHILD;
+    if (probe < 0) return errno;
+    int status = 0;
+    while (::waitpid(probe, &status, 0) < 0 && errno == EINTR) {
     }
-    if (error == 0) return true;
-    reporter.report(LaunchStep::Kind::engineSandbox, error);
-    return false;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : ECHILD;
 }
 
 } // namespace qrv::engine

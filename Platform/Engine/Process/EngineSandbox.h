@@ -29,6 +29,7 @@ struct LaunchStep {
         fileRules,       ///< not in this kernel; the engine can open what its user can
         engineSandbox,   ///< cannot work here; the engine runs without it
         identity,        ///< root could not be dropped: fatal, like everything below
+        requiredSandbox, ///< the engine's own: it can not work here, and the engine must not run without
         systemCallFilter,
         descriptors,
         execution,
@@ -100,7 +101,8 @@ private:
     bool hasMounts_ = false;
 };
 
-/// Whether the engine could build its own sandbox from within the calling process; async-signal-safe.
-bool canUseEngineSandbox(const LaunchReporter& reporter);
+/// What keeps the engine from building its own sandbox from within the calling process: an errno value, or 0;
+/// async-signal-safe.
+int engineSandboxError();
 
 } // namespace qrv::engine

@@ -211,8 +211,27 @@ TEST_F(EngineSandboxTest, TheEngineNeverRunsAsRoot) {
     EXPECT_EQ(inChildProcess([this, &script] {
                   becomeOnlyRoot();
                   refuseNamespaces(Refused::allNamespaces);
-                  return (firstWordsOf(script) == "the web engine exited with status 127" ? 0 : 4) +
-                         logHas("the engine can not be started without the rights of root");
+                  const std::string text = "the engine can not be started without the rights of root";
+                  return (firstWordsOf(script).starts_with(text) ? 0 : 4) + logHas(text);
+              }),
+              0);
+}
+
+TEST_F(EngineSandboxTest, AnEngineWhoseSandboxIsRequiredDoesNotRunWithoutIt) {
+    EXPECT_EQ(inChildProcess([this] {
+                  refuseNamespaces(Refused::userNamespaces);
+                  ::setenv("WEB2PDF_REQUIRE_SANDBOX", "1", 1);
+                  const std::string text =
+                      "the engine's own sandbox can not work here, and WEB2PDF_REQUIRE_SANDBOX is set";
+                  return (firstWordsOf(installedEngine()).starts_with(text) ? 0 : 4) + logHas(text);
+              }),
+              0);
+}
+
+TEST_F(EngineSandboxTest, ARequiredSandboxThatWorksChangesNothing) {
+    EXPECT_EQ(inChildProcess([this] {
+                  ::setenv("WEB2PDF_REQUIRE_SANDBOX", "1", 1);
+                  return browse() + (log_.empty() ? 0 : 2);
               }),
               0);
 }
@@ -230,9 +249,9 @@ TEST_F(EngineSandboxTest, EachStepIsLoggedOnce) {
 TEST_F(EngineSandboxTest, StepsHaveTextsOfTheirOwn) {
     using Kind = LaunchStep::Kind;
     std::vector<std::string> texts;
-    for (Kind kind :
-         {Kind::namespaces, Kind::identityMap, Kind::temporaryFolder, Kind::processFolder, Kind::fileRules,
-          Kind::engineSandbox, Kind::identity, Kind::systemCallFilter, Kind::descriptors, Kind::execution}) {
+    for (Kind kind : {Kind::namespaces, Kind::identityMap, Kind::temporaryFolder, Kind::processFolder,
+                      Kind::fileRules, Kind::engineSandbox, Kind::identity, Kind::requiredSandbox,
+                      Kind::systemCallFilter, Kind::descriptors, Kind::execution}) {
         LaunchStep step{kind, EPERM};
         EXPECT_THAT(step.text(), HasSubstr("(Operation not permitted)"));
         EXPECT_EQ(std::count(texts.begin(), texts.end(), step.text()), 0) << step.text();
