@@ -137,6 +137,7 @@ private:
     std::function<void(NSString)> onceInTime(std::function<void(NSString)> answer);
     void completeMainFrame(const std::function<void()>& done);
     void queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer);
+    void stopScripts();
     NSURL storedURL(std::string_view engineURL) const;
     std::string storedLink(const std::string& link) const;
 
@@ -177,7 +178,8 @@ EnginePage::EnginePage(PageClient& client, int paintLevel)
                        queryTitle(frame, std::move(answer));
                    },
                .completeMainFrame = [this](const std::function<void()>& done) { completeMainFrame(done); },
-               .storedURL = [this](std::string_view url) { return storedURL(url); }}),
+               .storedURL = [this](std::string_view url) { return storedURL(url); },
+               .stopScripts = [this] { stopScripts(); }}),
       paintLevel_(paintLevel) {
     start();
 }
@@ -260,9 +262,13 @@ void EnginePage::attached(const std::string& target, const std::string& session)
     devTools_->send(session_, "Page.enable");
     devTools_->send(session_, "Inspector.enable");
     world_->runInNewDocuments(scripts::keepOpen, PageWorld::Place::pagesWorld);
+    world_->runInNewDocuments(scripts::ignoreDomain, PageWorld::Place::pagesWorld);
     world_->runInNewDocuments(scripts::watchView, PageWorld::Place::ownWorld);
+    world_->runInNewDocuments(scripts::refuseSilentNavigations, PageWorld::Place::ownWorld);
     devTools_->send(session_, "Network.enable",
                     Json::object({{"maxTotalBufferSize", 0}, {"maxResourceBufferSize", 0}}));
+    // The archive answers, not a worker of the page's.
+    devTools_->send(session_, "Network.setBypassServiceWorker", Json::object({{"bypass", true}}));
     requests_->setPage(session_, target);
     // Workers stop until their requests are intercepted as well.
     devTools_->send(
@@ -328,6 +334,10 @@ void EnginePage::enterAt(const StandInAddress& address) {
                             enterAt(StandInAddress(archive_.mainResource().URL().absoluteString().utf8(),
                                                    randomToken(), StandInAddress::Use::always));
                         });
+}
+
+void EnginePage::stopScripts() {
+    devTools_->send(session_, "Emulation.setScriptExecutionDisabled", Json::object({{"value", true}}));
 }
 
 NSURL EnginePage::storedURL(std::string_view engineURL) const {

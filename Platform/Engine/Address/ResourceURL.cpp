@@ -171,9 +171,15 @@ std::string withOtherHTTPScheme(std::string_view url) {
     return {};
 }
 
+// The engine shows a blank page in the place of an address that is longer than this. Escaping makes up to
+// three characters of one.
+constexpr std::size_t longestURL = std::size_t{2} << 20;
+constexpr std::size_t longestUnescaped = longestURL / 3;
+
 StandInAddress::StandInAddress(std::string url, const std::string& token, Use use) : url_(std::move(url)) {
     const Pieces pieces(url_);
-    if (use == Use::whereNeeded && (pieces.scheme == "http" || pieces.scheme == "https")) {
+    if (use == Use::whereNeeded && url_.size() <= longestUnescaped &&
+        (pieces.scheme == "http" || pieces.scheme == "https")) {
         engineURL_ = url_;
         return;
     }
@@ -183,6 +189,7 @@ StandInAddress::StandInAddress(std::string url, const std::string& token, Use us
     if (pieces.hasAuthority || startsAtRoot) stem_ += "/";
     prefix_ = "http://" + token + ".example/";
     engineURL_ = normalizedURL(prefix_ + pieces.path.substr(startsAtRoot ? 1 : 0) + pieces.tail);
+    if (engineURL_.size() > longestURL) engineURL_ = prefix_;
 }
 
 std::string StandInAddress::storedURL(std::string_view engineURL) const {

@@ -32,7 +32,8 @@ class StandInAddress {
 public:
     enum class Use { whereNeeded, always };
 
-    /// Replaces an address that is not http or https, or any address (`always`); otherwise changes nothing.
+    /// Replaces an address that is not http or https or too long for the engine, or any address (`always`);
+    /// otherwise changes nothing. Of an address that stays too long, scheme and authority are stood in for.
     /// `token` is a host label that the page cannot guess.
     StandInAddress(std::string url, const std::string& token, Use use = Use::whereNeeded);
 

@@ -16,6 +16,16 @@ Json header(const char* name, const std::string& value) {
     return Json::object({{"name", name}, {"value", value}});
 }
 
+/// A sandbox in which the engine itself refuses forms, whatever their address, and lets no frame send the
+/// whole window elsewhere.
+std::string policyOfDocument(const std::string& url) {
+    std::string policy = "sandbox allow-scripts allow-same-origin allow-popups allow-modals allow-downloads "
+                         "allow-pointer-lock allow-orientation-lock allow-presentation";
+    // Otherwise an http frame in an https page is blocked before it is requested.
+    if (schemeOf(url) == "https") policy += "; upgrade-insecure-requests";
+    return policy;
+}
+
 } // namespace
 
 std::string contentType(const WebResource& resource, bool isDocument) {
@@ -39,9 +49,8 @@ Json responseHeaders(const WebResource& resource, const ResourceRequest& request
     if (!request.headers.empty()) {
         headers.push_back(header("Access-Control-Allow-Headers", request.headers));
     }
-    // Otherwise an http frame in an https page is blocked before it is requested.
-    if (request.isDocument && schemeOf(request.url) == "https") {
-        headers.push_back(header("Content-Security-Policy", "upgrade-insecure-requests"));
+    if (request.isDocument) {
+        headers.push_back(header("Content-Security-Policy", policyOfDocument(request.url)));
     }
     return Json::array(headers);
 }

@@ -10,6 +10,12 @@ namespace qrv::engine {
 
 namespace {
 
+// As often as browsers let a request be redirected.
+constexpr std::size_t mostNavigations = 20;
+
+// What all frames may do together, beyond a navigation of each of them.
+constexpr std::size_t mostFurtherNavigations = 1000;
+
 /// Why a frame asked to navigate (`Page.ClientNavigationReason`).
 NavigationType typeOfReason(std::string_view reason) {
     if (reason == "anchorClick") return NavigationType::linkClicked;
@@ -171,11 +177,17 @@ void FrameTracker::startedNavigating(const Json& event) {
     const bool own = ownLoadExpected_ && identifier == mainFrameID_;
     const NSURL url = hooks_.storedURL(event["url"].string());
     const std::optional<bool> answer = std::exchange(frame->allowNext, std::nullopt);
+    const bool oneTooMany = !own && isOneTooMany(*frame);
     const bool allowed =
-        own || (answer ? *answer : allows(identifier, typeOfNavigation(navigationType), url));
+        own ||
+        (!oneTooMany && (answer ? *answer : allows(identifier, typeOfNavigation(navigationType), url)));
     frame = find(identifier);
     if (!frame) return;
-    Pending pending{.loader = event["loaderId"].string(), .url = url, .refused = !allowed, .failure = {}};
+    Pending pending{.loader = event["loaderId"].string(),
+                    .url = url,
+                    .refused = !allowed,
+                    .oneTooMany = oneTooMany,
+                    .failure = {}};
     if (!isLoadable(event["url"].string())) pending.failure = urlError(NSURLErrorUnsupportedURL, url);
     frame->pending = std::move(pending);
     if (own) {
@@ -185,6 +197,10 @@ void FrameTracker::startedNavigating(const Json& event) {
     }
 }
 
+bool FrameTracker::isOneTooMany(Frame& frame) {
+    return ++frame.navigations > mostNavigations || ++navigations_ > frames_.size() + mostFurtherNavigations;
+}
+
 void FrameTracker::navigated(const Json& event) {
     const Json page = event["frame"];
     const std::string identifier = page["id"].string();
@@ -192,6 +208,10 @@ void FrameTracker::navigated(const Json& event) {
     if (!frame) return;
     if (page.contains("unreachableUrl")) {
         errorPageShown(identifier);
+        return;
+    }
+    if (frame->pending && frame->pending->oneTooMany) {
+        endedUnannounced(identifier);
         return;
     }
     const bool announced = frame->pending && !frame->pending->refused;
@@ -215,6 +235,18 @@ void FrameTracker::errorPageShown(const std::string& engineFrame) {
     const std::vector<std::string> children = dropDescendants(engineFrame);
     failPending(engineFrame);
     for (const std::string& child : children) client_.frameDetached(child);
+}
+
+/// A page that was one too many has replaced the old one, whose load has thereby ended.
+void FrameTracker::endedUnannounced(const std::string& engineFrame) {
+    Frame& frame = frames_.at(engineFrame);
+    frame.pending.reset();
+    const bool wasLoading = std::exchange(frame.loading, false);
+    const bool wasFinishing = std::exchange(frame.finishing, false);
+    const std::vector<std::string> children = dropDescendants(engineFrame);
+    hooks_.stopScripts();
+    for (const std::string& child : children) client_.frameDetached(child);
+    if (wasLoading || wasFinishing) client_.loadFinished(named(engineFrame));
 }
 
 void FrameTracker::stoppedLoading(const Json& event) {

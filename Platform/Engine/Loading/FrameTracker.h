@@ -12,6 +12,10 @@
 //    untouched.
 // 5. The title is asked for when a frame stops, and the answer arrives later: a new navigation may start
 //    first.
+// 6. A page may navigate for ever. A frame's navigations beyond the 20th are refused, and of all frames
+// together
+//    those beyond 1000 more than there are frames. Some the engine carries out all the same, since they need
+//    no request: the owner does not learn of them, and the page's scripts are stopped.
 
 #include "Platform/Engine/DevTools/DevToolsClient.h"
 #include "Platform/Engine/Loading/PageClient.h"
@@ -34,10 +38,14 @@ public:
     /// Maps an address of the engine's to the archive's.
     using AddressMapping = std::function<NSURL(std::string_view engineURL)>;
 
+    /// Stops the scripts of the page, which does not come to rest by itself.
+    using ScriptStop = std::function<void()>;
+
     struct Hooks {
         TitleQuery queryTitle;
         Completion completeMainFrame;
         AddressMapping storedURL;
+        ScriptStop stopScripts;
     };
 
     FrameTracker(PageClient& client, Hooks hooks);
@@ -66,7 +74,8 @@ private:
         std::string loader;
         NSURL url;
         bool refused = false;
-        NSError failure; // nil if the reason is not known
+        bool oneTooMany = false; // and refused for that
+        NSError failure;         // nil if the reason is not known
     };
 
     struct Frame {
@@ -76,6 +85,7 @@ private:
         bool loading = false;          // committed, but not yet stopped
         bool finishing = false;        // stopped, but waiting for the title
         unsigned generation = 0;       // counts finishes, so that a late answer is recognised
+        std::size_t navigations = 0;   // that have started, bar the owner's load
         std::string url;
         std::optional<Pending> pending;
     };
@@ -89,6 +99,8 @@ private:
     void loadingFailed(const Json& event);
     void windowOpened(const Json& event);
 
+    bool isOneTooMany(Frame& frame);
+    void endedUnannounced(const std::string& engineFrame);
     bool allows(const std::string& engineFrame, NavigationType type, const NSURL& url);
     void errorPageShown(const std::string& engineFrame);
     std::vector<std::string> dropDescendants(const std::string& engineFrame);
@@ -103,6 +115,7 @@ private:
     std::string mainFrameID_;
     std::map<std::string, Frame> frames_;
     std::size_t frameCount_ = 0;
+    std::size_t navigations_ = 0; // of all frames
     bool ownLoadExpected_ = false;
     std::vector<DevToolsClient::Subscription> subscriptions_;
 };

@@ -233,18 +233,60 @@ TEST_F(EnginePageTest, AScriptedNavigationIsAllowedOther) {
 TEST_F(EnginePageTest, RefusedNavigationsLeaveThePage) {
     owner_.allows = false;
     load({{"http://a.example/",
-           "<!DOCTYPE html><title>First</title><a id=l href=b>x</a><form id=f action=b method=post></form>"
-           "<script>onload = () => { l.click(); setTimeout(() => f.submit(), 50);"
-           "setTimeout(() => location.reload(), 100); }</script>"},
+           "<!DOCTYPE html><title>First</title><a id=l href=b>x</a>"
+           "<script>onload = () => { l.click(); setTimeout(() => location.reload(), 100); }</script>"},
           {{"http://a.example/b", "<!DOCTYPE html><title>Second</title>"}}});
     EXPECT_TRUE(waitFor("asked main linkClicked http://a.example/b"));
-    EXPECT_TRUE(waitFor("asked main formSubmitted http://a.example/b"));
     EXPECT_TRUE(waitFor("asked main reload http://a.example/"));
     linger();
     EXPECT_THAT(owner_.calls, Not(Contains("title main Second")));
     EXPECT_THAT(owner_.calls, Contains(StartsWith("committed main")).Times(1));
     page_->documentSize();
     EXPECT_EQ(owner_.calls.back(), "title main First");
+}
+
+TEST_F(EnginePageTest, FormsAreRefusedWithoutAQuestion) {
+    load({{"http://a.example/",
+           "<!DOCTYPE html><title>First</title><form id=f action=b method=post></form><form id=g "
+           "action='file:///etc'></form><script>g.submit(); f.submit(); onload = () => f.submit()</script>"},
+          {{"http://a.example/b", "<!DOCTYPE html><title>Second</title>"}}});
+    linger();
+    EXPECT_THAT(owner_.calls, ElementsAre("committed main http://a.example/ text/html", "title main First",
+                                          "finished main"));
+}
+
+TEST_F(EnginePageTest, APageIsNotLeftForWhatNeedsNoRequest) {
+    load("<title>First</title><script>const blob = URL.createObjectURL(new Blob(['x'], {type: 'text/html'}));"
+         "const goes = [() => location = 'about:blank', () => location = blob,"
+         "() => Object.assign(document.createElement('a'), {href: blob}).click(),"
+         "() => location = '/' + 'x'.repeat(3e6)];"
+         "onload = () => goes.forEach((go, i) => setTimeout(go, 10 * i))</script>");
+    linger();
+    page_->documentSize();
+    EXPECT_THAT(owner_.calls, Contains(StartsWith("committed main")).Times(1));
+    EXPECT_EQ(owner_.calls.back(), "title main First");
+}
+
+TEST_F(EnginePageTest, AFrameLoadsWhatNeedsNoRequestButNotByALink) {
+    load("<iframe id=f></iframe><script>const blob = text => URL.createObjectURL(new Blob([text], {type: "
+         "'text/html'}));"
+         "f.src = blob('<title>Framed</title><a href=' + blob('<title>Elsewhere</title>') + '></a>');"
+         "f.onload = () => f.contentDocument.querySelector('a')?.click()</script>");
+    linger();
+    EXPECT_THAT(owner_.calls, Contains(HasSubstr("Framed")));
+    EXPECT_THAT(owner_.calls, Not(Contains(HasSubstr("Elsewhere"))));
+}
+
+TEST_F(EnginePageTest, NoWorkerOfThePageAnswersForTheArchive) {
+    load({{"https://a.example/",
+           "<!DOCTYPE html><script>navigator.serviceWorker.register('sw.js').then(async () => {"
+           "await navigator.serviceWorker.ready; location = 'b' })</script>"},
+          {{"https://a.example/b", "<!DOCTYPE html><title>Stored</title>"},
+           {"https://a.example/sw.js",
+            "onfetch = e => e.respondWith(new Response('<title>Made up</title>', "
+            "{headers: {'Content-Type': 'text/html'}}))",
+            u"text/javascript"}}});
+    EXPECT_TRUE(waitFor("title main Stored")) << ::testing::PrintToString(owner_.calls);
 }
 
 TEST_F(EnginePageTest, FragmentsAndHistoryEntriesAreNoLoads) {

@@ -180,6 +180,19 @@ TEST(StandInAddress, NamesTheBeginningsOfWhatLiesBesideIt) {
     EXPECT_EQ(StandInAddress("odd://host/a", "token").prefix(), "http://token.example/");
 }
 
+TEST(StandInAddress, IsNeverTooLongForTheEngine) {
+    for (const std::string start : {"http://a.example/", "file:///"}) {
+        const std::string url = start + std::string(3'000'000, 'x');
+        const StandInAddress address(url, "token");
+        EXPECT_EQ(address.engineURL(), "http://token.example/");
+        EXPECT_EQ(address.storedURL("http://token.example/#f"), url + "#f");
+    }
+    EXPECT_EQ(StandInAddress("http://a.example/" + std::string(800'000, '^'), "token").engineURL(),
+              "http://token.example/");
+    const std::string fits = "http://a.example/" + std::string(600'000, 'x');
+    EXPECT_EQ(StandInAddress(fits, "token").engineURL(), fits);
+}
+
 struct StandIn {
     const char* stored;
     const char* engine;

@@ -98,7 +98,8 @@ protected:
         owner_,
         {.queryTitle = [](const FrameID&, const std::function<void(NSString)>& answer) { answer({}); },
          .completeMainFrame = [](const std::function<void()>& done) { done(); },
-         .storedURL = [](std::string_view url) { return NSURL::URLWithString(NSString::fromUTF8(url)); }}};
+         .storedURL = [](std::string_view url) { return NSURL::URLWithString(NSString::fromUTF8(url)); },
+         .stopScripts = [] {}}};
     RequestServer server_{client_, tracker_, owner_};
     Json headers_ = Json::object({});
     Json tree_ = treeNode("M", "");

@@ -78,6 +78,7 @@ protected:
     RecordingClient owner_;
     bool holdsTitles_ = false;
     bool holdsCompletion_ = false;
+    int scriptStops_ = 0;
     NSString title_;
     std::vector<std::function<void(NSString)>> titleAnswers_;
     std::vector<std::function<void()>> completions_;
@@ -97,8 +98,73 @@ protected:
                  else
                      done();
              },
-         .storedURL = [](std::string_view url) { return NSURL::URLWithString(NSString::fromUTF8(url)); }}};
+         .storedURL = [](std::string_view url) { return NSURL::URLWithString(NSString::fromUTF8(url)); },
+         .stopScripts = [this] { ++scriptStops_; }}};
 };
+
+// Pages that navigate for ever
+
+TEST_F(FrameTrackerTest, AFrameMayNavigateTwentyTimes) {
+    loadMainFrame();
+    attach("F");
+    for (int i = 0; i < 20; ++i) load("F", "http://a/f");
+    attach("G");
+    start("F", "http://a/f");
+    EXPECT_TRUE(tracker_.isRefused("F"));
+    start("G", "http://a/g");
+    EXPECT_FALSE(tracker_.isRefused("G"));
+    owner_.take();
+    stop("F");
+    EXPECT_THAT(owner_.take(), IsEmpty());
+}
+
+TEST_F(FrameTrackerTest, TheMainFrameMayNavigateTwentyTimesAfterTheOwnersLoad) {
+    loadMainFrame();
+    for (int i = 0; i < 20; ++i) load("M", "http://a/");
+    EXPECT_FALSE(tracker_.isRefused("M"));
+    request("M", "http://a/");
+    start("M", "http://a/");
+    EXPECT_TRUE(tracker_.isRefused("M"));
+}
+
+TEST_F(FrameTrackerTest, FramesThatComeAndGoMayNavigateAThousandTimes) {
+    loadMainFrame();
+    for (int i = 0; i < 1001; ++i) {
+        attach("F");
+        start("F", "http://a/f");
+        ASSERT_FALSE(tracker_.isRefused("F")) << i;
+        detach("F");
+    }
+    attach("F");
+    start("F", "http://a/f");
+    EXPECT_FALSE(tracker_.isRefused("F"));
+    start("F", "http://a/f");
+    EXPECT_TRUE(tracker_.isRefused("F"));
+}
+
+TEST_F(FrameTrackerTest, ANavigationTooManyThatHappensAllTheSameIsNotToldAndEndsTheScripts) {
+    loadMainFrame();
+    attach("F");
+    for (int i = 0; i < 20; ++i) load("F", "data:,f");
+    attach("G", "F");
+    EXPECT_EQ(scriptStops_, 0);
+    owner_.take();
+    load("F", "data:,f");
+    EXPECT_EQ(scriptStops_, 1);
+    EXPECT_THAT(owner_.take(), ElementsAre("detached G"));
+}
+
+TEST_F(FrameTrackerTest, TheLoadThatANavigationTooManyEndsIsFinished) {
+    loadMainFrame();
+    attach("F");
+    for (int i = 0; i < 20; ++i) {
+        start("F", "data:,f");
+        commit("F", "data:,f");
+    }
+    owner_.take();
+    load("F", "data:,f");
+    EXPECT_THAT(owner_.take(), ElementsAre("finished F"));
+}
 
 // The plain course
 

@@ -174,6 +174,12 @@ TEST_F(PageScriptsTest, APageCannotCloseItself) {
     EXPECT_EQ(evaluate("window.close(); document.querySelector('p').textContent").string(), "text");
 }
 
+TEST_F(PageScriptsTest, AssignmentsToTheDomainChangeNothingAndDoNotThrow) {
+    world().runInNewDocuments(scripts::ignoreDomain, PageWorld::Place::pagesWorld);
+    show("<script>document.domain = 'example.org'; var reached = document.domain</script>");
+    EXPECT_EQ(evaluate("'reached:' + reached").string(), "reached:");
+}
+
 // Readiness
 
 TEST_F(PageScriptsTest, AQuietPageIsReady) {
