@@ -1,6 +1,7 @@
 #include "Platform/Confinement/ConfinedWork.h"
 
 #include "Platform/Confinement/ForkedChild.h"
+#include "Platform/Confinement/Sanitizer.h"
 #include "Platform/Confinement/SystemCallFilter.h"
 #include "Platform/Foundation/FileDescriptor.h"
 
@@ -25,12 +26,6 @@ namespace qrv {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-#ifdef WEB2PDF_SANITIZED
-constexpr bool isSanitized = true;
-#else
-constexpr bool isSanitized = false;
-#endif
 
 constexpr std::size_t longestText = 64 << 10;
 
