@@ -1,5 +1,7 @@
 #include "Platform/Engine/Process/EngineChild.h"
 
+#include "Platform/Foundation/SignalsBlocked.h"
+
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -48,24 +50,6 @@ struct ChildPlan {
     bool requireEngineSandbox;
     int socket;
     int steps;
-};
-
-/// Blocks all signals, so that none of our handlers runs in the child.
-class SignalsBlocked {
-public:
-    SignalsBlocked() {
-        sigset_t all;
-        ::sigfillset(&all);
-        ::pthread_sigmask(SIG_SETMASK, &all, &before_);
-    }
-
-    ~SignalsBlocked() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-
-    SignalsBlocked(const SignalsBlocked&) = delete;
-    SignalsBlocked& operator=(const SignalsBlocked&) = delete;
-
-private:
-    sigset_t before_;
 };
 
 // From here to runChild: between fork and exec, async-signal-safe calls only.
@@ -155,7 +139,7 @@ EngineChild::EngineChild(const Command& command) : sandbox_(command.arguments.fr
                    command.requireEngineSandbox,
                    engineSocket.get(),
                    engineSteps.get()};
-    SignalsBlocked blocked;
+    const SignalsBlocked inherited; // so that none of our handlers runs in the child
     pid_ = checked(sandbox_.fork(LaunchReporter(engineSteps.get())), "starting the engine");
     if (pid_ == 0) runChild(plan);
 }
