@@ -73,7 +73,7 @@ void endProcessSoon() {
     try {
         if (isOurs) state->answer();
     } catch (const std::exception&) {
-        // There is no other answer, and no time.
+        endProcess(SIGALRM); // there is no other answer, and no time
     }
     endProcess(SIGALRM);
 }
