@@ -1,3 +1,4 @@
+#!/usr/bin/python3
 """Converts hostile pages and prints a row for each.
 
     hostile.py --tool build/dev/bin/web2pdf              # the quick ones
@@ -30,7 +31,7 @@ def _judge_named(work):
     family, name, tool = work
     processes.adopt_orphans()
     page = next(page for page in pages(family) if page.name == name)
-    return family, page, judge(page, tool)
+    return family, name, judge(page, tool)
 
 
 def main():
@@ -46,10 +47,10 @@ def main():
     failed = 0
     # A process for each page: what is left of it is then its own.
     with multiprocessing.Pool(options.jobs, maxtasksperchild=1) as pool:
-        for family, page, verdict in pool.imap_unordered(_judge_named, chosen, chunksize=1):
+        for family, name, verdict in pool.imap_unordered(_judge_named, chosen, chunksize=1):
             failed += bool(verdict.problems)
             print(f"{'FAILED' if verdict.problems else 'ok':7}{verdict.seconds:6.1f} s{verdict.megabytes:6.0f} MB  "
-                  f"{family}/{page.name:34} {verdict.outcome}  {'; '.join(verdict.problems)}", flush=True)
+                  f"{family}/{name:34} {verdict.outcome}  {'; '.join(verdict.problems)}", flush=True)
     print(f"{len(chosen)} pages, {failed} failed")
     return 1 if failed or not chosen else 0
 

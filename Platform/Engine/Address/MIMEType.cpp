@@ -44,9 +44,12 @@ bool MIMEType::isImage() const {
 }
 
 bool MIMEType::isDownload() const {
-    return isOneOf(text_, {"application/octet-stream", "binary/octet-stream", "application/x-msdownload",
-                           "application/zip", "application/x-zip-compressed", "application/gzip",
-                           "application/x-gzip", "application/x-tar", "application/x-apple-diskimage"});
+    if (!text_.starts_with("application/")) return text_ == "binary/octet-stream";
+    // The first two make the engine look at the bytes.
+    const bool isShown =
+        isOneOf(text_, {"application/unknown", "application/x-unknown-content-type", "application/ogg",
+                        "application/x-mpegurl", "application/vnd.apple.mpegurl"});
+    return !isShown && !isMarkup() && !isShownAsText() && !isPDF();
 }
 
 bool MIMEType::isMarkup() const {

@@ -53,10 +53,12 @@ TEST(MIMEType, TellsImages) {
 }
 
 TEST(MIMEType, TellsDownloads) {
-    for (const char* type : {"application/octet-stream", "Application/Octet-Stream; x=y", "application/zip"})
+    for (const char* type : {"application/octet-stream", "Application/Octet-Stream; x=y", "application/zip",
+                             "application/wasm", "application/vnd.unheard-of", "binary/octet-stream"})
         EXPECT_TRUE(MIMEType(type).isDownload()) << type;
-    for (const char* type : {"", "text/html", "application/json", "application/pdf", "application/xhtml+xml",
-                             "application/ogg", "image/png", "video/mp4"})
+    for (const char* type :
+         {"", "text/html", "application/json", "application/pdf", "application/xhtml+xml",
+          "application/javascript", "application/unknown", "application/ogg", "image/png", "video/mp4"})
         EXPECT_FALSE(MIMEType(type).isDownload()) << type;
 }
 
