@@ -26,7 +26,7 @@ DevToolsPipe::DevToolsPipe(FileDescriptor socket, NSRunLoop& loop)
 DevToolsPipe::DevToolsPipe(FileDescriptor socket, NSRunLoop& loop, Limits limits)
     : socket_(std::move(socket)), loop_(loop), limits_(limits) {
     ::fcntl(socket_.get(), F_SETFL, ::fcntl(socket_.get(), F_GETFL) | O_NONBLOCK);
-    readable_ = loop_.watchReadable(socket_.get(), [this] { readAvailable(); });
+    watchReadable();
 }
 
 DevToolsPipe::~DevToolsPipe() = default;
@@ -64,9 +64,14 @@ void DevToolsPipe::writeQueued() {
     writing_ = false;
 }
 
+void DevToolsPipe::watchReadable() {
+    readable_ = loop_.watchReadable(socket_.get(), [this] { readAvailable(); });
+    reading_ = true;
+}
+
 void DevToolsPipe::readAvailable() {
     std::array<char, readBlock> block;
-    for (std::size_t total = 0; total < readPerTurn && !ended_;) {
+    for (std::size_t total = 0; total < readPerTurn && backlog_ < limits_.backlog && !ended_;) {
         ssize_t count = ::recv(socket_.get(), block.data(), block.size(), 0);
         if (count < 0 && errno == EINTR) continue;
         if (count < 0 && errno == EAGAIN) break;
@@ -79,6 +84,10 @@ void DevToolsPipe::readAvailable() {
             takeBytes({block.data(), static_cast<std::size_t>(count)});
         }
     }
+    if (!ended_ && backlog_ >= limits_.backlog) {
+        readable_.cancel();
+        reading_ = false;
+    }
     if ((!received_.empty() || ended_) && !deliveryPosted_) deliverNext();
 }
 
@@ -88,6 +97,7 @@ void DevToolsPipe::takeBytes(std::string_view bytes) {
         incoming_.append(bytes.substr(0, messageEnd));
         if (incoming_.size() > limits_.incoming) return end("a message was too long");
         if (messageEnd == std::string_view::npos) return;
+        backlog_ += incoming_.size() + sizeof incoming_;
         received_.push_back(std::exchange(incoming_, {}));
         bytes.remove_prefix(messageEnd + 1);
     }
@@ -103,6 +113,8 @@ void DevToolsPipe::deliverNext() {
     }
     std::string message = std::move(received_.front());
     received_.pop_front();
+    backlog_ -= message.size() + sizeof message;
+    if (!ended_ && !reading_ && backlog_ < limits_.backlog) watchReadable();
     if (!received_.empty() || ended_) {
         deliveryPosted_ = true;
         delivery_ = loop_.performSoon([this] {

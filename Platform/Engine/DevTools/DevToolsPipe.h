@@ -20,6 +20,9 @@ public:
         std::size_t outgoing = std::size_t{100} << 20;
         /// A longer message ends the connection from our side.
         std::size_t incoming = std::size_t{512} << 20;
+        /// Bytes of whole messages that wait for their handler; nothing is read meanwhile, so that an engine
+        /// that never stops talking is slowed down and fills no memory.
+        std::size_t backlog = std::size_t{16} << 20;
     };
 
     DevToolsPipe(FileDescriptor socket, NSRunLoop& loop);
@@ -29,6 +32,7 @@ public:
     SendResult send(std::string message) override;
 
 private:
+    void watchReadable();
     void readAvailable();
     void takeBytes(std::string_view bytes);
     void deliverNext();
@@ -43,6 +47,8 @@ private:
     bool writing_ = false; // writable_ is watching
     std::string incoming_; // the start of an incomplete message
     std::deque<std::string> received_;
+    std::size_t backlog_ = 0; // bytes that received_ takes
+    bool reading_ = false;    // readable_ is watching
     std::deque<std::string> outgoing_;
     std::size_t written_ = 0; // bytes written of the first outgoing message
     bool ended_ = false;

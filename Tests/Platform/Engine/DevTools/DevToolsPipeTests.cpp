@@ -1,5 +1,6 @@
 #include "Platform/Engine/DevTools/DevToolsPipe.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <gtest/gtest.h>
 #include <stdexcept>
@@ -67,6 +68,21 @@ TEST_F(DevToolsPipeTest, SplitsMessagesAtTheirNulBytes) {
     farWrites(std::string_view("o\0", 2));
     EXPECT_TRUE(runUntil([&] { return messages_.size() == 3; }));
     EXPECT_EQ(messages_, (Messages{"one", "", "two"}));
+}
+
+TEST_F(DevToolsPipeTest, ReadsNoMoreThanCanBeDelivered) {
+    connect({.backlog = 1000});
+    constexpr std::size_t all = 500'000;
+    std::size_t written = 0;
+    std::size_t delivered = 0;
+    std::size_t mostWaiting = 0;
+    pipe_->setMessageHandler([&](std::string_view) { ++delivered; });
+    EXPECT_TRUE(runUntil([&] {
+        while (written < all && ::write(far_.get(), "message\0", 8) == 8) ++written;
+        mostWaiting = std::max(mostWaiting, written - delivered);
+        return delivered > all / 10;
+    }));
+    EXPECT_LT(mostWaiting, 100'000u); // what the socket and one block hold, generously
 }
 
 TEST_F(DevToolsPipeTest, EndsEachMessageWithANulByte) {
