@@ -8,10 +8,12 @@
 #include "Platform/Engine/Print/PageRenderer.h"
 #include "Platform/Engine/Print/PrintLayout.h"
 #include "Platform/Engine/Process/EngineProcess.h"
+#include "Platform/Engine/Process/EnginePulse.h"
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Platform/Logging/NSLog.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <list>
@@ -50,10 +52,23 @@ NSString titleOf(const Json& answer) {
     return answer.stringView().empty() ? NSString() : NSString::fromUTF8(answer.stringView());
 }
 
+NSError lostError(const std::string& reason) {
+    return urlError(NSURLErrorNetworkConnectionLost, {},
+                    NSString::stringWithFormat(u"The web engine ended unexpectedly: %s", reason.c_str()));
+}
+
 NSError notInstalledError(const std::string& message) {
     return NSError::errorWithDomain_code_userInfo(
         NSCocoaErrorDomain, NSFileNoSuchFileError,
         {{NSString(NSLocalizedDescriptionKey), NSString::fromUTF8(message)}});
+}
+
+NSError outOfMemoryError(std::size_t limit) {
+    return NSError::errorWithDomain_code_userInfo(
+        NSPOSIXErrorDomain, ENOMEM,
+        {{NSString(NSLocalizedDescriptionKey),
+          NSString::stringWithFormat(u"The page needs more memory than the web engine may use (%lu MiB).",
+                                     static_cast<unsigned long>(limit >> 20))}});
 }
 
 /// A host label that no page can have guessed when it was saved.
@@ -64,9 +79,11 @@ std::string randomToken() {
     return token + std::to_string(device());
 }
 
-/// The client of a page that is loaded once more, of which nobody is told.
+/// The client of a page that is loaded once more, of which nobody is told but its loss.
 class SilentClient final : public PageClient {
 public:
+    explicit SilentClient(PageClient& owner) : owner_(owner) {}
+
     void frameAttached(const FrameID& /*frame*/, const FrameID& /*parent*/) override {}
 
     void frameDetached(const FrameID& /*frame*/) override {}
@@ -91,6 +108,11 @@ public:
     void authenticationRequired(const FrameID& /*frame*/, const NSURL& /*url*/) override {}
 
     void progressChanged(double /*estimated*/) override {}
+
+    void pageLost(const NSError& error) override { owner_.pageLost(error); }
+
+private:
+    PageClient& owner_;
 };
 
 class EnginePage final : public Page {
@@ -125,6 +147,8 @@ private:
     void enter();
     void enterAt(const StandInAddress& address);
     void fail(const NSError& error);
+    void giveUp(const NSError& error);
+    void learnOfEnd();
 
     bool isAlive() const { return renderer_ && failure_.isNil(); }
 
@@ -145,6 +169,7 @@ private:
     NSRunLoop& loop_;
     std::unique_ptr<EngineProcess> process_;
     std::unique_ptr<DevToolsClient> devTools_;
+    std::optional<EnginePulse> pulse_; // none until the page is attached to
     FrameTracker frames_;
     std::unique_ptr<RequestServer> requests_;
     std::unique_ptr<PageWorld> world_;
@@ -197,15 +222,19 @@ void EnginePage::start() {
     process_ = std::move(std::get<std::unique_ptr<EngineProcess>>(launched));
     devTools_ = std::make_unique<DevToolsClient>(*process_, loop_);
     devTools_->setClosedHandler([this](const std::string& reason) {
-        fail(urlError(NSURLErrorNetworkConnectionLost, {},
-                      NSString::stringWithFormat(u"The web engine ended unexpectedly: %s", reason.c_str())));
+        fail(process_->exceededMemory() ? outOfMemoryError(process_->memoryLimit()) : lostError(reason));
     });
     startTimer_ = loop_.scheduleTimer(startLimit(), [this] {
-        process_->terminate();
-        devTools_->disconnect("the engine did not answer in time");
-        fail(urlError(NSURLErrorTimedOut, {}, u"The web engine did not answer in time."));
+        giveUp(urlError(NSURLErrorTimedOut, {}, u"The web engine did not answer in time."));
     });
     connect();
+}
+
+/// For an engine that does not answer.
+void EnginePage::giveUp(const NSError& error) {
+    process_->terminate();
+    devTools_->disconnect("the engine did not answer in time");
+    fail(error);
 }
 
 void EnginePage::connect() {
@@ -234,6 +263,7 @@ void EnginePage::targetCreated(const Json& event) {
 
 void EnginePage::attached(const std::string& target, const std::string& session) {
     startTimer_.cancel();
+    pulse_.emplace(*devTools_, loop_, [this] { giveUp(lostError("it does not answer any more")); });
     session_ = session;
     frames_.attach(*devTools_, session_, target);
     requests_ = std::make_unique<RequestServer>(*devTools_, frames_, client_);
@@ -306,7 +336,9 @@ void EnginePage::fail(const NSError& error) {
     if (failure_) return;
     failure_ = error;
     startTimer_.cancel();
-    if (archive_) frames_.failAll(error);
+    if (!archive_) return;
+    client_.pageLost(error);
+    frames_.failAll(error);
 }
 
 void EnginePage::loadArchive(const WebArchive& archive) {
@@ -435,9 +467,17 @@ void EnginePage::updateTitle() {
     }
 }
 
+/// The end of the connection is told in a turn of its own, after the answers to what was asked.
+void EnginePage::learnOfEnd() {
+    constexpr milliseconds turnLimit{1000};
+    if (!devTools_ || !devTools_->isClosed()) return;
+    loop_.runUntil([this] { return !failure_.isNil(); }, std::chrono::steady_clock::now() + turnLimit);
+}
+
 /// Asks the page, which may show that it is not alive any more.
 bool EnginePage::isReadyToRender() {
     if (isAlive()) updateTitle();
+    learnOfEnd();
     if (!isAlive()) return false;
     renderer_->setMediaStyle(mediaStyle_.utf8());
     renderer_->setPrintsBackgrounds(printsBackgrounds_);
@@ -447,7 +487,9 @@ bool EnginePage::isReadyToRender() {
 }
 
 NSSize EnginePage::documentSize() {
-    return isReadyToRender() ? renderer_->documentSize() : NSSize();
+    const NSSize size = isReadyToRender() ? renderer_->documentSize() : NSSize();
+    learnOfEnd();
+    return size;
 }
 
 NSData EnginePage::screenPDF() {
@@ -462,6 +504,7 @@ NSData EnginePage::paginatedPDF(NSSize paper, double margin) {
 NSData EnginePage::drawn(const Drawing& draw) {
     if (!isReadyToRender()) return {};
     NSData pdf = draw(*renderer_);
+    learnOfEnd();
     if (renderer_->needsLessPaint()) return drawnWithLessPaint(draw);
     const std::string missing = requests_->missing().description();
     if (!missing.empty() && !toldOfMissing_) NSLog(u"%s", missing.c_str());
@@ -476,7 +519,7 @@ NSData EnginePage::drawnWithLessPaint(const Drawing& draw) {
     failure_ = urlError(NSURLErrorTimedOut, {}, u"The web engine took too long to print.");
     devTools_->setClosedHandler({});
     process_->terminate();
-    SilentClient silent;
+    SilentClient silent(client_);
     EnginePage again(silent, paintLevel_ + 1);
     again.setViewSize(viewSize_);
     if (expectedView_) again.expectView(*expectedView_);

@@ -200,6 +200,13 @@ void WebView::loadFailed(const engine::FrameID& identifier, const NSError& error
     endLoading(frame);
 }
 
+/// A page that had loaded has failed all the same: there is nothing left that could be drawn.
+void WebView::pageLost(const NSError& error) {
+    if (mainFrame_->loading_) return;
+    if (frameLoadDelegate_)
+        frameLoadDelegate_->webView_didFailLoadWithError_forFrame(*this, error, mainFrame_);
+}
+
 void WebView::endLoading(const WebFramePtr& frame) {
     frame->loading_ = false;
     const bool done = std::none_of(frames_.begin(), frames_.end(),

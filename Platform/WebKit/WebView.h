@@ -79,6 +79,7 @@ private:
     bool shouldNavigate(const engine::FrameID& frame, engine::NavigationType type, const NSURL& url) override;
     void windowRequested(const NSURL& url, const NSString& frameName) override;
     void authenticationRequired(const engine::FrameID& frame, const NSURL& url) override;
+    void pageLost(const NSError& error) override;
     void progressChanged(double estimated) override;
 
     void loadArchiveInFrame(const WebArchive& archive, WebFrame& frame);

@@ -109,6 +109,16 @@ TEST_F(PDFLoaderDrawingTest, AFileThatIsNoPDFStaysAsItIsAndCountsAsSuccess) {
 
 // Attributes
 
+TEST_F(PDFLoaderDrawingTest, APageThatIsLostWhileItIsDrawnIsAFailedPrintAndTheLogSaysWhy) {
+    load(u"https://a.example/");
+    page().pdfToAnswer = {};
+    client().pageLost(posixError(ENOMEM));
+    EXPECT_EQ(save(), 0);
+    EXPECT_EQ(resultError().domain(), NSString(NSCocoaErrorDomain));
+    EXPECT_EQ(resultError().code(), NSFileWriteUnknownError);
+    EXPECT_THAT(log.lines(), Contains(AllOf(HasSubstr("didFailLoadWithError: "), HasSubstr("Code=12"))));
+}
+
 TEST_F(PDFLoaderDrawingTest, SetsFourAttributesAndKeepsTheOthers) {
     load(u"https://www.a.example/path?q=1#part", u"Tïtle (1)");
     EXPECT_EQ(save(), 0);

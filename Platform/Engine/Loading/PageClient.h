@@ -37,6 +37,8 @@ public:
     virtual void windowRequested(const NSURL& url, const NSString& frameName) = 0;
     /// The challenge is cancelled afterwards.
     virtual void authenticationRequired(const FrameID& frame, const NSURL& url) = 0;
+    /// The page is gone, at whatever time. The failures of what was loading follow.
+    virtual void pageLost(const NSError& error) = 0;
     /// From 0 to 1; 1 when everything asked for has arrived.
     virtual void progressChanged(double estimated) = 0;
 };

@@ -1,6 +1,7 @@
 #include "Platform/Engine/Process/EngineChild.h"
 
 #include "Platform/Foundation/SignalsBlocked.h"
+#include "Platform/Engine/Process/EngineMemory.h"
 
 #include <cerrno>
 #include <chrono>
@@ -48,6 +49,7 @@ struct ChildPlan {
     EngineSandbox& sandbox;
     bool checkEngineSandbox;
     bool requireEngineSandbox;
+    std::size_t memoryLimit;
     int socket;
     int steps;
 };
@@ -96,6 +98,7 @@ bool parentIsGone() {
     LaunchReporter reporter(stepsDescriptor);
     rlimit noCoreFile{0, 0};
     ::setrlimit(RLIMIT_CORE, &noCoreFile);
+    limitOwnMemory(plan.memoryLimit);
     if (!plan.sandbox.enter(reporter)) ::_exit(failed);
     const int sandboxError = plan.checkEngineSandbox ? engineSandboxError() : 0;
     if (sandboxError != 0) {
@@ -137,6 +140,7 @@ EngineChild::EngineChild(const Command& command) : sandbox_(command.arguments.fr
                    sandbox_,
                    command.checkEngineSandbox,
                    command.requireEngineSandbox,
+                   command.memoryLimit,
                    engineSocket.get(),
                    engineSteps.get()};
     const SignalsBlocked inherited; // so that none of our handlers runs in the child

@@ -9,6 +9,7 @@
 #include "Platform/Engine/Process/EngineSandbox.h"
 #include "Platform/Foundation/FileDescriptor.h"
 
+#include <cstddef>
 #include <string>
 #include <sys/types.h>
 #include <vector>
@@ -25,6 +26,7 @@ public:
         /// required.
         bool checkEngineSandbox = false;
         bool requireEngineSandbox = false;
+        std::size_t memoryLimit = 0; ///< see limitOwnMemory
     };
 
     /// Starts the command without waiting for it. Throws std::system_error if the system has no processes or

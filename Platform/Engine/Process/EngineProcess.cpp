@@ -1,6 +1,7 @@
 #include "Platform/Engine/Process/EngineProcess.h"
 
 #include "Platform/Engine/Process/EngineCommand.h"
+#include "Platform/Engine/Process/EngineMemory.h"
 
 #include <cstdlib>
 #include <set>
@@ -48,7 +49,8 @@ EngineProcess::LaunchResult EngineProcess::launch(EngineOptions options, NSRunLo
 }
 
 EngineProcess::EngineProcess(EngineExecutable executable, EngineOptions options, NSRunLoop& loop)
-    : executable_(std::move(executable)), options_(std::move(options)), loop_(loop) {
+    : executable_(std::move(executable)), options_(std::move(options)), loop_(loop),
+      memoryLimit_(engineMemoryLimit(options_.log)) {
     [[maybe_unused]] static const int registered = std::atexit(&EngineProcess::endAll);
     running().insert(this);
 }
@@ -75,7 +77,10 @@ void EngineProcess::start() {
         .environment = engineEnvironment(),
         .checkEngineSandbox = starts_ > 1, // takes time, and is rarely needed
         .requireEngineSandbox = options_.requireSandbox,
+        .memoryLimit = memoryLimit_,
     });
+    watch_.emplace(child_->pid(), memoryLimit_);
+    lookTimer_ = loop_.scheduleTimer(EngineWatch::lookInterval, [this] { look(); });
     pipe_ = std::make_unique<DevToolsPipe>(child_->takeSocket(), loop_);
     pipe_->setMessageHandler([this](std::string_view message) { messageArrived(message); });
     pipe_->setCloseHandler([this](const std::string&) { connectionEnded(); });
@@ -100,9 +105,36 @@ void EngineProcess::messageArrived(std::string_view message) {
 
 void EngineProcess::connectionEnded() {
     child_->terminate();
+    ended("the web engine " + child_->endText());
+}
+
+void EngineProcess::look() {
+    const auto fault = watch_->look();
+    if (!fault) {
+        lookTimer_ = loop_.scheduleTimer(EngineWatch::lookInterval, [this] { look(); });
+        return;
+    }
+    child_->terminate();
+    switch (*fault) {
+    case EngineWatch::Fault::ended:
+        return ended("the web engine " + child_->endText());
+    case EngineWatch::Fault::zygoteLost:
+        return ended("the web engine lost the process that starts its others");
+    case EngineWatch::Fault::pageLost:
+        return ended("the web engine lost its page process");
+    case EngineWatch::Fault::memoryExceeded:
+        exceededMemory_ = true;
+        return ended("the web engine used more memory than it may");
+    }
+}
+
+/// Called when nothing of the engine runs any more.
+void EngineProcess::ended(std::string reason) {
+    lookTimer_.cancel();
+    pipe_.reset();
     const std::optional<std::string> obstacle = logSteps();
-    std::string reason = obstacle.value_or("the web engine " + child_->endText());
-    if (!answered_ && !obstacle && starts_ < mostStarts) {
+    if (obstacle) reason = *obstacle;
+    if (!answered_ && !obstacle && !exceededMemory_ && starts_ < mostStarts) {
         log(reason + " before its first message; it is started again");
         try {
             start();
@@ -133,6 +165,7 @@ void EngineProcess::log(const std::string& line) {
 
 void EngineProcess::terminate() {
     ended_ = true;
+    lookTimer_.cancel();
     pipe_.reset();
     if (child_) child_->terminate();
 }

@@ -9,7 +9,8 @@
 //
 // launch returns as soon as the process exists; commands may be sent at once. An engine that dies before its
 // first message is restarted transparently: it gets the same commands. If that fails too, the connection ends
-// with a reason. Missing protections are logged.
+// with a reason. Missing protections are logged. The engine's processes are watched: when one is lost that it
+// cannot do without, or they hold more memory than they may, the engine is killed and the connection ends.
 //
 // The engine ends with this object, or when the process exits: terminate kills it and waits for its end. If
 // the process ends in another way (a signal, _exit), the kernel kills the engine when the thread that
@@ -19,6 +20,7 @@
 #include "Platform/Engine/DevTools/DevToolsPipe.h"
 #include "Platform/Engine/Process/EngineChild.h"
 #include "Platform/Engine/Process/EngineLocator.h"
+#include "Platform/Engine/Process/EngineWatch.h"
 #include "Platform/Foundation/NSRunLoop.h"
 
 #include <functional>
@@ -61,6 +63,11 @@ public:
     /// is called afterwards. The destructor does the same.
     void terminate();
 
+    /// The limit of its processes together in bytes, and whether the engine was killed because of it.
+    std::size_t memoryLimit() const { return memoryLimit_; }
+
+    bool exceededMemory() const { return exceededMemory_; }
+
     /// The engine's process; -1 if there is none.
     pid_t pid() const { return child_ ? child_->pid() : -1; }
 
@@ -72,6 +79,8 @@ private:
     void messageArrived(std::string_view message);
     void connectionEnded();
     std::optional<std::string> logSteps();
+    void look();
+    void ended(std::string reason);
     void log(const std::string& line);
 
     EngineExecutable executable_;
@@ -79,6 +88,10 @@ private:
     NSRunLoop& loop_;
     std::unique_ptr<EngineChild> child_;
     std::unique_ptr<DevToolsPipe> pipe_;
+    std::optional<EngineWatch> watch_;
+    NSRunLoop::Timer lookTimer_;
+    std::size_t memoryLimit_;
+    bool exceededMemory_ = false;
     int starts_ = 0;
     std::set<std::string> logged_;
     bool answered_ = false;

@@ -69,6 +69,11 @@ public:
         record("challenge " + name(frame) + " " + text(url));
     }
 
+    void pageLost(const NSError& error) override {
+        lastError = error;
+        record("lost " + std::to_string(error.code()));
+    }
+
     void progressChanged(double estimated) override { progress.push_back(estimated); }
 
     /// What was told since the last time.

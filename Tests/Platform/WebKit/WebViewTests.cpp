@@ -336,6 +336,21 @@ TEST_F(WebViewTest, FailingAfterTheCommitIsNot) {
     EXPECT_THAT(delegate_.calls, ElementsAre("fail -1005", "progress finished"));
 }
 
+TEST_F(WebViewTest, APageThatIsLostHasFailedAfterAll) {
+    loadAndFinish();
+    page().pageLost(failure(-1005));
+    page().loadFailed(mainFrame, failure(-1005));
+    EXPECT_THAT(delegate_.calls, ElementsAre("fail -1005"));
+}
+
+TEST_F(WebViewTest, APageThatIsLostWhileItLoadsFailsOnce) {
+    load();
+    forget();
+    page().pageLost(failure(-1005));
+    page().loadFailed(mainFrame, failure(-1005));
+    EXPECT_THAT(delegate_.calls, ElementsAre("failProvisional -1005", "progress finished"));
+}
+
 TEST_F(WebViewTest, TheEndOfProgressWaitsForAllFrames) {
     load();
     commitMainFrame();

@@ -223,6 +223,40 @@ TEST_F(EngineProcessTest, AClientGetsItsReplyFromTheSecondStart) {
     EXPECT_EQ(reply.result["start"].string(), "second") << reply.errorMessage;
 }
 
+// The name that a process gives itself tells the watch what it is.
+TEST_F(EngineProcessTest, AnEngineThatLosesItsZygoteIsEnded) {
+    start("(exec -a --type=zygote sleep 1000) & say hello; receive; kill $!; while :; do sleep 1000; done");
+    EXPECT_EQ(firstMessage(), "hello");
+    const pid_t group = engine_->pid();
+    EXPECT_TRUE(eventually([&] { return readProcessTree(group).back().type == "zygote"; }));
+    bool wasSeen = false; // by the watch, whose timer is an earlier one
+    const auto later = loop_.scheduleTimer(2 * EngineWatch::lookInterval, [&] { wasSeen = true; });
+    EXPECT_TRUE(runUntil([&] { return wasSeen; }));
+    engine_->send("kill it");
+    EXPECT_TRUE(runUntil([&] { return !closings_.empty(); }));
+    EXPECT_THAT(closings_, ElementsAre("the web engine lost the process that starts its others"));
+    EXPECT_THAT(livingInGroup(group), ElementsAre());
+    EXPECT_FALSE(engine_->exceededMemory());
+}
+
+TEST_F(EngineProcessTest, AnEngineWhoseConnectionIsHeldOpenByAnotherProcessIsEnded) {
+    start("sleep 1000 & say hello; exit 5");
+    EXPECT_EQ(firstMessage(), "hello");
+    EXPECT_TRUE(runUntil([&] { return !closings_.empty(); }));
+    EXPECT_THAT(closings_, ElementsAre("the web engine exited with status 5"));
+}
+
+TEST_F(EngineProcessTest, AnEngineThatUsesTooMuchMemoryIsEndedAndNotStartedAgain) {
+    ::setenv("WEB2PDF_MEMORY_LIMIT", "40", 1);
+    start("echo >>starts; head -c 60M /dev/zero | tail -n 1 | sleep 1000");
+    ::unsetenv("WEB2PDF_MEMORY_LIMIT");
+    EXPECT_TRUE(runUntil([&] { return !closings_.empty(); }));
+    EXPECT_THAT(closings_, ElementsAre("the web engine used more memory than it may"));
+    EXPECT_TRUE(engine_->exceededMemory());
+    EXPECT_EQ(engine_->memoryLimit(), std::size_t{40} << 20);
+    EXPECT_EQ(std::filesystem::file_size(directory_.path() / "starts"), 1u);
+}
+
 // The starting process is killed without any chance to clean up.
 TEST_F(EngineProcessTest, TheEngineDiesWithTheProcessThatStartedIt) {
     std::string script = directory_.addScript("engine", "say ready; while :; do :; done");

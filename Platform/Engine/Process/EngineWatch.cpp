@@ -1,0 +1,47 @@
+#include "Platform/Engine/Process/EngineWatch.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace qrv::engine {
+
+namespace {
+
+constexpr char zygote[] = "zygote";
+constexpr char page[] = "renderer";
+
+} // namespace
+
+EngineWatch::EngineWatch(pid_t engine, std::size_t memoryLimit, std::string processFolder)
+    : engine_(engine), memoryLimit_(memoryLimit), processFolder_(std::move(processFolder)) {}
+
+std::optional<EngineWatch::Fault> EngineWatch::look() {
+    const std::vector<ProcessState> tree = readProcessTree(engine_, processFolder_);
+    std::size_t memory = 0;
+    for (const ProcessState& process : tree) memory += process.memory;
+    if (memory > memoryLimit_) return Fault::memoryExceeded;
+
+    const std::optional<Fault> fault = absence(tree);
+    absentLooks_ = fault ? absentLooks_ + 1 : 0;
+    return absentLooks_ < looksToBelieve ? std::nullopt : fault;
+}
+
+std::optional<EngineWatch::Fault> EngineWatch::absence(const std::vector<ProcessState>& tree) {
+    if (!tree.front().isAlive) return Fault::ended;
+    std::set<pid_t> browsers;
+    for (const ProcessState& process : tree)
+        if (process.isAlive && process.type.empty()) browsers.insert(process.pid);
+    // What a zygote forks has its name at first, so only one that a browser started is one for certain.
+    std::set<pid_t> zygotes;
+    for (const ProcessState& process : tree)
+        if (process.type == zygote && browsers.contains(process.parent)) zygotes.insert(process.pid);
+    zygotes_.insert(zygotes.begin(), zygotes.end());
+    if (zygotes.size() < zygotes_.size()) return Fault::zygoteLost;
+
+    const bool hasPage = std::any_of(tree.begin(), tree.end(),
+                                     [](const ProcessState& process) { return process.type == page; });
+    hadPage_ = hadPage_ || hasPage;
+    return hadPage_ && !hasPage ? std::optional(Fault::pageLost) : std::nullopt;
+}
+
+} // namespace qrv::engine
