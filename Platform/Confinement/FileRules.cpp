@@ -3,6 +3,7 @@
 #include "Platform/Foundation/FileDescriptor.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fcntl.h>
 #include <linux/landlock.h>
 #include <sys/prctl.h>
@@ -46,7 +47,8 @@ bool addRule(int ruleset, const char* path, FileRules::Rights rights) {
     if (!S_ISDIR(status.st_mode)) rights &= rightsToFiles;
     const landlock_path_beneath_attr rule{.allowed_access = rights, .parent_fd = place.get()};
     return rights == 0 ||
-           ::syscall(SYS_landlock_add_rule, ruleset, LANDLOCK_RULE_PATH_BENEATH, &rule, 0) == 0;
+           ::syscall(SYS_landlock_add_rule, ruleset, LANDLOCK_RULE_PATH_BENEATH, &rule, 0) == 0 ||
+           errno == EBADFD; // a pipe or the like, which rules do not close
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include "Platform/Engine/Loading/RequestsUnderWay.h"
 #include "Platform/Engine/Print/PageRenderer.h"
 #include "Platform/Engine/Print/PrintLayout.h"
+#include "Platform/Engine/Process/EngineFiles.h"
 #include "Platform/Engine/Process/EngineProcess.h"
 #include "Platform/Engine/Process/EnginePulse.h"
 #include "Platform/Foundation/NSRunLoop.h"
@@ -535,6 +536,11 @@ NSData EnginePage::drawnWithLessPaint(const Drawing& draw) {
 
 std::unique_ptr<Page> makeEnginePage(PageClient& client) {
     return std::make_unique<EnginePage>(client);
+}
+
+void allowEnginePages(FileRules& rules) {
+    if (const auto executable = locateEngine(EngineSearch::fromEnvironment()))
+        allowEngine(rules, executable->path);
 }
 
 } // namespace qrv::engine

@@ -73,6 +73,10 @@ WebView::WebView(NSRect frame, const NSString& /*frameName*/, const NSString& /*
     page_->setViewSize(frame.size);
 }
 
+void WebView::allowViews(FileRules& rules) {
+    engine::allowEnginePages(rules);
+}
+
 WebView::~WebView() {
     page_.reset();
     for (const auto& [identifier, frame] : frames_) frame->view_ = nullptr;

@@ -4,6 +4,7 @@
 // is current when it is made; all callbacks arrive there.
 
 #include "Platform/AppKit/NSView.h"
+#include "Platform/Confinement/FileRules.h"
 #include "Platform/Engine/Page.h"
 #include "Platform/WebKit/WebDelegates.h"
 #include "Platform/WebKit/WebFrame.h"
@@ -62,6 +63,9 @@ public:
     engine::Page& page();
 
     /// Replaces how pages are made; an empty function restores the real engine.
+    /// Opens what a process with these rules needs to go on using views.
+    static void allowViews(FileRules& rules);
+
     static void setPageFactoryForTesting(engine::PageFactory factory);
 
 private:

@@ -1,9 +1,13 @@
+#include "Source/Tools/ToolConfinement.h"
 #include "Source/Tools/web2pdf.h"
 
 #include "Platform/Foundation/MappedFile.h"
 #include "Platform/Foundation/NSProcessInfo.h"
+#include "Platform/Logging/NSLog.h"
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -15,6 +19,16 @@ void openStandardStreams() {
     int descriptor = STDIN_FILENO;
     while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = ::open("/dev/null", O_RDWR);
     if (descriptor > STDERR_FILENO) ::close(descriptor);
+}
+
+/// From here on the tool has to do with the archive. A kernel that refuses is no reason not to convert.
+void confine(const qrv::NSString& pdfPath) {
+    qrv::FileRules rules = qrv::toolFiles(pdfPath);
+#ifdef WEB2PDF_WRITES_REPORTS // of a sanitizer or of coverage, wherever it was told to
+    rules.allow("/", qrv::FileRules::change);
+#endif
+    if (!rules.enforce())
+        qrv::NSLog(u"no file rules for the tool; it can write what its user can (%s)", std::strerror(errno));
 }
 
 } // namespace
@@ -29,5 +43,5 @@ int main(int argc, char** argv) {
     std::signal(SIGCHLD, SIG_DFL);
     qrv::allowMappedFiles();
     qrv::NSProcessInfo::processInfo().setArguments(argc, argv);
-    qrv::runWeb2PDF();
+    qrv::runWeb2PDF(&confine);
 }

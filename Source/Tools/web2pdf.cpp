@@ -87,21 +87,25 @@ void startDeadline() {
     });
 }
 
-[[noreturn]] void convert() {
+[[noreturn]] void convert(Confine confine) {
     const NSAutoreleasePool pool; // of the whole run
     startDeadline();
     NSApplicationLoad();
     const NSArray arguments = NSProcessInfo::processInfo().arguments();
     if (arguments.count() != 5) finishWithBadArguments();
-    PDFLoader loader;
+    PDFLoader loader; // starts the engine, which could have less if it were started by a confined process
+    if (confine) {
+        const Deadline::Suspension whileConfining; // file rules hold for this thread and those that it starts
+        confine(as<NSString>(arguments.objectAtIndex(3)));
+    }
     convertWith(loader, arguments);
 }
 
 } // namespace
 
-void runWeb2PDF() {
+void runWeb2PDF(Confine confine) {
     try {
-        convert();
+        convert(confine);
     } catch (const NSException& exception) {
         finishWithError(qrvErrorFromException(exception));
     } catch (const std::bad_alloc&) {

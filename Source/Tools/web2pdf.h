@@ -21,9 +21,13 @@ inline constexpr long long Web2PDFInternalError = 2;
 /// The page is a frameset (code 0).
 inline constexpr char16_t Web2PDFFramesErrorDomain[] = u"qvweb2pdf.frames";
 
-/// The whole run: checks the arguments (mode, archive, PDF, record identifier), converts, and ends the
-/// process. An exception becomes an error, which is then the result.
-[[noreturn]] void runWeb2PDF();
+/// Closes to the process what a run does not need that makes the PDF at this path.
+using Confine = void (*)(const NSString& pdfPath);
+
+/// The whole run: checks the arguments (mode, archive, PDF, record identifier), confines the process if that
+/// is asked for, before it reads the archive, converts, and ends the process. An exception becomes an error,
+/// which is then the result.
+[[noreturn]] void runWeb2PDF(Confine confine = nullptr);
 
 /// The run after the check: has a new loader convert what the five arguments name.
 [[noreturn]] void convertWith(PDFLoader& loader, const NSArray& arguments);

@@ -5,6 +5,7 @@ import subprocess
 import unittest
 
 import confinement
+import engine
 from pages import acting, page
 from tool import ToolTestCase, tool_path
 
@@ -22,33 +23,41 @@ BUSY_PAGE = """
     document.createElement('canvas').getContext('webgl');
     fetch('file:///etc/passwd');
 """
+# Dies while it has mounts of its own, which it has only where the tool was not confined yet.
+AGAIN = """#!/bin/sh
+case $TMPDIR in /dev/shm) exit 1 ;; esac
+exec %(engine)s "$@"
+"""
 RETURNED = re.compile(r"^(\d+) +(?:<\.\.\. )?(\w+)(?:\(| resumed>)(.*)= (-?\d+)(?:<([^>]*)>)?")
 
 
-class ConfinementTests(ToolTestCase):
-    def trace(self, **options):
-        """The calls that came back without an error, but for the tool's own: (name, arguments, file)."""
+class TraceTestCase(ToolTestCase):
+    def trace(self, calls, executable=None, environment=None, **options):
+        """Converts a page, and returns the process that is the tool and the calls that came back without an error:
+        (process, name, arguments, file)."""
         record = self.folder / "record"
         record.mkdir()
         record.chmod(0o777)
         (self.folder / "out").chmod(0o777)
         self.set_preferences({"WebToolExtraLoadingTime": 1})
-        tool = options.pop("executable")
         path = self.archive_file(acting(BUSY_PAGE, "<p>Text</p>"))
         output = self.folder / "out" / "page.pdf"
-        done = subprocess.run(["strace", "-f", "-y", "-s", "0", "-e", "trace=open,openat,openat2,socket,connect,execve",
-                               "-o", str(record / "calls"), tool, "screen", path, str(output), "uid"],
+        done = subprocess.run(["strace", "-f", "-y", "-s", "0", "-e", "trace=" + calls, "-o", str(record / "calls"),
+                               executable or tool_path(), "screen", path, str(output), "uid"],
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                              env=self.environment(), cwd=self.folder, timeout=300, check=False, **options)
+                              env=environment or self.environment(), cwd=self.folder, timeout=300, check=False,
+                              **options)
         self.assertIn(b"<true/>", done.stdout, done.stderr)
-        lines = (record / "calls").read_text(encoding="utf-8").splitlines()
-        calls = [match.groups() for match in map(RETURNED.match, lines) if match]
-        own = lines[0].split()[0]
         self.assert_nothing_left()
-        return [call[1:3] + call[4:] for call in calls if call[0] != own and int(call[3]) >= 0]
+        lines = (record / "calls").read_text(encoding="utf-8").splitlines()
+        returned = [match.groups() for match in map(RETURNED.match, lines) if match]
+        return lines[0].split()[0], [call[:3] + call[4:] for call in returned if int(call[3]) >= 0]
 
+
+class ConfinementTests(TraceTestCase):
     def assert_keeps_to_itself(self, temporary=(), **options):
-        calls = self.trace(**options)
+        tool, calls = self.trace("open,openat,openat2,socket,connect,execve", **options)
+        calls = [call[1:] for call in calls if call[0] != tool]
         programs = [call for call in calls if call[0] == "execve"]
         self.assertTrue(programs, "no engine was traced")
         self.assertEqual([call for call in calls if call[0] in ("socket", "connect")], [])
@@ -58,13 +67,13 @@ class ConfinementTests(ToolTestCase):
         self.assertEqual([file for file in sorted(opened) if not file.startswith(allowed)], [])
 
     def test_as_it_is_started(self):
-        self.assert_keeps_to_itself(executable=tool_path())
+        self.assert_keeps_to_itself()
 
     def test_of_an_ordinary_user(self):
-        self.assert_keeps_to_itself(**{"executable": tool_path(), **self.as_nobody()})
+        self.assert_keeps_to_itself(**self.as_nobody())
 
     def test_without_namespaces(self):
-        self.assert_keeps_to_itself(executable=tool_path(), preexec_fn=confinement.refuse_namespaces,
+        self.assert_keeps_to_itself(preexec_fn=confinement.refuse_namespaces,
                                     temporary=(str(self.folder / "tmp" / "web2pdf-"),))
 
     def test_engine_whose_sandbox_is_required_does_not_run_without_it(self):
@@ -75,6 +84,31 @@ class ConfinementTests(ToolTestCase):
             "The web engine ended unexpectedly: the engine's own sandbox can not work here, and "
             "WEB2PDF_REQUIRE_SANDBOX is set (Operation not permitted)"), run.result)
         self.assertFalse((self.folder / "out" / "page.pdf").exists())
+
+
+class ToolTests(TraceTestCase):
+    def test_tool_confines_itself_before_it_opens_the_archive(self):
+        tool, calls = self.trace("openat,landlock_restrict_self,execve")
+        own = [call[1:] for call in calls if call[0] == tool]
+        names = [name for name, _, _ in own]
+        self.assertIn("landlock_restrict_self", names)
+        archive = [at for at, (_, _, file) in enumerate(own) if file and file.endswith("page.webarchive")]
+        self.assertGreater(archive[0], names.index("landlock_restrict_self"))
+
+    def test_kernel_without_rules_is_no_reason_not_to_convert(self):
+        run = self.convert(page("<p>Text</p>"), preexec_fn=confinement.refuse_landlock)
+        self.assertIn("no file rules for the tool; it can write what its user can (Operation not permitted)",
+                      run.log.notes)
+
+    def test_engine_that_the_confined_tool_starts_again_has_its_own_sandbox(self):
+        text = AGAIN % {"engine": engine.HEADLESS_SHELL}
+        for options in ({}, self.as_nobody()):
+            (self.folder / "out").chmod(0o777)
+            run = self.convert(page("<p>Text</p>"), **options,
+                               environment=self.environment(WEB2PDF_ENGINE=self.script("engine", text)))
+            self.assertIn("Text", run.pdf.text())
+            self.assertIn("is started again", run.log.text)
+            self.assertNotIn("sandbox can not work", run.log.text)
 
 
 if __name__ == "__main__":

@@ -7,7 +7,10 @@
 namespace qrv {
 namespace {
 
+using testing::AllOf;
+using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 using PDFLoaderDrawingTest = PDFLoaderTest;
 

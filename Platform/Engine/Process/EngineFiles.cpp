@@ -1,5 +1,6 @@
 #include "Platform/Engine/Process/EngineFiles.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -67,24 +68,42 @@ void allowFonts(FileRules& rules, const std::vector<std::string>& environment) {
     rules.allow(std::string(valueOf("XDG_DATA_HOME", environment)) + "/fonts", FileRules::read);
 }
 
-} // namespace
-
-FileRules engineFiles(const std::string& program, const std::vector<std::string>& environment,
-                      const std::string& temporaryFolder) {
-    FileRules rules = FileRules::closingAll();
+/// What is executed when the engine is started.
+void allowPrograms(FileRules& rules, const std::string& program) {
     std::error_code ignored;
     for (const fs::path& file : {fs::path(program), fs::canonical(program, ignored)})
         rules.allow(file.parent_path(), FileRules::read | FileRules::execute);
     for (const char* linker : linkers) rules.allow(linker, FileRules::read | FileRules::execute);
     if (isScript(program))
         for (const char* folder : programs) rules.allow(folder, FileRules::read | FileRules::execute);
+}
 
-    for (const char* place : readable) rules.allow(place, FileRules::read);
-    allowFonts(rules, environment);
+/// The engine's own sandbox maps identities in /proc. What belongs to others is closed to it all the same.
+void allowWriting(FileRules& rules, const std::string& temporaryFolder) {
     rules.allow("/dev/null", FileRules::read | FileRules::write);
-    // The engine's own sandbox maps identities there. What belongs to others is closed to it all the same.
     rules.allow("/proc", FileRules::read | FileRules::write);
     rules.allow(temporaryFolder, FileRules::read | FileRules::change);
+}
+
+} // namespace
+
+std::string callersTemporaryFolder() {
+    const char* folder = std::getenv("TMPDIR");
+    return folder && *folder == '/' ? folder : "/tmp";
+}
+
+void allowEngine(FileRules& rules, const std::string& program) {
+    allowPrograms(rules, program);
+    allowWriting(rules, callersTemporaryFolder());
+}
+
+FileRules engineFiles(const std::string& program, const std::vector<std::string>& environment,
+                      const std::string& temporaryFolder) {
+    FileRules rules = FileRules::closingAll();
+    allowPrograms(rules, program);
+    for (const char* place : readable) rules.allow(place, FileRules::read);
+    allowFonts(rules, environment);
+    allowWriting(rules, temporaryFolder);
     return rules;
 }
 

@@ -10,6 +10,12 @@
 
 namespace qrv::engine {
 
+/// The folder for temporary files that the caller's environment names.
+std::string callersTemporaryFolder();
+
+/// Opens to this process what it needs to start the engine with this program once it has rules of its own.
+void allowEngine(FileRules& rules, const std::string& program);
+
 /// The rules for this program, with the environment that it gets (NAME=value), which tells where the user's
 /// fonts are. It may change what is in the temporary folder, and nothing else.
 FileRules engineFiles(const std::string& program, const std::vector<std::string>& environment,

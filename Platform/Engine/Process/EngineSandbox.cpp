@@ -5,7 +5,6 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
@@ -96,11 +95,8 @@ void refuseCalls(SystemCallFilter& filter) {
 
 /// A folder in the caller's temporary one, under a name that nobody guesses.
 std::string newFolderName() {
-    const char* callers = std::getenv("TMPDIR");
     std::random_device random;
-    return (std::filesystem::path(callers && *callers == '/' ? callers : "/tmp") /
-            ("web2pdf-" + std::to_string(random()) + std::to_string(random())))
-        .string();
+    return callersTemporaryFolder() + "/web2pdf-" + std::to_string(random()) + std::to_string(random());
 }
 
 const char* sentence(LaunchStep::Kind kind) {
