@@ -17,7 +17,6 @@ from test_stored_pdf import stored
 from tool import ToolTestCase, read_result
 
 OLD = b"old contents"
-# A shell would have its child ignore interrupts.
 LEAVES_ITS_CHILD = """
 import subprocess, sys
 print(subprocess.Popen(sys.argv[1:], stdout=subprocess.DEVNULL).pid)
@@ -26,6 +25,12 @@ SIGNALS = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGKILL)
 
 
 class KilledTests(ToolTestCase):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        for number in SIGNALS[:-1]:    # a shell has what runs in its background ignore some
+            signal.signal(number, signal.SIG_DFL)
+
     def setUp(self):
         super().setUp()
         self.set_preferences({"WebToolExtraLoadingTime": 0})
