@@ -43,7 +43,7 @@ PAGES = [
     page("square", "A page of a hundred thousand pixels either way", "<div style='width:100000px;height:100000px;background:linear-gradient(red,blue)'></div>", quick=True),
     page("far", "Boxes that lie far away", "".join(f"<p style='position:absolute;left:{x}px;top:{y}px'>x" for x in (-9e8, 9e8) for y in (-9e8, 9e8))),
     acting("canvas", "A canvas of 32767 pixels", "const c = document.createElement('canvas'); c.width = c.height = 32767; document.body.append(c); c.getContext('2d')?.fillRect(0, 0, 9e9, 9e9)"),
-    acting("canvases", "A thousand canvases", "for (let i = 0; i < 1000; i++) { const c = document.createElement('canvas'); c.width = c.height = 1000; c.getContext('2d').fillRect(0, 0, 9, 9); document.body.append(c) }"),
+    acting("canvases", "A hundred canvases", "for (let i = 0; i < 100; i++) { const c = document.createElement('canvas'); c.width = c.height = 1000; c.getContext('2d').fillRect(0, 0, 9, 9); document.body.append(c) }"),
     acting("arrays", "Memory without end", "try { const a = []; for (;;) a.push(new Uint8Array(1e8).fill(1)) } catch {}", may_fail=LARGE),
     acting("strings", "Texts without end", "const a = []; for (let i = 0; i < 1e3; i++) a.push(('x' + i).repeat(1e6).split(''))", may_fail=LARGE),
     acting("stack", "A function that calls itself", "const f = () => f(); try { f() } catch {}"),
