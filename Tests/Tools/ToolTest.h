@@ -8,9 +8,9 @@
 #include "Platform/Foundation/NSProcessInfo.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
 #include "Source/Tools/web2pdf.h"
+#include "Tests/Support/LogCapture.h"
 #include "Tests/Support/ScriptedTime.h"
 #include "Tests/Support/TemporaryFolder.h"
-#include "Tests/Tools/LogCapture.h"
 #include "Tests/Tools/ScriptedPage.h"
 
 #include <gtest/gtest.h>

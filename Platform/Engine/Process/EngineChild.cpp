@@ -1,7 +1,7 @@
 #include "Platform/Engine/Process/EngineChild.h"
 
-#include "Platform/Foundation/SignalsBlocked.h"
 #include "Platform/Engine/Process/EngineMemory.h"
+#include "Platform/Foundation/SignalsBlocked.h"
 
 #include <cerrno>
 #include <chrono>
