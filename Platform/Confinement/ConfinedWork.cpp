@@ -42,12 +42,6 @@ SystemCallFilter makeFilter() {
     filter.allow({SYS_write, SYS_close, SYS_mmap, SYS_munmap, SYS_mremap, SYS_mprotect, SYS_madvise, SYS_brk,
                   SYS_futex, SYS_clock_gettime, SYS_gettimeofday, SYS_getrandom, SYS_rt_sigreturn, SYS_exit,
                   SYS_exit_group});
-    // For the reports of sanitizers, which read what is mapped and write to files.
-    if (isSanitized) {
-        filter.allow({SYS_openat, SYS_read, SYS_pread64, SYS_lseek, SYS_readlink, SYS_fstat, SYS_newfstatat,
-                      SYS_getpid, SYS_gettid, SYS_sched_yield, SYS_clock_nanosleep, SYS_rt_sigprocmask,
-                      SYS_rt_sigaction, SYS_sigaltstack});
-    }
     filter.compile();
     return filter;
 }
@@ -94,9 +88,8 @@ bool confine(const ChildPlan& plan) {
     const auto seconds = static_cast<std::uint64_t>(plan.limits.processorTime.count());
     return keepOnly(plan.result, plan.texts) && limit(RLIMIT_CORE, 0) && limit(RLIMIT_CPU, seconds) &&
            limit(RLIMIT_FSIZE, plan.limits.result) &&
-           (isSanitized ||
-            (limit(RLIMIT_AS, plan.addressSpace + plan.limits.memory) && limit(RLIMIT_NOFILE, 0))) &&
-           plan.filter.install();
+           (isSanitized || (limit(RLIMIT_AS, plan.addressSpace + plan.limits.memory) &&
+                            limit(RLIMIT_NOFILE, 0) && plan.filter.install()));
 }
 
 bool writeAll(int descriptor, std::string_view bytes) {

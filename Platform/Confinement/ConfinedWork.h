@@ -9,7 +9,9 @@
 //
 // The child is a copy of this process as it was at the call: the work sees all that it captures, and what it
 // changes nobody sees. It may allocate and throw. It cannot open or make anything, start or signal a process
-// or reach a network, and has no standard streams; so it must not log, nor wait for another thread.
+// or reach a network, and has no standard streams; so it must not log, nor wait for another thread. In
+// programs that are built with a sanitizer, which needs memory without measure and writes reports, neither
+// memory nor system calls are limited.
 
 #include "Platform/Foundation/NSData.h"
 

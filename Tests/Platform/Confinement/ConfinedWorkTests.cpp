@@ -165,11 +165,11 @@ TEST(ConfinedWork, TheResultIsLimited) {
               "made more than 3 MiB");
 }
 
-/// What programs with a sanitizer do not have: limits of memory, and no files.
+/// Limits that programs with a sanitizer do not have.
 class UnsanitizedWork : public testing::Test {
 protected:
     void SetUp() override {
-        if (isSanitized) GTEST_SKIP() << "sanitizers need memory without measure, and files";
+        if (isSanitized) GTEST_SKIP() << "sanitizers need memory without measure, and files for reports";
     }
 };
 
@@ -213,7 +213,7 @@ TEST_F(UnsanitizedWork, CannotOpenFiles) {
     EXPECT_EQ(errorOf([] { return ::open("/dev/null", O_RDONLY); }), EPERM);
 }
 
-TEST(ConfinedWork, CannotReachAnythingElse) {
+TEST_F(UnsanitizedWork, CannotReachAnythingElse) {
     const pid_t parent = ::getpid();
     EXPECT_EQ(errorOf([] { return ::socket(AF_UNIX, SOCK_STREAM, 0); }), EPERM);
     EXPECT_EQ(errorOf([&] { return ::kill(parent, 0); }), EPERM);
@@ -254,7 +254,7 @@ TEST(ConfinedWork, AnIgnoredEndOfChildrenIsAFailureAtWorst) {
 }
 
 /// Inside, the system refuses everything that a further child takes.
-TEST(ConfinedWork, WhatTheSystemRefusesIsAFailure) {
+TEST_F(UnsanitizedWork, WhatTheSystemRefusesIsAFailure) {
     const ConfinedResult result = run([] { return NSData(run([] { return NSData("made"); }).failure); });
     EXPECT_EQ(result.data.bytes(), "could not be done: making room for the result: Operation not permitted");
 }
