@@ -271,6 +271,22 @@ TEST_F(PDFPageEditsTest, AcceptsOddAnnotationsAndResources) {
     }
 }
 
+TEST_F(PDFPageEditsTest, AConfinedChildEditsAlike) {
+    const NSData pdf(richPDF());
+    const NSData edited = pdfByApplying(sized(50, 60), pdf);
+    ASSERT_TRUE(edited);
+    EXPECT_EQ(confinedPDFByApplying(sized(50, 60), pdf), edited);
+}
+
+TEST_F(PDFPageEditsTest, EditsThatCrashGiveNothingAndTheLogSaysSo) {
+    PDFPageEdits edits;
+    edits.mapLink = [](const std::string&) -> std::string { __builtin_trap(); };
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(confinedPDFByApplying(edits, NSData(richPDF())).isNil());
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                HasSubstr("editing the engine's PDF was ended by signal 4 (Illegal instruction)\n"));
+}
+
 TEST_F(PDFPageEditsTest, ServesTheEnginesPages) {
     const NSString html = folder_.write(
         "page.html",
