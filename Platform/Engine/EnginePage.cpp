@@ -258,7 +258,9 @@ void EnginePage::targetCreated(const Json& event) {
     devTools_->send({}, "Target.attachToTarget",
                     Json::object({{"targetId", mainFrameID_}, {"flatten", true}}),
                     [this](const DevToolsReply& reply) {
-                        if (reply.ok()) attached(mainFrameID_, reply.result["sessionId"].string());
+                        // Without a session the start has failed, which is told when its time is over.
+                        const std::string session = reply.result["sessionId"].string();
+                        if (!session.empty()) attached(mainFrameID_, session);
                     });
 }
 

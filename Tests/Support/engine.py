@@ -11,7 +11,7 @@ ANSWERS_NONSENSE = "#!/bin/sh\nprintf 'no message\\0' >&4\nexec sleep 600\n"
 
 # Stands between the tool and the real engine, passes the messages on, and calls take_note for each of the
 # tool's. It is formatted with the engine's path and the definition of take_note, which says whether the message
-# goes to the engine.
+# goes to the engine; beside it hand_on may be defined anew, which hands the engine's messages on.
 _BETWEEN = r'''#!/usr/bin/python3
 import json, os, select, signal, sys
 
@@ -68,13 +68,18 @@ def ask(session, method, **parameters):
     return result
 
 
+def hand_on(message):
+    """To the tool, what the engine says."""
+    write(4, message + b"\0")
+
+
 %(take_note)s
 
 while True:
     ready, _, _ = select.select([3, from_engine[0]], [], [])
     if from_engine[0] in ready:
         for message in receive(from_engine[0]):
-            write(4, message + b"\0")
+            hand_on(message)
     if 3 in ready:
         for message in receive(3):
             if take_note(json.loads(message)):
