@@ -38,12 +38,18 @@ double leadingNumber(std::string_view text) {
     return value;
 }
 
+// Where the number starts that stands before a percent sign; at the sign where there is none.
+std::size_t numberStart(std::string_view text, std::size_t percent) {
+    constexpr std::string_view digits = "0123456789.-";
+    auto before = text.substr(0, percent).find_last_not_of(digits);
+    return before == std::string_view::npos ? 0 : before + 1;
+}
+
 // The share of the free space in a position: what stands before its percent sign.
 double freeShare(std::string_view position) {
     auto percent = position.find('%');
     if (percent == std::string_view::npos) return 0;
-    auto start = position.find_last_not_of("0123456789.-", percent - 1);
-    return leadingNumber(position.substr(start == std::string_view::npos ? 0 : start + 1)) / 100;
+    return leadingNumber(position.substr(numberStart(position, percent))) / 100;
 }
 
 std::string movedPosition(std::string_view position, BackgroundAxis from, BackgroundAxis to, double shift) {
@@ -61,15 +67,14 @@ std::string movedPosition(std::string_view position, BackgroundAxis from, Backgr
 
 // The length with every percentage in px.
 std::string withoutPercentages(std::string_view length, double whole) {
-    constexpr std::string_view digits = "0123456789.-";
-    std::string result(length);
-    for (auto percent = result.find('%'); percent != std::string::npos; percent = result.find('%')) {
-        auto before = result.find_last_not_of(digits, percent - 1);
-        auto start = before == std::string::npos ? 0 : before + 1;
-        double value = leadingNumber(std::string_view(result).substr(start));
-        result.replace(start, percent + 1 - start, pixels(whole * value / 100));
+    std::string result;
+    for (auto percent = length.find('%'); percent != std::string_view::npos; percent = length.find('%')) {
+        auto start = numberStart(length, percent);
+        result += length.substr(0, start);
+        result += pixels(whole * leadingNumber(length.substr(start)) / 100);
+        length.remove_prefix(percent + 1);
     }
-    return result;
+    return result.append(length);
 }
 
 std::string sizeThatFits(bool covers, double ratio, double width, double height) {

@@ -1,7 +1,9 @@
 #include "Platform/Engine/Print/StyleText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 
 namespace qrv::engine {
 namespace {
@@ -16,6 +18,8 @@ constexpr std::array<std::string_view, 16> marginBoxes = {
 
 // A thousandth is finer than the engine's own 1/64 px.
 std::string number(double value) {
+    constexpr double largest = 1e15; // the engine cuts lengths off far below
+    value = std::isnan(value) ? 0 : std::clamp(value, -largest, largest);
     std::array<char, 64> buffer{};
     auto result =
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, 3);

@@ -7,7 +7,8 @@
 
 namespace qrv::engine {
 
-// Numbers and lengths as CSS writes them, whatever the locale.
+// Numbers and lengths as CSS writes them, whatever the locale. No number is written as 0, one beyond 1e15 as
+// that.
 
 std::string number(double value);
 std::string pixels(double length);

@@ -67,6 +67,11 @@ TEST(CanvasBackground, FixesSizes) {
     for (const auto& c : cases) EXPECT_EQ(fixedSizes(c.sizes, c.images, 200, 50), c.fixed);
 }
 
+TEST(CanvasBackground, PercentSignsWithoutNumbersCountAsNone) {
+    EXPECT_EQ(fixedSizes("%a1 5px", {"url", "0"}, 200, 50), "0pxa1 5px");
+    EXPECT_EQ(movedPositions("%1", {0, 100}, {10, 50}, 0), "calc(%1 + -10px)");
+}
+
 TEST(CanvasBackground, ImagesOfKnownRatioCoverOrFitTheirBox) {
     struct {
         const char *ratio, *cover, *contain;

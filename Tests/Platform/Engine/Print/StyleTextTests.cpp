@@ -1,6 +1,7 @@
 #include "Platform/Engine/Print/StyleText.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace qrv::engine {
 namespace {
@@ -12,6 +13,12 @@ TEST(StyleText, WritesLengthsWithoutExponentsOrTrailingZeros) {
     EXPECT_EQ(pixels(-12.5), "-12.5px");
     EXPECT_EQ(pixels(25'000'000), "25000000px");
     EXPECT_EQ(points(1.0 / 3), "0.333pt");
+}
+
+TEST(StyleText, WritesNumbersThatNoSheetCanHoldAsNearOnes) {
+    EXPECT_EQ(number(1e300), "1000000000000000");
+    EXPECT_EQ(number(-std::numeric_limits<double>::infinity()), "-1000000000000000");
+    EXPECT_EQ(number(std::numeric_limits<double>::quiet_NaN()), "0");
 }
 
 TEST(StyleText, MakesEveryDeclarationImportant) {
