@@ -87,6 +87,11 @@ struct CloseConverter {
 
 using Converter = std::unique_ptr<UConverter, CloseConverter>;
 
+/// Stops at every character that the encoding lacks. The library's own function passes over those that are
+/// not shown, such as the zero-width space, which would be lost.
+void stopAtCharacter(const void*, UConverterFromUnicodeArgs*, const UChar*, int32_t, UChar32,
+                     UConverterCallbackReason, UErrorCode*) {}
+
 /// Null for an unknown encoding. Stops at what it cannot convert, without substitutions.
 Converter openConverter(unsigned long encoding) {
     const auto* found = std::find_if(std::begin(encodings), std::end(encodings),
@@ -97,7 +102,7 @@ Converter openConverter(unsigned long encoding) {
     if (!converter) return nullptr;
     ucnv_setFallback(converter.get(), false);
     ucnv_setToUCallBack(converter.get(), UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
-    ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &status);
+    ucnv_setFromUCallBack(converter.get(), stopAtCharacter, nullptr, nullptr, nullptr, &status);
     return converter;
 }
 

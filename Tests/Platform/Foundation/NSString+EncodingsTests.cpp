@@ -83,6 +83,8 @@ TEST(BadEncodings, TextThatAnEncodingCannotHoldGivesNil) {
             << encoding;
     }
     EXPECT_TRUE(NSString(u"\uFF21").dataUsingEncoding(5).isNil()) << "a likeness is not the character";
+    EXPECT_TRUE(NSString(u"a\u200Bb").dataUsingEncoding(5).isNil()) << "what is not shown would be lost";
+    EXPECT_TRUE(NSString(u"\uFEFFa").dataUsingEncoding(8).isNil());
 }
 
 TEST(Encodings, NonLossyASCIIHoldsEverything) {
