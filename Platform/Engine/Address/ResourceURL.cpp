@@ -63,7 +63,7 @@ std::string normalizedUser(std::string_view user) {
     if (user.ends_with(':') && user.find(':') == user.size() - 1) user.remove_suffix(1);
     if (user.empty()) return {};
     std::string result;
-    for (const char c : user) c == '@' ? result.append("%40") : result.append(1, c);
+    for (const char c : percentEscaped(user)) c == '@' ? result.append("%40") : result.append(1, c);
     return result + "@";
 }
 

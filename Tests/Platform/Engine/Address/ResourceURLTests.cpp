@@ -43,6 +43,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Writing{"http://u:p@H:80/", "http://u:p@h/"}, Writing{"http://@h/", "http://h/"},
                     Writing{"http://:@h/", "http://h/"}, Writing{"http://u:@h/", "http://u@h/"},
                     Writing{"http://U@h/", "http://U@h/"}, Writing{"http://a@b@h/", "http://a%40b@h/"},
+                    Writing{"http://\u00e9 x@h/", "http://%C3%A9%20x@h/"},
                     Writing{"http://[2001:DB8:0:0::1]:80/", "http://[2001:db8::1]/"},
                     Writing{"http://[::1]:8080", "http://[::1]:8080/"},
                     Writing{"http://0x7f.1/", "http://127.0.0.1/"},
