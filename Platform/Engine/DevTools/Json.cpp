@@ -1,5 +1,6 @@
 #include "Platform/Engine/DevTools/Json.h"
 
+#include <algorithm>
 #include <boost/json.hpp>
 #include <cmath>
 
@@ -60,6 +61,16 @@ json::value parseText(std::string_view text, boost::system::error_code& error) {
     return json::parse(json::string_view(text.data(), text.size()), error, {}, options);
 }
 
+/// The library reads a number beyond a double's range as infinity, and writes that as a word that is no JSON.
+bool isFinite(const json::value& value) {
+    if (const double* number = value.if_double()) return std::isfinite(*number);
+    if (const json::array* array = value.if_array())
+        return std::all_of(array->begin(), array->end(), isFinite);
+    const json::object* object = value.if_object();
+    return !object || std::all_of(object->begin(), object->end(),
+                                  [](const auto& member) { return isFinite(member.value()); });
+}
+
 std::string_view view(json::string_view text) {
     return {text.data(), text.size()};
 }
@@ -107,7 +118,7 @@ std::optional<Json> Json::parse(std::string_view text) {
     boost::system::error_code error;
     json::value value = parseText(text, error);
     if (error) value = parseText(withoutLoneSurrogates(text), error);
-    if (error) return std::nullopt;
+    if (error || !isFinite(value)) return std::nullopt;
     return Json(std::move(value));
 }
 

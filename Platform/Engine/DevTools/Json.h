@@ -51,8 +51,9 @@ public:
     static Json array(std::initializer_list<Json> elements);
     static Json array(const std::vector<Json>& elements);
 
-    /// Parses the text; nothing if it is malformed or nested deeper than maxDepth. Bytes that are not UTF-8
-    /// are kept; an escaped unpaired surrogate becomes U+FFFD. Throws only when out of memory.
+    /// Parses the text; nothing if it is malformed, nested deeper than maxDepth or has a number beyond a
+    /// double's range. Bytes that are not UTF-8 are kept; an escaped unpaired surrogate becomes U+FFFD.
+    /// Throws only when out of memory.
     static std::optional<Json> parse(std::string_view text);
     static constexpr std::size_t maxDepth = 512;
 

@@ -52,6 +52,12 @@ TEST(Json, RefusesMalformedText) {
         EXPECT_FALSE(Json::parse(text)) << text;
 }
 
+TEST(Json, RefusesNumbersBeyondADoublesRange) {
+    EXPECT_FALSE(Json::parse("1e309"));
+    EXPECT_FALSE(Json::parse(R"({"a":[1,{"b":-1e999}]})"));
+    EXPECT_TRUE(Json::parse(R"({"a":[1e308,{"b":-1e-999}]})"));
+}
+
 TEST(Json, RefusesWhatIsNestedTooDeep) {
     auto nested = [](std::size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); };
     EXPECT_TRUE(Json::parse(nested(Json::maxDepth)));
