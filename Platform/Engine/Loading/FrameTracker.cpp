@@ -118,7 +118,7 @@ FrameTracker::Frame* FrameTracker::find(const std::string& engineFrame) {
 void FrameTracker::frameAttached(const Json& event) {
     const std::string identifier = event["frameId"].string();
     const std::string parent = event["parentFrameId"].string();
-    if (!find(parent) || find(identifier)) return;
+    if (identifier.empty() || !find(parent) || find(identifier)) return; // an empty name is the main frame's
     Frame frame;
     frame.parent = parent;
     frame.order = ++frameCount_;

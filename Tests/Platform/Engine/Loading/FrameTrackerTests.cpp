@@ -218,6 +218,12 @@ TEST_F(FrameTrackerTest, EventsOfUnknownFramesMeanNothing) {
     EXPECT_THAT(owner_.calls, IsEmpty());
 }
 
+TEST_F(FrameTrackerTest, AFrameWithoutANameIsNotTakenForTheMainFrame) {
+    attach("");
+    load("", "http://x/");
+    EXPECT_THAT(owner_.calls, IsEmpty());
+}
+
 TEST_F(FrameTrackerTest, AFrameIsAttachedOnce) {
     attach("F");
     attach("F");
