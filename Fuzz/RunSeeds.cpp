@@ -1,19 +1,19 @@
 // Runs a fuzz target over the files of a folder, once each: what the fuzzer does before it begins to change
 // them.
 
-#include <cstdint>
+#include "Fuzz/FuzzInput.h"
+
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
-
 int main(int count, char** arguments) {
     if (count != 2) return 2;
     int seeds = 0;
     for (const auto& entry : std::filesystem::directory_iterator(arguments[1])) {
+        std::fprintf(stderr, "%s\n", entry.path().filename().c_str()); // names the one that fails
         std::ifstream file(entry.path(), std::ios::binary);
         const std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());

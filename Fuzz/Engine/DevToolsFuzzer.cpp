@@ -1,0 +1,89 @@
+// Any bytes from the engine, a message in each line: every command is answered once, the end of the
+// connection is told once, and nothing comes after it.
+
+#include "Fuzz/FuzzInput.h"
+#include "Platform/Engine/DevTools/DevToolsClient.h"
+#include "Platform/Engine/DevTools/DevToolsPipe.h"
+
+#include <sys/socket.h>
+
+using namespace qrv;
+using namespace qrv::engine;
+using namespace qrv::fuzz;
+
+namespace {
+
+constexpr std::size_t longestMessage = 4096;
+
+/// What is parsed is written as text that parses as the same.
+void checkJson(std::string_view text) {
+    const auto json = Json::parse(text);
+    if (!json) return;
+    const std::string written = json->serialize();
+    const auto back = Json::parse(written);
+    require(back && back->serialize() == written);
+    require(json->elements().size() == (json->isArray() ? json->size() : 0));
+    require(json->integer(1) == 1 || json->isNumber());
+    require((*json)["id"][0]["x"].string("none") == "none" || json->isObject());
+}
+
+class Conversation {
+public:
+    explicit Conversation(FileDescriptor socket) : pipe_(std::move(socket), loop_, limits()) {
+        client_.setClosedHandler([this](const std::string&) { require(++closings_ == 1); });
+        for (const char* session : {"", "s"}) {
+            for (const char* event : {"Page.frameNavigated", "Target.detachedFromTarget", ""}) {
+                subscriptions_.push_back(client_.listen(session, event, [this](const Json& params) {
+                    require(closings_ == 0);
+                    // A handler may send, and end its own subscription.
+                    if (params.size() > 2) subscriptions_.clear();
+                    send("s");
+                }));
+            }
+        }
+        send("");
+        send("s");
+    }
+
+    void run() {
+        const auto answered = [this] { return closings_ == 1 && answers_ == commands_; };
+        require(loop_.runUntil(answered, std::chrono::steady_clock::now() + std::chrono::seconds(5)));
+        require(client_.isClosed());
+    }
+
+private:
+    static DevToolsPipe::Limits limits() { return {.outgoing = 256, .incoming = longestMessage}; }
+
+    void send(const std::string& session) {
+        ++commands_;
+        client_.send(session, "Page.enable", {}, [this, isAnswered = false](const DevToolsReply&) mutable {
+            require(!std::exchange(isAnswered, true));
+            ++answers_;
+        });
+    }
+
+    NSRunLoop loop_;
+    DevToolsPipe pipe_;
+    DevToolsClient client_{pipe_, loop_};
+    std::vector<DevToolsClient::Subscription> subscriptions_;
+    int closings_ = 0;
+    int commands_ = 0;
+    int answers_ = 0;
+};
+
+} // namespace
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    std::string text(FuzzInput(bytes, size).rest());
+    checkJson(text);
+    std::replace(text.begin(), text.end(), '\n', '\0');
+    int ends[2];
+    require(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0);
+    FileDescriptor engine(ends[0]);
+    Conversation conversation{FileDescriptor(ends[1])};
+    require(::send(engine.get(), text.data(), text.size(), MSG_NOSIGNAL) ==
+            static_cast<ssize_t>(text.size()));
+    ::shutdown(engine.get(), SHUT_WR);
+    conversation.run();
+    return 0;
+}
