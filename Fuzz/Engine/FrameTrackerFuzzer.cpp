@@ -65,6 +65,9 @@ public:
 
     void authenticationRequired(const FrameID&, const NSURL&) override {}
 
+    // The tracker tells what happens to frames only.
+    void pageLost(const NSError&) override { require(false); }
+
     void progressChanged(double) override {}
 
 private:
@@ -175,7 +178,8 @@ private:
                     titles_.push_back([title, text] { title(text); });
                 },
             .completeMainFrame = [this](const std::function<void()>& done) { completions_.push_back(done); },
-            .storedURL = [](std::string_view url) { return NSURL::URLWithString(NSString::fromUTF8(url)); }};
+            .storedURL = [](std::string_view url) { return NSURL::URLWithString(NSString::fromUTF8(url)); },
+            .stopScripts = [] {}};
     }
 
     FuzzInput& input_;

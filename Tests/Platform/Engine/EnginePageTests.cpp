@@ -285,7 +285,7 @@ TEST_F(EnginePageTest, NoWorkerOfThePageAnswersForTheArchive) {
            {"https://a.example/sw.js",
             "onfetch = e => e.respondWith(new Response('<title>Made up</title>', "
             "{headers: {'Content-Type': 'text/html'}}))",
-            u"text/javascript"}}});
+            "text/javascript"}}});
     EXPECT_TRUE(waitFor("title main Stored")) << ::testing::PrintToString(owner_.calls);
 }
 
