@@ -4,6 +4,8 @@
 #include "Platform/Confinement/Sanitizer.h"
 #include "Platform/Confinement/SystemCallFilter.h"
 #include "Platform/Foundation/FileDescriptor.h"
+#include "Platform/Foundation/FileReplacement.h"
+#include "Platform/Foundation/SignalsBlocked.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -92,15 +94,6 @@ bool confine(const ChildPlan& plan) {
                             limit(RLIMIT_NOFILE, 0) && plan.filter.install()));
 }
 
-bool writeAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = ::write(descriptor, bytes.data(), bytes.size());
-        if (count <= 0) return false;
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
-}
-
 [[noreturn]] void endWithText(const ChildPlan& plan, Ending ending, std::string_view text) {
     writeAll(plan.texts, text.substr(0, longestText));
     ::_exit(ending);
@@ -114,7 +107,8 @@ bool writeAll(int descriptor, std::string_view bytes) {
     try {
         std::string notes;
         const NSData data = plan.work(notes);
-        if (!writeAll(plan.result, data.bytes())) throw std::system_error(errno, std::generic_category());
+        if (const int error = writeAll(plan.result, data.bytes()))
+            throw std::system_error(error, std::generic_category());
         endWithText(plan, data ? madeData : madeNothing, notes);
     } catch (const std::exception& exception) {
         endWithText(plan, threw, exception.what());
@@ -218,7 +212,7 @@ ConfinedResult waitFor(Child& child, int resultFile, int texts, const ConfinedLi
 
 /// In the child this does not return.
 pid_t startChild(const ChildPlan& plan) {
-    const SignalsBlocked blocked;
+    const SignalsBlocked inherited; // so that none of our handlers runs in the child
     const pid_t child = checked(::fork(), "starting a process");
     if (child == 0) runChild(plan);
     return child;

@@ -1,19 +1,10 @@
 #include "Platform/Confinement/ForkedChild.h"
 
+#include <csignal>
 #include <cstring>
 #include <sys/wait.h>
 
 namespace qrv {
-
-SignalsBlocked::SignalsBlocked() {
-    sigset_t all;
-    ::sigfillset(&all);
-    ::pthread_sigmask(SIG_SETMASK, &all, &before_);
-}
-
-SignalsBlocked::~SignalsBlocked() {
-    ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
-}
 
 void resetSignals() {
     struct sigaction standard;

@@ -296,6 +296,7 @@ void EnginePage::attached(const std::string& target, const std::string& session)
     devTools_->send(session_, "Inspector.enable");
     world_->runInNewDocuments(scripts::keepOpen, PageWorld::Place::pagesWorld);
     world_->runInNewDocuments(scripts::ignoreDomain, PageWorld::Place::pagesWorld);
+    world_->runInNewDocuments(scripts::awaitNoTakeover, PageWorld::Place::pagesWorld);
     world_->runInNewDocuments(scripts::watchView, PageWorld::Place::ownWorld);
     world_->runInNewDocuments(scripts::refuseSilentNavigations, PageWorld::Place::ownWorld);
     devTools_->send(session_, "Network.enable",

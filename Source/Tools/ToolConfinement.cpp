@@ -12,11 +12,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A file is replaced by a new one in its folder, wherever a link leads.
+/// A file is replaced by a new one in its folder, wherever a link leads; what is no file is refused.
 void allowOutput(FileRules& rules, const NSString& path) {
     const fs::path given = path.fileSystemRepresentation();
     if (given.empty()) return;
     std::error_code error;
+    if (fs::exists(given, error) && !fs::is_regular_file(given, error)) return;
     for (const fs::path& file : {given, given.lexically_normal(), fs::weakly_canonical(given, error)}) {
         const fs::path folder = file.parent_path();
         rules.allow(folder.empty() ? fs::path(".") : folder, FileRules::change);

@@ -16,6 +16,7 @@ LOST = ("NSURLErrorDomain", -1005)
 LATE = ("NSURLErrorDomain", -1001)
 UNPRINTED = ("NSCocoaErrorDomain", 512)
 STAGES = tuple(faults.STAGES)
+DRAWING = ("wait", "measure", "style", "print")     # what fails once the page has loaded is a failed print
 AT_ONCE = 10    # seconds that a conversion may take on a machine that has much else to do, and its fault
 PATIENCE = 30   # of the tool with an engine that does not answer, in seconds
 
@@ -51,33 +52,35 @@ class FaultsTestCase(ToolTestCase):
     def rows(self, fault, expected, **others):
         return [(stage, fault, others.get(stage, expected)) for stage in STAGES]
 
+    def lost_at_each_stage(self, fault, **others):
+        return self.rows(fault, LOST, **{**dict.fromkeys(DRAWING, UNPRINTED), **others})
+
 
 class EngineEndsTests(FaultsTestCase):
-    """-1005, whenever it happens."""
+    """-1005 until the page has loaded."""
 
     def test_dies(self):
-        self.assert_outcomes(self.rows(faults.DIES, LOST), 4 * AT_ONCE)
+        self.assert_outcomes(self.lost_at_each_stage(faults.DIES), 4 * AT_ONCE)
 
     def test_exits(self):
-        self.assert_outcomes(self.rows(faults.EXITS, LOST), 4 * AT_ONCE)
+        self.assert_outcomes(self.lost_at_each_stage(faults.EXITS), 4 * AT_ONCE)
 
     def test_closes_its_connection(self):
-        self.assert_outcomes(self.rows(faults.CLOSES, LOST), 4 * AT_ONCE)
+        self.assert_outcomes(self.lost_at_each_stage(faults.CLOSES), 4 * AT_ONCE)
 
     def test_breaks_off_within_a_message(self):
-        self.assert_outcomes(self.rows(faults.TRUNCATED, LOST), 4 * AT_ONCE)
+        self.assert_outcomes(self.lost_at_each_stage(faults.TRUNCATED), 4 * AT_ONCE)
 
 
 class EngineHangsTests(FaultsTestCase):
     """A browser process that does not answer. What the page has to answer may be given up before."""
 
     def test_hangs(self):
-        unanswered = {stage: {LOST, UNPRINTED} for stage in ("wait", "measure", "style")}
-        self.assert_outcomes(self.rows(faults.HANGS, LOST, start=LATE, attach=LATE, **unanswered),
+        self.assert_outcomes(self.lost_at_each_stage(faults.HANGS, start=LATE, attach=LATE, title=UNPRINTED),
                              PATIENCE + 4 * AT_ONCE, WEB2PDF_ENGINE_START_TIMEOUT=5)
 
     def test_talks_without_end(self):
-        rows = [(stage, faults.ENDLESS_FLOOD, LOST) for stage in ("document", "print")]
+        rows = [("document", faults.ENDLESS_FLOOD, LOST), ("print", faults.ENDLESS_FLOOD, UNPRINTED)]
         self.assert_outcomes(rows, PATIENCE + 6 * AT_ONCE)
 
 

@@ -51,7 +51,10 @@ class BombTests(ToolTestCase):
         data = images.png(6000, 6000, (1, 2, 3))
         for address in addresses:
             archive.add(Resource(address, data, "image/png"))
-        self.assert_bounded(archive)
+        # They are decoded when they are drawn, and then what fails is the print.
+        run = self.convert(archive, expect_success=False, environment=self.environment(WEB2PDF_MEMORY_LIMIT=LIMIT))
+        self.assert_failure(run, "NSCocoaErrorDomain", 512)
+        self.assertIn(ERROR, run.log.text)
 
     def test_elements(self):
         self.assert_bounded(acting("for (;;) document.body.append(...Array.from({length: 1000}, (_, i) => {"

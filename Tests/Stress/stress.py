@@ -7,18 +7,23 @@ every change; without it the whole takes hours.
 """
 
 import argparse
+import dataclasses
 import os
 import pathlib
 import subprocess
 import sys
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-sys.path[:0] = [str(ROOT / "Support"), str(ROOT / "Stress")]
+sys.path[:0] = [str(ROOT / "Support"), str(ROOT / "Stress"), str(ROOT / "Hostile")]
 
 import pages
+from hostile import FAMILIES, pages as pages_of
 from many import HEAD, processors, run_many
 from mutations import mutated_archive
 
+HOSTILE_PAGES = [page for family in FAMILIES for page in pages_of(family)]
+QUICK_PAGES, ALL_PAGES = sum(page.quick for page in HOSTILE_PAGES), len(HOSTILE_PAGES)
 LIMIT = 60      # seconds for a page that does not load for ever
 MOST_MEMORY = 1024      # MiB of any one process
 
@@ -69,9 +74,71 @@ def in_a_row(count, _jobs):
     return run_many("In one process, in a row", [count], repeat, jobs=1), True
 
 
+@dataclasses.dataclass
+class Program:
+    """Summary of a program that judges by itself: its last line tells what came of it."""
+    name: str
+    count: int
+    told: str
+    seconds: float
+    broken: bool
+    peak: int = 0
+
+    def row(self):
+        return f"| {self.name} | {self.count} | {self.told} | - | - | {self.seconds:.0f} s |"
+
+
+def run_program(name, count, command, folder=".", **environment):
+    begin = time.monotonic()
+    support = {"PYTHONPATH": str(ROOT / "Support"), "PYTHONDONTWRITEBYTECODE": "1"}
+    run = subprocess.run([sys.executable, *map(str, command)], env={**os.environ, **support, **environment},
+                         cwd=ROOT / folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False)
+    if run.returncode != 0:
+        print(run.stdout, file=sys.stderr)
+    last = run.stdout.strip().splitlines()[-1:]
+    return Program(name, count, last[0] if last else "", time.monotonic() - begin, run.returncode != 0), True
+
+
+def tool():
+    return os.environ["WEB2PDF_TOOL"]
+
+
+def mutated_pdfs(count, jobs):
+    command = ["Support/mutated_pdfs.py", "--count", count, "--seed", 1, "--tool", tool(), "--jobs", jobs]
+    return run_program("Mutated stored PDFs", count, command)
+
+
+def hostile_pages(count, jobs):
+    more = ["--all"] if count > QUICK_PAGES else []
+    return run_program("Hostile pages", count, ["Hostile/hostile.py", "--tool", tool(), "--jobs", jobs, *more])
+
+
+def kills(count, _jobs):
+    return run_program("Kills of the tool", count, ["-m", "unittest", "-q", "test_kills"], "EndToEnd",
+                       WEB2PDF_KILLS=str(count))
+
+
+def engine_kills(count, _jobs):
+    return run_program("Kills of the engine's processes", count, ["-m", "unittest", "-q", "test_engine_kills"],
+                       "EndToEnd", WEB2PDF_KILLS=str(count))
+
+
+def tests_of(name, *modules):
+    """Rows that are ordinary tests and take no number."""
+    return lambda count, _jobs: run_program(name, count, ["-m", "unittest", "-q", *modules], "EndToEnd")
+
+
 # Each row: its numbers of runs in the long and in the short form, and what makes it.
 ROWS = {
     "archives": (10_000, 100, mutated_archives),
+    "pdfs": (1_000, 60, mutated_pdfs),
+    "pages": (ALL_PAGES, QUICK_PAGES, hostile_pages),
+    "kills": (300, 10, kills),
+    "engine-kills": (60, 12, engine_kills),
+    "engine-faults": (1, 1, tests_of("Faults of the engine", "test_engine_faults")),
+    "files": (1, 1, tests_of("Disks, limits, pipes, devices", "test_output", "test_bad_input")),
+    "traces": (1, 1, tests_of("Traces: sockets, files, packets", "test_confinement", "test_network")),
+    "limits": (1, 1, tests_of("Memory bombs and deadlines", "test_memory", "test_deadline")),
     "at-once": (320, 32, sixteen_at_once),
     "in-a-row": (2_000, 40, in_a_row),
 }

@@ -1,5 +1,6 @@
 #include "Platform/Engine/Process/EngineChild.h"
 
+#include "Platform/Confinement/ForkedChild.h"
 #include "Platform/Engine/Process/EngineMemory.h"
 #include "Platform/Foundation/SignalsBlocked.h"
 
@@ -55,16 +56,6 @@ struct ChildPlan {
 };
 
 // From here to runChild: between fork and exec, async-signal-safe calls only.
-
-void resetSignals() {
-    struct sigaction standard;
-    std::memset(&standard, 0, sizeof standard);
-    standard.sa_handler = SIG_DFL;
-    for (int signal = 1; signal < NSIG; ++signal) ::sigaction(signal, &standard, nullptr);
-    sigset_t none;
-    ::sigemptyset(&none);
-    ::sigprocmask(SIG_SETMASK, &none, nullptr);
-}
 
 bool arrangeDescriptors(const ChildPlan& plan) {
     // Moved out of the way first: they may occupy the target numbers.
@@ -184,11 +175,7 @@ bool EngineChild::reap() {
 
 std::string EngineChild::endText() const {
     if (!reaped_) return "does not end";
-    if (WIFSIGNALED(status_)) {
-        int signal = WTERMSIG(status_);
-        return "was ended by signal " + std::to_string(signal) + " (" + ::strsignal(signal) + ")";
-    }
-    return "exited with status " + std::to_string(WEXITSTATUS(status_));
+    return qrv::endText(status_);
 }
 
 } // namespace qrv::engine

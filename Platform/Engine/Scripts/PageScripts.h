@@ -19,10 +19,11 @@ namespace scripts {
 /// The functions that the others use; to be evaluated in a world before any of them is called there.
 extern const PageScript shared;
 
-// Loading/. The first four are programs for new documents, which run before the page's own scripts.
+// Loading/. The first five are programs for new documents, which run before the page's own scripts.
 
 extern const PageScript keepOpen;                ///< in the page's own world
 extern const PageScript ignoreDomain;            ///< in the page's own world
+extern const PageScript awaitNoTakeover;         ///< in the page's own world
 extern const PageScript watchView;               ///< in the isolated world
 extern const PageScript refuseSilentNavigations; ///< in the isolated world
 extern const PageScript enter;

@@ -1,5 +1,7 @@
 #include "Platform/Confinement/ForkedChild.h"
+#include "Platform/Foundation/SignalsBlocked.h"
 
+#include <csignal>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -20,23 +22,9 @@ std::string endOf(Work work) {
     return endText(status);
 }
 
-bool isBlocked(int signal) {
-    sigset_t blocked;
-    ::pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
-    return ::sigismember(&blocked, signal) == 1;
-}
-
 TEST(ForkedChildTests, SaysHowAProcessEnded) {
     EXPECT_EQ(endOf([] { ::_exit(7); }), "exited with status 7");
     EXPECT_EQ(endOf([] { ::kill(::getpid(), SIGKILL); }), "was ended by signal 9 (Killed)");
-}
-
-TEST(ForkedChildTests, SignalsAreBlockedForATime) {
-    {
-        const SignalsBlocked blocked;
-        EXPECT_TRUE(isBlocked(SIGTERM));
-    }
-    EXPECT_FALSE(isBlocked(SIGTERM));
 }
 
 TEST(ForkedChildTests, ResettingLetsSignalsEndTheProcess) {

@@ -277,6 +277,27 @@ TEST_F(EnginePageTest, AFrameLoadsWhatNeedsNoRequestButNotByALink) {
     EXPECT_THAT(owner_.calls, Not(Contains(HasSubstr("Elsewhere"))));
 }
 
+// Takes over a navigation for ever.
+constexpr char takesOver[] =
+    "<script>navigation.onnavigate = e => e.intercept({handler: () => new Promise(() => 0)});"
+    "onload = () => location = 'next.html'</script>";
+
+TEST_F(EnginePageTest, ATakenOverNavigationIsNotWaitedFor) {
+    load(takesOver);
+}
+
+TEST_F(EnginePageTest, ATakenOverNavigationOfAFrameIsNotWaitedFor) {
+    load("<iframe srcdoc=\"" + std::string(takesOver) + "\"></iframe>");
+}
+
+TEST_F(EnginePageTest, ATakenOverNavigationIsHandledByThePage) {
+    load("<script>navigation.onnavigate = e => e.intercept({async handler() { document.title = 'Routed' }});"
+         "onload = () => location = 'next.html'</script>");
+    linger();
+    page_->documentSize();
+    EXPECT_EQ(owner_.calls.back(), "title main Routed");
+}
+
 TEST_F(EnginePageTest, NoWorkerOfThePageAnswersForTheArchive) {
     load({{"https://a.example/",
            "<!DOCTYPE html><script>navigator.serviceWorker.register('sw.js').then(async () => {"
