@@ -19,8 +19,8 @@ std::string stream(const std::string& entries, std::string_view contents) {
 }
 
 const std::string resources =
-    "/Resources<</Pattern<</P1 7 0 R/P2 8 0 R>>/ExtGState<</G1<</ca .5/CA .5>>/G2<</SMask 9 0 R>>/G3<</SMask"
-    "/None/ca 1>>>>/XObject<</F1 6 0 R>>/Font<</T1 10 0 R>>>>";
+    "/Resources<</Pattern<</P1 7 0 R/P2 8 0 R>>/ExtGState<</G1<</ca .5/CA .5>>/G2 13 0 R/G3<</SMask"
+    "/None/ca 1>>/G4<</ca 1>>>>/XObject<</F1 6 0 R>>/Font<</T1 10 0 R>>>>";
 
 /// The contents of the page, of a form and of a pattern, and the text of a font's glyphs.
 NSData document(const std::array<std::string_view, 4>& contents) {
@@ -39,10 +39,11 @@ NSData document(const std::array<std::string_view, 4>& contents) {
                    resources,
                contents[2]),
         "<</Type/Pattern/PatternType 2/Matrix[1 0 0 1 0 0]/Shading" + shading + ">>",
-        std::string("<</Type/Mask/S/Luminosity/G 6 0 R/TR 11 0 R>>"),
+        std::string("<</Type/Mask/S/Alpha/G 6 0 R/TR 11 0 R>>"),
         std::string("<</Type/Font/Subtype/Type0/BaseFont/A/ToUnicode 12 0 R>>"),
         stream("/FunctionType 4/Domain[0 1]/Range[0 1]", "{1 exch sub}"),
         stream("", contents[3]),
+        std::string("<</SMask 9 0 R>>"),
     };
     std::string text = "%PDF-1.7\n";
     std::string table = "xref\n0 " + std::to_string(objects.size() + 1) + "\n0000000000 65535 f \n";
