@@ -134,7 +134,7 @@ TEST(StandardError, LinesOfManyThreadsStayWhole) {
         });
     }
     for (std::thread& thread : threads) thread.join();
-    std::rewind(file);
+    std::fseek(file, 0, SEEK_SET);
     int lines = 0;
     std::array<char, 7000> line{};
     while (std::fgets(line.data(), static_cast<int>(line.size()), file)) {
