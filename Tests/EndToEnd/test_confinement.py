@@ -11,7 +11,7 @@ from tool import ToolTestCase, tool_path
 
 # Besides its temporary folder and shared memory: where the engine's own files, libraries, fonts, languages and time zones are, and
 # what the kernel tells.
-OPEN_TO_THE_ENGINE = ("/usr/lib/", "/lib/", "/etc/ld.so.cache", "/etc/fonts", "/usr/share/fontconfig",
+OPEN_TO_THE_ENGINE = ("/usr/lib", "/lib", "/etc/ld.so.cache", "/etc/fonts", "/usr/share/fontconfig",
                       "/usr/share/fonts", "/usr/local/share/fonts", "/var/cache/fontconfig", "/usr/share/locale",
                       "/usr/share/zoneinfo", "/etc/locale.alias", "/etc/localtime", "/sys/devices/system/cpu",
                       "/dev/null", "/dev/zero", "/dev/random", "/dev/urandom", "/proc", "/memfd:")
