@@ -1,6 +1,6 @@
 """What the tool bears: each row of the table is one kind of trouble, many times.
 
-    python3 Tests/Stress/stress.py --tool build/release/bin/web2pdf [--short] [--jobs N] [ROW...]
+    python3 Tests/Stress/stress.py --tool build/release/bin/web2pdf [--short | --count N] [--jobs N] [ROW...]
 
 Prints the table, and what broke a rule before it; exits with 1 when anything did. --short takes a few of each, for
 every change; without it the whole takes hours.
@@ -149,6 +149,7 @@ def main():
     parser.add_argument("rows", nargs="*", metavar="ROW", help=f"of {', '.join(ROWS)}; all unless given")
     parser.add_argument("--tool", required=True, type=pathlib.Path)
     parser.add_argument("--short", action="store_true")
+    parser.add_argument("--count", type=int, help="how many of each, whatever the table says")
     parser.add_argument("--jobs", type=int, default=processors())
     options = parser.parse_args()
     os.environ["WEB2PDF_TOOL"] = str(options.tool.resolve())
@@ -156,7 +157,7 @@ def main():
     table, failed = [], []
     for name in options.rows or ROWS:
         long, short, make = ROWS[name]
-        summary, holds = make(short if options.short else long, options.jobs)
+        summary, holds = make(options.count or (short if options.short else long), options.jobs)
         table.append(summary.row())
         if not holds or summary.broken or summary.peak > MOST_MEMORY:
             failed.append(name)
