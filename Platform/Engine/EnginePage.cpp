@@ -374,6 +374,7 @@ void EnginePage::enterAt(const StandInAddress& address) {
 
 void EnginePage::stopScripts() {
     devTools_->send(session_, "Emulation.setScriptExecutionDisabled", Json::object({{"value", true}}));
+    devTools_->send(session_, "Page.stopLoading"); // for what refreshes itself without scripts
 }
 
 NSURL EnginePage::storedURL(std::string_view engineURL) const {

@@ -80,8 +80,8 @@ def endless():
     yield page("again-refresh-srcdoc", "The same in frames that have their text with them", again(srcdoc=refresh), quick=True)
     yield page("again-reload-srcdoc", "Such frames reload themselves", again(srcdoc="<p>inner<script>location.reload()</script>"))
     yield page("again-reload-data", "Frames of data: reload themselves", again(src="data:text/html,<p>inner<script>location.reload()</script>"))
-    yield page("again-refresh-data", "Frames of data: refresh themselves", again(src="data:text/html,<p>inner<meta http-equiv=refresh content=0>"),
-               never_ends="the load ends, but a print waits for the frames")
+    yield page("again-refresh-data", "Frames of data: refresh themselves", again(5, src="data:text/html,<p>inner<meta http-equiv=refresh content=0>"),
+               quick=True)
     swing = "<p>inner<script>location.href = 'blob'.length && " + BLOB.replace("gone", "inner") + "</script>"
     yield page("again-blob", "Frames that go to ever new blobs", again(srcdoc=swing))
     growing = ("const next = () => URL.createObjectURL(new Blob([document.documentElement.outerHTML], {type: 'text/html'}));"
@@ -133,7 +133,7 @@ def others():
     yield acting("close", "A page that closes itself", "close(); open('', '_self').close(); top.close()")
     yield acting("windows", "A page that opens windows", f"for (let i = 0; i < 50; i++) {{ open('about:blank'); open({BLOB}) }}")
     yield acting("intercept", "A page that takes over every navigation", "navigation.onnavigate = e => e.intercept({handler: () => new Promise(() => 0)});"
-                 "location = 'next.html'", resources=[NEXT], never_ends="the engine does not tell the end of a load that a page has taken over")
+                 "location = 'next.html'", resources=[NEXT], quick=True)
     yield acting("stops-listeners", "A page that stops other listeners", "addEventListener('navigate', e => e.stopImmediatePropagation(), true);"
                  "Object.defineProperty(Event.prototype, 'preventDefault', {value() {}});" + link("'about:blank'"), silent=("gone",), quick=True)
 
