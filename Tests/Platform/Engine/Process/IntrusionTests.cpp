@@ -179,7 +179,7 @@ TEST_F(IntrusionTest, ADetachedProcessDiesWithTheToolThatIsKilled) {
     const pid_t starter = ::fork();
     if (starter == 0) {
         obey("detach x\n");
-        std::ofstream(elsewhere_.path() / "ready");
+        const std::ofstream ready(elsewhere_.path() / "ready");
         for (;;) ::pause();
     }
     EXPECT_TRUE(eventually([this] { return std::filesystem::exists(elsewhere_.path() / "ready"); }));
