@@ -37,7 +37,8 @@ std::optional<std::size_t> numberInFile(const std::string& path) {
 std::size_t leastLimit(const std::string& mount, std::string group, const std::string& file) {
     std::size_t least = none;
     for (;;) {
-        least = std::min(least, numberInFile(mount + group + "/" + file).value_or(none));
+        least = std::min(
+            least, numberInFile(std::string(mount).append(group).append("/").append(file)).value_or(none));
         if (group.empty()) return least;
         group.erase(group.find_last_of('/'));
     }
