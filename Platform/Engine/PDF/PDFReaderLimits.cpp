@@ -3,6 +3,7 @@
 #include <map>
 #include <qpdf/QPDF.hh>
 #include <string>
+#include <string_view>
 
 namespace qrv::engine {
 
@@ -13,23 +14,29 @@ constexpr std::size_t longestName = 127;
 
 using Names = std::map<std::string, std::string>;
 
-/// Returns the new name for each that was too long; both begin with a slash.
-Names shortenDestinations(QPDFObjectHandle destinations) {
-    Names shortened;
-    if (!destinations.isDictionary()) return shortened;
+/// The PDF library writes a number sign as it is, where readers take it for the beginning of an escape.
+bool isRefused(const std::string& name) {
+    return name.size() > 1 + longestName ||
+           name.find_first_of(std::string_view("#\0", 2)) != std::string::npos;
+}
+
+/// Returns the new name for each that readers refuse; both begin with a slash.
+Names renameDestinations(QPDFObjectHandle destinations) {
+    Names renamed;
+    if (!destinations.isDictionary()) return renamed;
     int number = 0;
     for (const auto& [name, destination] : destinations.ditems()) {
-        if (name.size() <= 1 + longestName) continue;
+        if (!isRefused(name)) continue;
         std::string shorter;
         do shorter = "/destination-" + std::to_string(++number);
         while (destinations.hasKey(shorter));
-        shortened[name] = shorter;
+        renamed[name] = shorter;
     }
-    for (const auto& [name, shorter] : shortened) {
+    for (const auto& [name, shorter] : renamed) {
         destinations.replaceKey(shorter, destinations.getKey(name));
         destinations.removeKey(name);
     }
-    return shortened;
+    return renamed;
 }
 
 void rename(QPDFObjectHandle dictionary, const char* key, const Names& names) {
@@ -47,7 +54,7 @@ QPDFObjectHandle firstOf(QPDFObjectHandle annotations) {
 } // namespace
 
 void keepWithinReaderLimits(QPDF& document, std::string& notes) {
-    const Names names = shortenDestinations(document.getRoot().getKey("/Dests"));
+    const Names names = renameDestinations(document.getRoot().getKey("/Dests"));
     for (QPDFObjectHandle page : document.getAllPages()) {
         QPDFObjectHandle annotations = page.getKey("/Annots");
         if (!annotations.isArray()) continue;

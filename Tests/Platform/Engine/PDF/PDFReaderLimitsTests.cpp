@@ -54,6 +54,14 @@ TEST_F(PDFReaderLimitsTest, LinksBeyondThatAreLeftOutAndTheLogSaysSo) {
     EXPECT_THAT(run("pdftotext", "-"), Not(HasSubstr("Error")));
 }
 
+TEST_F(PDFReaderLimitsTest, NamesOfDestinationsWithNumberSignsAreReplaced) {
+    apply("<</Type /Annot /Subtype /Link /Dest /a#23zz>>",
+          "/a#23zz [3 0 R /XYZ 0 1 null] /b [3 0 R /XYZ 0 2 null]");
+    EXPECT_THAT(run("qpdf --check", "2>&1"), Not(HasSubstr("WARNING")));
+    EXPECT_THAT(run("pdfinfo -dests", "| tr -s ' '"), HasSubstr("1 null ] \"destination-1\""));
+    EXPECT_THAT(run("mutool show", "pages/1/Annots"), HasSubstr("/Dest /destination-1\n"));
+}
+
 TEST_F(PDFReaderLimitsTest, NamesOfDestinationsThatReadersCutAreShortened) {
     const std::string longest(127, 'x');
     const std::string tooLong = longest + "a";
