@@ -62,10 +62,10 @@ public:
     /// The engine's page, for the other classes of this folder.
     engine::Page& page();
 
-    /// Replaces how pages are made; an empty function restores the real engine.
     /// Opens what a process with these rules needs to go on using views.
     static void allowViews(FileRules& rules);
 
+    /// Replaces how pages are made; an empty function restores the real engine.
     static void setPageFactoryForTesting(engine::PageFactory factory);
 
 private:

@@ -13,9 +13,8 @@
 // 5. The title is asked for when a frame stops, and the answer arrives later: a new navigation may start
 //    first.
 // 6. A page may navigate for ever. A frame's navigations beyond the 20th are refused, and of all frames
-// together
-//    those beyond 1000 more than there are frames. Some the engine carries out all the same, since they need
-//    no request: the owner does not learn of them, and the page's scripts are stopped.
+//    together those beyond 1000 more than there are frames. Some the engine carries out all the same, since
+//    they need no request: the owner does not learn of them, and the page's scripts and loads are stopped.
 
 #include "Platform/Engine/DevTools/DevToolsClient.h"
 #include "Platform/Engine/Loading/PageClient.h"
@@ -37,8 +36,7 @@ public:
     using Completion = std::function<void(std::function<void()> done)>;
     /// Maps an address of the engine's to the archive's.
     using AddressMapping = std::function<NSURL(std::string_view engineURL)>;
-
-    /// Stops the scripts of the page, which does not come to rest by itself.
+    /// Stops the scripts of the page, and what it loads: it does not come to rest by itself.
     using ScriptStop = std::function<void()>;
 
     struct Hooks {

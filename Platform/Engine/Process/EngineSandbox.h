@@ -24,7 +24,7 @@ struct LaunchStep {
     enum class Kind {
         namespaces,      ///< refused; only the file rules and the filter are left
         identityMap,     ///< refused; the engine's own sandbox will not work
-        temporaryFolder, ///< not its own; the caller's is used
+        temporaryFolder, ///< no file system of its own; a folder in the caller's is used
         processFolder,   ///< not its own; the engine sees that other processes exist
         fileRules,       ///< not in this kernel; the engine can open what its user can
         engineSandbox,   ///< cannot work here; the engine runs without it
