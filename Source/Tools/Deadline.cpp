@@ -113,11 +113,9 @@ std::optional<double> Deadline::secondsFromText(const std::string& text) {
 
 void Deadline::start(double seconds, std::function<void()> answer) {
     const std::chrono::duration<double> time(std::min(seconds, longest));
-    state = new State{.end = Clock::now() + std::chrono::duration_cast<Clock::duration>(time),
-                      .answer = std::move(answer),
-                      .stop = {},
-                      .thread = {},
-                      .threadID = 0};
+    state = new State;
+    state->end = Clock::now() + std::chrono::duration_cast<Clock::duration>(time);
+    state->answer = std::move(answer);
     startThread();
 }
 

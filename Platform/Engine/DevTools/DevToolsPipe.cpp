@@ -97,7 +97,7 @@ void DevToolsPipe::takeBytes(std::string_view bytes) {
         incoming_.append(bytes.substr(0, messageEnd));
         if (incoming_.size() > limits_.incoming) return end("a message was too long");
         if (messageEnd == std::string_view::npos) return;
-        backlog_ += incoming_.size() + sizeof incoming_;
+        backlog_ += incoming_.size() + sizeof(std::string);
         received_.push_back(std::exchange(incoming_, {}));
         bytes.remove_prefix(messageEnd + 1);
     }
@@ -113,7 +113,7 @@ void DevToolsPipe::deliverNext() {
     }
     std::string message = std::move(received_.front());
     received_.pop_front();
-    backlog_ -= message.size() + sizeof message;
+    backlog_ -= message.size() + sizeof(std::string);
     if (!ended_ && !reading_ && backlog_ < limits_.backlog) watchReadable();
     if (!received_.empty() || ended_) {
         deliveryPosted_ = true;

@@ -42,14 +42,14 @@ protected:
     /// What became of each order.
     std::vector<std::string> obey(const std::string& orders) {
         std::ofstream(directory_.path() / "orders") << orders;
-        std::string said;
+        said_.clear();
         engine_ = launch(
             {.search = only(intruder_), .log = [this](const std::string& line) { log_ += line + "\n"; }},
             loop_);
-        engine_->setMessageHandler([&said](std::string_view message) { said = message; });
-        engine_->setCloseHandler([&said](const std::string& reason) { said = reason; });
-        loop_.runUntil([&said] { return !said.empty(); }, std::chrono::steady_clock::now() + patience);
-        std::istringstream lines(said);
+        engine_->setMessageHandler([this](std::string_view message) { said_ = message; });
+        engine_->setCloseHandler([this](const std::string& reason) { said_ = reason; });
+        loop_.runUntil([this] { return !said_.empty(); }, std::chrono::steady_clock::now() + patience);
+        std::istringstream lines(said_);
         std::vector<std::string> results;
         for (std::string line; std::getline(lines, line);) results.push_back(line);
         return results;
@@ -98,6 +98,7 @@ protected:
     std::string intruder_;
     std::unique_ptr<EngineProcess> engine_;
     std::string log_;
+    std::string said_; // the engine's last answer, or why it ended
 };
 
 TEST_F(IntrusionTest, WithNamespaces) {
