@@ -179,7 +179,7 @@ private:
                 },
             .completeMainFrame = [this](const std::function<void()>& done) { completions_.push_back(done); },
             .storedURL = [](std::string_view url) { return NSURL::URLWithString(NSString::fromUTF8(url)); },
-            .stopScripts = [] {}};
+            .haltPage = [] {}};
     }
 
     FuzzInput& input_;

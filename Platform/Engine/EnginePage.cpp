@@ -162,7 +162,6 @@ private:
     std::function<void(NSString)> onceInTime(std::function<void(NSString)> answer);
     void completeMainFrame(const std::function<void()>& done);
     void queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer);
-    void stopScripts();
     NSURL storedURL(std::string_view engineURL) const;
     std::string storedLink(const std::string& link) const;
 
@@ -205,7 +204,7 @@ EnginePage::EnginePage(PageClient& client, int paintLevel)
                    },
                .completeMainFrame = [this](const std::function<void()>& done) { completeMainFrame(done); },
                .storedURL = [this](std::string_view url) { return storedURL(url); },
-               .stopScripts = [this] { stopScripts(); }}),
+               .haltPage = [this] { world_->halt(); }}),
       paintLevel_(paintLevel) {
     start();
 }
@@ -370,11 +369,6 @@ void EnginePage::enterAt(const StandInAddress& address) {
                             enterAt(StandInAddress(archive_.mainResource().URL().absoluteString().utf8(),
                                                    randomToken(), StandInAddress::Use::always));
                         });
-}
-
-void EnginePage::stopScripts() {
-    devTools_->send(session_, "Emulation.setScriptExecutionDisabled", Json::object({{"value", true}}));
-    devTools_->send(session_, "Page.stopLoading"); // for what refreshes itself without scripts
 }
 
 NSURL EnginePage::storedURL(std::string_view engineURL) const {

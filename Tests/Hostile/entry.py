@@ -12,6 +12,8 @@ from dataclasses import dataclass
 
 from webarchive import HTML, Archive, Resource, html_archive
 
+BOMB = 750      # MiB; the engine may take a little more before it is seen
+LONG_LINE = "the engine's time to print a line grows with the square of its length"
 SITE = "http://site.example/"
 MARKER = "StillHere"
 PORT = "65432109876"            # no port can have this number
@@ -29,7 +31,8 @@ class Page:
     may_fail: str = ""          # why a failure is a good answer, too
     linger: int = 0             # seconds that the tool waits when the page has loaded
     quick: bool = False         # belongs to the choice that every run of the tests takes
-    never_ends: str = ""        # why the tool may wait for ever: it is stopped after a while
+    never_ends: str = ""        # why the tool may wait for ever: it is given a deadline
+    memory_limit: int = 0       # MiB that the engine is given; without it what the tool gives by itself
     mode: str = "screen"
 
     def bytes(self, port, secret):

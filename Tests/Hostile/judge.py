@@ -18,8 +18,10 @@ from pdf import PDF
 from tool import SETTINGS_DOMAIN, TOOL_DOMAIN, read_result
 
 SECONDS = 60        # that a conversion may take
-SECONDS_OF_THE_ENDLESS = 10
-MEGABYTES = 1024    # of all its processes together
+MEGABYTES = 1024    # that all its processes together may hold
+DEADLINE = 10       # seconds that one is given that would never end
+DEADLINE_PASSED = ("NSURLErrorDomain", -1001)
+MEMORY_EXCEEDED = ("NSPOSIXErrorDomain", 12)
 
 
 @dataclass
@@ -75,13 +77,16 @@ def _convert(page, tool, folder):
     (folder / "config" / "preferences" / f"{SETTINGS_DOMAIN}.plist").write_bytes(settings)
     environment = {"PATH": "/usr/bin:/bin", "LANG": "C.UTF-8", "PAPERSIZE": "letter", "TMPDIR": str(folder / "tmp"),
                    "XDG_CONFIG_HOME": str(folder / "config"), "XDG_CONFIG_DIRS": str(folder / "none")}
+    if page.memory_limit:
+        environment["WEB2PDF_MEMORY_LIMIT"] = str(page.memory_limit)
+    if page.never_ends:
+        environment["WEB2PDF_DEADLINE"] = str(DEADLINE)
     verdict = Verdict()
     begun = time.monotonic()
     with open(folder / "answer", "wb") as answer:
         child = subprocess.Popen([tool, page.mode, folder / "page.webarchive", folder / "out" / "page.pdf", "1"],
                                  stdin=subprocess.DEVNULL, stdout=answer, stderr=subprocess.DEVNULL, env=environment)
-    limit = SECONDS_OF_THE_ENDLESS if page.never_ends else SECONDS
-    while child.poll() is None and time.monotonic() - begun < limit:
+    while child.poll() is None and time.monotonic() - begun < SECONDS:
         verdict.megabytes = max(verdict.megabytes, _megabytes(child.pid))
         time.sleep(0.05)
     verdict.seconds = time.monotonic() - begun
@@ -90,10 +95,9 @@ def _convert(page, tool, folder):
         child.kill()
         child.wait()
         verdict.outcome = "endless"
-        if not page.never_ends:
-            verdict.problems.append(f"no answer within {limit} s")
-    # The engine of a tool that was killed ends a moment later.
-    if processes.wait_until_none(0 if ended else 5):
+        verdict.problems.append(f"no answer within {SECONDS} s")
+    # The engine of a tool that was killed, or that had no time left, ends a moment later.
+    if processes.wait_until_none(0 if ended and not page.never_ends else 1):
         verdict.problems.append("processes outlived the tool")
     processes.reap()
     if ended and child.returncode != 0:
@@ -132,13 +136,20 @@ def _judge_answer(page, folder, answer, verdict):
     output = folder / "out" / "page.pdf"
     if succeeded:
         _judge_text(page, output, verdict)
-    elif not page.may_fail:
+    elif not _is_expected(page, error):
         verdict.problems.append(f"failed: {result['errorString']}")
-    elif error.domain == TOOL_DOMAIN:
-        verdict.problems.append("a fault of the program's own")
     kept = ["page.pdf"] if succeeded else []
     if sorted(os.listdir(folder / "out")) != kept:
         verdict.problems.append(f"files: {os.listdir(folder / 'out')}")
+
+
+def _is_expected(page, error):
+    reason = (error.domain, error.code)
+    if reason == DEADLINE_PASSED:
+        return bool(page.never_ends)
+    if reason == MEMORY_EXCEEDED:
+        return bool(page.memory_limit or page.may_fail)
+    return bool(page.may_fail) and error.domain != TOOL_DOMAIN     # a fault of the program's own
 
 
 def _judge_text(page, output, verdict):

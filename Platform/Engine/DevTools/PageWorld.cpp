@@ -83,6 +83,11 @@ void PageWorld::stopScripts() {
     command(disableScripts, Json::object({{"value", true}}));
 }
 
+void PageWorld::halt() {
+    devTools_.send(session_, disableScripts, Json::object({{"value", true}}));
+    devTools_.send(session_, "Page.stopLoading"); // for what refreshes itself without scripts
+}
+
 bool PageWorld::make() {
     context_ = contextOf(command(createWorld, worldParameters(mainFrameID_)));
     if (context_ == 0) return false;

@@ -69,6 +69,8 @@ public:
 
     /// Lets none of the page's scripts run from now on.
     void stopScripts();
+    /// The same, and ends its loads. Neither is waited for.
+    void halt();
 
     /// True once the page did not answer, and its scripts were stopped: promises and timers stand still.
     bool isInterrupted() const { return interrupted_; }

@@ -244,7 +244,7 @@ void FrameTracker::endedUnannounced(const std::string& engineFrame) {
     const bool wasLoading = std::exchange(frame.loading, false);
     const bool wasFinishing = std::exchange(frame.finishing, false);
     const std::vector<std::string> children = dropDescendants(engineFrame);
-    hooks_.stopScripts();
+    hooks_.haltPage();
     for (const std::string& child : children) client_.frameDetached(child);
     if (wasLoading || wasFinishing) client_.loadFinished(named(engineFrame));
 }

@@ -37,13 +37,13 @@ public:
     /// Maps an address of the engine's to the archive's.
     using AddressMapping = std::function<NSURL(std::string_view engineURL)>;
     /// Stops the scripts of the page, and what it loads: it does not come to rest by itself.
-    using ScriptStop = std::function<void()>;
+    using PageHalt = std::function<void()>;
 
     struct Hooks {
         TitleQuery queryTitle;
         Completion completeMainFrame;
         AddressMapping storedURL;
-        ScriptStop stopScripts;
+        PageHalt haltPage;
     };
 
     FrameTracker(PageClient& client, Hooks hooks);

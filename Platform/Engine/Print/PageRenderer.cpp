@@ -59,7 +59,7 @@ std::optional<PageMeasurements> PageRenderer::measure(NSSize view, Mode mode) {
 
 /// Long pages take their time whatever is painted.
 std::chrono::milliseconds PageRenderer::limitFor(const PrintPlan& plan, bool isCostly) const {
-    const double pixelsPerMillisecond = isCostly ? 20 : 10;
+    const double pixelsPerMillisecond = (plan.isOnSheets ? 10 : 100) * (isCostly ? 2 : 1);
     const std::chrono::milliseconds forHeight(
         static_cast<long long>(plan.documentHeight / pixelsPerMillisecond));
     return std::min((isCostly ? costlyPrintLimit_ : printLimit_) + forHeight, longestTime);

@@ -4,7 +4,7 @@ import base64
 import struct
 import zlib
 
-from entry import SITE, Page, page
+from entry import BOMB, SITE, Page, page
 from images import gif, png
 from webarchive import Archive, Resource
 
@@ -47,6 +47,7 @@ def tables(kind, names, size):
 
 
 USES = "<defs><g id='u0'><rect width='1' height='1'/></g>" + "".join(f"<g id='u{n}'>" + f"<use xlink:href='#u{n - 1}'/>" * 10 + "</g>" for n in range(1, 12)) + "</defs><use xlink:href='#u11'/>"
+PARTS = "the engine makes all the parts while the page loads"
 LAUGHTER = "<!DOCTYPE svg [<!ENTITY l0 'x'>" + "".join(f"<!ENTITY l{n} '{f'&l{n - 1};' * 10}'>" for n in range(1, 10)) + "]>"
 NAMES = [b"cmap", b"glyf", b"head", b"hhea", b"hmtx", b"loca", b"maxp", b"name", b"post"]
 
@@ -62,14 +63,14 @@ PAGES = [
     picture("ico-circle", "An icon whose pictures are itself", struct.pack("<HHH", 0, 1, 1000) + struct.pack("<BBBBHHII", 0, 0, 0, 0, 1, 32, 2 ** 31, 6) * 1000, "image/x-icon"),
     picture("avif-broken", "A picture in boxes that do not end", b"\0\0\0\x18ftypavif" + b"\0\0\0\1meta" + b"\xff" * 5000, "image/avif"),
     picture("random", "A picture of nonsense", bytes(n * 7919 % 256 for n in range(100_000)), "image/png"),
-    drawing("svg-uses", "A drawing of a hundred billion parts", USES),
+    drawing("svg-uses", "A drawing of a hundred billion parts", USES, never_ends=PARTS, memory_limit=BOMB),
     drawing("svg-circle", "A drawing that uses itself", "<g id='a'><use xlink:href='#b'/></g><g id='b'><use xlink:href='#a'/></g>"),
     drawing("svg-patterns", "Patterns in patterns", "".join(f"<pattern id='p{n}' width='.1' height='.1'><rect width='9' height='9' fill='url(#p{n + 1})'/></pattern>" for n in range(50)) + "<rect width='99' height='99' fill='url(#p0)'/>"),
     drawing("svg-masks", "Masks in masks", "".join(f"<mask id='m{n}'><rect width='99' height='99' fill='#fff' mask='url(#m{n + 1})'/></mask>" for n in range(200)) + "<rect width='99' height='99' mask='url(#m0)'/>"),
     drawing("svg-path", "A path of a million points", "<path d='M0 0" + "l1 1-1 0" * 300_000 + "' stroke='red' stroke-dasharray='.001'/>"),
     drawing("svg-size", "A drawing of absurd size", "<rect width='1e38' height='1e38' x='-1e37'/><text font-size='1e30'>x</text>"),
     drawing("svg-script", "A drawing with scripts and pages", "<script>for (;;);</script><foreignObject width='99' height='99'><iframe xmlns='http://www.w3.org/1999/xhtml' src='file:///etc/passwd'/></foreignObject>"),
-    page("svg-inline", "The hundred billion parts in the page", f"<svg width=100 height=100>{USES.replace('xlink:', '')}</svg>", may_fail="the engine draws them all", quick=False),
+    page("svg-inline", "The hundred billion parts in the page", f"<svg width=100 height=100>{USES.replace('xlink:', '')}</svg>", never_ends=PARTS, memory_limit=BOMB),
     page("data-pictures", "Ten thousand pictures with their data", f"<img src='data:image/png;base64,{base64.b64encode(png(2, 2, (0, 0, 0))).decode()}'>" * 10_000),
     page("srcset", "A picture with fifty thousand addresses", "<img srcset='" + ",".join(f"p{n}.png {n}w" for n in range(1, 50_000)) + "'>"),
     page("video", "Video and sound that are none", "<video src=v autoplay poster=v></video><audio src=v autoplay></audio>" * 50, resources=[Resource(SITE + "v", b"\0\0\0\x20ftypisom" + b"\xff" * 9999, "video/mp4")]),

@@ -1,6 +1,6 @@
 """Style sheets that are more work than they look."""
 
-from entry import page
+from entry import BOMB, LONG_LINE, page
 
 
 def styled(name, harm, style, body="<div><p>x</p></div>", **more):
@@ -16,14 +16,14 @@ PAGES = [
     styled("has", "Selectors that look at everything", "".join(f":has(:has(.c{n})) ~ :has(+ * .d{n}) *:not(:has(p)){{color:red}}" for n in range(300)), MANY),
     styled("selectors", "Selectors of a thousand parts", " ".join(["div"] * 1000) + " p{color:red}" + ":is(" * 100 + "p" + ")" * 100 + "{color:red}", "<div>" * 400 + "x"),
     styled("not", "Selectors nested beyond sense", ":not(" * 5000 + "p" + ")" * 5000 + "{color:red}"),
-    styled("nesting", "Rules nested beyond sense", "p{" + "& &, & &{" * 30 + "color:red" + "}" * 31, "<p>x" * 50),
+    styled("nesting", "Rules nested beyond sense", "p{" + "& &, & &{" * 30 + "color:red" + "}" * 31, "<p>x" * 50, never_ends="the engine writes all the selectors while the page loads"),
     styled("variables", "Variables that double thirty times", ":root{--a0:x x;" + "".join(f"--a{n}:var(--a{n - 1}) var(--a{n - 1});" for n in range(1, 40)) + "}p::after{content:var(--a39)}", quick=True),
     styled("variables-circle", "Variables that need each other", ":root{--a:var(--b);--b:var(--c,var(--a));--c:calc(1px + var(--b))}p{width:var(--a)}"),
     styled("calc", "A sum of a hundred thousand parts", "p{width:calc(1px" + " + 1px" * 100_000 + ")}"),
     styled("calc-deep", "A sum nested beyond sense", "p{width:" + "calc(1px + " * 10_000 + "1px" + ")" * 10_000 + "}"),
-    styled("filters", "Filters on filters", "div{filter:blur(100px) drop-shadow(0 0 100px red) blur(100px)}", "<div>" * 30 + "x" + "</div>" * 30, linger=0),
-    styled("filters-url", "Filters that feed themselves", "p{filter:url(#f)}", "<svg><filter id=f>" + "".join(f"<feGaussianBlur stdDeviation=500 in=r{n} result=r{n + 1} /><feMerge><feMergeNode in=r{n} /><feMergeNode in=r{n} /></feMerge>" for n in range(50)) + "</filter></svg><p>x"),
-    styled("turbulence", "Noise without end", "p{filter:url(#f)}", "<svg><filter id=f x=0 y=0 width=100 height=100><feTurbulence numOctaves=100000 baseFrequency=10 /></filter></svg><p>x"),
+    styled("filters", "Filters on filters", "div{filter:blur(100px) drop-shadow(0 0 100px red) blur(100px)}", "<div>" * 30 + "x" + "</div>" * 30, linger=0, memory_limit=BOMB),
+    styled("filters-url", "Filters that feed themselves", "p{filter:url(#f)}", "<svg><filter id=f>" + "".join(f"<feGaussianBlur stdDeviation=500 in=r{n} result=r{n + 1} /><feMerge><feMergeNode in=r{n} /><feMergeNode in=r{n} /></feMerge>" for n in range(50)) + "</filter></svg><p>x", says=()),
+    styled("turbulence", "Noise without end", "p{filter:url(#f)}", "<svg><filter id=f x=0 y=0 width=100 height=100><feTurbulence numOctaves=100000 baseFrequency=10 /></filter></svg><p>x", says=()),
     styled("shadows", "Ten thousand shadows", "p{text-shadow:" + ",".join(f"{n}px {n}px 50px red" for n in range(500)) + "}", "<p>xxxxxxxxxxx" * 20),
     styled("box-shadows", "A thousand shadows of boxes", "p{box-shadow:" + ",".join(f"0 0 {n}px {n}px red" for n in range(1000)) + "}"),
     styled("gradients", "A thousand backgrounds", "p{background:" + ",".join("repeating-conic-gradient(red,blue .001deg)" for _ in range(1000)) + "}"),
@@ -36,11 +36,11 @@ PAGES = [
     styled("page-open", "A rule that never closes", "@page{size:a4;@media print{html{display:none}"),
     styled("breaks", "A break after everything", "*{break-after:page!important;break-inside:avoid!important}", "<p>x" * 300, mode="print"),
     styled("hidden-in-print", "A page that hides from printers", "@media print{*{display:none!important}}"),
-    styled("animations", "Animations without end", "@keyframes a{to{transform:rotate(9999turn) scale(1000)}}*{animation:a 1ms infinite}", MANY[:5000]),
+    styled("animations", "Animations without end", "@keyframes a{to{transform:rotate(9999turn) scale(1000)}}*{animation:a 1ms infinite}", MANY[:5000], says=()),
     styled("transitions", "Everything changes slowly", "*{transition:all 1e6s}html:hover,body{opacity:.9}"),
     styled("transforms", "Boxes turned out of space", "div{perspective:1px;transform:rotate3d(1,1,1,89.999deg) translateZ(1e9px) scale(1e9)}", "<div>" * 20 + "x"),
     styled("clips", "Clips on clips", "div{clip-path:polygon(" + ",".join(f"{n}px {n * 7 % 100}px" for n in range(2000)) + ");mask:linear-gradient(red,blue)}", "<div>" * 20 + "x" + "</div>" * 20),
-    styled("blend", "Blends on blends", "div{mix-blend-mode:difference;backdrop-filter:blur(50px);isolation:isolate;opacity:.9}", "<div>" * 100 + "x" + "</div>" * 100),
+    styled("blend", "Blends on blends", "div{mix-blend-mode:difference;backdrop-filter:blur(50px);isolation:isolate;opacity:.9}", "<div>" * 50 + "x" + "</div>" * 50),
     styled("columns", "A million columns", "div{columns:1000000;column-gap:0;height:1px}"),
     styled("float", "Ten thousand floats", "p{float:left;width:1px;height:1px;margin:0}", "<p>x" * 3000),
     styled("sticky", "Everything sticks", "*{position:sticky;top:0;bottom:0}", MANY[:5000]),
@@ -49,7 +49,7 @@ PAGES = [
     styled("anchors", "Boxes that hang on each other", "p{position:absolute;anchor-name:--a;position-anchor:--a;left:anchor(right);top:anchor(bottom)}", "<p>x" * 200),
     styled("fonts-size", "Letters of absurd sizes", "p{font-size:1e9px}", "<p>x"),
     styled("zoom", "A zoom beyond sight", "html{zoom:1000}", says=()),
-    styled("content", "Much that is made up", "p::before{content:'" + "x" * 1_000_000 + "'}"),
+    styled("content", "Much that is made up", "p::before{content:'" + "x" * 1_000_000 + "'}", may_fail=LONG_LINE),
     styled("sheet-large", "A sheet of a hundred thousand rules", "".join(f".c{n}{{color:red}}" for n in range(100_000)), MANY),
     styled("nul", "Characters that are none", "p\0{color:red}\1\2@\3{}<!-- --> @import url(\0); }}}}{{{{"),
     styled("imports", "Imports of what is not there", "".join(f"@import url(x{n}.css);" for n in range(1000))),

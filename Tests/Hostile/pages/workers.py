@@ -1,6 +1,6 @@
 """Scripts beside the page, and pages that replace what scripts are made of."""
 
-from entry import MARKER, SITE, acting, page
+from entry import BOMB, MARKER, SITE, acting, page
 from webarchive import Resource
 
 SECURE = "https://site.example/"
@@ -29,7 +29,7 @@ PAGES = [
     acting("worker-shared-many", "A hundred shared workers", "for (let i = 0; i < 100; i++) new SharedWorker('s.js', 'n' + i)", resources=[script("s.js", "onconnect = () => { for (;;); }")], linger=1),
     acting("worker-xhr", "A worker that waits for an answer", f"new Worker({blob('for (;;) { const x = new XMLHttpRequest(); x.open(1, 2, false); try { x.send() } catch (e) {} }')})", linger=1),
     acting("worker-import", "A worker that imports itself", "new Worker('w.js', {type: 'module'})", resources=[script("w.js", "import './w.js?' ; import('./w.js' + Math.random())")], linger=1),
-    acting("worker-messages", "Messages without end", f"const w = new Worker({blob('for (;;) postMessage(new Array(1000))')}); w.onmessage = () => 0", linger=1, may_fail="messages fill the memory"),
+    acting("worker-messages", "Messages without end", f"const w = new Worker({blob('for (;;) postMessage(new Array(1000))')}); w.onmessage = () => 0", linger=1, memory_limit=BOMB, may_fail="messages keep the page from answering"),
     acting("service", "A service worker that answers for the archive", "navigator.serviceWorker.register('sw.js').then(() => navigator.serviceWorker.ready).then(() => location.replace('next.html'))",
            resources=[script("sw.js", "onfetch = e => e.respondWith(new Response('gone', {headers: {'Content-Type': 'text/html'}}))", SECURE)], url=SECURE, linger=1, silent=("gone",), quick=True),
     acting("service-loop", "A service worker that never ends", "navigator.serviceWorker.register('sw.js')", resources=[script("sw.js", "for (;;);", SECURE)], url=SECURE, linger=1),

@@ -1,5 +1,6 @@
 #include "Platform/Confinement/FileRules.h"
 
+#include "Tests/Platform/Confinement/ErrorBehind.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 #include <cerrno>
@@ -13,13 +14,10 @@
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace qrv {
 namespace {
-
-constexpr int notEnforced = 100;
 
 /// The error value where the kernel's Landlock has at least this version, and 0 where it is older.
 int since(long version, int error) {
@@ -38,14 +36,7 @@ protected:
 
     /// What `call` returns in a child behind the rules: 0, or the errno value.
     static int errorBehind(const FileRules& rules, const std::function<int()>& call) {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            if (!rules.enforce()) ::_exit(notEnforced);
-            ::_exit(call() < 0 ? errno : 0);
-        }
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return qrv::errorBehind([&] { return rules.enforce(); }, call);
     }
 
     int errorOfOpening(const FileRules& rules, const std::string& name, int flags) const {

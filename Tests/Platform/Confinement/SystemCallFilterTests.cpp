@@ -1,29 +1,21 @@
 #include "Platform/Confinement/SystemCallFilter.h"
 
+#include "Tests/Platform/Confinement/ErrorBehind.h"
+
 #include <cerrno>
 #include <functional>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
 
 namespace qrv {
 namespace {
 
-constexpr int notInstalled = 100;
-
 /// What `call` returns in a child behind the filter: 0, or the errno value.
 int errorBehind(const SystemCallFilter& filter, const std::function<int()>& call) {
-    const pid_t child = ::fork();
-    if (child == 0) {
-        if (!filter.install()) ::_exit(notInstalled);
-        ::_exit(call() < 0 ? errno : 0);
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return qrv::errorBehind([&] { return filter.install(); }, call);
 }
 
 int makeSocket() {

@@ -99,7 +99,7 @@ protected:
         {.queryTitle = [](const FrameID&, const std::function<void(NSString)>& answer) { answer({}); },
          .completeMainFrame = [](const std::function<void()>& done) { done(); },
          .storedURL = [](std::string_view url) { return NSURL::URLWithString(NSString::fromUTF8(url)); },
-         .stopScripts = [] {}}};
+         .haltPage = [] {}}};
     RequestServer server_{client_, tracker_, owner_};
     Json headers_ = Json::object({});
     Json tree_ = treeNode("M", "");

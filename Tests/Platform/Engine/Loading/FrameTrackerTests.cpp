@@ -78,7 +78,7 @@ protected:
     RecordingClient owner_;
     bool holdsTitles_ = false;
     bool holdsCompletion_ = false;
-    int scriptStops_ = 0;
+    int halts_ = 0;
     NSString title_;
     std::vector<std::function<void(NSString)>> titleAnswers_;
     std::vector<std::function<void()>> completions_;
@@ -99,7 +99,7 @@ protected:
                      done();
              },
          .storedURL = [](std::string_view url) { return NSURL::URLWithString(NSString::fromUTF8(url)); },
-         .stopScripts = [this] { ++scriptStops_; }}};
+         .haltPage = [this] { ++halts_; }}};
 };
 
 // Pages that navigate for ever
@@ -147,10 +147,10 @@ TEST_F(FrameTrackerTest, ANavigationTooManyThatHappensAllTheSameIsNotToldAndEnds
     attach("F");
     for (int i = 0; i < 20; ++i) load("F", "data:,f");
     attach("G", "F");
-    EXPECT_EQ(scriptStops_, 0);
+    EXPECT_EQ(halts_, 0);
     owner_.take();
     load("F", "data:,f");
-    EXPECT_EQ(scriptStops_, 1);
+    EXPECT_EQ(halts_, 1);
     EXPECT_THAT(owner_.take(), ElementsAre("detached G"));
 }
 

@@ -250,6 +250,18 @@ TEST_F(PageRendererTest, WhatIsJustNotTooHighForSheetsIsPrinted) {
     EXPECT_FALSE(renderer_.paginatedPDF({612, 792}, 36).isNil());
 }
 
+TEST_F(PageRendererTest, HighPagesMayTakeLongOnSheets) {
+    transport_.printsForEver = true;
+    transport_.height = 20'000;
+    renderer_.setPrintLimit(std::chrono::milliseconds(0));
+    auto start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(renderer_.screenPDF().isNil());
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1800));
+    start = std::chrono::steady_clock::now();
+    EXPECT_TRUE(renderer_.paginatedPDF({612, 792}, 36).isNil());
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+}
+
 TEST_F(PageRendererTest, WhatHasNoSuchPaintMayTakeLong) {
     transport_.printsForEver = true;
     renderer_.setCostlyPrintLimit(std::chrono::milliseconds(0));
