@@ -1,11 +1,11 @@
 """What the engine does to the machine while it converts a page, as the kernel sees it."""
 
-import re
 import subprocess
 import unittest
 
 import confinement
 import engine
+import traces
 from pages import acting, page
 from tool import ToolTestCase, tool_path
 
@@ -27,13 +27,11 @@ AGAIN = """#!/bin/sh
 case $TMPDIR in /dev/shm) exit 1 ;; esac
 exec %(engine)s "$@"
 """
-RETURNED = re.compile(r"^(\d+) +(?:<\.\.\. )?(\w+)(?:\(| resumed>)(.*)= (-?\d+)(?:<([^>]*)>)?")
 
 
 class TraceTestCase(ToolTestCase):
     def trace(self, calls, executable=None, environment=None, **options):
-        """Converts a page, and returns the process that is the tool and the calls that came back without an error:
-        (process, name, arguments, file)."""
+        """Converts a page, and returns the process that is the tool and the calls that came back without an error."""
         record = self.folder / "record"
         record.mkdir()
         record.chmod(0o777)
@@ -48,19 +46,17 @@ class TraceTestCase(ToolTestCase):
                               **options)
         self.assertIn(b"<true/>", done.stdout, done.stderr)
         self.assert_nothing_left()
-        lines = (record / "calls").read_text(encoding="utf-8").splitlines()
-        returned = [match.groups() for match in map(RETURNED.match, lines) if match]
-        return lines[0].split()[0], [call[:3] + call[4:] for call in returned if int(call[3]) >= 0]
+        text = (record / "calls").read_text(encoding="utf-8")
+        return text.split(maxsplit=1)[0], [call for call in traces.calls(text) if call.result >= 0]
 
 
 class ConfinementTests(TraceTestCase):
     def assert_keeps_to_itself(self, temporary=("/dev/shm",), **options):
         tool, calls = self.trace("open,openat,openat2,socket,connect,execve", **options)
-        calls = [call[1:] for call in calls if call[0] != tool]
-        programs = [call for call in calls if call[0] == "execve"]
-        self.assertTrue(programs, "no engine was traced")
-        self.assertEqual([call for call in calls if call[0] in ("socket", "connect")], [])
-        opened = {file for name, arguments, file in calls if name.startswith("open") and "O_PATH" not in arguments}
+        calls = [call for call in calls if call.process != tool]
+        self.assertIn("execve", {call.name for call in calls}, "no engine was traced")
+        self.assertEqual([call for call in calls if call.name in ("socket", "connect")], [])
+        opened = {call.file for call in calls if call.name.startswith("open") and "O_PATH" not in call.arguments}
         self.assertGreater(len(opened), 50)
         allowed = OPEN_TO_THE_ENGINE + temporary
         self.assertEqual([file for file in sorted(opened) if not file.startswith(allowed)], [])
@@ -88,10 +84,10 @@ class ConfinementTests(TraceTestCase):
 class ToolTests(TraceTestCase):
     def test_tool_confines_itself_before_it_opens_the_archive(self):
         tool, calls = self.trace("openat,landlock_restrict_self,execve")
-        own = [call[1:] for call in calls if call[0] == tool]
-        names = [name for name, _, _ in own]
+        own = [call for call in calls if call.process == tool]
+        names = [call.name for call in own]
         self.assertIn("landlock_restrict_self", names)
-        archive = [at for at, (_, _, file) in enumerate(own) if file and file.endswith("page.webarchive")]
+        archive = [at for at, call in enumerate(own) if call.file and call.file.endswith("page.webarchive")]
         self.assertGreater(archive[0], names.index("landlock_restrict_self"))
 
     def test_kernel_without_rules_is_no_reason_not_to_convert(self):

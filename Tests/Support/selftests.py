@@ -19,9 +19,23 @@ import keyedarchive
 import pages
 import pdf
 import processes
+import traces
 import webarchive
 from pdfjs import PDFJS
 from tool import SANITIZERS, Log, ToolTestCase, read_result
+
+
+class TraceTests(unittest.TestCase):
+    def test_call_that_another_interrupts_keeps_its_arguments(self):
+        first, second, third = traces.calls(
+            '7 openat(AT_FDCWD</>, "/lib"..., O_RDONLY|O_PATH <unfinished ...>\n'
+            '8 close(3</a (b)>)   = 0\n'
+            '7 <... openat resumed>) = 5</lib>\n'
+            '8 +++ exited with 0 +++\n'
+            '8 openat(AT_FDCWD</>, "/x"..., O_RDONLY) = -1 ENOENT (No such file or directory)\n')
+        self.assertEqual((first.process, first.name, first.result), ("8", "close", 0))
+        self.assertEqual(second, traces.Call("7", "openat", 'AT_FDCWD</>, "/lib"..., O_RDONLY|O_PATH', 5, "/lib"))
+        self.assertEqual((third.result, third.file), (-1, None))
 
 
 class ArchiveTests(unittest.TestCase):
