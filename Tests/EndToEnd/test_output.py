@@ -7,6 +7,7 @@ import shutil
 import socket
 import unittest
 
+from mounts import OwnMounts
 from pages import page
 from test_stored_pdf import stored, two_pages
 from tool import ToolTestCase
@@ -129,6 +130,66 @@ class FailedWritesTests(ToolTestCase):
         run = self.convert(stored(two_pages()), name="link.pdf")
         self.assertIn("FirstPage", run.pdf.text())
         self.assertTrue(os.path.islink(run.output))
+
+
+class DiskTests(ToolTestCase):
+    """Disks that are full or cannot be written to."""
+
+    def setUp(self):
+        super().setUp()
+        self.set_preferences({"WebToolExtraLoadingTime": 0})
+
+    def mount(self, name, options):
+        for folder in ("out", "tmp"):
+            (self.folder / folder).chmod(0o777)
+        mounts = OwnMounts({self.folder / name: f"mode=0777,{options}"})
+        self.addCleanup(mounts.end)
+        self.helpers = (*self.helpers, mounts.process)
+        return mounts
+
+    def full_disk(self, name):
+        mounts = self.mount(name, "size=16k")
+        with self.assertRaises(OSError):
+            mounts.seen(self.folder / name / "filling").write_bytes(bytes(20_000))
+        return mounts
+
+    def test_full_disk(self):
+        large = stored(two_pages(), url="https://www.site.example/" + "x" * 50_000)
+        for archive in (SIMPLE, large):
+            mounts = self.full_disk("out")
+            run = self.convert(archive, expect_success=False, preexec_fn=mounts.join)
+            self.assert_failure(run, COCOA, 512, {"NSFilePath": run.output})
+            self.assertEqual(os.listdir(mounts.seen(self.folder / "out")), ["filling"])
+
+    def test_full_disk_leaves_the_old_file(self):
+        mounts = self.full_disk("out")
+        old = mounts.seen(self.folder / "out" / "filling")
+        old.rename(old.with_name("page.pdf"))
+        before = old.with_name("page.pdf").read_bytes()
+        self.convert(SIMPLE, expect_success=False, preexec_fn=mounts.join)
+        self.assertEqual(os.listdir(old.parent), ["page.pdf"])
+        self.assertEqual(old.with_name("page.pdf").read_bytes(), before)
+
+    def test_full_disk_for_the_answer(self):
+        mounts = self.full_disk("out")
+        answer = self.folder / "out" / "answer.plist"
+        run = self.run_tool("screen", environment=self.environment(OutPath=answer), preexec_fn=mounts.join)
+        self.assertIn(f"Error writing output to {answer}: <NSError Domain={COCOA} Code=640", run.log.unnamed)
+        self.assertEqual(os.listdir(mounts.seen(self.folder / "out")), ["filling"])
+
+    def test_full_disk_for_temporary_files(self):
+        mounts = self.full_disk("tmp")
+        run = self.convert(SIMPLE, preexec_fn=mounts.join)
+        self.assertIn("Simple", run.pdf.text())
+
+    def test_disk_that_is_read_only(self):
+        mounts = self.mount("out", "size=1m")
+        mounts.seen(self.folder / "out" / "page.pdf").write_bytes(b"old contents")
+        mounts.make_read_only(self.folder / "out")
+        self.convert(SIMPLE, expect_success=False, preexec_fn=mounts.join)
+        run = self.convert(SIMPLE, name="new.pdf", expect_success=False, preexec_fn=mounts.join)
+        self.assert_failure(run, COCOA, 512, {"NSFilePath": run.output})
+        self.assertEqual(mounts.seen(self.folder / "out" / "page.pdf").read_bytes(), b"old contents")
 
 
 if __name__ == "__main__":
