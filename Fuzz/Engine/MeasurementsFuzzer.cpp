@@ -43,7 +43,7 @@ void checkPlan(const PrintPlan& plan) {
     require(isBetween(plan.shrink, 1e-3, longest));
     for (const NSSize& size : {plan.paper, plan.page})
         require(isBetween(size.width, 1e-3, longest) && isBetween(size.height, 1e-3, longest));
-    require(isBetween(plan.documentHeight, 1, longest));
+    require(isBetween(plan.documentLength, 1, longest));
     require(isBetween(plan.viewportPageLength, 0, longest));
     require(isBetween(plan.pageLength, 0, longest * 10));
     require(isBetween(plan.pageMargin, 0, longest));

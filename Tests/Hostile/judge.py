@@ -21,7 +21,7 @@ SECONDS = 60        # that a conversion may take
 MEGABYTES = 1024    # that all its processes together may hold
 DEADLINE = 10       # seconds that one is given that would never end
 DEADLINE_PASSED = ("NSURLErrorDomain", -1001)
-MEMORY_EXCEEDED = ("NSPOSIXErrorDomain", 12)
+MEMORY_EXCEEDED = (("NSPOSIXErrorDomain", 12), ("NSCocoaErrorDomain", 512))     # while it loads, and later
 
 
 @dataclass
@@ -147,8 +147,8 @@ def _is_expected(page, error):
     reason = (error.domain, error.code)
     if reason == DEADLINE_PASSED:
         return bool(page.never_ends)
-    if reason == MEMORY_EXCEEDED:
-        return bool(page.memory_limit or page.may_fail)
+    if reason in MEMORY_EXCEEDED and page.memory_limit:
+        return True
     return bool(page.may_fail) and error.domain != TOOL_DOMAIN     # a fault of the program's own
 
 

@@ -61,7 +61,7 @@ std::optional<PageMeasurements> PageRenderer::measure(NSSize view, Mode mode) {
 std::chrono::milliseconds PageRenderer::limitFor(const PrintPlan& plan, bool isCostly) const {
     const double pixelsPerMillisecond = (plan.isOnSheets ? 10 : 100) * (isCostly ? 2 : 1);
     const std::chrono::milliseconds forHeight(
-        static_cast<long long>(plan.documentHeight / pixelsPerMillisecond));
+        static_cast<long long>(plan.documentLength / pixelsPerMillisecond));
     return std::min((isCostly ? costlyPrintLimit_ : printLimit_) + forHeight, longestTime);
 }
 
@@ -103,8 +103,8 @@ NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
 
 /// Nothing when the document cannot be printed by this plan; nil when it cannot be printed at all.
 std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
-    if (plan.isOnSheets && plan.documentHeight > longestPrint) {
-        NSLog(u"the page is %.0f px high, too high for sheets of paper", plan.documentHeight);
+    if (plan.isOnSheets && plan.documentLength > longestPrint) {
+        NSLog(u"the page is %.0f px long, too long for sheets of paper", plan.documentLength);
         return NSData();
     }
     const auto isApplied = world_.call(

@@ -60,7 +60,7 @@ public:
     void setCostlyPrintLimit(std::chrono::milliseconds limit) { costlyPrintLimit_ = limit; }
 
     /// How long the engine may take to print; 30 seconds unless set, and one more for each 10,000 px of the
-    /// page's height on sheets, for each 100,000 px on one page; ten minutes at most. A million px of text
+    /// page's length on sheets, for each 100,000 px on one page; ten minutes at most. A million px of text
     /// take 2.5 s on one page; 2,700 sheets take 23 s.
     void setPrintLimit(std::chrono::milliseconds limit) { printLimit_ = limit; }
 

@@ -203,7 +203,7 @@ PrintPlan wholeDocumentPlan(const PageMeasurements& m, double shrink) {
     plan.shrink = shrink;
     plan.scale = shrink * pixelsPerPoint;
     plan.page = {documentWidth(m), documentHeight(m)};
-    plan.documentHeight = documentHeight(m);
+    plan.documentLength = documentHeight(m);
     plan.paper = paperLikeView(m, plan.scale);
     plan.pageLength = plan.page.height;
     return plan;
@@ -216,7 +216,7 @@ PrintPlan sheetsPlan(const PageMeasurements& m, const Paper& paper) {
     PrintPlan plan;
     plan.isStructured = m.structureCost <= largestStructureCost;
     plan.isOnSheets = true;
-    plan.documentHeight = documentHeight(m);
+    plan.documentLength = isVertical(m) ? documentWidth(m) : documentHeight(m);
     double needed = isVertical(m) ? documentHeight(m) : documentWidth(m);
     double available = (isVertical(m) ? paper.printableHeight() : paper.printableWidth()) * pixelsPerPoint;
     double smallest = isVertical(m) ? 1 : smallestScale;

@@ -28,7 +28,7 @@ struct PrintPlan {
 
     // Where the document is on the printed pages; the engine's destinations do not take it into account.
 
-    double documentHeight = 0;     ///< CSS px
+    double documentLength = 0;     ///< CSS px in the direction in which page follows page
     double viewportPageLength = 0; ///< CSS px of the first page that is not kept
     double pageLength = 0;         ///< CSS px of the document on one page; 0 for documents of vertical text
     double pageMargin = 0;         ///< points

@@ -19,7 +19,7 @@ def nested_frames(depth):
 
 
 PAGES = [
-    large("elements", "Two hundred thousand elements", lambda: "<i>x</i> " * 200_000),
+    large("elements", "Two hundred thousand elements", lambda: "<i>x</i> " * 200_000, memory_limit=BOMB),
     large("deep", "Elements a hundred thousand deep", lambda: "<div>" * 100_000 + "x", may_fail=LARGE),
     large("deep-inline", "Inline elements ten thousand deep", lambda: "<b><i>" * 5_000 + "x", quick=True),
     large("deep-tables", "Tables five hundred deep", lambda: "<table><tr><td>" * 500 + "x"),
@@ -39,6 +39,8 @@ PAGES = [
     large("headings-print", "The same on sheets", lambda: "".join(f"<h{n % 6 + 1}>h{n}</h{n % 6 + 1}>" for n in range(2_000)), mode="print"),
     page("height", "A page of 33 million pixels", "<div style='height:33000000px'></div>"),
     page("height-print", "The same on sheets", "<div style='height:200000px'></div>", mode="print"),
+    page("width-vertical-print", "Vertical text of that width, on sheets", "<div style='width:33000000px;height:9px'></div>", head="<style>html{writing-mode:vertical-rl}</style>",
+         mode="print", may_fail="a print is at most 12 million px long"),
     page("width", "A page of 33 million pixels' width", "<div style='width:33000000px;height:9px'></div>"),
     page("width-print", "The same on sheets", "<div style='width:33000000px;height:9px'></div>", mode="print"),
     page("square", "A page of a hundred thousand pixels either way", "<div style='width:100000px;height:100000px;background:linear-gradient(red,blue)'></div>", quick=True),

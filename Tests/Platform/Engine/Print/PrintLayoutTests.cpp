@@ -342,6 +342,8 @@ TEST(PrintLayout, WhatCannotBePushedIsPrintedPlainly) {
     vertical.scroll.height = 960;
     EXPECT_EQ(paginatedPlan(vertical, {612, 792}, 36).scale, 1);
     EXPECT_EQ(paginatedPlan(vertical, {612, 792}, 36).shrink, 1);
+    EXPECT_EQ(paginatedPlan(vertical, {612, 792}, 36).documentLength, 5000);
+    EXPECT_EQ(screenPlan(vertical).documentLength, 960);
     // Columns that are higher than a page are scaled afterwards only.
     vertical.scroll.height = 1440;
     PrintPlan high = paginatedPlan(vertical, {612, 792}, 36);
