@@ -86,7 +86,8 @@ def _convert(page, tool, folder):
     with open(folder / "answer", "wb") as answer:
         child = subprocess.Popen([tool, page.mode, folder / "page.webarchive", folder / "out" / "page.pdf", "1"],
                                  stdin=subprocess.DEVNULL, stdout=answer, stderr=subprocess.DEVNULL, env=environment)
-    while child.poll() is None and time.monotonic() - begun < SECONDS:
+    limit = DEADLINE + 2 if page.never_ends else SECONDS
+    while child.poll() is None and time.monotonic() - begun < limit:
         verdict.megabytes = max(verdict.megabytes, _megabytes(child.pid))
         time.sleep(0.05)
     verdict.seconds = time.monotonic() - begun
@@ -95,7 +96,7 @@ def _convert(page, tool, folder):
         child.kill()
         child.wait()
         verdict.outcome = "endless"
-        verdict.problems.append(f"no answer within {SECONDS} s")
+        verdict.problems.append(f"no answer within {limit} s")
     # The engine of a tool that was killed, or that had no time left, ends a moment later.
     if processes.wait_until_none(0 if ended and not page.never_ends else 1):
         verdict.problems.append("processes outlived the tool")
