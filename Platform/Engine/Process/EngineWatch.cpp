@@ -9,6 +9,8 @@ namespace {
 
 constexpr char zygote[] = "zygote";
 constexpr char page[] = "renderer";
+/// One for what runs in the engine's sandbox, one for the rest; both are there before the first page.
+constexpr std::size_t zygotesOfAnEngine = 2;
 
 } // namespace
 
@@ -36,11 +38,12 @@ std::optional<EngineWatch::Fault> EngineWatch::absence(const std::vector<Process
     for (const ProcessState& process : tree)
         if (process.type == zygote && browsers.contains(process.parent)) zygotes.insert(process.pid);
     zygotes_.insert(zygotes.begin(), zygotes.end());
-    if (zygotes.size() < zygotes_.size()) return Fault::zygoteLost;
-
     const bool hasPage = std::any_of(tree.begin(), tree.end(),
                                      [](const ProcessState& process) { return process.type == page; });
     hadPage_ = hadPage_ || hasPage;
+    // One may have been lost before the first look.
+    if (zygotes.size() < zygotes_.size() || (hadPage_ && zygotes.size() < zygotesOfAnEngine))
+        return Fault::zygoteLost;
     return hadPage_ && !hasPage ? std::optional(Fault::pageLost) : std::nullopt;
 }
 

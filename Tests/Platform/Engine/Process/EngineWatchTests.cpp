@@ -17,6 +17,7 @@ protected:
         folder_.add(10, 1, {});
         folder_.add(20, 10, zygote);
         folder_.add(21, 20, zygote);
+        folder_.add(22, 10, zygote);
     }
 
     /// What enough looks find; a single one must not find an absence.
@@ -45,6 +46,13 @@ TEST_F(EngineWatchTest, AnEngineWithAPageIsWell) {
 TEST_F(EngineWatchTest, AZygoteThatWasSeenIsMissed) {
     EXPECT_EQ(watch_.look(), std::nullopt);
     folder_.remove(20);
+    EXPECT_EQ(lookLong(), Fault::zygoteLost);
+}
+
+TEST_F(EngineWatchTest, AZygoteThatWasLostBeforeTheFirstLookIsMissedWhenThereIsAPage) {
+    folder_.remove(22);
+    EXPECT_EQ(lookLong(), std::nullopt);
+    folder_.add(30, 21, page);
     EXPECT_EQ(lookLong(), Fault::zygoteLost);
 }
 
