@@ -135,7 +135,9 @@ def _judge_answer(page, folder, answer, verdict):
         verdict.problems.append(f"the answer cannot be read: {fault!r}")
         return
     output = folder / "out" / "page.pdf"
-    if succeeded:
+    if succeeded and page.never_ends:
+        verdict.problems.append("ended after all: it is to be judged like any other")
+    elif succeeded:
         _judge_text(page, output, verdict)
     elif not _is_expected(page, error):
         verdict.problems.append(f"failed: {result['errorString']}")

@@ -1,5 +1,6 @@
 #include "Source/Tools/ToolConfinement.h"
 
+#include "Tests/Support/ErrorBehind.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 #include <cerrno>
@@ -8,13 +9,10 @@
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace qrv {
 namespace {
-
-constexpr int notEnforced = 100;
 
 class ToolConfinementTest : public ::testing::Test {
 protected:
@@ -27,16 +25,12 @@ protected:
 
     /// What `call` returns in a child that makes a PDF at this path and is confined: 0, or the errno value.
     int errorBehind(const std::string& pdf, const std::function<int()>& call) const {
-        const pid_t child = ::fork();
-        if (child == 0) {
+        const auto confine = [&] {
             ::setenv("OutPath", at("results/answer.plist").c_str(), 1);
             ::setenv("TMPDIR", at("temporary").c_str(), 1);
-            if (!toolFiles(NSString::fromFileSystem(pdf)).enforce()) ::_exit(notEnforced);
-            ::_exit(call() < 0 ? errno : 0);
-        }
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+            return toolFiles(NSString::fromFileSystem(pdf)).enforce();
+        };
+        return qrv::errorBehind(confine, call);
     }
 
     int errorOfMaking(const std::string& name, const std::string& pdf) const {

@@ -60,9 +60,9 @@ std::optional<PageMeasurements> PageRenderer::measure(NSSize view, Mode mode) {
 /// Long pages take their time whatever is painted.
 std::chrono::milliseconds PageRenderer::limitFor(const PrintPlan& plan, bool isCostly) const {
     const double pixelsPerMillisecond = (plan.isOnSheets ? 10 : 100) * (isCostly ? 2 : 1);
-    const std::chrono::milliseconds forHeight(
+    const std::chrono::milliseconds forLength(
         static_cast<long long>(plan.documentLength / pixelsPerMillisecond));
-    return std::min((isCostly ? costlyPrintLimit_ : printLimit_) + forHeight, longestTime);
+    return std::min((isCostly ? costlyPrintLimit_ : printLimit_) + forLength, longestTime);
 }
 
 const std::optional<PageMeasurements>& PageRenderer::measureOnScreen() {

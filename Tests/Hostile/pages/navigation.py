@@ -108,8 +108,7 @@ def endless():
 
 def others():
     yield acting("open-write", "A page that writes itself anew", f"document.open(); document.write('<p>{MARKER}'); document.close()")
-    yield acting("open-only", "A page that opens its document and never closes it", f"document.open(); document.write('<p>{MARKER}')",
-                 never_ends="a document that is open is loading")
+    yield acting("open-only", "A page that opens its document and never closes it", f"document.open(); document.write('<p>{MARKER}')")
     yield acting("open-loop", "A page that opens its document all the time",
                  f"setInterval(() => {{ document.open(); document.write('<p>{MARKER}'); document.close() }}, 5)", linger=1)
     yield acting("stop", "A page that stops its own load", "stop()", when="now")

@@ -1,6 +1,6 @@
 #include "Platform/Confinement/FileRules.h"
 
-#include "Tests/Platform/Confinement/ErrorBehind.h"
+#include "Tests/Support/ErrorBehind.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 #include <cerrno>

@@ -1,6 +1,6 @@
 #include "Platform/Confinement/SystemCallFilter.h"
 
-#include "Tests/Platform/Confinement/ErrorBehind.h"
+#include "Tests/Support/ErrorBehind.h"
 
 #include <cerrno>
 #include <functional>

@@ -248,5 +248,14 @@ TEST_F(PageWorldTest, ProgramsRunInNewDocuments) {
     EXPECT_EQ(page_.sent[1]["params"].serialize(), R"({"source":"() => 1","worldName":"web2pdf"})");
 }
 
+TEST_F(PageWorldTest, HaltingEndsScriptsAndLoadsWithoutWaiting) {
+    world_.halt();
+    ASSERT_EQ(page_.sent.size(), 2u);
+    EXPECT_EQ(page_.sent[0]["method"].string(), "Emulation.setScriptExecutionDisabled");
+    EXPECT_TRUE(page_.sent[0]["params"]["value"].boolean());
+    EXPECT_EQ(page_.sent[1]["method"].string(), "Page.stopLoading");
+    EXPECT_TRUE(page_.words.empty()) << "nothing was answered yet";
+}
+
 } // namespace
 } // namespace qrv::engine
