@@ -1,9 +1,11 @@
-// Any bytes from the engine, a message in each line: every command is answered once, the end of the
-// connection is told once, and nothing comes after it.
+// Any bytes from the engine: what can be read as a message is written as one that reads as the same; every
+// command is answered once, the end of the connection is told once, and nothing comes after it.
 
 #include "Fuzz/FuzzInput.h"
 #include "Platform/Engine/DevTools/DevToolsClient.h"
 #include "Platform/Engine/DevTools/DevToolsPipe.h"
+#include "Platform/Engine/DevTools/MessageReader.h"
+#include "Platform/Engine/DevTools/MessageWriter.h"
 
 #include <sys/socket.h>
 
@@ -15,16 +17,21 @@ namespace {
 
 constexpr std::size_t longestMessage = 4096;
 
-/// What is parsed is written as text that parses as the same.
-void checkJson(std::string_view text) {
-    const auto json = Json::parse(text);
-    if (!json) return;
-    const std::string written = json->serialize();
-    const auto back = Json::parse(written);
-    require(back && back->serialize() == written);
-    require(json->elements().size() == (json->isArray() ? json->size() : 0));
-    require(json->integer(1) == 1 || json->isNumber());
-    require((*json)["id"][0]["x"].string("none") == "none" || json->isObject());
+std::string encoded(const Json& message) {
+    std::string bytes;
+    for (const NSData& piece : encodedMessage(message)) bytes += piece.bytes();
+    return bytes;
+}
+
+void checkMessage(std::string_view bytes) {
+    const auto message = decodedMessage(NSData(std::string(bytes)));
+    if (!message) return;
+    require(messageSize(bytes) == bytes.size());
+    const std::string written = encoded(*message);
+    const auto back = decodedMessage(NSData(written));
+    require(back && encoded(*back) == written);
+    require(message->elements().size() + message->members().size() == message->size());
+    require((*message)["id"][0]["x"].string("none") == "none" || message->isObject());
 }
 
 class Conversation {
@@ -74,9 +81,8 @@ private:
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    std::string text(FuzzInput(bytes, size).rest());
-    checkJson(text);
-    std::replace(text.begin(), text.end(), '\n', '\0');
+    const std::string_view text = FuzzInput(bytes, size).rest();
+    checkMessage(text);
     int ends[2];
     require(::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) == 0);
     FileDescriptor engine(ends[0]);

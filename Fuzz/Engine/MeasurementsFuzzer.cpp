@@ -1,8 +1,9 @@
-// Any JSON as what a page says of its measurements: the plan's numbers are ones that the engine takes, and
+// Any value as what a page says of its measurements: the plan's numbers are ones that the engine takes, and
 // nothing in its style sheet is more than a value. The first line is the paper's width, height and margin.
 
 #include "Fuzz/FuzzInput.h"
 #include "Platform/Engine/DevTools/Json.h"
+#include "Platform/Engine/DevTools/MessageReader.h"
 #include "Platform/Engine/Print/PrintLayout.h"
 
 #include <cmath>
@@ -58,7 +59,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     NSSize paper;
     double margin = 0;
     sizes >> paper.width >> paper.height >> margin;
-    const auto answer = Json::parse(input.rest());
+    const auto answer = decodedMessage(NSData(std::string(input.rest())));
     if (!answer) return 0;
     const PageMeasurements measured = pageMeasurementsFromJson(*answer);
     checkPlan(screenPlan(measured));

@@ -49,7 +49,7 @@ _LOOK = r"""(() => {
 })()"""
 
 _NOTE = r'''
-import base64
+import json
 
 FOLDER, LOOK = %(folder)r, %(look)r
 seen = False
@@ -62,7 +62,7 @@ def keep(name, data):
 
 def photograph(session, name, **options):
     picture = ask(session, "Page.captureScreenshot", format="png", **options)
-    keep(name, base64.b64decode(picture.get("data", "")))
+    keep(name, picture.get("data", b""))
 
 
 def look(session):

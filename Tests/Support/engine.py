@@ -3,17 +3,23 @@
 A script is text of its own, because the tool may run it as another user and without the tests' modules.
 """
 
+import inspect
 import subprocess
+
+import cbor
 
 DIES_AT_ONCE = "#!/bin/sh\nexit 1\n"
 NEVER_ANSWERS = "#!/bin/sh\nexec sleep 600\n"
 ANSWERS_NONSENSE = "#!/bin/sh\nprintf 'no message\\0' >&4\nexec sleep 600\n"
 
 # Stands between the tool and the real engine, passes the messages on, and calls take_note for each of the
-# tool's. It is formatted with the engine's path and the definition of take_note, which says whether the message
-# goes to the engine; beside it hand_on may be defined anew, which hands the engine's messages on.
+# tool's. It is formatted with the module cbor, the engine's path and the definition of take_note, which says
+# whether the message goes to the engine; beside it hand_on may be defined anew, which hands the engine's messages
+# on, as they come: decoded(message) is what one says.
 _BETWEEN = r'''#!/usr/bin/python3
-import json, os, select, signal, sys
+%(cbor)s
+
+import os, select, signal, sys
 
 to_engine, from_engine = os.pipe(), os.pipe()
 child = os.fork()
@@ -42,7 +48,11 @@ def write(number, data):
 
 
 def send(number, message):
-    write(number, json.dumps(message).encode() + b"\0")
+    write(number, encode(message))
+
+
+def decoded(message):
+    return take(message)[0]
 
 
 def receive(number):
@@ -50,7 +60,12 @@ def receive(number):
     data = os.read(number, 1 << 20)
     if not data:
         end(0)
-    *whole, unread[number] = (unread[number] + data).split(b"\0")
+    unread[number] += data
+    whole = []
+    while unread[number] and (found := take(unread[number])):
+        message, rest = found
+        whole.append(unread[number][:len(unread[number]) - len(rest)])
+        unread[number] = rest
     return whole
 
 
@@ -60,17 +75,17 @@ def ask(session, method, **parameters):
     result = None
     while result is None:
         for message in receive(from_engine[0]):
-            call = json.loads(message)
+            call = decoded(message)
             if call.get("id") == 1 << 30:
                 result = call.get("result", {})
             else:
-                write(4, message + b"\0")
+                write(4, message)
     return result
 
 
 def hand_on(message):
     """To the tool, what the engine says."""
-    write(4, message + b"\0")
+    write(4, message)
 
 
 %(take_note)s
@@ -82,8 +97,8 @@ while True:
             hand_on(message)
     if 3 in ready:
         for message in receive(3):
-            if take_note(json.loads(message)):
-                write(to_engine[1], message + b"\0")
+            if take_note(decoded(message)):
+                write(to_engine[1], message)
 '''
 
 _FAILING = r'''
@@ -104,7 +119,7 @@ HEADLESS_SHELL = "/usr/bin/chromium-headless-shell"
 
 def between(take_note, engine=HEADLESS_SHELL):
     """The real engine behind a script that sees the tool's messages: see _BETWEEN."""
-    return _BETWEEN % {"take_note": take_note, "engine": engine}
+    return _BETWEEN % {"cbor": inspect.getsource(cbor), "take_note": take_note, "engine": engine}
 
 
 def proxy(method, action, engine=HEADLESS_SHELL):

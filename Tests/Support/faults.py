@@ -31,7 +31,7 @@ reached = False
 
 def take_note(call):
     global reached
-    if reached or STAGE not in json.dumps(call, ensure_ascii=False):
+    if reached or STAGE not in str(call):
         return at_every_call(call) if reached else True
     reached = True
     return at_stage(call)
@@ -73,18 +73,29 @@ CLOSES = "def at_stage(call):\n    os.close(3)\n    os.close(4)\n    hang()"
 
 GARBAGE = r'''
 def at_stage(call):
-    write(4, b"\xff\xfe\0{\0]]\0\0\0null\0[]\0\"\"\0{\"id\":{}}\0{\"method\":[]}\0" + b"[" * 100000 + b"\0")
+    contents = [b"", b"\xff", b"\xbf", b"\xbf\xff\xff", b"\x9f\xff", b"\xbf\x61", b"\xbf\xf6\xf6\xff",
+                b"\xbf\x62id" + encode({}) + b"\xff", b"\xbf\x66method" + encode([]) + b"\xff", b"\xbf\x61x\x7b" + b"\xff" * 9,
+                b"\xbf\x61x\x41a\xff", b"\xbf\x61x\xd6\x60\xff", b"\xbf\x61x" + ENVELOPE + b"\xff" * 4, bytes(1000)]
+    for content in contents:
+        write(4, ENVELOPE + struct.pack(">I", len(content)) + content)
+    deep = b"\xf6"
+    for _ in range(2000):
+        deep = ENVELOPE + struct.pack(">I", len(deep) + 2) + b"\x9f" + deep + b"\xff"
+    write(4, deep)
     return True
 '''
+# What is no message at all.
+NONSENSE = "def at_stage(call):\n    write(4, b'no message')\n    hang()"
 TRUNCATED = r'''
 def at_stage(call):
-    write(4, b'{"id":%d,"result":{"data":"' % call["id"])
+    write(4, encode({"id": call["id"], "result": {"data": b"x" * 1000}})[:-500])
     end(0)
 '''
 OVERSIZED = r'''
 def at_stage(call):
     block = b"x" * (1 << 20)
     try:
+        write(4, ENVELOPE + b"\xff" * 4 + b"\xbf\x64data\xd6\x5a\xff\xff\xff\0")
         while True:
             write(4, block)
     except OSError:
@@ -95,7 +106,7 @@ def at_stage(call): return True
 
 def hand_on(message):
     for _ in range(3 if reached else 1):
-        write(4, message + b"\0")
+        write(4, message)
 '''
 REORDERED = r'''
 def at_stage(call): return True
@@ -104,15 +115,15 @@ held = []
 
 def hand_on(message):
     if not reached:
-        return write(4, message + b"\0")
+        return write(4, message)
     held.append(message)
     if len(held) == 2:
-        write(4, held.pop() + b"\0" + held.pop() + b"\0")
+        write(4, held.pop() + held.pop())
 '''
 STRANGERS = r'''
 def at_stage(call):
     for number in (-1, 0, 1 << 40, 1 << 62, call["id"] + 1000, "1", None, 1.5, [], {}):
-        send(4, {"id": number, "result": {"data": "AAAA", "value": True}})
+        send(4, {"id": number, "result": {"data": b"AAAA", "value": True}})
         send(4, {"id": number, "error": {"code": "x", "message": 1}, "sessionId": "stranger"})
     return True
 '''
@@ -131,25 +142,25 @@ def wrong(value):
 
 def hand_on(message):
     if reached:
-        whole = json.loads(message)
+        whole = decoded(message)
         for part in ("params", "result", "error"):
             if part in whole:
                 whole[part] = wrong(whole[part])
-        message = json.dumps(whole).encode()
-    write(4, message + b"\0")
+        message = encode(whole)
+    write(4, message)
 '''
 FLOOD = r'''
 def at_stage(call):
-    event = json.dumps({"method": "Page.frameAttached", "params": {"frameId": "F", "parentFrameId": "none"},
-                        "sessionId": call.get("sessionId", "")}).encode() + b"\0"
+    event = encode({"method": "Page.frameAttached", "params": {"frameId": "F", "parentFrameId": "none"},
+                    "sessionId": call.get("sessionId", "")})
     for _ in range(50):
         write(4, event * 1000)
     return True
 '''
 ENDLESS_FLOOD = r'''
 def at_stage(call):
-    event = json.dumps({"method": "Page.frameNavigated", "params": {"frame": {"id": "F"}},
-                        "sessionId": call.get("sessionId", "")}).encode() + b"\0"
+    event = encode({"method": "Page.frameNavigated", "params": {"frame": {"id": "F"}},
+                    "sessionId": call.get("sessionId", "")})
     while True:
         write(4, event * 1000)
 '''
@@ -158,4 +169,4 @@ def at_stage(call):
 def answers(result):
     """Gives this result in the place of the engine's own, each time."""
     return (f"def at_stage(call):\n    answer(call, result={result})\n    return False\n"
-            "def at_every_call(call): return at_stage(call) if STAGE in json.dumps(call) else True")
+            "def at_every_call(call): return at_stage(call) if STAGE in str(call) else True")

@@ -13,6 +13,7 @@ import tempfile
 import unittest
 import unittest.mock
 
+import cbor
 import engine
 import images
 import keyedarchive
@@ -376,8 +377,26 @@ class ProcessTests(unittest.TestCase):
         self.assertEqual(processes.wait_until_none(5), {})
 
 
+class BinaryMessageTests(unittest.TestCase):
+    def test_message_survives(self):
+        message = {"id": 7, "x": [True, None, -3, 1.5, 1 << 40, "\u00fc\U0001f600", {}], "data": b"\0\xff" * 200}
+        self.assertEqual(cbor.take(cbor.encode(message) + b"next"), (message, b"next"))
+        self.assertIsNone(cbor.take(cbor.encode(message)[:-1]))
+
+    def test_engine_writes_text_in_utf_16(self):
+        content = b"\xbf\x61x\x44=\xd8\x00\xde\xff"
+        self.assertEqual(cbor.take(cbor.ENVELOPE + len(content).to_bytes(4, "big") + content),
+                         ({"x": "\U0001f600"}, b""))
+
+    def test_other_bytes_are_refused(self):
+        with self.assertRaises(ValueError):
+            cbor.take(b'{"id":7}')
+
+
 class EngineProxyTests(unittest.TestCase):
     """The stand-in engines answer over file descriptors 3 and 4."""
+
+    QUESTION = {"id": 7, "method": "Browser.getVersion"}
 
     @staticmethod
     def high_pipe():
@@ -389,7 +408,7 @@ class EngineProxyTests(unittest.TestCase):
         return moved
 
     def exchange(self, text, message):
-        """The first answer (nothing: the engine died) and, after the pipe is closed, the exit status."""
+        """The first answer (None: the engine died) and, after the pipe is closed, the exit status."""
         with tempfile.TemporaryDirectory(prefix="web2pdf-test-") as folder:
             path = os.path.join(folder, "engine")
             with open(path, "w", encoding="utf-8") as file:
@@ -398,17 +417,17 @@ class EngineProxyTests(unittest.TestCase):
             to_engine, from_engine = self.high_pipe(), self.high_pipe()
             shell = f'exec "$0" "$@" 3<&{to_engine[0]} 4>&{from_engine[1]} {to_engine[1]}>&- {from_engine[0]}<&-'
             child = subprocess.Popen(
-                ["/bin/bash", "-c", shell, path, "--remote-debugging-pipe", "--no-sandbox", "--disable-gpu"],
+                ["/bin/bash", "-c", shell, path, "--remote-debugging-pipe=cbor", "--no-sandbox", "--disable-gpu"],
                 pass_fds=(*to_engine, *from_engine), stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
             os.close(to_engine[0])
             os.close(from_engine[1])
-            os.write(to_engine[1], message + b"\0")
+            os.write(to_engine[1], cbor.encode(message))
             answer = b""
-            while not answer.endswith(b"\0") and (data := os.read(from_engine[0], 65536)):
+            while not (answer and cbor.take(answer)) and (data := os.read(from_engine[0], 65536)):
                 answer += data
             os.close(to_engine[1])
             os.close(from_engine[0])
-            return answer, child.wait(timeout=30)
+            return cbor.take(answer)[0] if answer else None, child.wait(timeout=30)
 
     def setUp(self):
         processes.adopt_orphans()
@@ -418,19 +437,17 @@ class EngineProxyTests(unittest.TestCase):
         processes.reap()
 
     def test_other_calls_pass(self):
-        answer, _ = self.exchange(engine.proxy("Page.printToPDF", "die"), b'{"id":7,"method":"Browser.getVersion"}')
-        self.assertIn(b'"id":7', answer)
-        self.assertIn(b"product", answer)
+        answer, _ = self.exchange(engine.proxy("Page.printToPDF", "die"), self.QUESTION)
+        self.assertEqual(answer["id"], 7)
+        self.assertIn("product", answer["result"])
 
     def test_named_call_is_refused(self):
-        answer, _ = self.exchange(engine.proxy("Browser.getVersion", "refuse"),
-                                  b'{"id":7,"method":"Browser.getVersion"}')
-        self.assertIn(b"Refused by the test", answer)
+        answer, _ = self.exchange(engine.proxy("Browser.getVersion", "refuse"), self.QUESTION)
+        self.assertEqual(answer["error"]["message"], "Refused by the test")
 
     def test_named_call_kills(self):
-        answer, status = self.exchange(engine.proxy("Browser.getVersion", "die"),
-                                       b'{"id":7,"method":"Browser.getVersion"}')
-        self.assertEqual((answer, status), (b"", 9))
+        answer, status = self.exchange(engine.proxy("Browser.getVersion", "die"), self.QUESTION)
+        self.assertEqual((answer, status), (None, 9))
 
 
 if __name__ == "__main__":

@@ -128,9 +128,7 @@ void RequestServer::answer(const Request& request, const WebResource& resource) 
     // The engine begins a download before it refuses it, and may leave a temporary file of it when it is
     // ended.
     const bool isDownload = request.isDocument && MIMEType(resource.MIMEType().utf8()).isDownload();
-    const bool isServed = resource && !isDownload;
-    const std::optional<std::string> body = isServed ? responseBody(bodyOf(resource)) : std::nullopt;
-    if (!body) {
+    if (!resource || isDownload) {
         fail(request);
         return;
     }
@@ -146,7 +144,10 @@ void RequestServer::answer(const Request& request, const WebResource& resource) 
                    Json::object({{"requestId", request.identifier},
                                  {"responseCode", 200},
                                  {"responseHeaders", responseHeaders(resource, asked)},
-                                 {"body", *body}}));
+                                 {"body", bodyOf(resource)}}),
+                   [this, request](const DevToolsReply& reply) {
+                       if (reply.status == DevToolsReply::Status::tooLarge) refuse(request);
+                   });
 }
 
 /// Returns the stored bytes, with references to the synthetic origin.
@@ -157,10 +158,14 @@ NSData RequestServer::bodyOf(const WebResource& resource) const {
     return NSData(withReplacedReferences(resource.data().bytes(), syntax, stems, address_->prefix()));
 }
 
-/// Aborts documents rather than failing them: the old page stays, a frame stays blank, and the engine shows
-/// no error page.
 void RequestServer::fail(const Request& request) {
     ++answered_;
+    refuse(request);
+}
+
+/// Aborts documents rather than failing them: the old page stays, a frame stays blank, and the engine shows
+/// no error page.
+void RequestServer::refuse(const Request& request) {
     devTools_.send(request.session, "Fetch.failRequest",
                    Json::object({{"requestId", request.identifier},
                                  {"errorReason", request.isDocument ? "Aborted" : "Failed"}}));

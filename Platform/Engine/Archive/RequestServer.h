@@ -80,6 +80,7 @@ private:
     void answerFrameDocument(const Request& request);
     void answer(const Request& request, const WebResource& resource);
     void fail(const Request& request);
+    void refuse(const Request& request);
     NSData bodyOf(const WebResource& resource) const;
     void queryNames(std::function<void(const Names&)> answer);
     void fillFrame(const std::string& frame, Node node, std::function<void()> filled);

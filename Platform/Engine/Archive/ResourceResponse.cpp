@@ -2,15 +2,10 @@
 
 #include "Platform/Engine/Address/MIMEType.h"
 #include "Platform/Engine/Address/ResourceURL.h"
-#include "Platform/Foundation/Base64.h"
 
 namespace qrv::engine {
 
 namespace {
-
-/// The engine ends the connection at a message of 100 MiB; Base64 makes four bytes of three, and the rest of
-/// the message needs a little.
-constexpr std::size_t maximumBody = std::size_t{74} << 20;
 
 Json header(const char* name, const std::string& value) {
     return Json::object({{"name", name}, {"value", value}});
@@ -53,11 +48,6 @@ Json responseHeaders(const WebResource& resource, const ResourceRequest& request
         headers.push_back(header("Content-Security-Policy", policyOfDocument(request.url)));
     }
     return Json::array(headers);
-}
-
-std::optional<std::string> responseBody(const NSData& data) {
-    if (data.length() > maximumBody) return std::nullopt;
-    return base64Encode(data.bytes());
 }
 
 } // namespace qrv::engine

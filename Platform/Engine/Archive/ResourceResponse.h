@@ -5,7 +5,6 @@
 #include "Platform/Engine/DevTools/Json.h"
 #include "Platform/WebArchive/WebResource.h"
 
-#include <optional>
 #include <string>
 
 namespace qrv::engine {
@@ -25,8 +24,5 @@ Json responseHeaders(const WebResource& resource, const ResourceRequest& request
 /// type that the engine would download instead of showing it (style sheets, scripts, tables, data) becomes
 /// plain text. Empty if the stored type is invalid; the engine then sniffs the bytes.
 std::string contentType(const WebResource& resource, bool isDocument);
-
-/// Encodes the bytes in Base64; nothing if the message would be longer than the engine accepts.
-std::optional<std::string> responseBody(const NSData& data);
 
 } // namespace qrv::engine

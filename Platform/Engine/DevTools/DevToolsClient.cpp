@@ -1,18 +1,18 @@
 #include "Platform/Engine/DevTools/DevToolsClient.h"
 
+#include <optional>
 #include <utility>
 
 namespace qrv::engine {
 
 namespace {
 
-/// Assembled as text around the parameters, which may be long: a Json value of the whole would copy them.
-std::string commandText(std::int64_t id, const std::string& session, std::string_view method,
-                        const Json& params) {
-    std::string text = "{\"id\":" + std::to_string(id) + ",\"method\":" + Json(method).serialize();
-    if (!session.empty()) text += ",\"sessionId\":" + Json(session).serialize();
-    if (!params.isNull()) text += ",\"params\":" + params.serialize();
-    return text + "}";
+Json commandMessage(std::int64_t id, const std::string& session, std::string_view method,
+                    const Json& params) {
+    std::vector<Json::Member> message{{"id", id}, {"method", method}};
+    if (!session.empty()) message.emplace_back("sessionId", session);
+    if (!params.isNull()) message.emplace_back("params", params);
+    return Json::object(std::move(message));
 }
 
 DevToolsReply replyOf(const Json& message) {
@@ -33,7 +33,7 @@ DevToolsReply failure(DevToolsReply::Status status, std::string message) {
 
 DevToolsClient::DevToolsClient(DevToolsTransport& transport, NSRunLoop& loop)
     : transport_(transport), loop_(loop) {
-    transport_.setMessageHandler([this](std::string_view text) { messageArrived(text); });
+    transport_.setMessageHandler([this](const Json& message) { messageArrived(message); });
     transport_.setCloseHandler([this](const std::string& reason) { connectionEnded(reason); });
 }
 
@@ -52,7 +52,7 @@ std::int64_t DevToolsClient::sendCommand(const std::string& session, std::string
     using Status = DevToolsReply::Status;
     std::int64_t id = ++lastId_;
     auto sent = closed_ ? DevToolsTransport::SendResult::closed
-                        : transport_.send(commandText(id, session, method, params));
+                        : transport_.send(commandMessage(id, session, method, params));
     switch (sent) {
     case DevToolsTransport::SendResult::accepted:
         pending_.emplace(id, Pending{session, std::move(callback)});
@@ -103,14 +103,12 @@ DevToolsClient::Subscription DevToolsClient::listen(const std::string& session, 
     return Subscription(std::move(shared));
 }
 
-/// Drops malformed messages and replies that nobody waits for: the engine is not trusted to be well-behaved.
-void DevToolsClient::messageArrived(std::string_view text) {
-    auto message = Json::parse(text);
-    if (!message) return;
-    if (message->contains("id"))
-        replyArrived(*message);
+/// Drops replies that nobody waits for: the engine is not trusted to be well-behaved.
+void DevToolsClient::messageArrived(const Json& message) {
+    if (message.contains("id"))
+        replyArrived(message);
     else
-        eventArrived(*message);
+        eventArrived(message);
 }
 
 void DevToolsClient::replyArrived(const Json& message) {

@@ -105,7 +105,7 @@ private:
                              ReplyHandler callback);
     void callSoon(NSRunLoop::Handler handler);
     void answerSoon(ReplyHandler callback, DevToolsReply reply);
-    void messageArrived(std::string_view text);
+    void messageArrived(const Json& message);
     void replyArrived(const Json& message);
     void eventArrived(const Json& message);
     void sessionEnded(const std::string& session);

@@ -1,16 +1,22 @@
 #include "Platform/Engine/DevTools/DevToolsPipe.h"
 
+#include "Platform/Engine/DevTools/MessageReader.h"
+#include "Platform/Engine/DevTools/MessageWriter.h"
+
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/socket.h>
+#include <sys/uio.h>
 
 namespace qrv::engine {
 
 namespace {
 
 constexpr std::size_t readBlock = std::size_t{64} << 10;
+constexpr std::size_t piecesAtOnce = 16; // that are written
 /// The limit per turn of the loop, so that timers are served while a long message arrives.
 constexpr std::size_t readPerTurn = std::size_t{4} << 20;
 
@@ -31,37 +37,56 @@ DevToolsPipe::DevToolsPipe(FileDescriptor socket, NSRunLoop& loop, Limits limits
 
 DevToolsPipe::~DevToolsPipe() = default;
 
-DevToolsTransport::SendResult DevToolsPipe::send(std::string message) {
+DevToolsTransport::SendResult DevToolsPipe::send(const Json& message) {
     if (ended_) return SendResult::closed;
-    if (message.size() >= limits_.outgoing) return SendResult::tooLarge;
-    outgoing_.push_back(std::move(message));
-    if (outgoing_.size() == 1) writeQueued();
+    const std::vector<NSData> pieces = encodedMessage(message);
+    std::size_t size = 0;
+    for (const NSData& piece : pieces) size += piece.length();
+    if (pieces.empty() || size > limits_.outgoing) return SendResult::tooLarge;
+    const bool isIdle = outgoing_.empty();
+    outgoing_.insert(outgoing_.end(), pieces.begin(), pieces.end());
+    if (isIdle) writeQueued();
     return SendResult::accepted;
 }
 
 void DevToolsPipe::writeQueued() {
     while (!outgoing_.empty()) {
-        const std::string& message = outgoing_.front();
-        std::size_t size = message.size() + 1; // the string's own terminator ends the message
-        ssize_t count = ::send(socket_.get(), message.c_str() + written_, size - written_, MSG_NOSIGNAL);
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0 && errno == EAGAIN) {
+        std::array<iovec, piecesAtOnce> parts{};
+        const std::size_t count = std::min(outgoing_.size(), parts.size());
+        for (std::size_t index = 0; index < count; ++index) {
+            const std::string_view bytes = outgoing_[index].bytes();
+            parts[index] = {const_cast<char*>(bytes.data()), bytes.size()}; // NOLINT: it is only read
+        }
+        msghdr message{};
+        message.msg_iov = parts.data();
+        message.msg_iovlen = count;
+        const ssize_t sent = ::sendmsg(socket_.get(), &message, MSG_NOSIGNAL);
+        if (sent >= 0) {
+            written(static_cast<std::size_t>(sent));
+        } else if (errno == EFAULT) {
+            // A mapped file was cut short: read by this process, what is missing is zeros.
+            for (NSData& piece : outgoing_) piece = NSData(std::string(piece.bytes()));
+        } else if (errno == EAGAIN) {
             if (!writing_) writable_ = loop_.watchWritable(socket_.get(), [this] { writeQueued(); });
             writing_ = true;
             return;
-        }
-        if (count < 0) {
+        } else if (errno != EINTR) {
             outgoing_.clear();
             ::shutdown(socket_.get(), SHUT_RDWR); // the reading side reports the end, after the last messages
-            break;
         }
-        written_ += static_cast<std::size_t>(count);
-        if (written_ < size) continue;
-        outgoing_.pop_front();
-        written_ = 0;
     }
     writable_.cancel();
     writing_ = false;
+}
+
+void DevToolsPipe::written(std::size_t count) {
+    while (!outgoing_.empty() && count >= outgoing_.front().length()) {
+        count -= outgoing_.front().length();
+        outgoing_.pop_front();
+    }
+    if (count == 0) return;
+    NSData& rest = outgoing_.front();
+    rest = rest.subdataWithRange({count, rest.length() - count});
 }
 
 void DevToolsPipe::watchReadable() {
@@ -69,10 +94,14 @@ void DevToolsPipe::watchReadable() {
     reading_ = true;
 }
 
+/// The end of a long message is read to where it belongs.
 void DevToolsPipe::readAvailable() {
     std::array<char, readBlock> block;
     for (std::size_t total = 0; total < readPerTurn && backlog_ < limits_.backlog && !ended_;) {
-        ssize_t count = ::recv(socket_.get(), block.data(), block.size(), 0);
+        const bool isLong = incoming_.size() - arrived_ > block.size();
+        char* const place = isLong ? incoming_.data() + arrived_ : block.data();
+        const std::size_t most = isLong ? std::min(incoming_.size() - arrived_, readPerTurn) : block.size();
+        const ssize_t count = ::recv(socket_.get(), place, most, 0);
         if (count < 0 && errno == EINTR) continue;
         if (count < 0 && errno == EAGAIN) break;
         if (count < 0) {
@@ -80,8 +109,13 @@ void DevToolsPipe::readAvailable() {
         } else if (count == 0) {
             end("the connection was closed");
         } else {
-            total += static_cast<std::size_t>(count);
-            takeBytes({block.data(), static_cast<std::size_t>(count)});
+            const auto bytes = static_cast<std::size_t>(count);
+            total += bytes;
+            if (isLong)
+                arrived_ += bytes;
+            else
+                takeBytes({block.data(), bytes});
+            if (isLong && arrived_ == incoming_.size()) takeMessage();
         }
     }
     if (!ended_ && backlog_ >= limits_.backlog) {
@@ -93,14 +127,26 @@ void DevToolsPipe::readAvailable() {
 
 void DevToolsPipe::takeBytes(std::string_view bytes) {
     while (!bytes.empty()) {
-        std::size_t messageEnd = bytes.find('\0');
-        incoming_.append(bytes.substr(0, messageEnd));
-        if (incoming_.size() > limits_.incoming) return end("a message was too long");
-        if (messageEnd == std::string_view::npos) return;
-        backlog_ += incoming_.size() + sizeof(std::string);
-        received_.push_back(std::exchange(incoming_, {}));
-        bytes.remove_prefix(messageEnd + 1);
+        const bool hasLength = arrived_ >= messageHead;
+        const std::size_t wanted = (hasLength ? incoming_.size() : messageHead) - arrived_;
+        const std::string_view taken = bytes.substr(0, wanted);
+        bytes.remove_prefix(taken.size());
+        incoming_.replace(arrived_, taken.size(), taken);
+        arrived_ += taken.size();
+        if (arrived_ == messageHead) {
+            const auto size = messageSize(incoming_);
+            if (!size) return end("a message did not begin like one");
+            if (*size > limits_.incoming) return end("a message was too long");
+            incoming_.resize(*size);
+        }
+        if (arrived_ >= messageHead && arrived_ == incoming_.size()) takeMessage();
     }
+}
+
+void DevToolsPipe::takeMessage() {
+    backlog_ += incoming_.size() + sizeof(NSData);
+    received_.emplace_back(std::exchange(incoming_, {}));
+    arrived_ = 0;
 }
 
 /// Delivers one message per turn: a caller that waits for a reply continues right after it, whatever else has
@@ -111,9 +157,9 @@ void DevToolsPipe::deliverNext() {
         if (!ended_ || std::exchange(closeDelivered_, true)) return;
         return deliverClose(std::string(endReason_)); // a copy: the handler may destroy this object
     }
-    std::string message = std::move(received_.front());
+    const NSData bytes = received_.front();
     received_.pop_front();
-    backlog_ -= message.size() + sizeof(std::string);
+    backlog_ -= bytes.length() + sizeof(NSData);
     if (!ended_ && !reading_ && backlog_ < limits_.backlog) watchReadable();
     if (!received_.empty() || ended_) {
         deliveryPosted_ = true;
@@ -122,7 +168,8 @@ void DevToolsPipe::deliverNext() {
             deliverNext();
         });
     }
-    deliver(message);
+    // What is malformed is dropped: the engine is not trusted to be well-behaved.
+    if (const auto message = decodedMessage(bytes)) deliver(*message);
 }
 
 void DevToolsPipe::end(std::string reason) {

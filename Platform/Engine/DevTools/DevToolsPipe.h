@@ -1,6 +1,6 @@
 #pragma once
 
-// DevTools messages over a connected stream socket, each terminated by a NUL byte.
+// DevTools messages in their binary form over a connected stream socket.
 //
 // Nothing blocks: what the socket does not accept at once is queued. Belongs to the run loop's thread.
 
@@ -10,14 +10,16 @@
 
 #include <cstddef>
 #include <deque>
+#include <string>
+#include <string_view>
 
 namespace qrv::engine {
 
 class DevToolsPipe : public DevToolsTransport {
 public:
     struct Limits {
-        /// The engine ends the connection at a longer message, its NUL included.
-        std::size_t outgoing = std::size_t{100} << 20;
+        /// A longer message is not sent. The engine was seen to take 1.1 GB.
+        std::size_t outgoing = std::size_t{1} << 30;
         /// A longer message ends the connection from our side.
         std::size_t incoming = std::size_t{512} << 20;
         /// Bytes of whole messages that wait for their handler; nothing is read meanwhile, so that an engine
@@ -29,14 +31,16 @@ public:
     DevToolsPipe(FileDescriptor socket, NSRunLoop& loop, Limits limits);
     ~DevToolsPipe() override;
 
-    SendResult send(std::string message) override;
+    SendResult send(const Json& message) override;
 
 private:
     void watchReadable();
     void readAvailable();
     void takeBytes(std::string_view bytes);
+    void takeMessage();
     void deliverNext();
     void writeQueued();
+    void written(std::size_t count);
     void end(std::string reason);
 
     FileDescriptor socket_;
@@ -44,13 +48,13 @@ private:
     Limits limits_;
     NSRunLoop::Watch readable_;
     NSRunLoop::Watch writable_;
-    bool writing_ = false; // writable_ is watching
-    std::string incoming_; // the start of an incomplete message
-    std::deque<std::string> received_;
-    std::size_t backlog_ = 0; // bytes that received_ takes
-    bool reading_ = false;    // readable_ is watching
-    std::deque<std::string> outgoing_;
-    std::size_t written_ = 0; // bytes written of the first outgoing message
+    bool writing_ = false;    // writable_ is watching
+    std::string incoming_;    // the message that arrives; as long as it will be once its length is known
+    std::size_t arrived_ = 0; // bytes of it
+    std::deque<NSData> received_;
+    std::size_t backlog_ = 0;     // bytes that received_ takes
+    bool reading_ = false;        // readable_ is watching
+    std::deque<NSData> outgoing_; // what is left of the pieces of messages
     bool ended_ = false;
     bool closeDelivered_ = false;
     NSRunLoop::Posted delivery_; // of the next message

@@ -2,16 +2,17 @@
 
 // Carries DevTools messages to and from an engine. Implemented by the pipe, and by tests.
 
+#include "Platform/Engine/DevTools/Json.h"
+
 #include <functional>
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace qrv::engine {
 
 class DevToolsTransport {
 public:
-    using MessageHandler = std::function<void(std::string_view message)>;
+    using MessageHandler = std::function<void(const Json& message)>;
     using CloseHandler = std::function<void(const std::string& reason)>;
 
     enum class SendResult {
@@ -23,7 +24,7 @@ public:
     virtual ~DevToolsTransport() = default;
 
     /// Sends one message, in order and without blocking.
-    virtual SendResult send(std::string message) = 0;
+    virtual SendResult send(const Json& message) = 0;
 
     /// Sets the handler for each message, in order, one per turn of the run loop.
     void setMessageHandler(MessageHandler handler) { messageHandler_ = std::move(handler); }
@@ -35,7 +36,7 @@ public:
 protected:
     /// Call these last: the handlers may destroy the transport. They are copied because a handler must not
     /// vanish while it runs.
-    void deliver(std::string_view message) {
+    void deliver(const Json& message) {
         if (auto handler = messageHandler_) handler(message);
     }
 

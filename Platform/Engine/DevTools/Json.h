@@ -1,28 +1,26 @@
 #pragma once
 
-// A JSON value: immutable, cheap to copy, safe to read from any thread.
+// A value of the engine's messages: what JSON has, and bytes. Immutable, cheap to copy, safe to read from any
+// thread.
 //
-//     auto reply = Json::parse(text);
-//     double width = (*reply)["result"]["cssContentSize"]["width"].number();
+//     double width = reply["result"]["cssContentSize"]["width"].number();
 //     Json params = Json::object({{"url", "about:blank"}, {"flatten", true}, {"ids", Json::array({1, 2})}});
 //
 // Every accessor is defined on every kind of value: a missing member is null, and null reads as the fallback,
 // so chains need no checks.
 
+#include "Platform/Foundation/NSData.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <variant>
 #include <vector>
-
-namespace boost::json {
-class value;
-} // namespace boost::json
 
 namespace qrv::engine {
 
@@ -34,7 +32,8 @@ public:
 
     Json(std::nullptr_t) {}
 
-    Json(bool value);
+    Json(bool value) : value_(value) {}
+
     Json(double value); // null if not finite, which JSON cannot represent
     Json(std::string_view value);
 
@@ -42,31 +41,34 @@ public:
 
     Json(const std::string& value) : Json(std::string_view(value)) {}
 
+    /// Shares the bytes. Null for nil.
+    Json(const NSData& bytes);
+
     template <typename Integer, std::enable_if_t<std::is_integral_v<Integer>, int> = 0>
-    Json(Integer value) : Json(fromInteger(static_cast<std::int64_t>(value))) {}
+    Json(Integer value) : value_(static_cast<std::int64_t>(value)) {}
 
     /// Makes an object; of members with the same key the last one counts.
-    static Json object(std::initializer_list<Member> members);
-    static Json object(const std::vector<Member>& members);
-    static Json array(std::initializer_list<Json> elements);
-    static Json array(const std::vector<Json>& elements);
+    static Json object(std::vector<Member> members);
+    static Json array(std::vector<Json> elements);
 
-    /// Parses the text; nothing if it is malformed, nested deeper than maxDepth or has a number beyond a
-    /// double's range. Bytes that are not UTF-8 are kept; an escaped unpaired surrogate becomes U+FFFD.
-    /// Throws only when out of memory.
-    static std::optional<Json> parse(std::string_view text);
-    static constexpr std::size_t maxDepth = 512;
+    bool isNull() const { return std::holds_alternative<std::monostate>(value_); }
 
-    std::string serialize() const;
+    bool isBool() const { return std::holds_alternative<bool>(value_); }
 
-    bool isNull() const;
-    bool isBool() const;
-    bool isNumber() const;
-    bool isString() const;
-    bool isArray() const;
-    bool isObject() const;
+    bool isNumber() const { return isInteger() || std::holds_alternative<double>(value_); }
 
-    /// The member or element; null if there is none.
+    bool isInteger() const { return std::holds_alternative<std::int64_t>(value_); }
+
+    bool isString() const { return std::holds_alternative<Text>(value_); }
+
+    bool isData() const { return std::holds_alternative<NSData>(value_); }
+
+    bool isArray() const { return std::holds_alternative<Elements>(value_); }
+
+    bool isObject() const { return std::holds_alternative<Members>(value_); }
+
+    /// The member or element; null if there is none. Looking for a member takes time in proportion to their
+    /// number.
     Json operator[](std::string_view key) const;
 
     Json operator[](const char* key) const { return (*this)[std::string_view(key)]; }
@@ -76,30 +78,37 @@ public:
         return element(static_cast<std::size_t>(index));
     }
 
-    bool contains(std::string_view key) const;
-    std::size_t size() const; // of members or elements; 0 for other kinds
+    bool contains(std::string_view key) const { return find(key) != nullptr; }
+
+    std::size_t size() const { return elements().size() + members().size(); } // 0 for other kinds
 
     double number(double fallback = 0) const;
     std::int64_t integer(std::int64_t fallback = 0) const; // fallback for fractions and out of range, too
     bool boolean(bool fallback = false) const;
     std::string string(std::string_view fallback = {}) const;
-    std::string_view
-    stringView() const; // without a copy; empty for other kinds; valid while this value lives
+    /// Without a copy; empty for other kinds; valid while this value lives.
+    std::string_view stringView() const;
+    /// Nil for other kinds.
+    NSData data() const;
 
-    std::vector<Json> elements() const;
+    /// Empty for other kinds; valid while this value lives, a copy of a temporary one's. Members with the
+    /// same key are all there.
+    const std::vector<Json>& elements() const&;
+    const std::vector<Member>& members() const&;
+
+    std::vector<Json> elements() const&& { return elements(); }
+
+    std::vector<Member> members() const&& { return members(); }
 
 private:
-    /// Points into a document, which it keeps alive; empty for null.
-    using Node = std::shared_ptr<const boost::json::value>;
+    using Text = std::shared_ptr<const std::string>;
+    using Elements = std::shared_ptr<const std::vector<Json>>;
+    using Members = std::shared_ptr<const std::vector<Member>>;
 
-    explicit Json(Node node) : node_(std::move(node)) {}
-
-    explicit Json(boost::json::value value);
-
-    static Json fromInteger(std::int64_t value);
     Json element(std::size_t index) const;
+    const Json* find(std::string_view key) const;
 
-    Node node_;
+    std::variant<std::monostate, bool, std::int64_t, double, Text, NSData, Elements, Members> value_;
 };
 
 } // namespace qrv::engine

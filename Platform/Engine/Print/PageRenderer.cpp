@@ -4,7 +4,6 @@
 #include "Platform/Engine/PDF/PDFPageEdits.h"
 #include "Platform/Engine/Print/PrintLayout.h"
 #include "Platform/Engine/Print/ViewMetrics.h"
-#include "Platform/Foundation/Base64.h"
 #include "Platform/Logging/NSLog.h"
 
 #include <algorithm>
@@ -133,8 +132,8 @@ std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
         return NSData();
     }
     if (!reply.ok()) return std::nullopt;
-    std::optional<std::string> pdf = base64Decode(reply.result["data"].stringView());
-    return pdf ? std::optional(NSData(std::move(*pdf))) : std::nullopt;
+    const NSData pdf = reply.result["data"].data();
+    return pdf.isNil() ? std::nullopt : std::optional(pdf);
 }
 
 NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan,

@@ -7,7 +7,7 @@ namespace qrv::engine {
 namespace {
 
 constexpr const char* commonArguments[] = {
-    "--remote-debugging-pipe",
+    "--remote-debugging-pipe=cbor",
     // Start-up time.
     "--disable-gpu",
     "--enable-features=NetworkServiceInProcess2",

@@ -82,20 +82,19 @@ void EngineProcess::start() {
     watch_.emplace(child_->pid(), memoryLimit_);
     lookTimer_ = loop_.scheduleTimer(EngineWatch::lookInterval, [this] { look(); });
     pipe_ = std::make_unique<DevToolsPipe>(child_->takeSocket(), loop_);
-    pipe_->setMessageHandler([this](std::string_view message) { messageArrived(message); });
+    pipe_->setMessageHandler([this](const Json& message) { messageArrived(message); });
     pipe_->setCloseHandler([this](const std::string&) { connectionEnded(); });
 }
 
-DevToolsTransport::SendResult EngineProcess::send(std::string message) {
+DevToolsTransport::SendResult EngineProcess::send(const Json& message) {
     if (ended_) return SendResult::closed;
-    if (answered_) return pipe_->send(std::move(message));
-    SendResult result = pipe_->send(message);
-    if (result == SendResult::tooLarge) return result;
-    unanswered_.push_back(std::move(message)); // even if this start has just failed: the next one gets it
+    const SendResult result = pipe_->send(message);
+    if (answered_ || result == SendResult::tooLarge) return result;
+    unanswered_.push_back(message); // even if this start has just failed: the next one gets it
     return SendResult::accepted;
 }
 
-void EngineProcess::messageArrived(std::string_view message) {
+void EngineProcess::messageArrived(const Json& message) {
     if (!std::exchange(answered_, true)) {
         unanswered_ = {};
         logSteps();

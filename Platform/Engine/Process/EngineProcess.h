@@ -57,7 +57,7 @@ public:
     static LaunchResult launch(EngineOptions options, NSRunLoop& loop);
     ~EngineProcess() override;
 
-    SendResult send(std::string message) override;
+    SendResult send(const Json& message) override;
 
     /// Kills the engine with all its descendants and waits for their end, for at most ten seconds. No handler
     /// is called afterwards. The destructor does the same.
@@ -76,7 +76,7 @@ private:
 
     static void endAll();
     void start();
-    void messageArrived(std::string_view message);
+    void messageArrived(const Json& message);
     void connectionEnded();
     std::optional<std::string> logSteps();
     void look();
@@ -96,7 +96,7 @@ private:
     std::set<std::string> logged_;
     bool answered_ = false;
     bool ended_ = false;
-    std::vector<std::string> unanswered_; // sent before the first message came, for a restart
+    std::vector<Json> unanswered_; // sent before the first message came, for a restart
 };
 
 } // namespace qrv::engine

@@ -22,6 +22,38 @@ namespace qrv::engine {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+/// Reads an envelope's length and then its contents, of which only the text that was said is kept; writes a
+/// map with the one text.
+constexpr char speech[] = R"bash(
+LC_ALL=C
+byte() { IFS= read -r -d '' -n 1 -u 3 letter || return 1; printf -v number '%d' "'$letter"; number=$((number & 255)); }
+receive() {
+    local at length=0
+    message=
+    for at in 1 2 3 4 5 6 7; do byte || return 1; length=$(((length << 8 | number) & 0xffffffff)); done
+    for ((at = 0; at < length; ++at)); do byte || return 1; [[ $letter == [[:print:]] ]] && message+=$letter; done
+    message=${message#csay?}
+}
+say() {
+    local size=${#1} head
+    printf -v head '\\x%02x' 216 24 90 0 0 $(((size + 9) >> 8)) $(((size + 9) & 255)) 191 99 115 97 121 \
+        121 $((size >> 8)) $((size & 255))
+    printf "$head%s\\xff" "$1" >&4
+}
+)bash";
+
+} // namespace
+
+Json saying(const std::string& text) {
+    return Json::object({{"say", text}});
+}
+
+std::string said(const Json& message) {
+    return message["say"].string();
+}
+
 OpenDirectory::OpenDirectory() {
     std::string name = (fs::temp_directory_path() / "engine-test-XXXXXX").string();
     EXPECT_NE(::mkdtemp(name.data()), nullptr);
@@ -35,12 +67,7 @@ OpenDirectory::~OpenDirectory() {
 
 std::string OpenDirectory::addScript(const std::string& name, const std::string& body) const {
     fs::path path = path_ / name;
-    std::ofstream(path) << "#!/bin/bash\n"
-                           "receive() { IFS= read -r -d '' message <&3; }\n"
-                           "say() { printf '%s\\0' \"$1\" >&4; }\n"
-                           "cd '"
-                        << path_.string() << "'\n"
-                        << body << "\n";
+    std::ofstream(path) << "#!/bin/bash\n" << speech << "cd '" << path_.string() << "'\n" << body << "\n";
     fs::permissions(path, fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
                               fs::perms::others_read | fs::perms::others_exec);
     return path.string();

@@ -26,13 +26,17 @@ public:
 
     const std::filesystem::path& path() const { return path_; }
 
-    /// Writes an executable bash script and returns its path. It reads commands with `receive` into $message,
-    /// and answers with `say 'text'`.
+    /// Writes an executable bash script and returns its path. It reads what saying(text) makes with `receive`
+    /// into $message, texts of less than 24 letters, and with `say 'text'` it sends what said() understands.
     std::string addScript(const std::string& name, const std::string& body) const;
 
 private:
     std::filesystem::path path_;
 };
+
+/// A message of nothing but a text, and that text.
+Json saying(const std::string& text);
+std::string said(const Json& message);
 
 /// A search that finds this file only.
 EngineSearch only(const std::string& path);

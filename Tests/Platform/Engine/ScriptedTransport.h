@@ -11,19 +11,19 @@ namespace qrv::engine {
 
 class ScriptedTransport : public DevToolsTransport {
 public:
-    SendResult send(std::string message) override {
-        if (nextResult == SendResult::accepted) sent.push_back(Json::parse(message).value_or(Json()));
+    SendResult send(const Json& message) override {
+        if (nextResult == SendResult::accepted) sent.push_back(message);
         return nextResult;
     }
 
-    void receive(std::string_view text) { deliver(text); }
+    void receive(const Json& message) { deliver(message); }
 
     void reply(std::int64_t id, const Json& result) {
-        receive(Json::object({{"id", id}, {"result", result}}).serialize());
+        receive(Json::object({{"id", id}, {"result", result}}));
     }
 
     void emit(const std::string& session, const std::string& method, const Json& params) {
-        receive(Json::object({{"method", method}, {"params", params}, {"sessionId", session}}).serialize());
+        receive(Json::object({{"method", method}, {"params", params}, {"sessionId", session}}));
     }
 
     void end(const std::string& reason) { deliverClose(reason); }

@@ -1,7 +1,7 @@
 #include "Platform/Engine/Archive/RequestServer.h"
 
-#include "Platform/Foundation/Base64.h"
 #include "Platform/Foundation/NSDate.h"
+#include "Tests/Platform/Engine/JsonText.h"
 #include "Tests/Platform/Engine/RecordingClient.h"
 #include "Tests/Platform/Engine/ScriptedTransport.h"
 #include "Tests/Platform/WebArchive/TestArchive.h"
@@ -70,13 +70,13 @@ protected:
     static std::string inWords(const std::string& method, const Json& params) {
         const std::string id = params["requestId"].string();
         if (method == "Fetch.fulfillRequest") {
-            return id + " -> " + base64Decode(params["body"].stringView()).value_or("no base64");
+            return id + " -> " + std::string(params["body"].data().bytes());
         }
         if (method == "Fetch.failRequest") return id + " " + params["errorReason"].string();
         if (method == "Page.setDocumentContent") {
             return params["frameId"].string() + " = " + params["html"].string();
         }
-        return method + params.serialize();
+        return method + jsonText(params);
     }
 
     static Json treeNode(const std::string& frame, const std::string& name, std::vector<Json> children = {}) {
@@ -113,8 +113,7 @@ TEST_F(RequestServerTest, InterceptsEveryRequest) {
     const Json command = transport_.sent[0];
     EXPECT_EQ(command["method"].string(), "Fetch.enable");
     EXPECT_EQ(command["sessionId"].string(), "worker");
-    EXPECT_EQ(command["params"].serialize(),
-              R"({"patterns":[{"urlPattern":"*"}],"handleAuthRequests":true})");
+    EXPECT_EQ(jsonText(command["params"]), R"({"patterns":[{"urlPattern":"*"}],"handleAuthRequests":true})");
 }
 
 // Serving
@@ -126,7 +125,7 @@ TEST_F(RequestServerTest, ServesThePageAndItsResources) {
     EXPECT_THAT(take(), ElementsAre("http://a/ -> page", "http://a/i.png -> image"));
     const Json answer = transport_.sent[1]["params"];
     EXPECT_EQ(answer["responseCode"].integer(), 200);
-    EXPECT_THAT(answer["responseHeaders"].serialize(), HasSubstr("image/png"));
+    EXPECT_THAT(jsonText(answer["responseHeaders"]), HasSubstr("image/png"));
     EXPECT_EQ(server_.asked(), 2u);
     EXPECT_EQ(server_.answered(), 2u);
 }
@@ -136,7 +135,7 @@ TEST_F(RequestServerTest, AllowsTheOriginThatAsks) {
     for (const char* name : {"Origin", "origin"}) {
         headers_ = Json::object({{name, "http://asks"}});
         ask("http://b/f");
-        EXPECT_THAT(transport_.sent.back()["params"]["responseHeaders"].serialize(),
+        EXPECT_THAT(jsonText(transport_.sent.back()["params"]["responseHeaders"]),
                     HasSubstr(R"({"name":"Access-Control-Allow-Origin","value":"http://asks"})"));
     }
 }
@@ -153,14 +152,14 @@ TEST_F(RequestServerTest, AllowsTheHeadersThatAreAskedFor) {
     serve({{"http://a/", "page"}, {{"http://b/d", "data"}}});
     headers_ = Json::object({{"Origin", "http://a"}, {"Access-Control-Request-Headers", "x-own"}});
     ask("http://b/d", "M", "XHR");
-    EXPECT_THAT(transport_.sent.back()["params"]["responseHeaders"].serialize(),
+    EXPECT_THAT(jsonText(transport_.sent.back()["params"]["responseHeaders"]),
                 HasSubstr(R"({"name":"Access-Control-Allow-Headers","value":"x-own"})"));
 }
 
 TEST_F(RequestServerTest, TellsWhatIsMissing) {
-    serve({{"odd://a/", "page"}, {{"odd://a/big", std::string((std::size_t{74} << 20) + 1, 'x')}}});
+    serve({{"odd://a/", "page"}, {{"odd://a/picture", "picture"}}});
     askForDocument("http://token.example/");
-    ask("http://token.example/big");
+    ask("http://token.example/picture");
     EXPECT_EQ(server_.missing().description(), "");
     ask("http://token.example/missing.png");
     askForDocument("http://token.example/missing.html");
@@ -220,9 +219,14 @@ TEST_F(RequestServerTest, WhatIsAskedBeforeThereIsAnArchiveFails) {
 }
 
 TEST_F(RequestServerTest, WhatIsTooLargeForTheEngineFails) {
-    serve({{"http://a/", "page"}, {{"http://a/big", std::string((std::size_t{74} << 20) + 1, 'x')}}});
+    serve({{"http://a/", "page"}, {{"http://a/big", "as large as can be"}}});
+    transport_.nextResult = DevToolsTransport::SendResult::tooLarge;
     ask("http://a/big");
+    transport_.nextResult = DevToolsTransport::SendResult::accepted;
+    loop_.runUntil([this] { return !transport_.sent.empty() && next_ < transport_.sent.size(); },
+                   std::chrono::steady_clock::now() + std::chrono::seconds(20));
     EXPECT_THAT(take(), ElementsAre("http://a/big Failed"));
+    EXPECT_EQ(server_.answered(), server_.asked());
 }
 
 TEST_F(RequestServerTest, AFileThatNoEngineShowsIsNoDocument) {
@@ -384,8 +388,8 @@ TEST_F(RequestServerTest, AnEngineThatTellsNoNamesStillGetsFrames) {
     attachFrame("F");
     answersTree_ = false;
     askForDocument("http://a/f", "F");
-    transport_.receive(R"({"id":)" + std::to_string(transport_.sent.back()["id"].integer()) +
-                       R"(,"error":{"message":"no"}})");
+    transport_.receive(
+        Json::object({{"id", transport_.sent.back()["id"]}, {"error", Json::object({{"message", "no"}})}}));
     next_ = transport_.sent.size() - 1;
     EXPECT_THAT(take(), ElementsAre("http://a/f -> frame"));
 }

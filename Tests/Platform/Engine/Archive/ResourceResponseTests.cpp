@@ -129,21 +129,5 @@ TEST(ResourceResponse, TextsAreTextsWhateverTheyHold) {
     EXPECT_EQ(options(u"text/plain", false), "");
 }
 
-TEST(ResourceResponse, BodyIsBase64) {
-    EXPECT_EQ(responseBody(NSData(std::string("\0\xFF"
-                                              "a",
-                                              3))),
-              "AP9h");
-    EXPECT_EQ(responseBody(NSData::data()), "");
-}
-
-TEST(ResourceResponse, BodyThatTheEngineDoesNotTakeIsNone) {
-    const std::size_t most = std::size_t{74} << 20;
-    EXPECT_FALSE(responseBody(NSData(std::string(most + 1, 'a'))));
-    const auto body = responseBody(NSData(std::string(most, 'a')));
-    ASSERT_TRUE(body);
-    EXPECT_LT(body->size(), std::size_t{100} << 20);
-}
-
 } // namespace
 } // namespace qrv::engine

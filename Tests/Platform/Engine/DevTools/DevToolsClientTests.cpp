@@ -1,6 +1,7 @@
 #include "Platform/Engine/DevTools/DevToolsClient.h"
 
 #include "Platform/Foundation/NSDate.h"
+#include "Tests/Platform/Engine/JsonText.h"
 #include "Tests/Platform/Engine/ScriptedTransport.h"
 
 #include <gtest/gtest.h>
@@ -25,7 +26,7 @@ protected:
     // Records events of the page's session under a name.
     DevToolsClient::Subscription listen(const std::string& name, const std::string& method) {
         return client_->listen(
-            "page", method, [this, name](const Json& params) { events_ += name + params.serialize() + ";"; });
+            "page", method, [this, name](const Json& params) { events_ += name + jsonText(params) + ";"; });
     }
 
     NSRunLoop loop_;
@@ -40,15 +41,15 @@ TEST_F(DevToolsClientTest, SendsCommandsWithIdsOfTheirOwn) {
     client_->send({}, "Browser.getVersion");
     client_->send("page", "Page.navigate", Json::object({{"url", "a\"b"}}));
     ASSERT_EQ(transport_.sent.size(), 2u);
-    EXPECT_EQ(transport_.sent[0].serialize(), R"({"id":1,"method":"Browser.getVersion"})");
-    EXPECT_EQ(transport_.sent[1].serialize(),
+    EXPECT_EQ(jsonText(transport_.sent[0]), R"({"id":1,"method":"Browser.getVersion"})");
+    EXPECT_EQ(jsonText(transport_.sent[1]),
               R"({"id":2,"method":"Page.navigate","sessionId":"page","params":{"url":"a\"b"}})");
 }
 
 TEST_F(DevToolsClientTest, GivesEachReplyToItsCommand) {
     std::string order;
-    client_->send({}, "A", {}, [&](const DevToolsReply& reply) { order += "A" + reply.result.serialize(); });
-    client_->send({}, "B", {}, [&](const DevToolsReply& reply) { order += "B" + reply.result.serialize(); });
+    client_->send({}, "A", {}, [&](const DevToolsReply& reply) { order += "A" + jsonText(reply.result); });
+    client_->send({}, "B", {}, [&](const DevToolsReply& reply) { order += "B" + jsonText(reply.result); });
     transport_.reply(2, Json::object({{"b", 2}}));
     transport_.reply(1, Json::object({}));
     EXPECT_EQ(order, R"(B{"b":2}A{})");
@@ -57,8 +58,8 @@ TEST_F(DevToolsClientTest, GivesEachReplyToItsCommand) {
 TEST_F(DevToolsClientTest, HandsOnErrors) {
     client_->send({}, "A", {}, record());
     client_->send({}, "B", {}, record());
-    transport_.receive(R"({"id":1,"error":{"code":-32000,"message":"no such target"}})");
-    transport_.receive(R"({"id":2})");
+    transport_.receive(parseJson(R"({"id":1,"error":{"code":-32000,"message":"no such target"}})"));
+    transport_.receive(parseJson(R"({"id":2})"));
     ASSERT_EQ(replies_.size(), 2u);
     EXPECT_FALSE(replies_[0].ok());
     EXPECT_EQ(replies_[0].status, Status::error);
@@ -71,8 +72,8 @@ TEST_F(DevToolsClientTest, DropsWhatAnswersNothing) {
     client_->send({}, "A", {}, record());
     for (const char* text :
          {R"({"id":7,"result":{}})", R"({"id":"1","result":{}})", R"({"id":1.5,"result":{}})",
-          R"({"id":null,"result":{}})", "{", "", "[]", "7", R"({"method":5})", R"({})"})
-        transport_.receive(text);
+          R"({"id":null,"result":{}})", "[]", "7", R"({"method":5})", R"({})"})
+        transport_.receive(parseJson(text));
     EXPECT_TRUE(replies_.empty());
     transport_.reply(1, {});
     transport_.reply(1, {});
@@ -222,7 +223,7 @@ TEST_F(DevToolsClientTest, EventsGoToTheListenersOfTheirSessionAndMethod) {
     auto browser = client_->listen({}, "E", [this](const Json&) { events_ += "browser;"; });
     transport_.emit("page", "E", 1);
     transport_.emit("worker", "E", 2);
-    transport_.receive(R"({"method":"E"})");
+    transport_.receive(parseJson(R"({"method":"E"})"));
     EXPECT_EQ(events_, "11;21;browser;");
 }
 

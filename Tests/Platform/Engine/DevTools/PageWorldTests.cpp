@@ -1,5 +1,6 @@
 #include "Platform/Engine/DevTools/PageWorld.h"
 
+#include "Tests/Platform/Engine/JsonText.h"
 #include "Tests/Platform/Engine/ScriptedTransport.h"
 
 #include <algorithm>
@@ -19,8 +20,8 @@ class Page final : public ScriptedTransport {
 public:
     explicit Page(NSRunLoop& loop) : loop_(loop) {}
 
-    SendResult send(std::string message) override {
-        ScriptedTransport::send(std::move(message));
+    SendResult send(const Json& message) override {
+        ScriptedTransport::send(message);
         answers_.push_back(
             loop_.performSoon([this, command = sent.back()] { answer(command["id"].integer(), command); }));
         return SendResult::accepted;
@@ -66,7 +67,7 @@ private:
 
     void refuse(std::int64_t id) {
         const Json error = Json::object({{"message", "Cannot find context with specified id"}});
-        receive(Json::object({{"id", id}, {"error", error}}).serialize());
+        receive(Json::object({{"id", id}, {"error", error}}));
     }
 
     NSRunLoop& loop_;
@@ -81,7 +82,7 @@ Json thrown(const std::string& description, int line) {
 }
 
 std::string textOf(const std::optional<Json>& answer) {
-    return answer ? answer->serialize() : "nothing";
+    return answer ? jsonText(*answer) : "nothing";
 }
 
 class PageWorldTest : public ::testing::Test {
@@ -99,7 +100,7 @@ TEST_F(PageWorldTest, AScriptIsCalledInAWorldThatHasTheSharedFunctions) {
     EXPECT_THAT(page_.words, ElementsAre("world of M", "shared in 1", "call in 1", "call in 1"));
     const Json params = page_.sent[2]["params"];
     EXPECT_EQ(params["functionDeclaration"].string(), script.source);
-    EXPECT_EQ(params["arguments"].serialize(), R"([{"value":7},{"value":"two"}])");
+    EXPECT_EQ(jsonText(params["arguments"]), R"([{"value":7},{"value":"two"}])");
     EXPECT_TRUE(params["returnByValue"].boolean());
     EXPECT_FALSE(params["awaitPromise"].boolean());
     EXPECT_EQ(page_.sent[2]["sessionId"].string(), "page");
@@ -221,7 +222,7 @@ TEST_F(PageWorldTest, AScriptIsCalledInEveryFrameInTheOrderOfTheTree) {
                                          "shared in 2", "call in 2", "world of B", "shared in 3", "call in 3",
                                          "world of C", "shared in 4", "call in 4"));
     std::vector<std::string> told;
-    for (const auto& [frame, answer] : answers) told.push_back(frame + " " + answer.serialize());
+    for (const auto& [frame, answer] : answers) told.push_back(frame + " " + jsonText(answer));
     EXPECT_THAT(told, ElementsAre("M 7", "A 7", "B 7", "C 7"));
 }
 
@@ -244,8 +245,8 @@ TEST_F(PageWorldTest, ProgramsRunInNewDocuments) {
     world_.runInNewDocuments(other, PageWorld::Place::pagesWorld);
     world_.runInNewDocuments(other, PageWorld::Place::ownWorld);
     ASSERT_EQ(page_.sent.size(), 2u);
-    EXPECT_EQ(page_.sent[0]["params"].serialize(), R"({"source":"() => 1"})");
-    EXPECT_EQ(page_.sent[1]["params"].serialize(), R"({"source":"() => 1","worldName":"web2pdf"})");
+    EXPECT_EQ(jsonText(page_.sent[0]["params"]), R"({"source":"() => 1"})");
+    EXPECT_EQ(jsonText(page_.sent[1]["params"]), R"({"source":"() => 1","worldName":"web2pdf"})");
 }
 
 TEST_F(PageWorldTest, HaltingEndsScriptsAndLoadsWithoutWaiting) {

@@ -1,6 +1,7 @@
 #include "Platform/Engine/Print/PageMeasurements.h"
 
 #include "Platform/Engine/DevTools/Json.h"
+#include "Tests/Platform/Engine/JsonText.h"
 
 #include <gmock/gmock.h>
 
@@ -10,7 +11,7 @@ namespace {
 using ::testing::Contains;
 
 PageMeasurements read(const char* answer) {
-    return pageMeasurementsFromJson(Json::parse(answer).value());
+    return pageMeasurementsFromJson(parseJson(answer));
 }
 
 // That each field is read, and from which name, is tested with what the engine answers.

@@ -1,5 +1,6 @@
 #include "Platform/Engine/Print/PageReadiness.h"
 
+#include "Tests/Platform/Engine/JsonText.h"
 #include "Tests/Platform/Engine/ScriptedTransport.h"
 
 #include <algorithm>
@@ -17,8 +18,8 @@ class TallPage final : public ScriptedTransport {
 public:
     explicit TallPage(NSRunLoop& loop) : loop_(loop) {}
 
-    SendResult send(std::string message) override {
-        ScriptedTransport::send(std::move(message));
+    SendResult send(const Json& message) override {
+        ScriptedTransport::send(message);
         answers_.push_back(loop_.performSoon([this, command = sent.back()] { answer(command); }));
         return SendResult::accepted;
     }
@@ -63,7 +64,7 @@ private:
                                  {"failedImages", failed}});
         }
         if (script == scripts::substituteImages.source) {
-            words.push_back("substitute " + arguments[0]["value"].serialize());
+            words.push_back("substitute " + jsonText(arguments[0]["value"]));
             failed = {};
         }
         if (script == scripts::picturesInUse.source) {

@@ -1,7 +1,7 @@
 #include "Platform/Engine/Print/PageRenderer.h"
 
 #include "Platform/Engine/Print/DocumentDescription.h"
-#include "Platform/Foundation/Base64.h"
+#include "Tests/Platform/Engine/JsonText.h"
 #include "Tests/Platform/Engine/ScriptedTransport.h"
 #include "Tests/Platform/PDFKit/SamplePDF.h"
 #include "Tests/Support/TemporaryFolder.h"
@@ -20,8 +20,8 @@ class AnsweringTransport final : public ScriptedTransport {
 public:
     explicit AnsweringTransport(NSRunLoop& loop) : loop_(loop) {}
 
-    SendResult send(std::string message) override {
-        const SendResult result = ScriptedTransport::send(std::move(message));
+    SendResult send(const Json& message) override {
+        const SendResult result = ScriptedTransport::send(message);
         if (result != SendResult::accepted) return result;
         const Json command = sent.back();
         answers_.push_back(loop_.performSoon(
@@ -57,7 +57,7 @@ private:
             const std::string pdf =
                 makePDF({"<</Type/Catalog/Pages 2 0 R>>", "<</Type/Pages/Kids[3 0 R]/Count 1>>",
                          "<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]>>"});
-            reply(id.integer(), Json::object({{"data", base64Encode(pdf)}}));
+            reply(id.integer(), Json::object({{"data", NSData(pdf)}}));
         } else {
             reply(id.integer(), Json::object({}));
         }
@@ -78,12 +78,12 @@ private:
         if (script == scripts::describe.source) value = description;
         if (script == scripts::releaseBoxes.source) ++releases;
         if (script == scripts::easePaint.source) {
-            easings.push_back(params["arguments"].elements()[0]["value"].serialize());
+            easings.push_back(jsonText(params["arguments"].elements()[0]["value"]));
             value = isCostly;
         }
         if (script == scripts::unrollScrollers.source) {
             unrollings.push_back("before measurement " + std::to_string(measurements + 1) + ": " +
-                                 params["arguments"].elements()[0]["value"].serialize());
+                                 jsonText(params["arguments"].elements()[0]["value"]));
         }
         reply(id.integer(), script == scriptThatThrows
                                 ? Json::object({{"exceptionDetails", Json::object({{"text", "Uncaught"}})}})
@@ -91,7 +91,7 @@ private:
     }
 
     void refuse(const Json& id, const char* message) {
-        receive(Json::object({{"id", id}, {"error", Json::object({{"message", message}})}}).serialize());
+        receive(Json::object({{"id", id}, {"error", Json::object({{"message", message}})}}));
     }
 
     NSRunLoop& loop_;
@@ -152,7 +152,7 @@ TEST_F(PageRendererTest, ThePageIsInTheViewOfItsPDFBeforeItsScriptsAreStopped) {
     const auto firstView = [this] {
         for (const Json& command : transport_.sent) {
             if (command["method"].string() == "Emulation.setDeviceMetricsOverride") {
-                return command["params"].serialize();
+                return jsonText(command["params"]);
             }
             if (command["method"].string() == "Emulation.setScriptExecutionDisabled") break;
         }
@@ -167,7 +167,7 @@ TEST_F(PageRendererTest, AnExpectedViewIsNotLeftForAnotherOne) {
     renderer_.setViewSize({500, 400});
     renderer_.paginatedPDF({612, 792}, 36);
     for (const Json& command : transport_.sent) {
-        EXPECT_THAT(command["params"].serialize(), ::testing::Not(HasSubstr(R"("width":500)")));
+        EXPECT_THAT(jsonText(command["params"]), ::testing::Not(HasSubstr(R"("width":500)")));
     }
 }
 
@@ -295,7 +295,7 @@ TEST_F(PageRendererTest, SettingsReachThePage) {
     renderer_.setViewSize({800, 600});
     renderer_.screenPDF();
     std::string all;
-    for (const Json& command : transport_.sent) all += command["params"].serialize();
+    for (const Json& command : transport_.sent) all += jsonText(command["params"]);
     EXPECT_THAT(all, HasSubstr(R"({"media":"print"})"));
     EXPECT_THAT(all, HasSubstr(R"("printBackground":true)"));
     EXPECT_THAT(all, HasSubstr(R"("generateTaggedPDF":true,"generateDocumentOutline":true)"));

@@ -15,7 +15,7 @@ TEST(EngineCommand, StartsWithTheProgramAndEndsWithAnEmptyPage) {
     auto arguments = engineArguments({"/opt/engine", true}, true);
     EXPECT_EQ(arguments.front(), "/opt/engine");
     EXPECT_EQ(arguments.back(), "about:blank");
-    EXPECT_THAT(arguments, Contains("--remote-debugging-pipe"));
+    EXPECT_THAT(arguments, Contains("--remote-debugging-pipe=cbor"));
 }
 
 TEST(EngineCommand, OnlyTheFullBrowserIsToldToBeHeadless) {

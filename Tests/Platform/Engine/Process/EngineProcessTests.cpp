@@ -25,7 +25,7 @@ protected:
         engine_ = launch({.search = only(directory_.addScript("engine", body)),
                           .log = [this](const std::string& line) { note(line); }},
                          loop_);
-        engine_->setMessageHandler([this](std::string_view message) { messages_.emplace_back(message); });
+        engine_->setMessageHandler([this](const Json& message) { messages_.push_back(said(message)); });
         engine_->setCloseHandler([this](const std::string& reason) { closings_.push_back(reason); });
     }
 
@@ -70,9 +70,9 @@ TEST_F(EngineProcessTest, TellsThatNoEngineIsInstalled) {
 
 TEST_F(EngineProcessTest, CarriesMessagesBothWays) {
     start("while receive; do say \"got $message\"; done");
-    EXPECT_EQ(engine_->send("one"), DevToolsTransport::SendResult::accepted);
+    EXPECT_EQ(engine_->send(saying("one")), DevToolsTransport::SendResult::accepted);
     EXPECT_EQ(firstMessage(), "got one");
-    EXPECT_EQ(engine_->send("two"), DevToolsTransport::SendResult::accepted);
+    EXPECT_EQ(engine_->send(saying("two")), DevToolsTransport::SendResult::accepted);
     EXPECT_TRUE(runUntil([&] { return messages_.size() == 2; }));
     EXPECT_THAT(messages_, ElementsAre("got one", "got two"));
     EXPECT_THAT(log_, ElementsAre());
@@ -81,8 +81,8 @@ TEST_F(EngineProcessTest, CarriesMessagesBothWays) {
 TEST_F(EngineProcessTest, AnEngineThatDiesAtOnceIsStartedAgainAndGetsTheSameMessages) {
     start("receive; [ -e again ] || exit 7\n"
           "say \"again $message\"; while receive; do say \"then $message\"; done");
-    engine_->send("one");
-    engine_->send("two");
+    engine_->send(saying("one"));
+    engine_->send(saying("two"));
     EXPECT_TRUE(runUntil([&] { return messages_.size() == 2; }));
     EXPECT_THAT(messages_, ElementsAre("again one", "then two"));
     EXPECT_THAT(closings_, ElementsAre());
@@ -93,14 +93,14 @@ TEST_F(EngineProcessTest, AnEngineThatDiesAtOnceIsStartedAgainAndGetsTheSameMess
 
 TEST_F(EngineProcessTest, AnEngineThatAlwaysDiesIsGivenUp) {
     start("exit 7");
-    engine_->send("one");
+    engine_->send(saying("one"));
     std::set<pid_t> started;
     EXPECT_TRUE(runUntil([&] {
         started.insert(engine_->pid());
         return !closings_.empty();
     }));
     EXPECT_THAT(closings_, ElementsAre("the web engine exited with status 7"));
-    EXPECT_EQ(engine_->send("two"), DevToolsTransport::SendResult::closed);
+    EXPECT_EQ(engine_->send(saying("two")), DevToolsTransport::SendResult::closed);
     EXPECT_EQ(started.size(), 3u);
 }
 
@@ -108,7 +108,7 @@ TEST_F(EngineProcessTest, AnEngineThatDiesLaterIsNotStartedAgain) {
     start("say hello; receive; exec /usr/bin/python3 -c 'import ctypes; ctypes.string_at(0)'");
     EXPECT_EQ(firstMessage(), "hello");
     const pid_t pid = engine_->pid();
-    engine_->send("crash");
+    engine_->send(saying("crash"));
     EXPECT_TRUE(runUntil([&] { return !closings_.empty(); }));
     EXPECT_THAT(closings_, ElementsAre("the web engine was ended by signal 11 (Segmentation fault)"));
     EXPECT_EQ(engine_->pid(), pid);
@@ -183,7 +183,7 @@ TEST_F(EngineProcessTest, TerminatingLeavesNoDescendant) {
     engine_->terminate();
     EXPECT_THAT(livingInGroup(group), ElementsAre());
     EXPECT_EQ(::kill(-group, 0), -1); // not even zombies
-    EXPECT_EQ(engine_->send("x"), DevToolsTransport::SendResult::closed);
+    EXPECT_EQ(engine_->send(saying("x")), DevToolsTransport::SendResult::closed);
     engine_->terminate();
 }
 
@@ -217,8 +217,10 @@ TEST_F(EngineProcessTest, TheCloseHandlerMayDestroyTheEngine) {
 }
 
 TEST_F(EngineProcessTest, AClientGetsItsReplyFromTheSecondStart) {
+    // {"id": 1, "result": {"start": "second"}}
     start("receive; [ -e again ] || exit 7\n"
-          "say '{\"id\":1,\"result\":{\"start\":\"second\"}}'; receive");
+          "printf '\\xd8\\x18\\x5a\\0\\0\\0\\x23\\xbf\\x62id\\x01\\x66result"
+          "\\xd8\\x18\\x5a\\0\\0\\0\\x0f\\xbf\\x65start\\x66second\\xff\\xff' >&4; receive");
     DevToolsClient client(*engine_, loop_);
     DevToolsReply reply = client.call({}, "Browser.getVersion", {}, patience);
     EXPECT_EQ(reply.result["start"].string(), "second") << reply.errorMessage;
@@ -233,7 +235,7 @@ TEST_F(EngineProcessTest, AnEngineThatLosesItsZygoteIsEnded) {
     bool wasSeen = false; // by the watch, whose timer is an earlier one
     const auto later = loop_.scheduleTimer(2 * EngineWatch::lookInterval, [&] { wasSeen = true; });
     EXPECT_TRUE(runUntil([&] { return wasSeen; }));
-    engine_->send("kill it");
+    engine_->send(saying("kill it"));
     EXPECT_TRUE(runUntil([&] { return !closings_.empty(); }));
     EXPECT_THAT(closings_, ElementsAre("the web engine lost the process that starts its others"));
     EXPECT_THAT(livingInGroup(group), ElementsAre());
@@ -268,7 +270,7 @@ TEST_F(EngineProcessTest, TheEngineDiesWithTheProcessThatStartedIt) {
         NSRunLoop loop;
         auto engine = launch({.search = only(script), .log = {}}, loop);
         bool ready = false;
-        engine->setMessageHandler([&ready](std::string_view) { ready = true; });
+        engine->setMessageHandler([&ready](const Json&) { ready = true; });
         loop.runUntil([&ready] { return ready; }, std::chrono::steady_clock::now() + patience);
         pid_t pid = engine->pid();
         (void)!::write(pipe[1], &pid, sizeof pid);

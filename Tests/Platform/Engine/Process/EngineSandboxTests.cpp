@@ -93,11 +93,11 @@ protected:
     std::string firstWordsOf(const std::string& program) {
         NSRunLoop loop;
         auto engine = launch(options(program), loop);
-        std::string said;
-        engine->setMessageHandler([&said](std::string_view message) { said = message; });
-        engine->setCloseHandler([&said](const std::string& reason) { said = reason; });
-        loop.runUntil([&said] { return !said.empty(); }, std::chrono::steady_clock::now() + patience);
-        return said;
+        std::string words;
+        engine->setMessageHandler([&words](const Json& message) { words = said(message); });
+        engine->setCloseHandler([&words](const std::string& reason) { words = reason; });
+        loop.runUntil([&words] { return !words.empty(); }, std::chrono::steady_clock::now() + patience);
+        return words;
     }
 
     // Has a page of the real engine try everything; zero when it ran and was barred.

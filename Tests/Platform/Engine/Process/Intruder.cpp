@@ -70,7 +70,13 @@ int main(int /*count*/, char** arguments) {
     std::string answer;
     for (std::string order, what; orders >> order >> what;)
         answer += obey(order, what) >= 0 ? "done\n" : std::string(::strerrorname_np(errno)) + "\n";
-    if (::write(4, answer.c_str(), answer.size() + 1) < 0) return 1;
+    // A message of the engine's binary form, {"say": answer}.
+    const auto twoBytes = [](std::size_t number) {
+        return std::string{static_cast<char>(number >> 8), static_cast<char>(number)};
+    };
+    const std::string contents = "\xbf\x63say\x79" + twoBytes(answer.size()) + answer + "\xff";
+    const std::string message = "\xd8\x18\x5a" + std::string(2, '\0') + twoBytes(contents.size()) + contents;
+    if (::write(4, message.data(), message.size()) < 0) return 1;
     char command = 0;
     while (::read(3, &command, 1) > 0) {
     }

@@ -46,7 +46,7 @@ protected:
         engine_ = launch(
             {.search = only(intruder_), .log = [this](const std::string& line) { log_ += line + "\n"; }},
             loop_);
-        engine_->setMessageHandler([this](std::string_view message) { said_ = message; });
+        engine_->setMessageHandler([this](const Json& message) { said_ = said(message); });
         engine_->setCloseHandler([this](const std::string& reason) { said_ = reason; });
         loop_.runUntil([this] { return !said_.empty(); }, std::chrono::steady_clock::now() + patience);
         std::istringstream lines(said_);

@@ -1,6 +1,7 @@
 // What measure.js answers in the real engine, to the last field: a plain page, and pages that differ from it.
 
 #include "Platform/Engine/Print/PageMeasurements.h"
+#include "Tests/Platform/Engine/JsonText.h"
 #include "Tests/Platform/Engine/Scripts/ScriptPage.h"
 
 #include <boost/json.hpp>
@@ -87,7 +88,7 @@ std::string pageOf(const Row& row) {
 
 class MeasureTest : public ScriptPageTest {
 protected:
-    Fields measured() { return fieldsOf(json::parse(answer(scripts::measure).serialize())); }
+    Fields measured() { return fieldsOf(json::parse(jsonText(answer(scripts::measure)))); }
 
     void expectAnswer(const json::value& expected) {
         const Fields found = measured();

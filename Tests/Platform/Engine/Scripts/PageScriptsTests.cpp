@@ -5,6 +5,7 @@
 #include "Platform/Engine/Print/DocumentDescription.h"
 #include "Platform/Engine/Print/PageReadiness.h"
 #include "Platform/Foundation/Base64.h"
+#include "Tests/Platform/Engine/JsonText.h"
 #include "Tests/Platform/Engine/Scripts/ScriptPage.h"
 
 #include <chrono>
@@ -55,7 +56,7 @@ TEST_F(PageScriptsTest, AreProgramsOfTheEnginesLanguage) {
         const DevToolsReply reply = client().call(session(), "Runtime.compileScript", params, patience);
         EXPECT_TRUE(reply.ok()) << reply.errorMessage;
         EXPECT_FALSE(reply.result.contains("exceptionDetails"))
-            << entry.path() << ": " << reply.result["exceptionDetails"].serialize();
+            << entry.path() << ": " << jsonText(reply.result["exceptionDetails"]);
     }
     client().call(session(), "Runtime.disable", {}, patience);
     EXPECT_GE(count, 16);
@@ -123,7 +124,7 @@ protected:
                                                                 {"returnByValue", true},
                                                                 {"awaitPromise", true}}),
                                                   patience);
-        EXPECT_FALSE(reply.result.contains("exceptionDetails")) << reply.result.serialize();
+        EXPECT_FALSE(reply.result.contains("exceptionDetails")) << jsonText(reply.result);
         return reply.result["result"]["value"];
     }
 };
@@ -184,7 +185,7 @@ TEST_F(PageScriptsTest, AssignmentsToTheDomainChangeNothingAndDoNotThrow) {
 
 TEST_F(PageScriptsTest, AQuietPageIsReady) {
     show("<!DOCTYPE html><body style=margin:0><div style=height:1500px></div>");
-    EXPECT_EQ(awaited(scripts::awaitContents, {farLimit}).serialize(),
+    EXPECT_EQ(jsonText(awaited(scripts::awaitContents, {farLimit})),
               R"({"documentHeight":1500,"viewHeight":400,"isSingleMedia":false,"failedImages":[]})");
 }
 
@@ -484,7 +485,7 @@ TEST_F(PageScriptsTest, AFrameIsDescribedByWhatStandsInIt) {
     EXPECT_EQ(evaluate("frames.length").integer(), 2);
     const auto answers = world().callInFrames(scripts::describeFrame, {frameMarker});
     ASSERT_EQ(answers.size(), 4u);
-    EXPECT_TRUE(answers[2].answer.isNull()) << answers[2].answer.serialize();
+    EXPECT_TRUE(answers[2].answer.isNull()) << jsonText(answers[2].answer);
     std::string page;
     const PDFFrame described = frameDescriptionFromJson(answers[0].answer);
     for (const PDFFrame::Content& content : described.contents) {
