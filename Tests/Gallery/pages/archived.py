@@ -73,6 +73,10 @@ PAGES = [
     page("drawn", "A canvas that a script draws", "<canvas id=c width=100 height=100></canvas><p>caption<script>"
          "const pen = c.getContext('2d'); pen.fillStyle = 'rgb(20,160,70)'; pen.fillRect(0, 0, 100, 100)</script>",
          style=PLAIN + "canvas{display:block}", pixels=[(50, 50, GREEN)]),
+    page("drawn-by-webgl", "A canvas that a script draws through WebGL", "<canvas id=c width=100 height=100></canvas><p>caption<script>"
+         "const gl = c.getContext('webgl', {preserveDrawingBuffer: true}); gl.clearColor(20 / 255, 160 / 255, 70 / 255, 1);"
+         "gl.clear(gl.COLOR_BUFFER_BIT)</script>",
+         style=PLAIN + "canvas{display:block}", pixels=[(50, 50, GREEN)]),
     page("external-use", "A drawing that uses a part of another file", "<svg width=100 height=100><use href='parts.svg#box'/></svg><p>caption",
          style=PLAIN, pixels=[(50, 50, GREEN)],
          resources=[Resource(SITE + "parts.svg", '<svg xmlns="http://www.w3.org/2000/svg"><rect id="box" width="100" height="100" '
