@@ -94,14 +94,18 @@ NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
             if (!answer.isNull()) document.frames.push_back(frameDescriptionFromJson(answer));
         }
     }
-    if (const auto pdf = attempt(plan)) return edited(*pdf, plan, document);
+    // Also before: each look at the page behind the style sheet has it laid out, which printing does anyway.
+    if (plan.isOnSheets) world_.call(scripts::releaseBoxes);
+    const bool isCostly = world_.call(scripts::easePaint, {paintLevel_}).value_or(Json()).boolean() &&
+                          paintLevel_ < highestPaintLevel;
+    if (const auto pdf = attempt(plan, isCostly)) return edited(*pdf, plan, document);
     if (!plan.usesViewportPage) return {};
-    const auto pdf = attempt(plain);
+    const auto pdf = attempt(plain, isCostly);
     return pdf ? edited(*pdf, plain, document) : NSData();
 }
 
 /// Nothing when the document cannot be printed by this plan; nil when it cannot be printed at all.
-std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
+std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan, bool isCostly) {
     if (plan.isOnSheets && plan.documentLength > longestPrint) {
         NSLog(u"the page is %.0f px long, too long for sheets of paper", plan.documentLength);
         return NSData();
@@ -109,9 +113,6 @@ std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan) {
     const auto isApplied = world_.call(
         scripts::applyPrintStyle, {plan.styleSheet, plan.imageTarget, plan.imageSource, plan.imagesOnTop});
     if (!isApplied.value_or(Json()).boolean()) return std::nullopt;
-    if (plan.isOnSheets) world_.call(scripts::releaseBoxes);
-    const bool isCostly = world_.call(scripts::easePaint, {paintLevel_}).value_or(Json()).boolean() &&
-                          paintLevel_ < highestPaintLevel;
     const DevToolsReply reply = devTools_.call(session_, "Page.printToPDF",
                                                Json::object({{"printBackground", printsBackgrounds_},
                                                              {"preferCSSPageSize", true},

@@ -76,7 +76,7 @@ private:
     std::optional<PageMeasurements> measure(NSSize view, Mode mode);
     std::chrono::milliseconds limitFor(const PrintPlan& plan, bool isCostly) const;
     NSData print(const PrintPlan& plan, const PrintPlan& plain);
-    std::optional<NSData> attempt(const PrintPlan& plan);
+    std::optional<NSData> attempt(const PrintPlan& plan, bool isCostly);
     NSData edited(const NSData& pdf, const PrintPlan& plan, const DocumentDescription& document) const;
 
     DevToolsClient& devTools_;

@@ -10,7 +10,7 @@
 namespace qrv::engine {
 
 struct PrintPlan {
-    std::string styleSheet;  ///< every declaration important, in a layer of its own
+    std::string styleSheet;  ///< every declaration important
     std::string imageTarget; ///< selector of the element whose background images are set
     std::string imageSource; ///< "root" or "body": whose images it gets; empty: those it has
     std::string imagesOnTop; ///< images that it gets before those, each with a comma behind it

@@ -88,7 +88,7 @@ void StyleSheet::add(const StyleRule& rule) {
 }
 
 std::string StyleSheet::text() const {
-    return "@layer web2pdf-print{" + rules_ + "}";
+    return rules_;
 }
 
 } // namespace qrv::engine

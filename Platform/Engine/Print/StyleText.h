@@ -33,8 +33,7 @@ private:
 StyleRule pageRule(std::string_view name, std::string_view width, std::string_view height,
                    std::string_view margin);
 
-/// A sheet whose rules stand in one cascade layer. Important declarations of the first layer win over every
-/// other rule of the document, so the sheet has to come first in it.
+/// The rules of a print, which applyPrintStyle.js makes stronger than the document's own.
 class StyleSheet {
 public:
     StyleSheet();

@@ -4,7 +4,18 @@
 
 /** The value of a property that an interface declares. */
 function read(declaring, name, object) {
-    return Object.getOwnPropertyDescriptor(declaring.prototype, name).get.call(object);
+    return getterOf(declaring, name).call(object);
+}
+
+/** What reads that property. It is looked up once: walks read the same ones of every element. */
+function getterOf(declaring, name) {
+    getterOf.known ??= new Map();
+    if (!getterOf.known.has(declaring)) getterOf.known.set(declaring, new Map());
+    const getters = getterOf.known.get(declaring);
+    if (!getters.has(name)) {
+        getters.set(name, Object.getOwnPropertyDescriptor(declaring.prototype, name).get);
+    }
+    return getters.get(name);
 }
 
 /** A property of a document. */
@@ -43,10 +54,38 @@ function isDocument(content) {
     return read(Node, 'nodeType', content) === Node.DOCUMENT_NODE;
 }
 
-/** The elements of a document or shadow tree, in its order. */
+/** The elements of a document or shadow tree that match, in its order. */
 function query(selectors, content = document) {
     const { prototype } = isDocument(content) ? Document : DocumentFragment;
     return [...prototype.querySelectorAll.call(content, selectors)];
+}
+
+/** A walk through a document or shadow tree and all open shadow trees in it: these trees, and the elements of one after
+ * the other. */
+function walk(content) {
+    const shadowRootOf = getterOf(Element, 'shadowRoot');
+    const walker = Document.prototype.createTreeWalker.call(document, content, NodeFilter.SHOW_ELEMENT);
+    const elements = [];
+    const inner = [];
+    for (let element = walker.nextNode(); element; element = walker.nextNode()) {
+        elements.push(element);
+        const tree = shadowRootOf.call(element);
+        if (tree) inner.push(walk(tree));
+    }
+    return {
+        trees: [content, ...inner.flatMap((one) => one.trees)],
+        elements: [elements, ...inner.map((one) => one.elements)].flat(),
+    };
+}
+
+/** The walk through the document; remembered from `keepWalk` on. */
+function walkOfDocument() {
+    return keepWalk.kept ?? walk(document);
+}
+
+/** To be called when nothing is added to the document any more, and again when something was. */
+function keepWalk() {
+    keepWalk.kept = walk(document);
 }
 
 /** The element whose overflow the view scrolls; the root where there is none. */
@@ -79,31 +118,51 @@ function scrollToTop(top) {
     scrollTo({ left: 0, top, behavior: 'instant' });
 }
 
-/** A document and all open shadow trees in it. */
-function trees(content = document) {
-    const found = [content];
-    for (const element of query('*', content)) {
-        const tree = elementProperty('shadowRoot', element);
-        if (tree) found.push(...trees(tree));
-    }
-    return found;
+/** The document and all open shadow trees in it. */
+function trees() {
+    return walkOfDocument().trees;
 }
 
-/** Calls a function with each style sheet of a document or shadow tree, and with each rule that can be read. */
+/** Calls a function with each style sheet of a document or shadow tree, and with each rule that can be read. Answers
+ * whether all could. */
 function visitRules(content, visitor) {
+    let couldAll = true;
+    const rulesOf = (sheetOrRule) => {
+        try {
+            return sheetOrRule.cssRules ?? [];
+        } catch {
+            // Of another origin.
+            couldAll = false;
+            return [];
+        }
+    };
     const visit = (sheetOrRule) => {
         visitor(sheetOrRule);
         if (sheetOrRule.styleSheet) visit(sheetOrRule.styleSheet);
-        try {
-            for (const rule of sheetOrRule.cssRules ?? []) visit(rule);
-        } catch {
-            // Of another origin.
-        }
+        for (const rule of rulesOf(sheetOrRule)) visit(rule);
     };
     const owner = isDocument(content) ? Document : ShadowRoot;
     for (const list of ['styleSheets', 'adoptedStyleSheets']) {
         for (const sheet of read(owner, list, content)) visit(sheet);
     }
+    return couldAll;
+}
+
+/** Calls a function with the name and the value of each declaration in the document's style sheets, and in those style
+ * attributes that have one of these words; the value of a shorthand may be empty. Answers whether that is all: it is not
+ * where a sheet cannot be read or scripts animate something. Sheets of closed shadow trees are not known of. */
+function visitDeclarations(words, visitor) {
+    const visit = (style) => {
+        for (const name of style ?? []) visitor(name, style.getPropertyValue(name));
+    };
+    // What is escaped may be any word.
+    const selectors = [...words, '\\\\'].map((word) => `[style*="${word}" i]`).join();
+    let isAll = animations().every((one) => one instanceof CSSAnimation || one instanceof CSSTransition);
+    for (const content of trees()) {
+        if (!visitRules(content, (sheetOrRule) => visit(sheetOrRule.style))) isAll = false;
+        for (const element of query(selectors, content)) visit(styleOf(element));
+    }
+    return isAll;
 }
 
 /** The page's document, those of its frames of the same origin, and all open shadow trees in them. */
@@ -115,7 +174,7 @@ function contents() {
         } catch {
             return;
         }
-        found.push(...trees(frame.document));
+        found.push(...(frame === window ? trees() : walk(frame.document).trees));
         for (let i = 0; i < frame.length; ++i) visitFrame(frame[i]);
     };
     visitFrame(window);
@@ -124,7 +183,17 @@ function contents() {
 
 /** The elements of the document and of its open shadow trees, without those in frames. */
 function displayedTree() {
-    return trees().flatMap((content) => query('*', content));
+    return walkOfDocument().elements;
+}
+
+/** Those of them whose contents may be cut off at the bottom or at a side, and the frames. Overflow to which one can
+ * scroll in one direction is never plainly visible in the other. */
+function clippingBoxes() {
+    return displayedTree().filter(
+        (box) =>
+            !['visible', 'clip'].includes(getComputedStyle(box).overflowY) ||
+            box instanceof HTMLIFrameElement,
+    );
 }
 
 function isDisplayed(element) {
@@ -185,7 +254,7 @@ function fillingScrollers() {
     const leastHeight = 0.5;
     const leastArea = 0.3;
     if (scrolledHeight() > innerHeight * scrollsALittle) return [];
-    return displayedTree().filter((box) => {
+    return clippingBoxes().filter((box) => {
         if (box === scroller() || unseenDown(box) === 0 || !isDisplayed(box)) return false;
         const { left, top, right, bottom } = Element.prototype.getBoundingClientRect.call(box);
         const width = Math.min(right, innerWidth) - Math.max(left, 0);

@@ -4,6 +4,8 @@
 // there is anything left that a higher level would leave out.
 (level) => {
     const nearlyOpaque = '0.999';
+    const plain = ['none', 'normal', 'initial'];
+    const costly = ['filter', 'backdrop-filter', 'mask-image', 'mix-blend-mode', 'text-shadow', 'box-shadow'];
     const isText = (node) => read(Node, 'nodeType', node) === Node.TEXT_NODE;
     const hasText = (box) =>
         [...read(Node, 'childNodes', box)].some(
@@ -16,26 +18,38 @@
         // Each is a colour and lengths: two offsets, the blur, and the spread of a box's shadow.
         return shadows.replace(/(-?[\d.]+px) (-?[\d.]+px) [\d.]+px/g, '$1 $2 0px');
     };
-    const costly = ['filter', 'backdropFilter', 'maskImage', 'mixBlendMode', 'textShadow', 'boxShadow'];
+    const eased = (name, value) => {
+        if (level === 0) return value;
+        if (name.endsWith('shadow')) return level === 1 ? withoutBlur(value) : 'none';
+        return name === 'mix-blend-mode' ? 'normal' : 'none';
+    };
+
+    // Mostly the style sheets tell that there is none, or no shadow of text. At higher levels every box is asked.
+    const declared = new Set();
+    const isKnown =
+        level === 0 &&
+        visitDeclarations(['shadow', 'filter', 'mask', 'blend'], (name, value) => {
+            if (!plain.includes(value)) declared.add(name);
+        }) &&
+        query('[filter],[mask],[attributeName]').length === 0;
+    const inUse = costly.filter((name) => !isKnown || declared.has(name));
+    const changesNothing = level === 0 && !inUse.includes('text-shadow');
+
+    const changes = [];
     let hasCostly = false;
-    for (const box of displayedTree()) {
+    for (const box of inUse.length > 0 ? displayedTree() : []) {
+        if (hasCostly && changesNothing) break;
         const style = getComputedStyle(box);
+        const found = inUse
+            .map((name) => [name, style.getPropertyValue(name)])
+            .filter(([, value]) => !plain.includes(value));
+        if (found.length === 0) continue;
+        const values = Object.fromEntries(found.map(([name, value]) => [name, eased(name, value)]));
+        hasCostly ||= Object.values(values).some((value) => !plain.includes(value));
         const isShaded = style.textShadow !== 'none' && style.opacity === '1' && hasText(box);
-        if (isShaded && isDecorated(box)) {
-            set(box, { opacity: nearlyOpaque });
-        }
-        if (level >= 1) {
-            if (style.filter !== 'none') set(box, { filter: 'none' });
-            if (style.backdropFilter !== 'none') set(box, { 'backdrop-filter': 'none' });
-            if (style.maskImage !== 'none') set(box, { 'mask-image': 'none' });
-            if (style.mixBlendMode !== 'normal') set(box, { 'mix-blend-mode': 'normal' });
-        }
-        for (const name of ['textShadow', 'boxShadow']) {
-            if (level === 0 || style[name] === 'none') continue;
-            const property = name === 'textShadow' ? 'text-shadow' : 'box-shadow';
-            set(box, { [property]: level === 1 ? withoutBlur(style[name]) : 'none' });
-        }
-        hasCostly ||= costly.some((name) => !['none', 'normal'].includes(style[name]));
+        if (isShaded && isDecorated(box)) changes.push({ box, values: { ...values, opacity: nearlyOpaque } });
+        else if (level > 0) changes.push({ box, values });
     }
+    for (const { box, values } of changes) set(box, values);
     return hasCostly;
 };

@@ -6,20 +6,24 @@
     const partOfTheView = 0.25;
     const mayBeBroken = (box) =>
         Element.prototype.getBoundingClientRect.call(box).height > innerHeight * partOfTheView;
-    for (const box of query('*')) {
-        if (!(box instanceof HTMLElement)) continue;
+    const changesOf = (box) => {
         const style = getComputedStyle(box);
-        if (style.position === 'sticky') set(box, { position: 'relative', inset: 'auto' });
+        const changes = style.position === 'sticky' ? { position: 'relative', inset: 'auto' } : {};
         const hasOutline = style.outlineStyle !== 'none' && style.outlineWidth !== '0px';
         const hasPictures = style.borderImageSource !== 'none';
-        if (!(hasOutline || hasPictures) || !mayBeBroken(box)) continue;
-        if (hasPictures) set(box, { 'box-decoration-break': 'clone' });
-        if (!hasOutline) continue;
+        if (!(hasOutline || hasPictures) || !mayBeBroken(box)) return changes;
+        if (hasPictures) changes['box-decoration-break'] = 'clone';
+        if (!hasOutline) return changes;
         const side = parseFloat(style.outlineOffset) < 0 ? 'inset ' : '';
         const ring = `${side}0 0 0 ${style.outlineWidth} ${style.outlineColor}`;
         const others = style.boxShadow === 'none' ? '' : `, ${style.boxShadow}`;
-        set(box, { outline: 'none', 'box-shadow': ring + others });
-    }
+        return { ...changes, outline: 'none', 'box-shadow': ring + others };
+    };
+    // First all are asked, since each change may have the page laid out anew.
+    const changed = query('*')
+        .filter((box) => box instanceof HTMLElement)
+        .map((box) => [box, changesOf(box)]);
+    for (const [box, changes] of changed) set(box, changes);
     const takeDown = (box, leaveTopLayer) => {
         const { left, top, width, height } = Element.prototype.getBoundingClientRect.call(box);
         const { display } = getComputedStyle(box);

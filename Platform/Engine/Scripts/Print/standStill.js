@@ -1,7 +1,8 @@
 // Scrolls to the start of the page. Nothing moves from here to the print: what has an end in time is at it, the rest
-// stands still.
+// stands still. Nothing is added either, so that the document is walked through once for all that follows.
 () => {
     scrollToTop(0);
+    keepWalk();
     for (const animation of animations()) {
         const endsInTime =
             animation.timeline instanceof DocumentTimeline &&

@@ -109,7 +109,7 @@
         grow(box, unseenDown(box));
     }
     if (!isForSheets) return;
-    const others = displayedTree().filter(
+    const others = clippingBoxes().filter(
         (box) =>
             (isWiderInside(box) || scrollableDown(box) > 0) &&
             getComputedStyle(box).scrollSnapType === 'none' &&

@@ -37,16 +37,16 @@ TEST(StyleText, PageRuleSetsTheSizeAndEmptiesTheMargins) {
     EXPECT_NE(text.find("@bottom-left-corner{content:none!important;}"), std::string::npos);
 }
 
-TEST(StyleText, SheetIsOneLayerAndTakesPageNamesAndTheViewsBackgroundsAway) {
+TEST(StyleText, SheetTakesPageNamesAndTheViewsBackgroundsAway) {
     StyleSheet sheet;
     StyleRule rule("body");
     rule.add("color", "red");
     sheet.add(rule);
     EXPECT_EQ(sheet.text(),
-              "@layer web2pdf-print{*{page:auto!important;}*,::before,::after{transition:none!important;}"
+              "*{page:auto!important;}*,::before,::after{transition:none!important;}"
               ":not(input,button,select,textarea,progress,meter),::before,::after{background-attachment:"
               "scroll!important;}"
-              "body{color:red!important;}}");
+              "body{color:red!important;}");
 }
 
 } // namespace

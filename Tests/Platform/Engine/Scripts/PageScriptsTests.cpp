@@ -149,8 +149,7 @@ TEST_F(ShadowedDocumentTest, IsAwaitedAndDescribed) {
 }
 
 TEST_F(ShadowedDocumentTest, GetsTheStyleSheetInItsHead) {
-    EXPECT_TRUE(
-        answerInPagesWorld(scripts::applyPrintStyle, {"@layer l{p{color:red}}", "", "", ""}).boolean());
+    EXPECT_TRUE(answerInPagesWorld(scripts::applyPrintStyle, {"p{color:red}", "", "", ""}).boolean());
     EXPECT_EQ(evaluate("document.querySelector('style').parentNode.localName").string(), "head");
 }
 
@@ -506,10 +505,8 @@ TEST_F(PageScriptsTest, AFrameIsDescribedByWhatStandsInIt) {
               "web2pdf-frame:0150 150");
 }
 
-constexpr char redSheet[] =
-    "@layer print{html{color:rgb(255,0,0)!important}body{color:rgb(255,0,0)!important}}";
-constexpr char greenSheet[] =
-    "@layer print{html{color:rgb(0,128,0)!important}body{color:rgb(0,128,0)!important}}";
+constexpr char redSheet[] = "html{color:rgb(255,0,0)!important}body{color:rgb(255,0,0)!important}";
+constexpr char greenSheet[] = "html{color:rgb(0,128,0)!important}body{color:rgb(0,128,0)!important}";
 
 TEST_F(PageScriptsTest, ThePrintsStyleSheetIsStrongerThanThePage) {
     show("<!DOCTYPE html><html style='color:blue!important'><style>body{color:blue!important}</style>"
@@ -542,8 +539,8 @@ TEST_F(PageScriptsTest, AnAdoptedSheetServesWhereStylesAreForbidden) {
     EXPECT_EQ(evaluate("document.adoptedStyleSheets.length").integer(), 2);
 }
 
-constexpr char boxSheet[] = "@layer print{html{box-sizing:content-box!important;width:500px!important}"
-                            "body{width:400px!important;overflow:visible!important}}";
+constexpr char boxSheet[] = "html{box-sizing:content-box!important;width:500px!important}"
+                            "body{width:400px!important;overflow:visible!important}";
 
 TEST_F(PageScriptsTest, WhatIsSetOnTheRootAndTheBodyIsNotInherited) {
     show("<!DOCTYPE html><style>html{box-sizing:border-box}*,::before{box-sizing:inherit}body{overflow:auto}"
@@ -584,7 +581,7 @@ TEST_F(PageScriptsTest, NothingIsOnItsWayToANewValue) {
          "</style><body><div></div>");
     style("div", "background-color");
     answer(scripts::applyPrintStyle,
-           {"@layer print{*{transition:none!important}body{background:none!important}}", "", "", ""});
+           {"*{transition:none!important}body{background:none!important}", "", "", ""});
     EXPECT_EQ(style("div", "background-color"), "rgb(0, 0, 255)");
 }
 
