@@ -82,6 +82,10 @@ DevToolsReply DevToolsClient::call(const std::string& session, std::string_view 
     return failure(DevToolsReply::Status::timedOut, std::string(method) + " was not answered in time");
 }
 
+bool DevToolsClient::runUntil(const std::function<bool()>& isDone, std::chrono::nanoseconds timeout) {
+    return loop_.runUntil(isDone, std::chrono::steady_clock::now() + timeout);
+}
+
 void DevToolsClient::callSoon(NSRunLoop::Handler handler) {
     auto place = posted_.emplace(posted_.end());
     *place = loop_.performSoon([this, place, handler = std::move(handler)] {

@@ -65,6 +65,9 @@ public:
     DevToolsReply call(const std::string& session, std::string_view method, const Json& params,
                        std::chrono::nanoseconds timeout);
 
+    /// Runs the loop until this is so, or the timeout: for answers to several commands. False if it is not.
+    bool runUntil(const std::function<bool()>& isDone, std::chrono::nanoseconds timeout);
+
     /// Ends the subscription when destroyed. Any handler, even its own, may destroy it, and it may outlive
     /// the client.
     class Subscription {

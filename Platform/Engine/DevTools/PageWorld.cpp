@@ -1,6 +1,7 @@
 #include "Platform/Engine/DevTools/PageWorld.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace qrv::engine {
@@ -150,13 +151,38 @@ void PageWorld::callInFrame(const std::string& frameID, const PageScript& script
 
 std::vector<PageWorld::FrameAnswer> PageWorld::callInFrames(const PageScript& script,
                                                             const Arguments& arguments) {
-    std::vector<FrameAnswer> answers;
-    for (const std::string& frame : frameIDs()) {
-        const std::optional<Json> answer =
-            frame == mainFrameID_ ? call(script, arguments) : callInSubframe(frame, script, arguments);
-        if (answer) answers.push_back({frame, *answer});
+    struct Answers {
+        std::vector<std::optional<Json>> values;
+        std::size_t outstanding = 0;
+    };
+
+    const std::vector<std::string> frames = frameIDs();
+    // Shared with the handlers of frames that do not answer in time.
+    const auto answers = std::make_shared<Answers>();
+    answers->values.resize(frames.size());
+    answers->values[0] = call(script, arguments);
+    answers->outstanding = frames.size() - 1;
+    for (std::size_t at = 1; at < frames.size(); ++at) {
+        callInFrame(frames[at], script, arguments, [answers, at](const std::optional<Json>& answer) {
+            answers->values[at] = answer;
+            --answers->outstanding;
+        });
     }
-    return answers;
+    // For as long as one or the other still comes.
+    const auto comesAnother = [&] {
+        const std::size_t before = answers->outstanding;
+        return devTools_.runUntil([&] { return answers->outstanding < before; }, patience);
+    };
+    while (answers->outstanding > 0) {
+        if (comesAnother()) continue;
+        if (interrupted_) break;
+        interrupt();
+    }
+    std::vector<FrameAnswer> found;
+    for (std::size_t at = 0; at < frames.size(); ++at) {
+        if (const auto& answer = answers->values[at]) found.push_back({frames[at], *answer});
+    }
+    return found;
 }
 
 /// The main frame, then its descendants in the order of the tree.
@@ -172,16 +198,6 @@ std::vector<std::string> PageWorld::frameIDs() {
         waiting.insert(waiting.end(), children.rbegin(), children.rend());
     }
     return found;
-}
-
-std::optional<Json> PageWorld::callInSubframe(const std::string& frameID, const PageScript& script,
-                                              const Arguments& arguments) {
-    const std::int64_t context = contextOf(command(createWorld, worldParameters(frameID)));
-    if (context == 0) return std::nullopt;
-    devTools_.send(session_, evaluate, sharedParameters(context));
-    const DevToolsReply reply = command(callFunction, callParameters(script, arguments, context, false));
-    if (reply.status == DevToolsReply::Status::timedOut) interrupt();
-    return reply.ok() ? answerOf(script, reply.result) : std::nullopt;
 }
 
 /// Nothing when the script threw: it would do so again.

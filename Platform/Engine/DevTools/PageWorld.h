@@ -52,8 +52,10 @@ public:
     void callInFrame(const std::string& frameID, const PageScript& script, const Arguments& arguments,
                      AnswerHandler handler);
 
-    /// Calls a script in every frame, in the order of the tree, and runs the loop until all have answered.
-    /// Frames that do not answer are left out, and so are those beyond the first 200.
+    /// Calls a script in every frame, and runs the loop until all have answered: their answers, in the order
+    /// of the tree. Frames that do not answer are left out, and so are those beyond the first 200. Those
+    /// below the main frame are called one right after the other, since whatever a script changes makes a
+    /// page of many frames draw all of them before a later one is called.
     struct FrameAnswer {
         std::string frameID;
         Json answer;
@@ -77,8 +79,6 @@ public:
 
 private:
     std::optional<Json> call(const PageScript& script, const Arguments& arguments, bool awaitsPromise);
-    std::optional<Json> callInSubframe(const std::string& frameID, const PageScript& script,
-                                       const Arguments& arguments);
     std::optional<Json> answerOf(const PageScript& script, const Json& result);
     std::vector<std::string> frameIDs();
     bool make();

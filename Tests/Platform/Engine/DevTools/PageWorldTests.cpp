@@ -33,6 +33,7 @@ public:
     int worldsToRefuse = 0;
     bool isSilent = false; // answers no call
     int questionsToMiss = 0;
+    int callsToMiss = 0; // in other frames
 
     /// What was sent, in a word each: the method, and for a call the script's world.
     std::vector<std::string> words;
@@ -54,6 +55,7 @@ private:
         } else if (method == "Runtime.callFunctionOn") {
             words.push_back("call in " + std::to_string(params["executionContextId"].integer()));
             if (isSilent) return;
+            if (params["executionContextId"].integer() > 1 && callsToMiss-- > 0) return;
             if (worldsToLose-- > 0) return refuse(id);
             Json value = params["arguments"][0]["value"];
             reply(id, exception.isNull() ? Json::object({{"result", Json::object({{"value", value}})}})
@@ -218,9 +220,10 @@ Json tree(const char* frame, const std::vector<Json>& children = {}) {
 TEST_F(PageWorldTest, AScriptIsCalledInEveryFrameInTheOrderOfTheTree) {
     page_.frameTree = tree("M", {tree("A", {tree("B")}), tree("C")});
     const auto answers = world_.callInFrames(script, {7});
-    EXPECT_THAT(page_.words, ElementsAre("world of M", "shared in 1", "call in 1", "world of A",
-                                         "shared in 2", "call in 2", "world of B", "shared in 3", "call in 3",
-                                         "world of C", "shared in 4", "call in 4"));
+    // No frame waits for the answer of another.
+    EXPECT_THAT(page_.words, ElementsAre("world of M", "shared in 1", "call in 1", "world of A", "world of B",
+                                         "world of C", "shared in 2", "call in 2", "shared in 3", "call in 3",
+                                         "shared in 4", "call in 4"));
     std::vector<std::string> told;
     for (const auto& [frame, answer] : answers) told.push_back(frame + " " + jsonText(answer));
     EXPECT_THAT(told, ElementsAre("M 7", "A 7", "B 7", "C 7"));
@@ -234,6 +237,19 @@ TEST_F(PageWorldTest, AFrameThatIsGoneIsLeftOut) {
     ASSERT_EQ(answers.size(), 2u);
     EXPECT_EQ(answers[1].frameID, "B");
     EXPECT_FALSE(world_.isInterrupted());
+}
+
+// However many they are: each would be waited for.
+TEST_F(PageWorldTest, FramesThatDoNotAnswerAreInterruptedAndLeftOut) {
+    page_.frameTree = tree("M", std::vector<Json>(20, tree("A")));
+    world_.call(script);
+    page_.callsToMiss = 20;
+    const auto start = std::chrono::steady_clock::now();
+    const auto answers = world_.callInFrames(script, {7});
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 4 * PageWorld::patience);
+    EXPECT_TRUE(world_.isInterrupted());
+    ASSERT_EQ(answers.size(), 1u);
+    EXPECT_EQ(answers[0].frameID, "M");
 }
 
 TEST_F(PageWorldTest, NotMoreThanTwoHundredFramesAreCalled) {
