@@ -324,7 +324,7 @@ function linkTargets() {
     };
     const [address] = property('URL').split('#');
     const targets = new Map();
-    for (const { href } of query('a[href],area[href]')) {
+    for (const { href } of query('a[href*="#"],area[href*="#"]')) {
         const hash = String(href).indexOf('#');
         const fragment = String(href).slice(hash + 1);
         if (hash < 0 || href.slice(0, hash) !== address || targets.has(fragment)) continue;

@@ -6,6 +6,12 @@
     const partOfTheView = 0.25;
     const mayBeBroken = (box) =>
         Element.prototype.getBoundingClientRect.call(box).height > innerHeight * partOfTheView;
+    const concerns = (box) => {
+        const style = getComputedStyle(box);
+        return (
+            style.position === 'sticky' || style.outlineStyle !== 'none' || style.borderImageSource !== 'none'
+        );
+    };
     const changesOf = (box) => {
         const style = getComputedStyle(box);
         const changes = style.position === 'sticky' ? { position: 'relative', inset: 'auto' } : {};
@@ -20,8 +26,8 @@
         return { ...changes, outline: 'none', 'box-shadow': ring + others };
     };
     // First all are asked, since each change may have the page laid out anew.
-    const changed = query('*')
-        .filter((box) => box instanceof HTMLElement)
+    const changed = displayedTree()
+        .filter((box) => box instanceof HTMLElement && concerns(box))
         .map((box) => [box, changesOf(box)]);
     for (const [box, changes] of changed) set(box, changes);
     const takeDown = (box, leaveTopLayer) => {

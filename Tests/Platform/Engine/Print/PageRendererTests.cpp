@@ -192,6 +192,16 @@ TEST_F(PageRendererTest, OnlySheetsReleaseBoxes) {
     EXPECT_EQ(transport_.releases, 1);
 }
 
+// Whatever is asked there has the page laid out once more.
+TEST_F(PageRendererTest, NothingIsAskedBetweenTheStyleSheetAndThePrint) {
+    renderer_.paginatedPDF({612, 792}, 36);
+    const auto print = std::find_if(transport_.sent.begin(), transport_.sent.end(), [](const Json& command) {
+        return command["method"].string() == "Page.printToPDF";
+    });
+    ASSERT_NE(print, transport_.sent.end());
+    EXPECT_EQ((*std::prev(print))["params"]["functionDeclaration"].string(), scripts::applyPrintStyle.source);
+}
+
 TEST_F(PageRendererTest, APageThatNeverGetsReadyIsInterruptedOnce) {
     transport_.keepsPromises = false;
     EXPECT_FALSE(renderer_.screenPDF().isNil());

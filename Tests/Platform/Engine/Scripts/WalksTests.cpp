@@ -121,6 +121,13 @@ TEST_F(WalksTest, StickyBoxesAndOutlinesAreReleasedWhereverTheirStyleComesFrom) 
     expectReleased(closedTree);
 }
 
+TEST_F(WalksTest, StickyBoxesInShadowTreesAreReleased) {
+    show("<!DOCTYPE html><div id=host><template shadowrootmode=open><p "
+         "style=position:sticky></template></div>");
+    answer(scripts::releaseBoxes);
+    EXPECT_EQ(evaluate("getComputedStyle(host.shadowRoot.querySelector('p')).position").string(), "relative");
+}
+
 TEST_F(WalksTest, ShadowsOfUnderlinedTextAreFoundWhereverTheirStyleComesFrom) {
     for (const Origin& origin : origins) {
         showWith(origin, "text-shadow:1px 1px red");
