@@ -4,6 +4,7 @@
 #include "Platform/Foundation/NSException.h"
 #include "Platform/PDFKit/PDFDate.h"
 #include "Platform/PDFKit/PDFFile.h"
+#include "Platform/PDFKit/PDFWriting.h"
 
 #include <qpdf/QPDF.hh>
 

@@ -1,9 +1,7 @@
 #include "Platform/PDFKit/PDFFile.h"
 
-#include <qpdf/Buffer.hh>
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFExc.hh>
-#include <qpdf/QPDFWriter.hh>
 
 namespace qrv {
 
@@ -21,16 +19,6 @@ std::shared_ptr<QPDF> makeDocument(const NSData& bytes, Damage damage) {
     return {address, [document, bytes](QPDF*) {}};
 }
 
-/// Leaves empty streams uncompressed: the library would write no data at all, which readers cannot
-/// decompress.
-void keepEmptyStreams(QPDF& document) {
-    for (QPDFObjectHandle& object : document.getAllObjects()) {
-        if (!object.isStream()) continue;
-        QPDFObjectHandle length = object.getDict().getKey("/Length");
-        if (length.isInteger() && length.getIntValue() == 0) object.setFilterOnWrite(false);
-    }
-}
-
 } // namespace
 
 std::shared_ptr<QPDF> openPDF(const NSData& bytes) {
@@ -42,23 +30,6 @@ std::shared_ptr<QPDF> openPDF(const NSData& bytes) {
         return document;
     } catch (const std::exception&) {
         return nullptr;
-    }
-}
-
-NSData serializePDF(QPDF& document) {
-    try {
-        keepEmptyStreams(document);
-        QPDFWriter writer(document);
-        writer.setOutputMemory();
-        writer.setObjectStreamMode(qpdf_o_generate);
-        writer.setDeterministicID(true);
-        writer.write();
-        if (document.anyWarnings()) return {};
-        const std::shared_ptr<Buffer> buffer = writer.getBufferSharedPointer();
-        const auto* bytes = buffer->getBuffer();
-        return NSData(std::string(bytes, bytes + buffer->getSize()));
-    } catch (const std::exception&) {
-        return {};
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// Opens, writes and judges whole PDF files through the PDF library. A file can make it crash, or take all
+// Opens and judges whole PDF files through the PDF library. A file can make it crash, or take all
 // memory: these operations belong into a confined child (see ConfinedPDF.h).
 
 #include "Platform/Foundation/NSData.h"
@@ -14,10 +14,6 @@ namespace qrv {
 /// Opens the document in these bytes, which it keeps alive. Returns null if they are no PDF, or are encrypted
 /// or damaged: a repaired file could lose contents when it is written back.
 std::shared_ptr<QPDF> openPDF(const NSData& bytes);
-
-/// Writes the document: compressed, with object streams, not linearised, deterministically. Returns nil if a
-/// part of it turns out to be damaged.
-NSData serializePDF(QPDF& document);
 
 /// True when readers will find pages in these bytes, if only after mending damage as they do, and when they
 /// will ask for a password. False for anything else and for nil.

@@ -9,6 +9,7 @@
 #include "Platform/Engine/PDF/PDFStructure.h"
 #include "Platform/PDFKit/ConfinedPDF.h"
 #include "Platform/PDFKit/PDFFile.h"
+#include "Platform/PDFKit/PDFWriting.h"
 
 #include <cmath>
 #include <initializer_list>
@@ -238,7 +239,9 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* 
     const std::shared_ptr<QPDF> document = openPDF(pdf);
     if (!document) return {};
     std::string limitNotes;
+    UnreadObjects elements;
     try {
+        elements = unreadElements(*document, pdf);
         document->pushInheritedAttributesToPage();
         if (edits.removesEmptySheetsAtEnd) removeEmptySheetsAtEnd(*document, edits.destinations.margin);
         resolveInvertedMasks(*document);
@@ -255,7 +258,7 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* 
         return {};
     }
     if (notes) *notes += limitNotes;
-    return serializePDF(*document);
+    return serializePDF(*document, elements);
 }
 
 NSData confinedPDFByApplying(const PDFPageEdits& edits, const NSData& pdf) {

@@ -16,6 +16,12 @@ constexpr Role roles[] = {{"/Aside", "/Sect"}, {"/Em", "/Span"}, {"/Strong", "/S
 
 } // namespace
 
+UnreadObjects unreadElements(QPDF& document, const NSData& pdf) {
+    QPDFObjectHandle tree = document.getRoot().getKey("/StructTreeRoot");
+    if (!tree.isDictionary()) return {};
+    return UnreadObjects(document, pdf, "<</Type /StructElem", {tree.getKey("/K").getObjectID()});
+}
+
 void setLanguage(QPDF& document, const std::string& language) {
     const QPDFObjectHandle value =
         language.empty() ? QPDFObjectHandle::newNull() : QPDFObjectHandle::newUnicodeString(language);

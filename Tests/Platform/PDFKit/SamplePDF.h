@@ -2,6 +2,8 @@
 
 // PDF files for tests, written object by object as plain text, and a look at the results with other programs.
 
+#include "Tests/Support/TemporaryFolder.h"
+
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -42,6 +44,22 @@ inline std::string outputOf(const std::string& command) {
         output.append(chunk.data(), count);
     }
     return output;
+}
+
+/// A page and, from the fourth on, more objects.
+inline std::string makeOnePage(const std::vector<std::string>& others = {}) {
+    std::vector<std::string> objects{"<</Type/Catalog/Pages 2 0 R/Others[4 0 R 5 0 R]>>",
+                                     "<</Type/Pages/Kids[3 0 R]/Count 1>>",
+                                     "<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]/Resources<<>>>>"};
+    objects.insert(objects.end(), others.begin(), others.end());
+    return makePDF(objects);
+}
+
+/// What a program says of a file; its place in the command is marked by an "@".
+inline std::string inspect(const std::string& bytes, std::string command) {
+    const TemporaryFolder folder;
+    command.replace(command.find('@'), 1, "'" + folder.write("out.pdf", bytes).utf8() + "'");
+    return outputOf(command);
 }
 
 } // namespace qrv

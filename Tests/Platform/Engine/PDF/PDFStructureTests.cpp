@@ -1,4 +1,7 @@
+#include "Platform/Engine/PDF/PDFStructure.h"
+
 #include "Platform/Engine/PDF/PDFPageEdits.h"
+#include "Platform/PDFKit/PDFFile.h"
 #include "Tests/Platform/PDFKit/SamplePDF.h"
 #include "Tests/Support/TemporaryFolder.h"
 
@@ -62,6 +65,44 @@ TEST(PDFStructureTest, AMappingThatIsThereStays) {
 TEST(PDFStructureTest, NothingIsMappedWithoutATree) {
     EXPECT_EQ(valuesIn(structuredPDF("", "null"), {}, "trailer/Root/StructTreeRoot"), "null\n");
     EXPECT_EQ(valuesIn(structuredPDF("/StructTreeRoot 5", "null"), {}, "trailer/Root/StructTreeRoot"), "5\n");
+}
+
+/// A tree as the engine writes it: the top, and below it elements, one of which has something in an order of
+/// its own.
+std::string treeOfElements() {
+    return makePDF({"<</Type /Catalog /Pages 2 0 R /StructTreeRoot 4 0 R /Outlines 8 0 R>>",
+                    "<</Type /Pages /Kids [3 0 R] /Count 1>>",
+                    "<</Type /Page /Parent 2 0 R /MediaBox [0 0 100 200]>>",
+                    "<</Type /StructTreeRoot\n/K 5 0 R>>",
+                    "<</Type /StructElem\n/S /Document\n/Lang (en)\n/P 4 0 R\n/K [6 0 R 7 0 R]>>",
+                    "<</Type /StructElem\n/S /P\n/P 5 0 R\n/Alt (4 0 R)>>",
+                    "<</Type /StructElem\n/S /Link\n/P 5 0 R\n/K <</Type /OBJR\n/Obj 10 0 R>>>>",
+                    "<</Type /Outlines /First 9 0 R /Last 9 0 R /Count 1>>",
+                    "<</Title (One) /Parent 8 0 R /Dest [3 0 R /XYZ 0 200 0] /SE 6 0 R>>",
+                    "<</Type /Annot /Subtype /Link /Rect [0 0 1 1] /P 3 0 R>>"});
+}
+
+TEST(PDFStructureTest, ElementsStayAsTheyAre) {
+    const std::string tree = treeOfElements();
+    const std::string k = "trailer/Root/StructTreeRoot/K/K/";
+    const std::string paths = k + "1/S " + k + "1/P/S " + k + "1/Alt " + k + "2/S " + k +
+                              "2/K/Obj/Subtype trailer/Root/Outlines/First/SE/S";
+    EXPECT_EQ(valuesIn(tree, {}, paths), "/P\n/Document\n(4 0 R)\n/Link\n/Link\n/P\n");
+}
+
+TEST(PDFStructureTest, TheTopmostElementGetsTheLanguageAmongOthers) {
+    PDFPageEdits edits;
+    edits.language = "de";
+    EXPECT_EQ(valuesIn(treeOfElements(), edits, languages), "(de)\n(de)\n");
+}
+
+TEST(PDFStructureTest, ElementsAreNotRead) {
+    const NSData pdf(treeOfElements());
+    const auto document = openPDF(pdf);
+    const UnreadObjects elements = unreadElements(*document, pdf);
+    EXPECT_EQ(elements.text(5), "");
+    EXPECT_THAT(std::string(elements.text(6)), HasSubstr("/S /P\n"));
+    EXPECT_THAT(std::string(elements.text(7)), HasSubstr("/S /Link\n"));
 }
 
 } // namespace
