@@ -4,6 +4,8 @@
 #include "Fuzz/FuzzInput.h"
 #include "Platform/Engine/PDF/PDFPageEdits.h"
 #include "Platform/PDFKit/PDFFile.h"
+#include "Platform/PDFKit/PDFUpdate.h"
+#include "Platform/PDFKit/PDFWriting.h"
 
 using namespace qrv;
 using namespace qrv::engine;
@@ -32,12 +34,25 @@ PDFPageEdits everyEdit() {
     return edits;
 }
 
+/// With another title the file can be opened as before.
+void requireUpdate(QPDF& document, const NSData& file) {
+    const PDFEnding ending = endingOf(document, file);
+    const std::string update =
+        updateOfPDF(ending, file.length(), {{"/Title", PDFAttributeChange::Kind::text, "New"}});
+    const NSData updated(std::string(file.bytes()) + update);
+    const auto reopened = openPDF(updated);
+    require(reopened != nullptr);
+    require(
+        endingOf(*reopened, updated).attributes.objectForKey(NSString(u"Title")).isEqual(NSString(u"New")));
+}
+
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const NSData data(std::string(FuzzInput(bytes, size).rest()));
     const bool isReadable = isReadablePDF(data);
     if (const auto document = openPDF(data)) {
+        requireUpdate(*document, data);
         if (const NSData written = serializePDF(*document)) require(openPDF(written) != nullptr);
     }
     const NSData edited = pdfByApplying(everyEdit(), data);

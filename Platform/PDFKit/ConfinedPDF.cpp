@@ -4,7 +4,11 @@
 #include "Platform/PDFKit/PDFFile.h"
 
 #include <algorithm>
+#include <cstring>
+#include <mutex>
+#include <qpdf/QPDF.hh>
 #include <sstream>
+#include <utility>
 
 namespace qrv {
 
@@ -22,6 +26,57 @@ ConfinedLimits limitsForPDF(std::size_t length) {
     return limits;
 }
 
+namespace {
+
+/// The file that was made or looked at last.
+class LastFile {
+public:
+    void remember(const NSData& bytes, const std::optional<PDFEnding>& ending) {
+        const std::lock_guard lock(mutex_);
+        bytes_ = bytes;
+        ending_ = ending;
+    }
+
+    /// Nothing for other bytes; a file that cannot be opened has no ending.
+    std::optional<std::optional<PDFEnding>> endingOf(const NSData& bytes) {
+        const std::lock_guard lock(mutex_);
+        if (!bytes_ || bytes.bytes() != bytes_.bytes()) return std::nullopt;
+        return std::make_optional(ending_);
+    }
+
+private:
+    std::mutex mutex_;
+    NSData bytes_;
+    std::optional<PDFEnding> ending_;
+};
+
+/// Never destroyed, since another thread may end the process.
+LastFile& lastFile() {
+    static auto* file = new LastFile;
+    return *file;
+}
+
+/// Two parts as one, and back; empty parts of what is too short.
+NSData joined(const NSData& first, const NSData& second) {
+    const std::uint64_t length = first.length();
+    std::string bytes(reinterpret_cast<const char*>(&length), sizeof length);
+    bytes += first.bytes();
+    bytes += second.bytes();
+    return NSData(std::move(bytes));
+}
+
+std::pair<NSData, NSData> parted(const NSData& parts) {
+    std::uint64_t length = 0;
+    if (parts.length() < sizeof length) return {};
+    std::memcpy(&length, parts.bytes().data(), sizeof length);
+    const std::size_t rest = parts.length() - sizeof length;
+    if (length > rest) return {};
+    return {parts.subdataWithRange({sizeof length, length}),
+            parts.subdataWithRange({sizeof length + length, rest - length})};
+}
+
+} // namespace
+
 std::optional<NSData> workOnPDF(const char* purpose, const NSData& pdf, const ConfinedWork& work) {
     const ConfinedResult result = runConfined(work, limitsForPDF(pdf.length()));
     std::istringstream notes(result.notes);
@@ -31,11 +86,36 @@ std::optional<NSData> workOnPDF(const char* purpose, const NSData& pdf, const Co
     return std::nullopt;
 }
 
+NSData makeFromPDF(const char* purpose, const NSData& pdf, const PDFMaking& making) {
+    const auto made = workOnPDF(purpose, pdf, [&](std::string& notes) {
+        PDFEnding ending;
+        const NSData bytes = making(notes, ending);
+        return bytes ? joined(listFromEnding(ending), bytes) : NSData();
+    });
+    if (!made || !*made) return {};
+    const auto [list, bytes] = parted(*made);
+    lastFile().remember(bytes, endingFromList(list));
+    return bytes;
+}
+
 bool mayBeReadablePDF(const NSData& bytes) {
     const auto answer = workOnPDF("looking at a stored PDF", bytes, [&](std::string&) {
+        if (const auto document = openPDF(bytes)) {
+            return document->getAllPages().empty() ? NSData() : listFromEnding(endingOf(*document, bytes));
+        }
         return isReadablePDF(bytes) ? NSData::data() : NSData();
     });
+    if (answer && *answer) lastFile().remember(bytes, endingFromList(*answer));
     return !answer || *answer;
+}
+
+std::optional<PDFEnding> endingOfPDF(const NSData& bytes) {
+    if (const auto known = lastFile().endingOf(bytes)) return *known;
+    const auto list = workOnPDF("reading a PDF", bytes, [&](std::string&) {
+        const auto document = openPDF(bytes);
+        return document ? listFromEnding(endingOf(*document, bytes)) : NSData();
+    });
+    return list ? endingFromList(*list) : std::nullopt;
 }
 
 } // namespace qrv

@@ -4,6 +4,7 @@
 // done in here, in a confined child with limits that go with the file's length.
 
 #include "Platform/Confinement/ConfinedWork.h"
+#include "Platform/PDFKit/PDFEnding.h"
 
 #include <optional>
 
@@ -18,8 +19,19 @@ ConfinedLimits limitsForPDF(std::size_t length);
 /// logged.
 std::optional<NSData> workOnPDF(const char* purpose, const NSData& pdf, const ConfinedWork& work);
 
+/// What makes another PDF of a file: returns its bytes, or nil, and tells their ending.
+using PDFMaking = std::function<NSData(std::string& notes, PDFEnding& ending)>;
+
+/// Makes a PDF as workOnPDF does work; nil also when that failed. What has been made is known to
+/// endingOfPDF.
+NSData makeFromPDF(const char* purpose, const NSData& pdf, const PDFMaking& making);
+
 /// `isReadablePDF`, asked in a confined child; true also for a file that is too much for it, which readers
-/// may take all the same.
+/// may take all the same. A file that is readable is known to endingOfPDF.
 bool mayBeReadablePDF(const NSData& bytes);
+
+/// The ending of a file; nothing where `openPDF` refuses it. No child is started for the bytes of the file
+/// that was made or looked at last. Any thread.
+std::optional<PDFEnding> endingOfPDF(const NSData& bytes);
 
 } // namespace qrv

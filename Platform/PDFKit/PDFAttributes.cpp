@@ -3,16 +3,12 @@
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSException.h"
 #include "Platform/PDFKit/PDFDate.h"
-#include "Platform/PDFKit/PDFFile.h"
-#include "Platform/PDFKit/PDFWriting.h"
 
-#include <qpdf/QPDF.hh>
+#include <qpdf/QPDFObjectHandle.hh>
 
 namespace qrv {
 
 namespace {
-
-constexpr const char* informationKey = "/Info";
 
 using Change = PDFAttributeChange;
 
@@ -21,7 +17,7 @@ NSString nameFromPDF(const std::string& name) {
 }
 
 std::string nameToPDF(const NSString& name) {
-    return "/" + name.utf8();
+    return QPDFObjectHandle::newName("/" + name.utf8()).unparse();
 }
 
 /// Returns nil for a value that is no attribute.
@@ -46,28 +42,6 @@ Change changeTo(const NSString& name, const id& value) {
     return {nameToPDF(name), Change::Kind::date, date};
 }
 
-QPDFObjectHandle attributeToPDF(const Change& change) {
-    switch (change.kind) {
-    case Change::Kind::text:
-        return QPDFObjectHandle::newUnicodeString(change.value);
-    case Change::Kind::date:
-        return QPDFObjectHandle::newString(change.value);
-    case Change::Kind::removal:
-        break;
-    }
-    return QPDFObjectHandle::newNull(); // which removes the entry
-}
-
-void change(QPDF& document, const std::vector<Change>& changes) {
-    QPDFObjectHandle trailer = document.getTrailer();
-    if (!trailer.getKey(informationKey).isDictionary()) {
-        trailer.replaceKey(informationKey, document.makeIndirectObject(QPDFObjectHandle::newDictionary()));
-    }
-    QPDFObjectHandle information = trailer.getKey(informationKey);
-    for (const Change& change : changes) information.replaceKey(change.name, attributeToPDF(change));
-    document.getRoot().removeKey("/Metadata");
-}
-
 } // namespace
 
 std::vector<Change> changesOfAttributes(const NSDictionary& present, const NSDictionary& wanted) {
@@ -86,11 +60,8 @@ std::vector<Change> changesOfAttributes(const NSDictionary& present, const NSDic
     return changes;
 }
 
-NSDictionary attributesOfPDF(const NSData& pdf) {
-    const auto document = openPDF(pdf);
-    if (!document) return {};
+NSDictionary attributesIn(QPDFObjectHandle information) {
     NSMutableDictionary attributes;
-    QPDFObjectHandle information = document->getTrailer().getKey(informationKey);
     if (!information.isDictionary()) return attributes.copy();
     for (const auto& [name, value] : information.ditems()) {
         if (const id attribute = attributeFromPDF(name, value)) {
@@ -100,11 +71,9 @@ NSDictionary attributesOfPDF(const NSData& pdf) {
     return attributes.copy();
 }
 
-NSData pdfByChangingAttributes(const NSData& pdf, const std::vector<Change>& changes) {
-    const auto document = openPDF(pdf);
-    if (!document) return {};
-    if (!changes.empty()) change(*document, changes);
-    return serializePDF(*document);
+std::string syntaxOf(const Change& change) {
+    return change.kind == Change::Kind::date ? QPDFObjectHandle::newString(change.value).unparse()
+                                             : QPDFObjectHandle::newUnicodeString(change.value).unparse();
 }
 
 } // namespace qrv

@@ -1,20 +1,21 @@
 #pragma once
 
-// The document information of a PDF: how its entries are read and written. What takes a file's bytes belongs
-// into a confined child (see ConfinedPDF.h).
+// The document information of a PDF: how its entries are read and written. What is read of a file's objects
+// belongs into a confined child (see ConfinedPDF.h).
 
-#include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSDictionary.h"
 
 #include <string>
 #include <vector>
+
+class QPDFObjectHandle;
 
 namespace qrv {
 
 struct PDFAttributeChange {
     enum class Kind { removal, text, date };
 
-    std::string name; ///< with the slash
+    std::string name; ///< in PDF syntax, with the slash
     Kind kind = Kind::removal;
     std::string value; ///< UTF-8 of a text, PDF syntax of a date
 };
@@ -25,11 +26,10 @@ struct PDFAttributeChange {
 std::vector<PDFAttributeChange> changesOfAttributes(const NSDictionary& present, const NSDictionary& wanted);
 
 /// The entries of the document information that are texts, names or dates; a date in an unusual form is
-/// returned as text. nil where `openPDF` refuses the file.
-NSDictionary attributesOfPDF(const NSData& pdf);
+/// returned as text. Empty for what is no dictionary. Throws what the PDF library throws.
+NSDictionary attributesIn(QPDFObjectHandle information);
 
-/// Returns the file with these changes, if there are any, and then without the metadata stream, which would
-/// contradict them. nil where `openPDF` or `serializePDF` refuse the file.
-NSData pdfByChangingAttributes(const NSData& pdf, const std::vector<PDFAttributeChange>& changes);
+/// The new value in PDF syntax.
+std::string syntaxOf(const PDFAttributeChange& change);
 
 } // namespace qrv

@@ -9,8 +9,8 @@
 //         document->writeToFile(url.path());
 //     }
 //
-// What the PDF library does with the file's bytes happens in confined children. One thread at a time may use
-// a document.
+// What the PDF library does with the file's bytes happens in a confined child. One thread at a time may use a
+// document.
 
 #include "Platform/Foundation/NSData.h"
 #include "Platform/Foundation/NSDictionary.h"
@@ -19,6 +19,8 @@
 #include <memory>
 
 namespace qrv {
+
+struct PDFEnding;
 
 // Keys of documentAttributes. Both dates are NSDate, everything else is NSString.
 
@@ -32,6 +34,8 @@ inline constexpr char16_t PDFDocumentModificationDateAttribute[] = u"ModDate";
 
 class PDFDocument {
 public:
+    ~PDFDocument();
+
     // - initWithURL:
     /// Reads the file at once. Returns null if the URL is no file URL, or if the file cannot be read, is no
     /// PDF, is encrypted or is damaged (damage is not repaired), and if it is too much for its limits, which
@@ -51,15 +55,15 @@ public:
     void setDocumentAttributes(const NSDictionary& attributes);
 
     // - writeToFile:
-    /// Replaces the file in one step. Returns false, and leaves an existing file untouched, if it cannot be
-    /// written or the document turns out to be damaged or too much for its limits, which is logged.
+    /// Replaces the file in one step; what has changed is appended to the bytes that were read, which stay as
+    /// they are. Returns false, and leaves an existing file untouched, if it cannot be written.
     bool writeToFile(const NSString& path) const;
 
 private:
-    PDFDocument(NSData bytes, const NSDictionary& attributes);
+    PDFDocument(NSData bytes, PDFEnding ending);
 
     NSData bytes_;
-    NSDictionary attributesInFile_;
+    std::unique_ptr<PDFEnding> ending_; // of the file
     NSDictionary attributes_;
 };
 

@@ -93,7 +93,7 @@ class Writer {
 public:
     Writer(QPDF& document, const UnreadObjects& unread) : document_(document), unread_(unread) {}
 
-    NSData write() {
+    void write() {
         const std::set<QPDFObjGen> objects = Reachable(document_, unread_).objects;
         next_ = objects.empty() ? 1 : objects.rbegin()->getObj() + 1;
         if (next_ > mostObjects) throw std::range_error("numbers too large for readers");
@@ -101,8 +101,15 @@ public:
         for (const QPDFObjGen& object : objects) writeObject(object);
         finishObjectStream();
         writeTable();
-        return document_.anyWarnings() ? NSData() : NSData(std::move(file_));
     }
+
+    PDFEnding ending() const {
+        PDFEnding ending = endingOf(document_, trailer_);
+        ending.table = static_cast<long long>(table_);
+        return ending;
+    }
+
+    NSData takeFile() { return NSData(std::move(file_)); }
 
 private:
     void writeObject(const QPDFObjGen& object) {
@@ -172,8 +179,8 @@ private:
     /// The last object of the file: a row for each object, in which each byte is the difference to the one
     /// above it, since that is compressed best.
     void writeTable() {
-        const std::size_t start = file_.size();
-        places_[next_] = {1, start, 0};
+        table_ = file_.size();
+        places_[next_] = {1, table_, 0};
         std::string rows;
         std::string above(columns, '\0');
         for (const auto& [number, place] : places_) {
@@ -182,21 +189,21 @@ private:
             for (std::size_t i = 0; i < columns; ++i) rows += static_cast<char>(row[i] - above[i]);
             above = row;
         }
-        QPDFObjectHandle dictionary =
-            QPDFObjectHandle::parse("<</Type /XRef /W [1 8 2] /DecodeParms <</Columns 11 /Predictor 12>>>>");
-        dictionary.replaceKey("/Size", QPDFObjectHandle::newInteger(next_ + 1));
-        dictionary.replaceKey("/Index", indexOfTable());
-        dictionary.replaceKey("/ID", identifier(rows));
+        trailer_ =
+            QPDFObjectHandle::parse("<</Type /XRef /W [1 5 2] /DecodeParms <</Columns 8 /Predictor 12>>>>");
+        trailer_.replaceKey("/Size", QPDFObjectHandle::newInteger(next_ + 1));
+        trailer_.replaceKey("/Index", indexOfTable());
+        trailer_.replaceKey("/ID", identifier(rows));
         for (const char* key : {"/Root", "/Info"}) {
-            dictionary.replaceKey(key, document_.getTrailer().getKey(key));
+            trailer_.replaceKey(key, document_.getTrailer().getKey(key));
         }
-        writeCompressed(QPDFObjGen(next_, 0), dictionary, rows);
-        file_ += "startxref\n" + std::to_string(start) + "\n%%EOF\n";
+        writeCompressed(QPDFObjGen(next_, 0), trailer_, rows);
+        file_ += "startxref\n" + std::to_string(table_) + "\n%%EOF\n";
     }
 
     static std::string rowOf(const Place& place) {
         std::string row(1, static_cast<char>(place.kind));
-        for (int shift = 56; shift >= 0; shift -= 8) row += static_cast<char>(place.where >> shift);
+        for (int shift = 32; shift >= 0; shift -= 8) row += static_cast<char>(place.where >> shift);
         for (int shift = 8; shift >= 0; shift -= 8) row += static_cast<char>(place.detail >> shift);
         return row;
     }
@@ -235,13 +242,15 @@ private:
         return identifier;
     }
 
-    static constexpr std::size_t columns = 11; // of a row: 1 for the kind, 8, and 2
+    static constexpr std::size_t columns = 8; // bytes of a row: 1, 5 and 2
 
     QPDF& document_;
     const UnreadObjects& unread_;
     std::string file_;
     std::map<int, Place> places_;
     int next_ = 1;
+    std::size_t table_ = 0;
+    QPDFObjectHandle trailer_;
     // The object stream that is being filled.
     std::string numbers_;
     std::string texts_;
@@ -250,9 +259,13 @@ private:
 
 } // namespace
 
-NSData serializePDF(QPDF& document, const UnreadObjects& unread) {
+NSData serializePDF(QPDF& document, const UnreadObjects& unread, PDFEnding* ending) {
     try {
-        return Writer(document, unread).write();
+        Writer writer(document, unread);
+        writer.write();
+        if (document.anyWarnings()) return {};
+        if (ending) *ending = writer.ending();
+        return writer.takeFile();
     } catch (const std::exception&) {
         return {};
     }

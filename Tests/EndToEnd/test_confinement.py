@@ -6,7 +6,7 @@ import unittest
 import confinement
 import engine
 import traces
-from pages import acting, page
+from pages import acting, main_resource, page
 from tool import ToolTestCase, tool_path
 
 # Besides its temporary folder and shared memory: where the engine's own files, libraries, fonts, languages and time zones are, and
@@ -30,14 +30,14 @@ exec %(engine)s "$@"
 
 
 class TraceTestCase(ToolTestCase):
-    def trace(self, calls, executable=None, environment=None, **options):
-        """Converts a page, and returns the process that is the tool and the calls that came back without an error."""
+    def trace(self, calls, executable=None, environment=None, archive=None, **options):
+        """Converts a page, a busy one unless given, and returns the process that is the tool and the calls that came back without an error."""
         record = self.folder / "record"
         record.mkdir()
         record.chmod(0o777)
         (self.folder / "out").chmod(0o777)
         self.set_preferences({"WebToolExtraLoadingTime": 1})
-        path = self.archive_file(acting(BUSY_PAGE, "<p>Text</p>"))
+        path = self.archive_file(archive or acting(BUSY_PAGE, "<p>Text</p>"))
         output = self.folder / "out" / "page.pdf"
         done = subprocess.run(["strace", "-f", "-y", "-s", "0", "-e", "trace=" + calls, "-o", str(record / "calls"),
                                executable or tool_path(), "screen", path, str(output), "uid"],
@@ -48,6 +48,22 @@ class TraceTestCase(ToolTestCase):
         self.assert_nothing_left()
         text = (record / "calls").read_text(encoding="utf-8")
         return text.split(maxsplit=1)[0], [call for call in traces.calls(text) if call.result >= 0]
+
+
+class ChildrenTests(TraceTestCase):
+    def children(self, archive):
+        tool, calls = self.trace("clone,clone3,fork,vfork", archive=archive)
+        return [call for call in calls if call.process == tool and "CLONE_THREAD" not in call.arguments]
+
+    def test_page_needs_one_child_besides_the_engine(self):
+        self.assertEqual(len(self.children(page("<h1>One</h1><p><a href='https://a.example/'>Two</a>"))), 2)
+
+    def test_stored_pdf_needs_one_child_besides_the_engine(self):
+        first = self.convert(page("<p>Text</p>"), name="first.pdf")
+        with open(first.output, "rb") as file:
+            data = file.read()
+        archive = main_resource("https://www.site.example/file.pdf", data, "application/pdf", None)
+        self.assertEqual(len(self.children(archive)), 2)
 
 
 class ConfinementTests(TraceTestCase):

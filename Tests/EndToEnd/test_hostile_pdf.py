@@ -11,19 +11,18 @@ from tool import ToolTestCase, tool_path
 
 ENDED = "finish with error"
 TOO_MUCH_MEMORY = r"PDF needed more than \d+ MiB of memory\n"
-TOO_MUCH_TIME = r"writing a PDF needed more than \d+ s of processor time\n"
 CRASH = r"looking at a stored PDF was ended by signal 11 \(Segmentation fault\)\n"
 
 # Files of which it is known how they end, and what the log says then.
 EXPECTED = {
     "a cross-reference stream of gigabytes": ("as it is", TOO_MUCH_MEMORY),
     "an object stream of gigabytes": ("as it is", TOO_MUCH_MEMORY),
-    "rows of gigabytes": ("as it is", TOO_MUCH_MEMORY),
+    "rows of gigabytes": ("stamped", ENDED),
     "a cross-reference stream with rows of gigabytes": ("as it is", TOO_MUCH_MEMORY),
-    "contents of gigabytes": ("as it is", TOO_MUCH_TIME),
+    "contents of gigabytes": ("stamped", ENDED),
     "a page tree that is deep": ("as it is", CRASH),
     "a password": ("as it is", ENDED),
-    "a length that is too large": ("as it is", ENDED),
+    "a length that is too large": ("stamped", ENDED),
     "outlines in a circle": ("stamped", ENDED),
     "document information that is text": ("stamped", ENDED),
     "JPEG 2000 garbage": ("stamped", ENDED),

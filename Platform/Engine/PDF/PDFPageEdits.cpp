@@ -233,7 +233,7 @@ private:
 
 } // namespace
 
-NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* notes) {
+NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* notes, PDFEnding* ending) {
     if (!isUsable(edits.scale)) return {};
     if (edits.size && !(isUsable(edits.size->width) && isUsable(edits.size->height))) return {};
     const std::shared_ptr<QPDF> document = openPDF(pdf);
@@ -258,13 +258,13 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* 
         return {};
     }
     if (notes) *notes += limitNotes;
-    return serializePDF(*document, elements);
+    return serializePDF(*document, elements, ending);
 }
 
 NSData confinedPDFByApplying(const PDFPageEdits& edits, const NSData& pdf) {
-    return workOnPDF("editing the engine's PDF", pdf,
-                     [&](std::string& notes) { return pdfByApplying(edits, pdf, &notes); })
-        .value_or(NSData());
+    return makeFromPDF("editing the engine's PDF", pdf, [&](std::string& notes, PDFEnding& ending) {
+        return pdfByApplying(edits, pdf, &notes, &ending);
+    });
 }
 
 } // namespace qrv::engine

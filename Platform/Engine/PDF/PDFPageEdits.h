@@ -15,6 +15,10 @@
 #include <string>
 #include <vector>
 
+namespace qrv {
+struct PDFEnding;
+}
+
 namespace qrv::engine {
 
 struct PDFPageEdits {
@@ -45,9 +49,10 @@ struct PDFPageEdits {
 /// characters for glyphs that stand for several, with masks and translucent patterns that readers draw alike,
 /// and within the limits of common readers. nil for data that is no PDF, is encrypted or damaged, and for
 /// sizes and scales that are not finite and positive or give a page larger than 1e8 points. Adds what the log
-/// should say to `notes`, a line each; null drops it. What pages draw can make the PDF library crash, or take
-/// all memory.
-NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* notes = nullptr);
+/// should say to `notes`, a line each, and tells the result's ending; null drops either. What pages draw can
+/// make the PDF library crash, or take all memory.
+NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* notes = nullptr,
+                     PDFEnding* ending = nullptr);
 
 /// Does the same in a confined child (see ConfinedPDF.h), and logs the notes. nil also for a document that is
 /// too much for its limits, which is logged.

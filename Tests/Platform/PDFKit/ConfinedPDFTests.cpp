@@ -1,13 +1,18 @@
 #include "Platform/PDFKit/ConfinedPDF.h"
 
+#include "Platform/PDFKit/PDFFile.h"
+#include "Platform/PDFKit/PDFWriting.h"
 #include "Tests/Platform/PDFKit/SamplePDF.h"
 
+#include <functional>
 #include <gmock/gmock.h>
+#include <pthread.h>
 
 namespace qrv {
 namespace {
 
 using testing::HasSubstr;
+using testing::StartsWith;
 using testing::internal::CaptureStderr;
 using testing::internal::GetCapturedStderr;
 
@@ -77,6 +82,73 @@ TEST(ConfinedPDF, ReadersMayTakeWhatIsTooMuchForTheLibrary) {
     EXPECT_TRUE(mayBeReadablePDF(deep));
     EXPECT_THAT(GetCapturedStderr(),
                 HasSubstr("looking at a stored PDF was ended by signal 11 (Segmentation fault)\n"));
+}
+
+int forks = 0;
+
+/// How many children an operation starts.
+int forksDuring(const std::function<void()>& operation) {
+    static const int isCounting = ::pthread_atfork(
+        nullptr, [] { ++forks; }, nullptr);
+    EXPECT_EQ(isCounting, 0);
+    forks = 0;
+    operation();
+    return forks;
+}
+
+std::string titled(const std::string& title) {
+    return makePDF({"<</Type/Catalog/Pages 2 0 R>>", "<</Type/Pages/Kids[3 0 R]/Count 1>>",
+                    "<</Type/Page/Parent 2 0 R/MediaBox[0 0 9 9]>>", "<</Title(" + title + ")>>"},
+                   "/Info 4 0 R");
+}
+
+NSString titleOf(const std::optional<PDFEnding>& ending) {
+    return ending ? as<NSString>(ending->attributes.objectForKey(NSString(u"Title"))) : NSString();
+}
+
+TEST(ConfinedPDF, AsksAChildForAnEnding) {
+    EXPECT_EQ(forksDuring([] { EXPECT_EQ(titleOf(endingOfPDF(NSData(titled("A")))), NSString(u"A")); }), 1);
+    EXPECT_EQ(forksDuring([] { EXPECT_FALSE(endingOfPDF(NSData("<html>"))); }), 1);
+}
+
+TEST(ConfinedPDF, KnowsTheEndingOfWhatItHasMade) {
+    const NSData source(titled("B"));
+    NSData made;
+    EXPECT_EQ(forksDuring([&] {
+                  made = makeFromPDF("making", source, [&](std::string& notes, PDFEnding& ending) {
+                      notes = "made";
+                      return serializePDF(*openPDF(source), {}, &ending);
+                  });
+                  EXPECT_EQ(titleOf(endingOfPDF(NSData(std::string(made.bytes())))), NSString(u"B"));
+              }),
+              1);
+    EXPECT_THAT(std::string(made.bytes()), StartsWith("%PDF-1.5"));
+    EXPECT_EQ(titleOf(endingOfPDF(NSData(titled("C")))), NSString(u"C"));
+}
+
+TEST(ConfinedPDF, MakesNothingOfWorkThatFailsOrHasNoResult) {
+    const auto make = [](const PDFMaking& making) { return makeFromPDF("making", NSData("x"), making); };
+    CaptureStderr();
+    EXPECT_TRUE(make([](std::string&, PDFEnding&) { return NSData(); }).isNil());
+    EXPECT_EQ(GetCapturedStderr(), "");
+    CaptureStderr();
+    EXPECT_TRUE(make([](std::string&, PDFEnding&) -> NSData { __builtin_trap(); }).isNil());
+    EXPECT_THAT(GetCapturedStderr(), HasSubstr("making was ended by signal 4 (Illegal instruction)\n"));
+}
+
+TEST(ConfinedPDF, KnowsWhatItHasLookedAt) {
+    const NSData file(titled("D"));
+    const NSData damaged(titled("E").substr(0, titled("E").size() - 20));
+    EXPECT_EQ(forksDuring([&] {
+                  EXPECT_TRUE(mayBeReadablePDF(file));
+                  EXPECT_EQ(titleOf(endingOfPDF(file)), NSString(u"D"));
+              }),
+              1);
+    EXPECT_EQ(forksDuring([&] {
+                  EXPECT_TRUE(mayBeReadablePDF(damaged)); // which readers mend
+                  EXPECT_FALSE(endingOfPDF(damaged));
+              }),
+              1);
 }
 
 } // namespace

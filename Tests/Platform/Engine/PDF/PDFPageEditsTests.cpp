@@ -121,6 +121,17 @@ TEST_F(PDFPageEditsTest, SetsEveryBoxOfEveryPage) {
     }
 }
 
+TEST_F(PDFPageEditsTest, KeepsTheDataOfContentsThatNeedNoEdit) {
+    const std::string contents = "302030203530203530207265 % not packed best\n 2066>";
+    const std::string pdf =
+        makePDF({"<</Type /Catalog /Pages 2 0 R>>", "<</Type /Pages /Kids [3 0 R] /Count 1>>",
+                 "<</Type /Page /Parent 2 0 R /MediaBox [0 0 100 200] /Contents 4 0 R>>",
+                 makeStream(contents, "/Filter /ASCIIHexDecode")});
+    for (const PDFPageEdits& edits : {sized(100, 200), sized(50, 60), scaled(2)})
+        EXPECT_THAT(std::string(pdfByApplying(edits, NSData(pdf)).bytes()),
+                    HasSubstr("\nstream\n" + contents));
+}
+
 TEST_F(PDFPageEditsTest, KeepsContentsAtTheTopLeft) {
     for (const bool second : {false, true}) {
         apply(sized(100, 213));
