@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <qpdf/QPDF.hh>
 
 namespace qrv::engine {
@@ -17,7 +18,9 @@ constexpr int decimals = 3;
 class DestinationEditor {
 public:
     DestinationEditor(QPDF& document, const DestinationLayout& layout)
-        : document_(document), layout_(layout), pages_(document.getAllPages()) {}
+        : document_(document), layout_(layout), pages_(document.getAllPages()) {
+        for (std::size_t page = 0; page < pages_.size(); ++page) numbers_[pages_[page].getObjGen()] = page;
+    }
 
     void run() {
         QPDFObjectHandle destinations = document_.getRoot().getKey("/Dests");
@@ -40,18 +43,16 @@ private:
             !destination.getArrayItem(1).isNameAndEquals("/XYZ")) {
             return;
         }
-        const auto page = std::find_if(pages_.begin(), pages_.end(), [&](const QPDFObjectHandle& candidate) {
-            return candidate.getObjGen() == destination.getArrayItem(0).getObjGen();
-        });
+        const auto page = numbers_.find(destination.getArrayItem(0).getObjGen());
         double left = 0;
         double top = 0;
-        if (page == pages_.end() || !destination.getArrayItem(2).getValueAsNumber(left) ||
+        if (page == numbers_.end() || !destination.getArrayItem(2).getValueAsNumber(left) ||
             !destination.getArrayItem(3).getValueAsNumber(top)) {
             return;
         }
-        const auto number = static_cast<double>(page - pages_.begin());
-        const double distance =
-            layout_.firstPageLength + number * layout_.pageLength + (topOf(*page) - top) / pointsPerPixel;
+        const auto number = static_cast<double>(page->second);
+        const double distance = layout_.firstPageLength + number * layout_.pageLength +
+                                (topOf(pages_[page->second]) - top) / pointsPerPixel;
         QPDFObjectHandle placed = atDistance(distance, left / pointsPerPixel);
         for (int i = 0; i < 4; ++i) destination.setArrayItem(i, placed.getArrayItem(i));
     }
@@ -78,6 +79,7 @@ private:
     QPDF& document_;
     const DestinationLayout& layout_;
     const std::vector<QPDFObjectHandle>& pages_;
+    std::map<QPDFObjGen, std::size_t> numbers_; // of the pages
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
+#include <map>
 #include <qpdf/QPDF.hh>
 #include <set>
 #include <string_view>
@@ -79,7 +80,12 @@ namespace {
 class OutlineEditor {
 public:
     OutlineEditor(QPDF& document, const std::vector<std::string>& headings)
-        : document_(document), finder_(headings) {}
+        : document_(document), finder_(headings) {
+        const std::vector<QPDFObjectHandle>& pages = document.getAllPages();
+        for (std::size_t next = 1; next < pages.size(); ++next) {
+            following_[pages[next - 1].getObjGen()] = pages[next];
+        }
+    }
 
     /// Visits parents before their children, and these before the parent's next entry.
     void run() {
@@ -105,21 +111,19 @@ private:
     /// Moves a destination from the end of a page, where only the tops of the letters are, to the next page.
     void leadToStartOfPage(QPDFObjectHandle destination) {
         if (!destination.isArray() || destination.getArrayNItems() < 4) return;
-        const std::vector<QPDFObjectHandle>& pages = document_.getAllPages();
-        for (std::size_t next = 1; next < pages.size(); ++next) {
-            if (pages[next - 1].getObjGen() != destination.getArrayItem(0).getObjGen()) continue;
-            const double top = topOf(pages[next]);
-            if (destination.getArrayItem(3).getNumericValue() > top / 2) return;
-            destination.setArrayItem(0, pages[next]);
-            destination.setArrayItem(3, QPDFObjectHandle::newReal(top));
-            return;
-        }
+        const auto next = following_.find(destination.getArrayItem(0).getObjGen());
+        if (next == following_.end()) return;
+        const double top = topOf(next->second);
+        if (destination.getArrayItem(3).getNumericValue() > top / 2) return;
+        destination.setArrayItem(0, next->second);
+        destination.setArrayItem(3, QPDFObjectHandle::newReal(top));
     }
 
     static double topOf(QPDFObjectHandle page) { return page.getKey("/MediaBox").getArrayAsRectangle().ury; }
 
     QPDF& document_;
     HeadingFinder finder_;
+    std::map<QPDFObjGen, QPDFObjectHandle> following_; // the page after each
     std::set<QPDFObjGen> seen_;
 };
 
