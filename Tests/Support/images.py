@@ -1,5 +1,6 @@
-"""Small pictures made by rule, each of one colour: PNG, GIF, BMP, ICO, WebP, JPEG and SVG."""
+"""Small pictures made by rule, each of one colour: PNG, GIF, BMP, ICO, WebP, JPEG and SVG; and PNG of noise."""
 
+import random
 import struct
 import zlib
 
@@ -10,9 +11,19 @@ def png(width, height, colour=None, pixels=None):
         rows = (b"\0" + bytes(colour) * width) * height
     else:
         rows = b"".join(b"\0" + b"".join(bytes(pixels(x, y)) for x in range(width)) for y in range(height))
+    return _png(width, height, zlib.compress(rows))
+
+
+def noise(width, height, seed):
+    """A PNG of random pixels, which no compression makes smaller: three bytes a pixel."""
+    pixels = random.Random(seed).randbytes(width * height * 3)
+    rows = b"".join(b"\0" + pixels[at:at + width * 3] for at in range(0, len(pixels), width * 3))
+    return _png(width, height, zlib.compress(rows, 1))
+
+
+def _png(width, height, compressed):
     header = struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0)
-    return (b"\x89PNG\r\n\x1a\n" + _chunk(b"IHDR", header)
-            + _chunk(b"IDAT", zlib.compress(rows)) + _chunk(b"IEND", b""))
+    return b"\x89PNG\r\n\x1a\n" + _chunk(b"IHDR", header) + _chunk(b"IDAT", compressed) + _chunk(b"IEND", b"")
 
 
 def _chunk(kind, data):

@@ -1,0 +1,287 @@
+"""Tests of the benchmark: its arithmetic, its pictures and tables, what it measures, and the pages that it makes."""
+
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import unittest
+import xml.etree.ElementTree
+
+import benchmark
+import figures
+import flames
+import measure
+import plots
+import profiling
+import report
+import svg
+from page import Page
+from suite import CURVES, ROWS
+from tool import ToolTestCase
+
+SIZES = (10, 100, 1_000, 10_000, 100_000)
+
+
+def curve(cost, base=1.0):
+    return [(size, base + cost(size)) for size in SIZES]
+
+
+class SlopeTests(unittest.TestCase):
+    def test_cost_that_grows_as_much_as_the_work(self):
+        self.assertAlmostEqual(figures.slope(curve(lambda size: size / 1_000), 1.0), 1.0)
+
+    def test_square_is_found_behind_a_start_that_costs_more(self):
+        self.assertAlmostEqual(figures.slope(curve(lambda size: (size / 10_000) ** 2, 5.0), 5.0), 2.0)
+
+    def test_square_of_which_one_point_shows_is_found(self):
+        self.assertGreater(figures.slope(curve(lambda size: (size / 10_000) ** 2, 20.0), 20.0), 1.5)
+
+    def test_square_is_found_behind_a_share_that_is_in_proportion(self):
+        grown = figures.slope(curve(lambda size: size / 10_000 + (size / 10_000) ** 2), 1.0)
+        self.assertGreater(grown, figures.TARGET)
+
+    def test_cost_that_does_not_grow_has_none(self):
+        self.assertIsNone(figures.slope(curve(lambda size: size % 7 / 100), 1.0))
+
+    def test_order_of_the_points_does_not_matter(self):
+        points = curve(lambda size: size / 100)
+        self.assertAlmostEqual(figures.slope(points[::-1], 1.0), figures.slope(points, 1.0))
+
+
+def row(wall, engine_wall=(1.0, 1.0, 1.0), **more):
+    steady = {"cpu": [2.0], "memory": [300.0]}
+    return {"web2pdf": {"wall": list(wall), **steady, **more}, "engine": {"wall": list(engine_wall), **steady}}
+
+
+class ComparisonTests(unittest.TestCase):
+    def test_ratio_is_that_of_the_turns(self):
+        """A machine that becomes slower in the middle changes both programs' figures, and no ratio."""
+        slower = row([0.9, 0.9, 9.0, 9.0, 9.0], [1.0, 1.0, 10.0, 10.0, 10.0])
+        self.assertAlmostEqual(figures.ratio(slower["web2pdf"], slower["engine"], "wall"), 0.9)
+
+    def test_one_run_that_was_held_up_does_not_count(self):
+        held_up = row([0.9, 0.9, 30.0])
+        self.assertAlmostEqual(figures.ratio(held_up["web2pdf"], held_up["engine"], "wall"), 0.9)
+
+    def test_loss_of_more_than_a_tenth_is_found(self):
+        committed = {"a": row([1.0] * 3), "b": row([1.0] * 3)}
+        found = figures.losses({"a": row([1.12] * 3), "b": row([1.08] * 3)}, committed)
+        self.assertEqual(found, ["a: wall is 1.12 times the engine's, was 1.00"])
+
+    def test_loss_of_every_quantity_is_found(self):
+        found = figures.losses({"a": row([1.0], cpu=[3.0], memory=[400.0])}, {"a": row([1.0])})
+        self.assertEqual([loss.split()[1] for loss in found], ["cpu", "memory"])
+
+    def test_row_that_fails_is_a_loss(self):
+        failed = {**row([1.0]), "web2pdf": {"failed": "no PDF"}}
+        found = figures.losses({"a": failed}, {"a": row([1.0])})
+        self.assertEqual(found[-1], "a: no figures for wall: no PDF")
+
+    def test_gain_and_row_that_was_not_measured_are_none(self):
+        self.assertEqual(figures.losses({"a": row([0.5])}, {"a": row([1.0]), "b": row([1.0])}), [])
+
+
+def example():
+    """The last point of each curve, and one row, have figures of the tool alone."""
+    failed = {"web2pdf": {"wall": [2.0], "cpu": [1.0], "memory": [90.0]}, "engine": {"failed": "no <PDF>"}}
+    point = lambda size: [size, row([1 + size / 100])]
+    curves = {name: {"base": row([1.0]), "points": [*map(point, one.sizes[:-1]), [one.sizes[-1], failed]]}
+              for name, one in CURVES.items()}
+    profile = [{"process": "tool", "share": 1.0, "seconds": 2.0, "places": [["main", 0.5]]}]
+    rows = {name: failed if name == "unseen" else row([1.0, 2.0]) for name in ROWS}
+    return {"machine": {"kernel": "6"}, "profiles": {"small": profile}, "rows": rows, "curves": curves}
+
+
+class PictureTests(unittest.TestCase):
+    def texts(self, picture):
+        root = xml.etree.ElementTree.fromstring(picture)
+        return ["".join(element.itertext()) for element in root.iter("{http://www.w3.org/2000/svg}text")]
+
+    def test_text_is_escaped(self):
+        self.assertEqual(self.texts(svg.picture(9, 9, [svg.text(1, 2, '<&"> é')])), ['<&"> é'])
+
+    def test_curves_have_a_panel_each(self):
+        told = self.texts(plots.curves_plot(example()["curves"], "wall"))
+        for name in CURVES:
+            self.assertTrue(any(text.startswith(CURVES[name].title) for text in told), name)
+
+    def test_rows_have_bars_with_their_ratios(self):
+        told = self.texts(plots.rows_plot(example()["rows"]))
+        self.assertEqual(told.count("1.50"), len(ROWS) - 1)
+        self.assertIn(ROWS["unseen"].title, told)
+
+
+# As the profiler prints it: innermost frame first.
+SCRIPT = """web2pdf       10
+\t55d0 qrv::Loader::wait(double)+0x10 (/usr/bin/web2pdf)
+\t55d1 main (/usr/bin/web2pdf)
+
+web2pdf       10
+\t55d1 main (/usr/bin/web2pdf)
+
+Chrome_Main Thread    12
+\t77d2 [unknown] (/usr/lib/chromium/chromium-headless-shell)
+\t77d1 [unknown] (/usr/lib/chromium/chromium-headless-shell)
+\t77d0 start (/usr/lib/libc.so.6)
+
+perf       9
+\t77d0 write (/usr/lib/libc.so.6)
+
+"""
+
+
+class ProfileTests(unittest.TestCase):
+    stacks = profiling.stacks_of(SCRIPT, {10: "tool", 12: "engine: renderer", 9: None})
+
+    def test_stacks_begin_with_their_process_and_hold_no_profiler(self):
+        self.assertEqual(self.stacks, {("tool", "main", "qrv::Loader::wait"): 1, ("tool", "main"): 1,
+                                       ("engine: renderer", "start", "[chromium-headless-shell]"): 1})
+
+    def test_shares_are_those_of_all_samples(self):
+        tool, renderer = profiling.shares(self.stacks)
+        self.assertEqual((tool["process"], tool["share"]), ("tool", 0.6667))
+        self.assertEqual(renderer["places"], [["[chromium-headless-shell]", 0.3333]])
+
+    def test_processes_are_known_by_their_command_lines(self):
+        roles = {10: "tool"}
+        told = {("/a/web2pdf", "screen"): "tool", ("/engine", "about:blank"): "engine: browser",
+                ("/engine", "--type=renderer"): "engine: renderer", ("perf", "record"): None, (): None,
+                ("/engine", "--type=utility", "--utility-sub-type=a.mojom.Service"): "engine: Service"}
+        for words, role in told.items():
+            self.assertEqual(profiling.role(list(words), 1, "/a/web2pdf", roles), role)
+        self.assertEqual(profiling.role(["/a/web2pdf"], 10, "/a/web2pdf", roles), "tool's child")
+
+    def test_frames_are_as_wide_as_their_share(self):
+        root = xml.etree.ElementTree.fromstring(flames.flames(self.stacks, "A <page>"))
+        found = {}
+        for frame in root.iter("{http://www.w3.org/2000/svg}rect"):
+            for title in frame:
+                found[title.text] = (float(frame.get("x")), float(frame.get("width")))
+        self.assertEqual(found["tool: 66.7%"], (400.0, 800.0))
+        self.assertEqual(found["qrv::Loader::wait: 33.3%"], (400.0, 400.0))
+        self.assertEqual(found["start: 33.3%"], (0.0, 400.0))
+
+
+class ReportTests(unittest.TestCase):
+    def test_tables_are_replaced_and_prose_is_kept(self):
+        document = "Before\n\n<!-- figures: wall -->\nold\n<!-- end of figures -->\n\nAfter\n"
+        filled = report.filled(document, example())
+        self.assertTrue(filled.startswith("Before\n\n<!-- figures: wall -->\n\n| page |"), filled)
+        self.assertTrue(filled.endswith("<!-- end of figures -->\n\nAfter\n"), filled)
+        self.assertNotIn("old", filled)
+        self.assertIn("1.50 (1.00–2.00)", filled)
+        self.assertEqual(report.filled(filled, example()), filled)
+
+    def test_document_and_pictures_are_those_of_the_figures(self):
+        results = json.loads(benchmark.RESULTS.read_text(encoding="utf-8"))
+        document = benchmark.DOCUMENT.read_text(encoding="utf-8")
+        self.assertEqual(document, report.filled(document, results))
+        for name, picture in benchmark.pictures(results).items():
+            self.assertEqual((benchmark.PLOTS / name).read_text(encoding="utf-8"), picture, name)
+            self.assertIn(f"(performance/{name})", document)
+
+
+# Uses half a second of a processor in a child for which nobody waits.
+BURN = """
+import os, time
+def burn():
+    while time.process_time() < 0.5:
+        pass
+"""
+ORPHAN = BURN + """
+if os.fork() == 0:
+    os.setsid()
+    if os.fork() == 0:
+        burn()
+    os._exit(0)
+"""
+KILLED_WITH_ITS_NAMESPACE = BURN + """
+read_end, write_end = os.pipe()
+if os.fork() == 0:
+    burn()
+    os.write(write_end, b".")
+    time.sleep(600)
+os.read(read_end, 1)
+"""
+HOLD = "import time; held = bytearray(b'x') * (200 << 20); time.sleep(2)"
+
+
+def can_make_groups():
+    try:
+        return os.access(measure.parent_group(), os.W_OK)
+    except measure.CannotMeasure:
+        return False
+
+
+@unittest.skipUnless(can_make_groups(), "nobody may make a control group here")
+class MeasureTests(unittest.TestCase):
+    def measure(self, script, prefix=(), timeout=60, **more):
+        command = [*prefix, sys.executable, "-c", script]
+        run = measure.measure(command, {"PATH": os.environ["PATH"]}, timeout, **more)
+        self.assertEqual(list(measure.parent_group().glob(f"benchmark-{os.getpid()}")), [])
+        return run
+
+    def test_processor_time_of_orphans_counts(self):
+        run = self.measure(ORPHAN)
+        self.assertEqual(run.status, 0)
+        self.assertGreater(run.cpu, 0.5)
+
+    def test_processor_time_of_what_is_killed_with_its_namespace_counts(self):
+        run = self.measure(KILLED_WITH_ITS_NAMESPACE, ["unshare", "--pid", "--fork"])
+        self.assertEqual(run.status, 0)
+        self.assertGreater(run.cpu, 0.5)
+
+    def test_memory_is_that_of_the_largest_moment(self):
+        self.assertGreater(self.measure(HOLD, memory=True).memory, 200)
+
+    def test_what_takes_too_long_is_ended_with_all_of_its_processes(self):
+        # The children keep the pipe open as long as one of them lives.
+        read_end, write_end = os.pipe()
+        script = "import os, time\nos.fork()\nos.setsid() if os.getpgrp() != os.getpid() else 0\ntime.sleep(600)"
+        run = self.measure(script, timeout=1, pass_fds=[write_end])
+        os.close(write_end)
+        self.assertIsNone(run.status)
+        self.assertEqual(os.read(read_end, 1), b"")
+        os.close(read_end)
+
+
+class PageTests(ToolTestCase):
+    def test_pages_are_the_same_each_time_and_larger_with_their_size(self):
+        for name, one in CURVES.items():
+            with self.subTest(name):
+                first, larger = one.make(one.sizes[0]), one.make(one.sizes[1])
+                self.assertEqual(first, one.make(one.sizes[0]))
+                self.assertGreater(len(larger.html) + len(larger.resources), len(first.html) + len(first.resources))
+
+    def test_pictures_have_the_size_that_is_told(self):
+        page = CURVES["bytes"].make(2)
+        for name, (data, _) in page.resources.items():
+            self.assertAlmostEqual(len(data) / 1e6, 1, delta=0.1, msg=name)
+
+    def test_tool_converts_them_with_all_that_they_hold(self):
+        page = Page("")
+        for name in ("frames", "links", "bytes", "fonts"):
+            more = CURVES[name].make(3)
+            page.html += more.html
+            page.resources |= more.resources
+            page.frames |= more.frames
+        archive = pathlib.Path(page.write_archive(self.folder / "page.webarchive")).read_bytes()
+        run = self.convert(archive)
+        self.assertIn("Frame 1", run.pdf.text())
+        pictures = subprocess.run(["pdfimages", "-list", run.output], stdout=subprocess.PIPE, text=True, check=True)
+        self.assertEqual(len(pictures.stdout.splitlines()) - 2, 3, pictures.stdout)
+        fonts = subprocess.run(["pdffonts", run.output], stdout=subprocess.PIPE, text=True, check=True)
+        for number in range(3):
+            self.assertIn(f"+Benchmark{number} ", fonts.stdout)
+
+    def test_files_are_those_of_the_archive(self):
+        page = CURVES["bytes"].make(1)
+        address = page.write_files(self.folder / "files")
+        self.assertEqual(address, (self.folder / "files" / "page.html").as_uri())
+        self.assertEqual((self.folder / "files" / "page.html").read_text(encoding="utf-8"), page.html)
+        self.assertEqual((self.folder / "files" / "0.png").read_bytes(), page.resources["0.png"][0])
+
+
+if __name__ == "__main__":
+    unittest.main()
