@@ -1,11 +1,14 @@
 """Tests of the benchmark: its arithmetic, its pictures and tables, what it measures, and the pages that it makes."""
 
+import contextlib
+import io
 import json
 import os
 import pathlib
 import subprocess
 import sys
 import unittest
+import unittest.mock
 import xml.etree.ElementTree
 
 import benchmark
@@ -80,6 +83,28 @@ class ComparisonTests(unittest.TestCase):
 
     def test_gain_and_row_that_was_not_measured_are_none(self):
         self.assertEqual(figures.losses({"a": row([0.5])}, {"a": row([1.0]), "b": row([1.0])}), [])
+
+
+class CheckTests(unittest.TestCase):
+    def check(self, *measured):
+        """With one committed row and what each measurement of it finds: the exit status and what was printed."""
+        committed = {"rows": {"small": row([1.0]), "tall": row([1.0])}}
+        output = io.StringIO()
+        with unittest.mock.patch.object(benchmark, "compare", side_effect=measured) as compare, \
+                unittest.mock.patch.object(benchmark, "read", return_value=committed), \
+                contextlib.redirect_stdout(output), contextlib.redirect_stderr(io.StringIO()):
+            status = benchmark.check(["small"], "web2pdf", 3)
+        self.assertEqual(compare.call_count, len(measured))
+        return status, output.getvalue().strip()
+
+    def test_row_that_is_worse_twice_fails(self):
+        self.assertEqual(self.check(row([1.3]), row([1.2])), (1, "small: wall is 1.20 times the engine's, was 1.00"))
+
+    def test_row_that_is_worse_once_passes(self):
+        self.assertEqual(self.check(row([1.3]), row([1.0])), (0, "Nothing got worse."))
+
+    def test_row_that_is_as_good_is_measured_once(self):
+        self.assertEqual(self.check(row([1.0])), (0, "Nothing got worse."))
 
 
 def example():
