@@ -12,6 +12,7 @@ import unittest.mock
 import xml.etree.ElementTree
 
 import benchmark
+import comparison
 import figures
 import flames
 import measure
@@ -19,6 +20,7 @@ import plots
 import profiling
 import report
 import svg
+from measure import Run
 from page import Page
 from suite import CURVES, ROWS
 from tool import ToolTestCase
@@ -83,6 +85,40 @@ class ComparisonTests(unittest.TestCase):
 
     def test_gain_and_row_that_was_not_measured_are_none(self):
         self.assertEqual(figures.losses({"a": row([0.5])}, {"a": row([1.0]), "b": row([1.0])}), [])
+
+
+class TurnTests(unittest.TestCase):
+    def compare(self, runs, wall=1.0, trouble=None, **more):
+        """The figures of programs that take that long or have that trouble, and the calls: a program, and whether its
+        memory was looked at."""
+        calls = []
+
+        def convert(program, _job, _tool, _timeout, memory):
+            calls.append((program, memory))
+            return Run(wall, 0.5, 100.0 if memory else 0, 0), trouble
+
+        with unittest.mock.patch.object(comparison, "convert", convert), \
+                unittest.mock.patch.object(comparison, "is_installed", lambda program: program != "wkhtmltopdf"), \
+                contextlib.redirect_stderr(io.StringIO()):
+            return comparison.compare(Page(""), "screen", "web2pdf", runs, **more), calls
+
+    def test_programs_take_turns_and_memory_has_runs_of_its_own(self):
+        found, calls = self.compare(5, programs=("web2pdf", "engine"))
+        self.assertEqual(calls, [("web2pdf", False), ("engine", False)] * 5 + [("web2pdf", True), ("engine", True)] * 3)
+        self.assertEqual(found["engine"], {"wall": [1.0] * 5, "cpu": [0.5] * 5, "memory": [100.0] * 3})
+
+    def test_slow_program_runs_once_for_each(self):
+        found, calls = self.compare(5, wall=61.0, programs=("engine",))
+        self.assertEqual(calls, [("engine", False), ("engine", True)])
+        self.assertEqual(found["engine"], {"wall": [61.0], "cpu": [0.5], "memory": [100.0]})
+
+    def test_program_that_fails_is_not_tried_again(self):
+        found, calls = self.compare(5, trouble="no PDF", programs=("weasyprint",))
+        self.assertEqual((found, len(calls)), ({"weasyprint": {"failed": "no PDF"}}, 1))
+
+    def test_program_that_is_missing_or_beyond_it_is_not_tried(self):
+        found, calls = self.compare(1, programs=("wkhtmltopdf", "weasyprint"), beyond={"weasyprint": "shows no frames"})
+        self.assertEqual((found, calls), ({"weasyprint": {"failed": "shows no frames"}}, []))
 
 
 class CheckTests(unittest.TestCase):
