@@ -75,9 +75,9 @@ def measure_profiles(names, tool):
     found, graphs = {}, {}
     for name in names:
         print(f"Profile of {ROWS[name].title}", file=sys.stderr)
-        stacks = profiling.profile(ROWS[name].make(), ROWS[name].mode, tool)
-        found[name] = profiling.shares(stacks)
-        graphs[f"flames-{name}.svg"] = flames(stacks, ROWS[name].title)
+        samples = profiling.profile(ROWS[name].make(), ROWS[name].mode, tool)
+        found[name] = samples.shares()
+        graphs[f"flames-{name}.svg"] = flames(samples.stacks, ROWS[name].title)
     return found, graphs
 
 

@@ -149,7 +149,7 @@ def example():
     point = lambda size: [size, row([1 + size / 100])]
     curves = {name: {"base": row([1.0]), "points": [*map(point, one.sizes[:-1]), [one.sizes[-1], failed]]}
               for name, one in CURVES.items()}
-    profile = [{"process": "tool", "share": 1.0, "seconds": 2.0, "places": [["main", 0.5]]}]
+    profile = [{"process": "tool", "share": 1.0, "seconds": 2.0, "files": [["web2pdf", 0.5]]}]
     rows = {name: failed if name == "unseen" else row([1.0, 2.0]) for name in ROWS}
     return {"machine": {"kernel": "6"}, "profiles": {"small": profile}, "rows": rows, "curves": curves}
 
@@ -175,10 +175,11 @@ class PictureTests(unittest.TestCase):
 
 # As the profiler prints it: innermost frame first.
 SCRIPT = """web2pdf       10
-\t55d0 qrv::Loader::wait(double)+0x10 (/usr/bin/web2pdf)
+\t55d0 qrv::(anonymous namespace)::wait(double)+0x10 (/usr/bin/web2pdf)
 \t55d1 main (/usr/bin/web2pdf)
 
 web2pdf       10
+\tffff do_fault ([kernel.kallsyms])
 \t55d1 main (/usr/bin/web2pdf)
 
 Chrome_Main Thread    12
@@ -193,16 +194,18 @@ perf       9
 
 
 class ProfileTests(unittest.TestCase):
-    stacks = profiling.stacks_of(SCRIPT, {10: "tool", 12: "engine: renderer", 9: None})
+    samples = profiling.samples_of(SCRIPT, {10: "tool", 12: "engine: renderer", 9: None})
 
     def test_stacks_begin_with_their_process_and_hold_no_profiler(self):
-        self.assertEqual(self.stacks, {("tool", "main", "qrv::Loader::wait"): 1, ("tool", "main"): 1,
-                                       ("engine: renderer", "start", "[chromium-headless-shell]"): 1})
+        self.assertEqual(self.samples.stacks, {
+            ("tool", "main", "qrv::(anonymous namespace)::wait"): 1, ("tool", "main", "do_fault"): 1,
+            ("engine: renderer", "start", "[chromium-headless-shell]"): 1})
 
     def test_shares_are_those_of_all_samples(self):
-        tool, renderer = profiling.shares(self.stacks)
+        tool, renderer = self.samples.shares()
         self.assertEqual((tool["process"], tool["share"]), ("tool", 0.6667))
-        self.assertEqual(renderer["places"], [["[chromium-headless-shell]", 0.3333]])
+        self.assertEqual(tool["files"], [["web2pdf", 0.3333], ["kernel", 0.3333]])
+        self.assertEqual(renderer["files"], [["chromium-headless-shell", 0.3333]])
 
     def test_processes_are_known_by_their_command_lines(self):
         roles = {10: "tool"}
@@ -214,13 +217,13 @@ class ProfileTests(unittest.TestCase):
         self.assertEqual(profiling.role(["/a/web2pdf"], 10, "/a/web2pdf", roles), "tool's child")
 
     def test_frames_are_as_wide_as_their_share(self):
-        root = xml.etree.ElementTree.fromstring(flames.flames(self.stacks, "A <page>"))
+        root = xml.etree.ElementTree.fromstring(flames.flames(self.samples.stacks, "A <page>"))
         found = {}
         for frame in root.iter("{http://www.w3.org/2000/svg}rect"):
             for title in frame:
                 found[title.text] = (float(frame.get("x")), float(frame.get("width")))
         self.assertEqual(found["tool: 66.7%"], (400.0, 800.0))
-        self.assertEqual(found["qrv::Loader::wait: 33.3%"], (400.0, 400.0))
+        self.assertEqual(found["qrv::(anonymous namespace)::wait: 33.3%"], (800.0, 400.0))
         self.assertEqual(found["start: 33.3%"], (0.0, 400.0))
 
 

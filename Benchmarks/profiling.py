@@ -1,10 +1,12 @@
 """Where the time of a conversion goes: samples of all of its processes, by the system's profiler (perf).
 
-    stacks = profile(page, "screen", tool)    # stacks, outermost first, mapped to samples; the first is the process
-    shares(stacks)
+    samples = profile(page, "screen", tool)
+    samples.stacks    # stacks, outermost first, mapped to how often they were seen; the first is the process
+    samples.shares()
 """
 
 import collections
+import dataclasses
 import pathlib
 import re
 import shutil
@@ -15,7 +17,25 @@ from programs import convert, job
 PERF = "perf"
 FREQUENCY = 997    # Hz; no multiple of anything that wakes up regularly
 FRAME = re.compile(r"^\s+[0-9a-f]+ (?P<symbol>.*) \((?P<file>[^()]*)\)$")
-CUT = re.compile(r"(\+0x[0-9a-f]+$|\(.*)")    # of a symbol: the place in it, and what it takes
+CUT = re.compile(r"\+0x[0-9a-f]+$|(?<=[\w>~])\(.*")    # of a symbol: the place in it, and what it takes
+MOST_FILES = 3
+
+
+@dataclasses.dataclass
+class Samples:
+    stacks: collections.Counter = dataclasses.field(default_factory=collections.Counter)
+    files: collections.Counter = dataclasses.field(default_factory=collections.Counter)    # processes with files
+
+    def shares(self):
+        """Each process with its share of all samples, and the files in which it was most; the largest first."""
+        total = self.stacks.total()
+        processes = collections.Counter()
+        for (process, _), count in self.files.items():
+            processes[process] += count
+        return [{"process": process, "share": round(count / total, 4), "seconds": round(count / FREQUENCY, 3),
+                 "files": [[file, round(times / total, 4)] for (owner, file), times in self.files.most_common()
+                           if owner == process][:MOST_FILES]}
+                for process, count in processes.most_common()]
 
 
 def is_possible():
@@ -25,14 +45,14 @@ def is_possible():
 def profile(page, mode, tool):
     roles = {}
     with job(page, mode) as one_job:
-        samples = one_job.folder / "samples"
+        record = one_job.folder / "samples"
         _, trouble = convert("web2pdf", one_job, tool, 600, watch=lambda processes: _note_roles(processes, tool, roles),
-                             prefix=[PERF, "record", "--quiet", "-g", "-F", str(FREQUENCY), "-o", str(samples), "--"])
+                             prefix=[PERF, "record", "--quiet", "-g", "-F", str(FREQUENCY), "-o", str(record), "--"])
         if trouble:
             raise RuntimeError(f"no profile: {trouble}")
-        script = subprocess.run([PERF, "script", "-i", str(samples), "-F", "comm,pid,ip,sym,dso"], text=True,
+        script = subprocess.run([PERF, "script", "-i", str(record), "-F", "comm,pid,ip,sym,dso"], text=True,
                                 stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, errors="replace", check=True)
-    return stacks_of(script.stdout, roles)
+    return samples_of(script.stdout, roles)
 
 
 def _note_roles(processes, tool, roles):
@@ -58,36 +78,30 @@ def role(words, parent, tool, roles):
     return f"engine: {service}"
 
 
-def stacks_of(script, roles):
+def samples_of(script, roles):
     """Reads what the profiler printed. Frames of a file without symbols count as one."""
-    stacks = collections.Counter()
+    samples = Samples()
     for sample in script.split("\n\n"):
         head, *lines = sample.strip("\n").split("\n")
         process = head.rsplit(None, 1)[-1] if head.strip() else ""
         if not process.isdigit() or not roles.get(int(process)):
             continue
+        found = list(filter(None, map(FRAME.match, lines)))
         frames = [roles[int(process)]]
-        for match in filter(None, map(FRAME.match, reversed(lines))):
+        for match in reversed(found):
             frame = _name(match["symbol"], match["file"])
             if frame != frames[-1]:
                 frames.append(frame)
-        stacks[tuple(frames)] += 1
-    return stacks
+        samples.stacks[tuple(frames)] += 1
+        samples.files[frames[0], _short(found[0]["file"]) if found else "unknown"] += 1
+    return samples
 
 
 def _name(symbol, file):
-    if symbol == "[unknown]":
-        return f"[{pathlib.PurePath(file).name.strip('[]')}]"
-    return CUT.sub("", symbol) or symbol
+    return f"[{_short(file)}]" if symbol == "[unknown]" else CUT.sub("", symbol)
 
 
-def shares(stacks):
-    """Each process with its share of all samples, and the places in which it was most: rows, the largest first."""
-    total = sum(stacks.values())
-    roles, places = collections.Counter(), collections.defaultdict(collections.Counter)
-    for stack, count in stacks.items():
-        roles[stack[0]] += count
-        places[stack[0]][stack[-1]] += count
-    return [{"process": name, "share": round(count / total, 4), "seconds": round(count / FREQUENCY, 3),
-             "places": [[place, round(most / total, 4)] for place, most in places[name].most_common(3)]}
-            for name, count in roles.most_common()]
+def _short(file):
+    """The name of a file; the kernel's is in brackets, like that of no file at all."""
+    name = pathlib.PurePath(file).name.strip("[]")
+    return "kernel" if name.startswith("kernel") else name

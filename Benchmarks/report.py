@@ -93,7 +93,7 @@ def profiles_table(results):
     for name in (name for name in ROWS if name in results["profiles"]):
         title = f"[{ROWS[name].title}](performance/flames-{name}.svg)"
         for process in results["profiles"][name]:
-            places = ", ".join(f"`{place}` {share:.0%}" for place, share in process["places"])
-            body.append([title, process["process"], f"{process['share']:.0%}", f"{process['seconds']:.2f}", places])
+            files = ", ".join(f"{file} {share:.0%}" for file, share in process["files"])
+            body.append([title, process["process"], f"{process['share']:.0%}", f"{process['seconds']:.2f}", files])
             title = ""
     return _table(["page", "process", "share", "seconds", "mostly in"], body)
