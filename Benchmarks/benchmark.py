@@ -29,6 +29,7 @@ DOCUMENT = ROOT / "Documentation" / "performance.md"
 PLOTS = ROOT / "Documentation" / "performance"
 ROW_RUNS, CURVE_RUNS = 5, 3
 BOTH = ("web2pdf", "engine")
+NOTHING = {"machine": {}, "rows": {}, "curves": {}, "profiles": {}}
 ALWAYS_PROFILED, WORST_PROFILED = ("small", "pictures"), 3
 
 
@@ -94,7 +95,7 @@ def worth_a_profile(rows):
 def read():
     with contextlib.suppress(FileNotFoundError):
         return json.loads(RESULTS.read_text(encoding="utf-8"))
-    return {"machine": {}, "rows": {}, "curves": {}, "profiles": {}}
+    return NOTHING
 
 
 def pictures(results):
@@ -110,6 +111,9 @@ def write(results, graphs):
     PLOTS.mkdir(exist_ok=True)
     for name, picture in {**pictures(results), **graphs}.items():
         (PLOTS / name).write_text(picture, encoding="utf-8")
+    for file in PLOTS.glob("flames-*.svg"):
+        if file.stem.removeprefix("flames-") not in results["profiles"]:
+            file.unlink()
 
 
 def check(names, tool, runs):
@@ -161,9 +165,9 @@ def main():
     tables += [slopes_table(results), points_table(results)] if curves else []
     print("\n\n".join(tables + ([profiles_table(results)] if results["profiles"] else [])))
     if not options.print:
-        before = read()
-        merged = {part: before[part] | results[part] for part in ("rows", "curves", "profiles")}
-        write({"machine": results["machine"], **merged}, graphs)
+        before = read() if selects else NOTHING
+        write({"machine": results["machine"],
+               **{part: before[part] | results[part] for part in ("rows", "curves", "profiles")}}, graphs)
     return 0
 
 

@@ -46,6 +46,12 @@ class SlopeTests(unittest.TestCase):
         grown = figures.slope(curve(lambda size: size / 10_000 + (size / 10_000) ** 2), 1.0)
         self.assertGreater(grown, figures.TARGET)
 
+    def test_what_cannot_be_told_from_the_base_does_not_count(self):
+        """A start that now and then takes 0.2 s less would look like a steep rise."""
+        points = curve(lambda size: size / 100_000, 0.3)
+        self.assertGreater(figures.slope(points, 0.3 + 0.0999, 0.0), figures.TARGET)
+        self.assertLess(figures.slope(points, 0.3 + 0.0999, 0.2), figures.TARGET)
+
     def test_cost_that_does_not_grow_has_none(self):
         self.assertIsNone(figures.slope(curve(lambda size: size % 7 / 100), 1.0))
 
@@ -244,6 +250,8 @@ class ReportTests(unittest.TestCase):
         for name, picture in benchmark.pictures(results).items():
             self.assertEqual((benchmark.PLOTS / name).read_text(encoding="utf-8"), picture, name)
             self.assertIn(f"(performance/{name})", document)
+        self.assertEqual({file.name for file in benchmark.PLOTS.glob("flames-*.svg")},
+                         {f"flames-{name}.svg" for name in results["profiles"]})
 
 
 # Uses half a second of a processor in a child for which nobody waits.

@@ -10,6 +10,7 @@ QUANTITIES = ("wall", "cpu", "memory")
 TARGET = 1.1    # the most that a cost may grow with, as an exponent
 WORSE = 1.1    # a ratio that has grown by more than this counts as a loss
 SHARE_OF_BASE = 0.1    # what exceeds the base by less cannot be told from noise
+SLICE = 0.2    # s; the tool looks so often whether a page has loaded: times cannot be told apart by less
 
 
 def median(values):
@@ -22,17 +23,17 @@ def ratio(ours, other, quantity):
     return median([one / two for one, two in turns]) if turns else None
 
 
-def slope(points, base):
+def slope(points, base, least=0.0):
     """The exponent with which a cost grows: the slope of a straight line through the logarithms of sizes and costs, by
     least squares. points are pairs of a size and a cost.
 
     The base, which every conversion costs, is taken off, and only the upper half of the points counts (three of five),
     since what little small pages add would hide how large ones grow. Points that exceed the base by less than a tenth
-    of it are left out; where that leaves a single one, the point before it is taken, at that tenth: costs grow at least
-    so fast. None where no point exceeds the base.
+    of it, or by less than `least`, are left out; where that leaves a single one, the point before it is taken, as if it
+    exceeded the base by just that: costs grow at least so fast. None where no point exceeds the base.
     """
     upper = sorted(points)[len(points) // 2:]
-    least = base * SHARE_OF_BASE
+    least = max(least, base * SHARE_OF_BASE)
     fitted = [(size, cost - base) for size, cost in upper if cost - base > least]
     if len(fitted) == 1:
         fitted += [(size, least) for size, cost in upper if cost - base <= least][-1:]

@@ -2,7 +2,7 @@
 
 import math
 
-from figures import QUANTITIES, median, ratio, slope
+from figures import QUANTITIES, SLICE, median, ratio, slope
 from suite import CURVES, ROWS
 from svg import box, circle, line, picture, text
 
@@ -20,7 +20,8 @@ def points_of(curve, program, quantity):
 
 def slope_of(curve, program, quantity):
     base = curve["base"].get(program, {}).get(quantity)
-    return slope(points_of(curve, program, quantity), median(base)) if base else None
+    least = SLICE if quantity == "wall" else 0.0
+    return slope(points_of(curve, program, quantity), median(base), least) if base else None
 
 
 def curves_plot(curves, quantity):

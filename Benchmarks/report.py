@@ -7,11 +7,12 @@
 
 import re
 
-from figures import TARGET, median, ratio
+from figures import QUANTITIES, TARGET, median, ratio
 from plots import slope_of
 from programs import NAMES
 from suite import CURVES, ROWS
 
+HEADS = ("time", "the engine's", "processor time", "the engine's", "memory", "the engine's")    # of QUANTITIES
 PLACE = re.compile(r"(<!-- figures: (\S+) -->\n).*?(<!-- end of figures -->)", re.DOTALL)
 
 
@@ -43,7 +44,8 @@ def _spread(figures, quantity):
     values = figures.get(quantity)
     if not values:
         return "–"
-    return f"{_number(median(values))} ({_number(min(values))}–{_number(max(values))})"
+    spread = f" ({_number(min(values))}–{_number(max(values))})" if len(values) > 1 else ""
+    return _number(median(values)) + spread
 
 
 def rows_table(results, quantity):
@@ -67,9 +69,9 @@ def slopes_table(results):
         curve = results["curves"][name]
         sizes = [size for size, _ in curve["points"]]
         body.append([CURVES[name].title, f"{sizes[0]:,} to {sizes[-1]:,}",
-                     *(_exponent(slope_of(curve, program, quantity)) for quantity in ("wall", "memory")
+                     *(_exponent(slope_of(curve, program, quantity)) for quantity in QUANTITIES
                        for program in ("web2pdf", "engine"))])
-    return _table(["curve", "sizes", "time", "the engine's", "memory", "the engine's"], body)
+    return _table(["curve", "sizes", *HEADS], body)
 
 
 def points_table(results):
@@ -79,9 +81,9 @@ def points_table(results):
         for size, figures in [("none", curve["base"]), *curve["points"]]:
             told = size if size == "none" else f"{size:,}"
             body.append([CURVES[name].title, told, *(_spread(figures.get(program, {}), quantity)
-                                                     for quantity in ("wall", "memory")
+                                                     for quantity in QUANTITIES
                                                      for program in ("web2pdf", "engine"))])
-    return _table(["curve", "size", "time", "the engine's", "memory", "the engine's"], body)
+    return _table(["curve", "size", *HEADS], body)
 
 
 def machine_table(results):
