@@ -6,7 +6,7 @@ import zlib
 from svg import box, picture, text
 
 WIDTH, HEIGHT = 1200, 16    # of the picture; of a frame
-LEAST = 0.002    # narrower frames, of the whole width, are left out
+LEAST = 0.005    # narrower frames, of the whole width, are left out
 
 
 def flames(stacks, title):

@@ -7,6 +7,7 @@
 
 import collections
 import dataclasses
+import math
 import pathlib
 import re
 import shutil
@@ -15,14 +16,19 @@ import subprocess
 from programs import convert, job
 
 PERF = "perf"
-FREQUENCY = 997    # Hz; no multiple of anything that wakes up regularly
+MOST_OFTEN = 997    # samples a second; no multiple of anything that wakes up regularly
+ENOUGH = 3000    # samples: the profiler takes its time to make out their stacks
+# The stacks are made out from tables in the programs, since optimised ones keep no pointers to their frames.
+STACKS = "dwarf,32768"    # bytes of each stack, nearly always all of it
 FRAME = re.compile(r"^\s+[0-9a-f]+ (?P<symbol>.*) \((?P<file>[^()]*)\)$")
 CUT = re.compile(r"\+0x[0-9a-f]+$|(?<=[\w>~])\(.*")    # of a symbol: the place in it, and what it takes
 MOST_FILES = 3
+LIMIT = 600    # s
 
 
 @dataclasses.dataclass
 class Samples:
+    frequency: int
     stacks: collections.Counter = dataclasses.field(default_factory=collections.Counter)
     files: collections.Counter = dataclasses.field(default_factory=collections.Counter)    # processes with files
 
@@ -32,7 +38,7 @@ class Samples:
         processes = collections.Counter()
         for (process, _), count in self.files.items():
             processes[process] += count
-        return [{"process": process, "share": round(count / total, 4), "seconds": round(count / FREQUENCY, 3),
+        return [{"process": process, "share": round(count / total, 4), "seconds": round(count / self.frequency, 3),
                  "files": [[file, round(times / total, 4)] for (owner, file), times in self.files.most_common()
                            if owner == process][:MOST_FILES]}
                 for process, count in processes.most_common()]
@@ -45,14 +51,19 @@ def is_possible():
 def profile(page, mode, tool):
     roles = {}
     with job(page, mode) as one_job:
+        first, _ = convert("web2pdf", one_job, tool, LIMIT)
+        frequency = min(MOST_OFTEN, math.ceil(ENOUGH / first.cpu))
         record = one_job.folder / "samples"
-        _, trouble = convert("web2pdf", one_job, tool, 600, watch=lambda processes: _note_roles(processes, tool, roles),
-                             prefix=[PERF, "record", "--quiet", "-g", "-F", str(FREQUENCY), "-o", str(record), "--"])
+        _, trouble = convert("web2pdf", one_job, tool, LIMIT,
+                             prefix=[PERF, "record", "--quiet", "--call-graph", STACKS, "-F", str(frequency), "-o",
+                                     str(record), "--"],
+                             watch=lambda processes: _note_roles(processes, tool, roles))
         if trouble:
             raise RuntimeError(f"no profile: {trouble}")
-        script = subprocess.run([PERF, "script", "-i", str(record), "-F", "comm,pid,ip,sym,dso"], text=True,
-                                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, errors="replace", check=True)
-    return samples_of(script.stdout, roles)
+        script = subprocess.run([PERF, "script", "--no-inline", "-i", str(record), "-F", "comm,pid,ip,sym,dso"],
+                                stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, errors="replace",
+                                check=True)
+    return samples_of(script.stdout, roles, frequency)
 
 
 def _note_roles(processes, tool, roles):
@@ -78,9 +89,9 @@ def role(words, parent, tool, roles):
     return f"engine: {service}"
 
 
-def samples_of(script, roles):
+def samples_of(script, roles, frequency):
     """Reads what the profiler printed. Frames of a file without symbols count as one."""
-    samples = Samples()
+    samples = Samples(frequency)
     for sample in script.split("\n\n"):
         head, *lines = sample.strip("\n").split("\n")
         process = head.rsplit(None, 1)[-1] if head.strip() else ""
