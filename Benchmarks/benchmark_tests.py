@@ -87,7 +87,7 @@ class ComparisonTests(unittest.TestCase):
     def test_row_that_fails_is_a_loss(self):
         failed = {**row([1.0]), "web2pdf": {"failed": "no PDF"}}
         found = figures.losses({"a": failed}, {"a": row([1.0])})
-        self.assertEqual(found[-1], "a: no figures for wall: no PDF")
+        self.assertEqual(found[-1], "a: no figures for wall; web2pdf: no PDF")
 
     def test_gain_and_row_that_was_not_measured_are_none(self):
         self.assertEqual(figures.losses({"a": row([0.5])}, {"a": row([1.0]), "b": row([1.0])}), [])
@@ -347,6 +347,19 @@ class PageTests(ToolTestCase):
         fonts = subprocess.run(["pdffonts", run.output], stdout=subprocess.PIPE, text=True, check=True)
         for number in range(3):
             self.assertIn(f"+Benchmark{number} ", fonts.stdout)
+
+    def test_tool_and_engine_alone_are_measured(self):
+        page, tool = CURVES["links"].make(10), os.environ["WEB2PDF_TOOL"]
+        if not can_make_groups():
+            self.assertRaises(measure.CannotMeasure, comparison.compare, page, "screen", tool, 1)
+            return
+        with contextlib.redirect_stderr(io.StringIO()):
+            found = comparison.compare(page, "screen", tool, 1, benchmark.BOTH)
+        for program in benchmark.BOTH:
+            self.assertEqual({quantity: len(values) for quantity, values in found[program].items()},
+                             {"wall": 1, "cpu": 1, "memory": 1}, found)
+            self.assertGreater(found[program]["memory"][0], 20)
+            self.assertGreater(found[program]["cpu"][0], 0)
 
     def test_files_are_those_of_the_archive(self):
         page = CURVES["bytes"].make(1)

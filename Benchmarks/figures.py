@@ -49,7 +49,8 @@ def losses(measured, committed):
         for quantity in QUANTITIES:
             before, now = (ratio(row["web2pdf"], row["engine"], quantity) for row in (committed[name], measured[name]))
             if before and not now:
-                found.append(f"{name}: no figures for {quantity}: {measured[name]['web2pdf'].get('failed')}")
+                failed = [f"{program}: {own['failed']}" for program, own in measured[name].items() if "failed" in own]
+                found.append(f"{name}: no figures for {quantity}; {', '.join(failed)}")
             elif before and now > before * WORSE:
                 found.append(f"{name}: {quantity} is {now:.2f} times the engine's, was {before:.2f}")
     return sorted(found)
