@@ -13,16 +13,16 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 sys.path.insert(0, str(ROOT / "Tests" / "Support"))
 
-import generators
 import profiling
 from comparison import compare
+from drawing.flames import flames
+from drawing.plots import curves_plot, rows_plot
 from figures import QUANTITIES, losses, ratio
-from flames import flames
 from measure import CannotMeasure
-from plots import curves_plot, rows_plot
 from programs import ENGINE, is_installed
 from report import filled, points_table, profiles_table, rows_table, slopes_table
-from suite import CURVES, ROWS
+from workload import generators
+from workload.suite import CURVES, ROWS
 
 RESULTS = ROOT / "Benchmarks" / "results.json"
 DOCUMENT = ROOT / "Documentation" / "performance.md"

@@ -14,16 +14,14 @@ import xml.etree.ElementTree
 import benchmark
 import comparison
 import figures
-import flames
 import measure
-import plots
 import profiling
 import report
-import svg
+from drawing import flames, plots, svg
 from measure import Run
-from page import Page
-from suite import CURVES, ROWS
 from tool import ToolTestCase
+from workload.page import Page
+from workload.suite import CURVES, ROWS
 
 SIZES = (10, 100, 1_000, 10_000, 100_000)
 

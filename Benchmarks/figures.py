@@ -25,7 +25,7 @@ def ratio(ours, other, quantity):
 
 def slope(points, base, least=0.0):
     """The exponent with which a cost grows: the slope of a straight line through the logarithms of sizes and costs, by
-    least squares. points are pairs of a size and a cost.
+    least squares. Points are pairs of a size and a cost.
 
     The base, which every conversion costs, is taken off, and only the upper half of the points counts (three of five),
     since what little small pages add would hide how large ones grow. Points that exceed the base by less than a tenth
@@ -40,6 +40,19 @@ def slope(points, base, least=0.0):
     if len(fitted) < 2:
         return None
     return statistics.linear_regression(*zip(*((math.log(size), math.log(cost)) for size, cost in fitted))).slope
+
+
+def points_of(curve, program, quantity):
+    """The points at which the program succeeded: pairs of a size and a cost."""
+    return [(size, median(figures[program][quantity])) for size, figures in curve["points"]
+            if figures.get(program, {}).get(quantity)]
+
+
+def slope_of(curve, program, quantity):
+    """The exponent of a curve as results.json has it."""
+    base = curve["base"].get(program, {}).get(quantity)
+    least = SLICE if quantity == "wall" else 0.0
+    return slope(points_of(curve, program, quantity), median(base), least) if base else None
 
 
 def losses(measured, committed):

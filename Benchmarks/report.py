@@ -7,10 +7,9 @@
 
 import re
 
-from figures import QUANTITIES, TARGET, median, ratio
-from plots import slope_of
+from figures import QUANTITIES, TARGET, median, ratio, slope_of
 from programs import NAMES
-from suite import CURVES, ROWS
+from workload.suite import CURVES, ROWS
 
 HEADS = ("time", "the engine's", "processor time", "the engine's", "memory", "the engine's")    # of QUANTITIES
 PLACE = re.compile(r"(<!-- figures: (\S+) -->\n).*?(<!-- end of figures -->)", re.DOTALL)

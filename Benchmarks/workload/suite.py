@@ -3,7 +3,7 @@
 import dataclasses
 import typing
 
-import generators
+from workload import generators
 
 
 @dataclasses.dataclass

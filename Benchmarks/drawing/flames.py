@@ -3,7 +3,7 @@
 import collections
 import zlib
 
-from svg import box, picture, text
+from drawing.svg import box, picture, text
 
 WIDTH, HEIGHT = 1200, 16    # of the picture; of a frame
 LEAST = 0.005    # narrower frames, of the whole width, are left out

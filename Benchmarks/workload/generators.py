@@ -1,14 +1,13 @@
 """Makes the pages that are measured. The same arguments give the same bytes; what is random comes from a seed."""
 
-import functools
 import io
 import random
 
 from PIL import Image
 
-from fonts import font
 from images import noise
-from page import Page
+from workload.fonts import font
+from workload.page import Page
 
 WORDS = ("archive", "of", "a", "page", "that", "somebody", "saved", "long", "ago", "and", "wants", "to", "read",
          "again", "with", "its", "pictures", "in", "their", "places", "where", "they", "were", "then")

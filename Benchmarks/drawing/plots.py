@@ -2,26 +2,14 @@
 
 import math
 
-from figures import QUANTITIES, SLICE, median, ratio, slope
-from suite import CURVES, ROWS
-from svg import box, circle, line, picture, text
+from drawing.svg import box, circle, line, picture, text
+from figures import QUANTITIES, points_of, ratio, slope_of
+from workload.suite import CURVES, ROWS
 
 COLOURS = {"web2pdf": "#1f6fb2", "engine": "#d9822b"}
 QUANTITY_COLOURS = {"wall": "#1f6fb2", "cpu": "#58a55c", "memory": "#9a6fb0"}
 QUANTITY_NAMES = {"wall": "time", "cpu": "processor time", "memory": "memory"}
 COLUMNS, PANEL, INNER = 3, (280, 210), (44, 34, 225, 135)    # of a panel: its size; the plot's place and size in it
-
-
-def points_of(curve, program, quantity):
-    """The points at which the program succeeded: pairs of a size and a cost."""
-    return [(size, median(figures[program][quantity])) for size, figures in curve["points"]
-            if figures.get(program, {}).get(quantity)]
-
-
-def slope_of(curve, program, quantity):
-    base = curve["base"].get(program, {}).get(quantity)
-    least = SLICE if quantity == "wall" else 0.0
-    return slope(points_of(curve, program, quantity), median(base), least) if base else None
 
 
 def curves_plot(curves, quantity):
