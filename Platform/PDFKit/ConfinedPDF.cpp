@@ -77,8 +77,8 @@ std::pair<NSData, NSData> parted(const NSData& parts) {
 
 } // namespace
 
-std::optional<NSData> workOnPDF(const char* purpose, const NSData& pdf, const ConfinedWork& work) {
-    const ConfinedResult result = runConfined(work, limitsForPDF(pdf.length()));
+std::optional<NSData> workOnPDF(const char* purpose, std::size_t length, const ConfinedWork& work) {
+    const ConfinedResult result = runConfined(work, limitsForPDF(length));
     std::istringstream notes(result.notes);
     for (std::string line; std::getline(notes, line);) NSLog(u"%s", line.c_str());
     if (result.failure.empty()) return result.data;
@@ -86,8 +86,8 @@ std::optional<NSData> workOnPDF(const char* purpose, const NSData& pdf, const Co
     return std::nullopt;
 }
 
-NSData makeFromPDF(const char* purpose, const NSData& pdf, const PDFMaking& making) {
-    const auto made = workOnPDF(purpose, pdf, [&](std::string& notes) {
+NSData makeFromPDF(const char* purpose, std::size_t length, const PDFMaking& making) {
+    const auto made = workOnPDF(purpose, length, [&](std::string& notes) {
         PDFEnding ending;
         const NSData bytes = making(notes, ending);
         return bytes ? joined(listFromEnding(ending), bytes) : NSData();
@@ -99,7 +99,7 @@ NSData makeFromPDF(const char* purpose, const NSData& pdf, const PDFMaking& maki
 }
 
 bool mayBeReadablePDF(const NSData& bytes) {
-    const auto answer = workOnPDF("looking at a stored PDF", bytes, [&](std::string&) {
+    const auto answer = workOnPDF("looking at a stored PDF", bytes.length(), [&](std::string&) {
         if (const auto document = openPDF(bytes)) {
             return document->getAllPages().empty() ? NSData() : listFromEnding(endingOf(*document, bytes));
         }
@@ -111,7 +111,7 @@ bool mayBeReadablePDF(const NSData& bytes) {
 
 std::optional<PDFEnding> endingOfPDF(const NSData& bytes) {
     if (const auto known = lastFile().endingOf(bytes)) return *known;
-    const auto list = workOnPDF("reading a PDF", bytes, [&](std::string&) {
+    const auto list = workOnPDF("reading a PDF", bytes.length(), [&](std::string&) {
         const auto document = openPDF(bytes);
         return document ? listFromEnding(endingOf(*document, bytes)) : NSData();
     });

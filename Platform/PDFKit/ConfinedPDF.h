@@ -14,17 +14,17 @@ namespace qrv {
 /// little to harm the machine.
 ConfinedLimits limitsForPDF(std::size_t length);
 
-/// Does the work in a confined child and returns what it returned, which may be nil. Nothing when it failed,
-/// which is logged: "PURPOSE was ended by signal 11 (Segmentation fault)". Each line of the work's notes is
-/// logged.
-std::optional<NSData> workOnPDF(const char* purpose, const NSData& pdf, const ConfinedWork& work);
+/// Does the work on so many bytes in a confined child and returns what it returned, which may be nil. Nothing
+/// when it failed, which is logged: "PURPOSE was ended by signal 11 (Segmentation fault)". Each line of the
+/// work's notes is logged.
+std::optional<NSData> workOnPDF(const char* purpose, std::size_t length, const ConfinedWork& work);
 
-/// What makes another PDF of a file: returns its bytes, or nil, and tells their ending.
+/// What makes another PDF of files: returns its bytes, or nil, and tells their ending.
 using PDFMaking = std::function<NSData(std::string& notes, PDFEnding& ending)>;
 
 /// Makes a PDF as workOnPDF does work; nil also when that failed. What has been made is known to
 /// endingOfPDF.
-NSData makeFromPDF(const char* purpose, const NSData& pdf, const PDFMaking& making);
+NSData makeFromPDF(const char* purpose, std::size_t length, const PDFMaking& making);
 
 /// `isReadablePDF`, asked in a confined child; true also for a file that is too much for it, which readers
 /// may take all the same. A file that is readable is known to endingOfPDF.

@@ -1,5 +1,7 @@
 """Print mode: default paper, four margins, the page's width fitted, as many pages as needed."""
 
+import collections
+import re
 import unittest
 
 from pages import BLUE, GOLD, GREEN, RED, boxes, css, media_styles, page, paragraphs
@@ -191,6 +193,62 @@ class FixedBoxTests(PrintTestCase):
         self.assertEqual(pdf.page_count, 3)
         red, blue = pdf.picture(1).pixel(300, 40), pdf.picture(3).pixel(300, 60)
         self.assertTrue(near(red, RED, 25) and near(blue, BLUE, 25), (red, blue))
+
+
+class LongDocumentTests(PrintTestCase):
+    """Several hundred sheets, which are printed in parts."""
+
+    SECTIONS = 1350
+
+    def long(self, style=""):
+        """Three sections on a sheet, a chapter for each hundred, and links to and fro."""
+        def section(number):
+            chapter = f"<h1>Chapter {number // 100}</h1>" if number % 100 == 0 else ""
+            goal = (number * 7 + 300) % self.SECTIONS
+            return (f"{chapter}<section><h2 id=s{number}>Section {number}</h2><p>Word{number:04d} "
+                    f"<a href=#s{goal}>to {goal}</a></section>")
+        return page("<style>h1,h2,p{margin:0;font:20px/60px serif}h1{line-height:0}section{height:310px}" + style + "</style>"
+                    + "".join(map(section, range(self.SECTIONS))))
+
+    def pages_of_sections(self, pdf):
+        pages = {word.text: word.page for word in pdf.words() if word.text.startswith("Word")}
+        self.assertEqual(list(pages), [f"Word{number:04d}" for number in range(self.SECTIONS)])
+        return list(pages.values())
+
+    def test_sheets_follow_each_other(self):
+        pages = self.pages_of_sections(self.print(self.long()))
+        self.assertEqual(pages, sorted(pages))
+        self.assertEqual(set(pages), set(range(1, pages[-1] + 1)), "empty sheets")
+        # Where a part ends, a sheet is left that is not full.
+        short = [page for page, count in collections.Counter(pages).items() if count < 3]
+        self.assertEqual(len(short), 3, short)
+
+    def test_links_lead_to_their_sections(self):
+        pdf = self.print(self.long())
+        goals = pdf.destinations()
+        self.assertEqual([goals[f"s{number}"][0] for number in range(self.SECTIONS)], self.pages_of_sections(pdf))
+        tops = {word.text: word.top for word in pdf.words() if word.text.startswith("Word")}
+        for number in range(self.SECTIONS):
+            # The line above the word's.
+            self.assertAlmostEqual(goals[f"s{number}"][1], tops[f"Word{number:04d}"] - 45, delta=25)
+
+    def test_outline_and_structure_are_those_of_the_whole(self):
+        pdf = self.print(self.long())
+        outline = pdf.outline()
+        self.assertEqual([entry.title for entry in outline if entry.level == 1],
+                         [f"Chapter {number}" for number in range(self.SECTIONS // 100 + 1)])
+        below = [entry for entry in outline if entry.level == 2]
+        self.assertEqual([entry.title for entry in below], [f"Section {number}" for number in range(self.SECTIONS)])
+        self.assertEqual([entry.page for entry in below], self.pages_of_sections(pdf))
+        structure = pdf.structure()
+        self.assertEqual(structure.count("Document"), 1)
+        self.assertEqual([line.strip() for line in structure.splitlines() if '"Section' in line],
+                         [f'"Section {number}"' for number in range(self.SECTIONS)])
+
+    def test_counters_count_through(self):
+        pdf = self.print(self.long("body{counter-reset:n}h2{counter-increment:n}h2::before{content:'N' counter(n) ' '}"))
+        numbers = [int(word.text[1:]) for word in pdf.words() if re.fullmatch(r"N\d+", word.text)]
+        self.assertEqual(numbers, list(range(1, self.SECTIONS + 1)))
 
 
 if __name__ == "__main__":

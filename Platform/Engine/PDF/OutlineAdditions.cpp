@@ -96,8 +96,9 @@ void setOutline(QPDF& document, const std::vector<Entry>& entries) {
 
 void addToOutline(QPDF& document, const std::vector<OutlineHeading>& own,
                   const std::vector<OutlineAddition>& additions) {
-    if (additions.empty()) return;
+    if (own.empty() && additions.empty()) return;
     std::vector<Entry> old = entriesOf(document);
+    if (old.empty() && additions.empty()) return;
     findHeadings(old, own);
     std::vector<Entry> entries;
     auto next = old.begin();

@@ -25,7 +25,7 @@ struct OutlineAddition {
 };
 
 /// Adds entries, which are in the document's order, between those of the outline's own headings. Every entry
-/// is then below the last one before it that has a lower level.
+/// is then below the last one before it that has a lower level, also when nothing is added.
 void addToOutline(QPDF& document, const std::vector<OutlineHeading>& own,
                   const std::vector<OutlineAddition>& additions);
 

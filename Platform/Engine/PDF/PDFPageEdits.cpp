@@ -5,6 +5,7 @@
 #include "Platform/Engine/PDF/Contents/PDFPatterns.h"
 #include "Platform/Engine/PDF/PDFGlyphTexts.h"
 #include "Platform/Engine/PDF/PDFOutline.h"
+#include "Platform/Engine/PDF/PDFParts.h"
 #include "Platform/Engine/PDF/PDFReaderLimits.h"
 #include "Platform/Engine/PDF/PDFStructure.h"
 #include "Platform/PDFKit/ConfinedPDF.h"
@@ -231,6 +232,13 @@ private:
     std::set<QPDFObjGen> seen_;
 };
 
+/// What is to be done to each part alone: the engine counts from its start.
+void prepare(const PDFPageEdits& edits, QPDF& part, const DestinationLayout& destinations) {
+    part.pushInheritedAttributesToPage();
+    if (edits.removesEmptySheetsAtEnd) removeEmptySheetsAtEnd(part, edits.destinations.margin);
+    placeDestinations(part, destinations);
+}
+
 } // namespace
 
 NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* notes, PDFEnding* ending) {
@@ -238,15 +246,23 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* 
     if (edits.size && !(isUsable(edits.size->width) && isUsable(edits.size->height))) return {};
     const std::shared_ptr<QPDF> document = openPDF(pdf);
     if (!document) return {};
+    std::vector<std::shared_ptr<QPDF>> parts; // to live as long as the document
     std::string limitNotes;
     UnreadObjects elements;
     try {
-        elements = unreadElements(*document, pdf);
-        document->pushInheritedAttributesToPage();
-        if (edits.removesEmptySheetsAtEnd) removeEmptySheetsAtEnd(*document, edits.destinations.margin);
+        // Those of several parts become one tree.
+        if (edits.furtherParts.empty()) elements = unreadElements(*document, pdf);
+        prepare(edits, *document, edits.destinations);
+        for (const PDFPart& further : edits.furtherParts) {
+            parts.push_back(openPDF(further.pdf));
+            if (!parts.back()) return {};
+            DestinationLayout layout = edits.destinations;
+            layout.missing = further.missingDestinations;
+            prepare(edits, *parts.back(), layout);
+            appendPart(*document, *parts.back());
+        }
         resolveInvertedMasks(*document);
         groupPatterns(*document);
-        placeDestinations(*document, edits.destinations);
         PageEditor(*document, edits).run();
         if (edits.language) setLanguage(*document, *edits.language);
         correctOutline(*document, edits.headings);
@@ -262,7 +278,9 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* 
 }
 
 NSData confinedPDFByApplying(const PDFPageEdits& edits, const NSData& pdf) {
-    return makeFromPDF("editing the engine's PDF", pdf, [&](std::string& notes, PDFEnding& ending) {
+    std::size_t length = pdf.length();
+    for (const PDFPart& further : edits.furtherParts) length += further.pdf.length();
+    return makeFromPDF("editing the engine's PDF", length, [&](std::string& notes, PDFEnding& ending) {
         return pdfByApplying(edits, pdf, &notes, &ending);
     });
 }

@@ -11,6 +11,7 @@
 #include "Platform/Foundation/NSData.h"
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,7 +22,16 @@ struct PDFEnding;
 
 namespace qrv::engine {
 
+struct PDFPart {
+    NSData pdf;
+    /// As DestinationLayout has them, from the start of the part.
+    std::map<std::string, double> missingDestinations;
+};
+
 struct PDFPageEdits {
+    /// What follows in a document that was printed in parts. Its outline then needs `frames`, which have the
+    /// levels of the headings.
+    std::vector<PDFPart> furtherParts;
     /// The size of every page in points, after scaling. The contents stay at the top left; pages grow or
     /// shrink at the bottom and right. Every box of a page becomes {0, 0, width, height}.
     std::optional<NSSize> size;

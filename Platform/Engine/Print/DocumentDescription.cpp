@@ -25,6 +25,15 @@ constexpr std::int64_t deepestLevel = 1000;
 
 } // namespace
 
+std::map<std::string, double> targetsFromJson(const Json& answer) {
+    std::map<std::string, double> targets;
+    for (const Json& target : answer.elements()) {
+        if (target["name"].isString() && target["top"].isNumber())
+            targets[target["name"].string()] = target["top"].number();
+    }
+    return targets;
+}
+
 DocumentDescription documentDescriptionFromJson(const Json& answer) {
     DocumentDescription description;
     if (std::string language = answer["language"].string(); isLanguageTag(language)) {
@@ -33,10 +42,7 @@ DocumentDescription documentDescriptionFromJson(const Json& answer) {
     for (const Json& heading : answer["headings"].elements()) {
         if (heading.isString()) description.headings.push_back(heading.string());
     }
-    for (const Json& target : answer["targetsInView"].elements()) {
-        if (!target["name"].isString() || !target["top"].isNumber()) continue;
-        description.targetsInView[target["name"].string()] = target["top"].number();
-    }
+    description.targetsInView = targetsFromJson(answer["targetsInView"]);
     description.hasFrames = answer["hasFrames"].boolean();
     return description;
 }

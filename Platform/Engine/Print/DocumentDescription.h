@@ -25,6 +25,9 @@ struct DocumentDescription {
 /// Reads the describing script's answer. What is missing, of another kind or no language tag is left empty.
 DocumentDescription documentDescriptionFromJson(const Json& answer);
 
+/// Reads where targets of links are. What is missing or of another kind is left out.
+std::map<std::string, double> targetsFromJson(const Json& answer);
+
 /// Reads what the frame's describing script answers. What is missing or of another kind is left as it is at
 /// first.
 PDFFrame frameDescriptionFromJson(const Json& answer);

@@ -16,9 +16,19 @@ namespace {
 // Below the world's patience, so that the page is not taken for one that does not answer.
 constexpr std::chrono::milliseconds unrollingLimit{1500};
 
-// The engine's time grows with the square of the sheets' number: 6,000 sheets take two minutes.
+// The engine's time grows with the square of the sheets' number: what is longer is printed in parts of about
+// so many sheets. Short documents stay whole, since each part begins on a new sheet.
+constexpr double undividedSheets = 400;
+constexpr double sheetsOfPart = 200;
+constexpr std::int64_t mostParts = 1000;
+
+// As documents that cannot be divided take the engine: 6,000 sheets take two minutes.
 constexpr double longestPrint = 12'000'000; // CSS px
 constexpr std::chrono::milliseconds longestTime = std::chrono::minutes(10);
+
+bool isForParts(const PrintPlan& plan) {
+    return plan.isDivisible && plan.documentLength > undividedSheets * plan.pageLength;
+}
 
 } // namespace
 
@@ -89,7 +99,7 @@ NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
     // Before a style sheet moves anything.
     DocumentDescription document =
         documentDescriptionFromJson(world_.call(scripts::describe).value_or(Json()));
-    if (document.hasFrames) {
+    if (document.hasFrames || isForParts(plan)) {
         for (const auto& [frame, answer] : world_.callInFrames(scripts::describeFrame, {frameMarker})) {
             if (!answer.isNull()) document.frames.push_back(frameDescriptionFromJson(answer));
         }
@@ -98,48 +108,70 @@ NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
     if (plan.isOnSheets) world_.call(scripts::releaseBoxes);
     const bool isCostly = world_.call(scripts::easePaint, {paintLevel_}).value_or(Json()).boolean() &&
                           paintLevel_ < highestPaintLevel;
-    if (const auto pdf = attempt(plan, isCostly)) return edited(*pdf, plan, document);
+    const int count = isForParts(plan) ? dividedDocument(plan) : 1;
+    if (const auto parts = attempt(plan, isCostly, count)) return edited(*parts, plan, document);
     if (!plan.usesViewportPage) return {};
-    const auto pdf = attempt(plain, isCostly);
-    return pdf ? edited(*pdf, plain, document) : NSData();
+    const auto parts = attempt(plain, isCostly, plain.isDivisible ? count : 1);
+    return parts ? edited(*parts, plain, document) : NSData();
+}
+
+/// Returns the number of parts.
+int PageRenderer::dividedDocument(const PrintPlan& plan) {
+    const Json parts = world_.call(scripts::divide, {sheetsOfPart * plan.pageLength}).value_or(Json(1));
+    return static_cast<int>(std::clamp<std::int64_t>(parts.integer(1), 1, mostParts));
 }
 
 /// Nothing when the document cannot be printed by this plan; nil when it cannot be printed at all.
-std::optional<NSData> PageRenderer::attempt(const PrintPlan& plan, bool isCostly) {
+std::optional<std::vector<PDFPart>> PageRenderer::attempt(const PrintPlan& plan, bool isCostly, int count) {
     if (plan.isOnSheets && plan.documentLength > longestPrint) {
         NSLog(u"the page is %.0f px long, too long for sheets of paper", plan.documentLength);
-        return NSData();
+        return std::vector<PDFPart>();
     }
     const auto isApplied = world_.call(
         scripts::applyPrintStyle, {plan.styleSheet, plan.imageTarget, plan.imageSource, plan.imagesOnTop});
     if (!isApplied.value_or(Json()).boolean()) return std::nullopt;
-    const DevToolsReply reply = devTools_.call(session_, "Page.printToPDF",
-                                               Json::object({{"printBackground", printsBackgrounds_},
-                                                             {"preferCSSPageSize", true},
-                                                             {"scale", plan.scale},
-                                                             {"paperWidth", plan.paper.width},
-                                                             {"paperHeight", plan.paper.height},
-                                                             {"marginTop", 0},
-                                                             {"marginBottom", 0},
-                                                             {"marginLeft", 0},
-                                                             {"marginRight", 0},
-                                                             {"pageRanges", plan.pageRanges},
-                                                             {"generateTaggedPDF", plan.isStructured},
-                                                             {"generateDocumentOutline", plan.isStructured}}),
-                                               limitFor(plan, isCostly));
-    // Another plan would take as long.
-    if (reply.status == DevToolsReply::Status::timedOut) {
-        needsLessPaint_ = isCostly;
-        return NSData();
+    const auto end = std::chrono::steady_clock::now() + limitFor(plan, isCostly);
+    std::vector<PDFPart> parts;
+    for (int part = 0; part < count; ++part) {
+        const Json targets =
+            count > 1 ? world_.call(scripts::showPart, {part, count - 1}).value_or(Json()) : Json();
+        const auto rest =
+            std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
+        const DevToolsReply reply = printed(plan, std::max(rest, std::chrono::milliseconds(0)));
+        // Another plan would take as long.
+        if (reply.status == DevToolsReply::Status::timedOut) {
+            needsLessPaint_ = isCostly;
+            return std::vector<PDFPart>();
+        }
+        const NSData pdf = reply.ok() ? reply.result["data"].data() : NSData();
+        if (pdf.isNil()) return std::nullopt;
+        parts.push_back({pdf, targetsFromJson(targets)});
     }
-    if (!reply.ok()) return std::nullopt;
-    const NSData pdf = reply.result["data"].data();
-    return pdf.isNil() ? std::nullopt : std::optional(pdf);
+    return parts;
 }
 
-NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan,
+DevToolsReply PageRenderer::printed(const PrintPlan& plan, std::chrono::milliseconds limit) {
+    return devTools_.call(session_, "Page.printToPDF",
+                          Json::object({{"printBackground", printsBackgrounds_},
+                                        {"preferCSSPageSize", true},
+                                        {"scale", plan.scale},
+                                        {"paperWidth", plan.paper.width},
+                                        {"paperHeight", plan.paper.height},
+                                        {"marginTop", 0},
+                                        {"marginBottom", 0},
+                                        {"marginLeft", 0},
+                                        {"marginRight", 0},
+                                        {"pageRanges", plan.pageRanges},
+                                        {"generateTaggedPDF", plan.isStructured},
+                                        {"generateDocumentOutline", plan.isStructured}}),
+                          limit);
+}
+
+NSData PageRenderer::edited(const std::vector<PDFPart>& parts, const PrintPlan& plan,
                             const DocumentDescription& document) const {
+    if (parts.empty()) return {};
     PDFPageEdits edits;
+    edits.furtherParts.assign(parts.begin() + 1, parts.end());
     edits.scale = 1 / plan.shrink;
     edits.size = plan.page;
     edits.removesEmptySheetsAtEnd = plan.isOnSheets;
@@ -150,7 +182,7 @@ NSData PageRenderer::edited(const NSData& pdf, const PrintPlan& plan,
     edits.headings = document.headings;
     edits.frames = document.frames;
     edits.hasOutline = plan.isStructured;
-    return confinedPDFByApplying(edits, pdf);
+    return confinedPDFByApplying(edits, parts.front().pdf);
 }
 
 } // namespace qrv::engine

@@ -5,6 +5,7 @@
 
 #include "Platform/Engine/DevTools/DevToolsClient.h"
 #include "Platform/Engine/DevTools/PageWorld.h"
+#include "Platform/Engine/PDF/PDFPageEdits.h"
 #include "Platform/Engine/Print/DocumentDescription.h"
 #include "Platform/Engine/Print/PageMeasurements.h"
 #include "Platform/Engine/Print/PageReadiness.h"
@@ -76,8 +77,11 @@ private:
     std::optional<PageMeasurements> measure(NSSize view, Mode mode);
     std::chrono::milliseconds limitFor(const PrintPlan& plan, bool isCostly) const;
     NSData print(const PrintPlan& plan, const PrintPlan& plain);
-    std::optional<NSData> attempt(const PrintPlan& plan, bool isCostly);
-    NSData edited(const NSData& pdf, const PrintPlan& plan, const DocumentDescription& document) const;
+    int dividedDocument(const PrintPlan& plan);
+    std::optional<std::vector<PDFPart>> attempt(const PrintPlan& plan, bool isCostly, int parts);
+    DevToolsReply printed(const PrintPlan& plan, std::chrono::milliseconds limit);
+    NSData edited(const std::vector<PDFPart>& parts, const PrintPlan& plan,
+                  const DocumentDescription& document) const;
 
     DevToolsClient& devTools_;
     std::string session_;

@@ -226,6 +226,7 @@ PrintPlan sheetsPlan(const PageMeasurements& m, const Paper& paper) {
     plan.paper = paperLikeView(m, plan.scale);
     plan.pageLength = paper.printableHeight() * plan.shrink * pixelsPerPoint / plan.scale;
     plan.pageMargin = paper.margin * plan.shrink;
+    plan.isDivisible = !isVertical(m) && !m.canvas.hasImage;
     return plan;
 }
 
@@ -310,6 +311,7 @@ PrintPlan paginatedPlan(const PageMeasurements& m, NSSize size, double margin) {
     box.marginLeft += leftOverflow(m);
     addRootInPlace(root, m, box);
     addPagedBox(root, m, box, plan.pageLength);
+    if (m.root.hasEffect || (pins.minimumHeight && m.body.height > m.view.height)) plan.isDivisible = false;
     double toEndOfLastSheet = std::ceil(documentHeight(m) / plan.pageLength) * plan.pageLength - 1;
     addBackground(plan, sheet, root, m, box, toEndOfLastSheet);
     sheet.add(root);

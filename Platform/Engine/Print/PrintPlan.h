@@ -25,6 +25,8 @@ struct PrintPlan {
     /// engine repeats on every sheet, are boxes fixed to the view, without a backdrop. Those at the end on
     /// which nothing is are left out.
     bool isOnSheets = false;
+    /// Nothing in the style sheet is as long as the document, so that a part of it can be printed alone.
+    bool isDivisible = false;
 
     // Where the document is on the printed pages; the engine's destinations do not take it into account.
 

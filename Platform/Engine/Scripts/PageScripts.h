@@ -52,6 +52,8 @@ extern const PageScript describeFrame;
 extern const PageScript applyPrintStyle;
 extern const PageScript releaseBoxes;
 extern const PageScript easePaint;
+extern const PageScript divide;
+extern const PageScript showPart;
 
 } // namespace scripts
 

@@ -335,6 +335,20 @@ function linkTargets() {
     return targets;
 }
 
+/** Where the targets of inner links are that begin in a view from this height on, px from there; `start` answers the
+ * height, and is asked only when there are links, since the page is laid out for it. */
+function targetsInView(start) {
+    const targets = linkTargets();
+    if (targets.size === 0) return [];
+    const from = start();
+    return Array.from(targets, ([name, target]) => ({
+        name,
+        top: target ? Element.prototype.getClientRects.call(target)[0]?.top - from : 0,
+    }))
+        .filter(({ top }) => top < innerHeight)
+        .map(({ name, top }) => ({ name, top: Math.max(0, top) }));
+}
+
 /** Settled by the first of these events. A <video>'s sources report their errors on the way down only. */
 function firstOf(element, ...names) {
     return new Promise((done) => {

@@ -46,19 +46,19 @@ TEST(ConfinedPDF, LimitsGoWithTheLength) {
 }
 
 TEST(ConfinedPDF, WorkGivesWhatItReturns) {
-    EXPECT_EQ(workOnPDF("the work", {}, [](std::string&) { return NSData("made"); })->bytes(), "made");
-    const auto nothing = workOnPDF("the work", {}, [](std::string&) { return NSData(); });
+    EXPECT_EQ(workOnPDF("the work", 0, [](std::string&) { return NSData("made"); })->bytes(), "made");
+    const auto nothing = workOnPDF("the work", 0, [](std::string&) { return NSData(); });
     ASSERT_TRUE(nothing);
     EXPECT_TRUE(nothing->isNil());
 }
 
 TEST(ConfinedPDF, FailuresAndNotesAreLogged) {
     CaptureStderr();
-    const auto failed = workOnPDF("the work", {}, [](std::string&) -> NSData { __builtin_trap(); });
+    const auto failed = workOnPDF("the work", 0, [](std::string&) -> NSData { __builtin_trap(); });
     EXPECT_FALSE(failed);
     EXPECT_THAT(GetCapturedStderr(), HasSubstr("the work was ended by signal 4 (Illegal instruction)\n"));
     CaptureStderr();
-    workOnPDF("the work", {}, [](std::string& notes) {
+    workOnPDF("the work", 0, [](std::string& notes) {
         notes = "first\nsecond\n";
         return NSData();
     });
@@ -115,7 +115,7 @@ TEST(ConfinedPDF, KnowsTheEndingOfWhatItHasMade) {
     const NSData source(titled("B"));
     NSData made;
     EXPECT_EQ(forksDuring([&] {
-                  made = makeFromPDF("making", source, [&](std::string& notes, PDFEnding& ending) {
+                  made = makeFromPDF("making", source.length(), [&](std::string& notes, PDFEnding& ending) {
                       notes = "made";
                       return serializePDF(*openPDF(source), {}, &ending);
                   });
@@ -127,7 +127,7 @@ TEST(ConfinedPDF, KnowsTheEndingOfWhatItHasMade) {
 }
 
 TEST(ConfinedPDF, MakesNothingOfWorkThatFailsOrHasNoResult) {
-    const auto make = [](const PDFMaking& making) { return makeFromPDF("making", NSData("x"), making); };
+    const auto make = [](const PDFMaking& making) { return makeFromPDF("making", 1, making); };
     CaptureStderr();
     EXPECT_TRUE(make([](std::string&, PDFEnding&) { return NSData(); }).isNil());
     EXPECT_EQ(GetCapturedStderr(), "");

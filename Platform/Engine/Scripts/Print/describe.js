@@ -4,18 +4,13 @@
 () => {
     const root = property('documentElement');
     const rootAttribute = (space, name) => root && Element.prototype.getAttributeNS.call(root, space, name);
-    const targetsInView = [];
-    for (const [name, target] of linkTargets()) {
-        const top = target ? Element.prototype.getClientRects.call(target)[0]?.top : 0;
-        if (top < innerHeight) targetsInView.push({ name, top: Math.max(0, top) });
-    }
     return {
         language:
             rootAttribute(null, 'lang') ?? rootAttribute('http://www.w3.org/XML/1998/namespace', 'lang'),
         headings: query('h1,h2,h3,h4,h5,h6,[role="heading"]')
             .map((heading) => heading.innerText)
             .filter(Boolean),
-        targetsInView,
+        targetsInView: targetsInView(() => 0),
         hasFrames: length > 0,
     };
 };

@@ -37,11 +37,13 @@ public:
     bool isCostly = false;            // to paint
     std::vector<std::string> easings; // the levels
     Json description;
-    std::vector<std::string> prints; // the page ranges asked for
+    std::vector<std::string> prints; // the page ranges asked for, and the parts shown
     int measurements = 0;
     double height = 1000; // of the document, CSS px
     int releases = 0;     // of boxes
     std::vector<std::string> unrollings;
+    Json parts = 1;                // into which the document can be divided
+    std::vector<double> divisions; // the lengths asked for
 
 private:
     void answer(const Json& id, const std::string& method, const Json& params) {
@@ -76,6 +78,12 @@ private:
                               {"body", Json::object({{"exists", true}})}});
         }
         if (script == scripts::describe.source) value = description;
+        if (script == scripts::divide.source) {
+            divisions.push_back(params["arguments"].elements()[0]["value"].number());
+            value = parts;
+        }
+        if (script == scripts::showPart.source)
+            prints.push_back("part " + jsonText(params["arguments"].elements()[0]["value"]));
         if (script == scripts::releaseBoxes.source) ++releases;
         if (script == scripts::easePaint.source) {
             easings.push_back(jsonText(params["arguments"].elements()[0]["value"]));
@@ -258,6 +266,61 @@ TEST_F(PageRendererTest, WhatIsTooHighForSheetsIsNotPrintedOnThem) {
 TEST_F(PageRendererTest, WhatIsJustNotTooHighForSheetsIsPrinted) {
     transport_.height = 12'000'000;
     EXPECT_FALSE(renderer_.paginatedPDF({612, 792}, 36).isNil());
+}
+
+std::size_t pagesIn(const NSData& pdf) {
+    const std::string bytes(pdf.bytes());
+    const TemporaryFolder folder;
+    folder.write("out.pdf", bytes);
+    return std::stoul(
+        outputOf("mutool show '" + (folder.path() / "out.pdf").string() + "' trailer/Root/Pages/Count"));
+}
+
+TEST_F(PageRendererTest, ManySheetsArePrintedInParts) {
+    transport_.height = 500'000;
+    transport_.parts = 3;
+    EXPECT_EQ(pagesIn(renderer_.paginatedPDF({612, 792}, 36)), 3u);
+    EXPECT_THAT(transport_.prints, ElementsAre("part 0", "2-", "part 1", "2-", "part 2", "2-"));
+    EXPECT_THAT(transport_.divisions, ElementsAre(::testing::DoubleNear(200 * 960, 1)));
+}
+
+TEST_F(PageRendererTest, FewSheetsArePrintedAtOnce) {
+    transport_.height = 380'000;
+    transport_.parts = 3;
+    EXPECT_EQ(pagesIn(renderer_.paginatedPDF({612, 792}, 36)), 1u);
+    EXPECT_THAT(transport_.divisions, ElementsAre());
+    transport_.height = 500'000;
+    renderer_.setViewSize({500, 500});
+    EXPECT_EQ(pagesIn(renderer_.screenPDF()), 1u);
+    EXPECT_THAT(transport_.divisions, ElementsAre());
+}
+
+TEST_F(PageRendererTest, WhatCannotBeDividedIsPrintedAtOnce) {
+    transport_.height = 500'000;
+    for (const Json& parts : {Json(1), Json(0), Json(-5), Json("many"), Json()}) {
+        transport_.parts = parts;
+        transport_.prints.clear();
+        EXPECT_FALSE(renderer_.paginatedPDF({612, 792}, 36).isNil());
+        EXPECT_THAT(transport_.prints, ElementsAre("2-"));
+    }
+}
+
+TEST_F(PageRendererTest, APartThatCannotBePrintedFailsThePlan) {
+    transport_.height = 500'000;
+    transport_.parts = 2;
+    transport_.printsToRefuse = 1;
+    EXPECT_EQ(pagesIn(renderer_.paginatedPDF({612, 792}, 36)), 2u);
+    EXPECT_THAT(transport_.prints, ElementsAre("part 0", "2-", "part 0", "", "part 1", ""));
+}
+
+TEST_F(PageRendererTest, AllPartsTogetherHaveTheTimeOfThePrint) {
+    transport_.height = 500'000;
+    transport_.parts = 2;
+    transport_.printsForEver = true;
+    transport_.isCostly = true;
+    renderer_.setCostlyPrintLimit(std::chrono::milliseconds(-25'000));
+    EXPECT_TRUE(renderer_.paginatedPDF({612, 792}, 36).isNil());
+    EXPECT_THAT(transport_.prints, ElementsAre("part 0", "2-"));
 }
 
 TEST_F(PageRendererTest, HighPagesMayTakeLongOnSheets) {

@@ -537,6 +537,23 @@ TEST(PrintLayout, OnlySheetsReleaseStickyBoxes) {
     EXPECT_TRUE(plainPaginatedPlan(m, {612, 792}, 36).isOnSheets);
 }
 
+TEST(PrintLayout, WhatIsAsLongAsTheDocumentKeepsItWhole) {
+    const PageMeasurements m = page(720, 5000, 720, 960);
+    EXPECT_TRUE(paginatedPlan(m, {612, 792}, 36).isDivisible);
+    EXPECT_TRUE(plainPaginatedPlan(m, {612, 792}, 36).isDivisible);
+    EXPECT_FALSE(screenPlan(m).isDivisible);
+    PageMeasurements picture = m;
+    picture.canvas.hasImage = true;
+    EXPECT_FALSE(paginatedPlan(picture, {612, 792}, 36).isDivisible);
+    EXPECT_FALSE(plainPaginatedPlan(picture, {612, 792}, 36).isDivisible);
+    PageMeasurements effect = m;
+    effect.root.hasEffect = true;
+    EXPECT_FALSE(paginatedPlan(effect, {612, 792}, 36).isDivisible);
+    PageMeasurements stretched = m;
+    stretched.root.heightIsAuto = false;
+    EXPECT_FALSE(paginatedPlan(stretched, {612, 792}, 36).isDivisible);
+}
+
 TEST(PrintLayout, EffectsOfTheRootWorkOnTheCanvasToTheEndOfTheLastSheet) {
     PageMeasurements m = page(720, 1000, 720, 960);
     m.root.hasEffect = true;

@@ -1,0 +1,121 @@
+#include "Platform/Engine/PDF/PDFParts.h"
+
+#include <qpdf/QPDF.hh>
+#include <set>
+#include <vector>
+
+namespace qrv::engine {
+
+namespace {
+
+QPDFObjectHandle dictionary(QPDFObjectHandle owner, const char* key) {
+    QPDFObjectHandle value = owner.getKey(key);
+    return value.isDictionary() ? value : owner.replaceKeyAndGetNew(key, QPDFObjectHandle::newDictionary());
+}
+
+long long number(QPDFObjectHandle value) {
+    return value.isInteger() ? value.getIntValue() : 0;
+}
+
+/// A key's elements, of which one may stand without an array.
+std::vector<QPDFObjectHandle> elements(QPDFObjectHandle owner, const char* key) {
+    QPDFObjectHandle value = owner.getKey(key);
+    if (value.isArray()) return value.getArrayAsVector();
+    return value.isNull() ? std::vector<QPDFObjectHandle>() : std::vector<QPDFObjectHandle>{value};
+}
+
+/// Pages, forms and annotations name their elements by the keys of a tree, of which the document has one.
+void moveKeys(QPDF& part, long long distance) {
+    for (QPDFObjectHandle object : part.getAllObjects()) {
+        QPDFObjectHandle owner = object.isStream() ? object.getDict() : object;
+        if (!owner.isDictionary()) continue;
+        for (const char* key : {"/StructParent", "/StructParents"}) {
+            if (!owner.getKey(key).isInteger()) continue;
+            owner.replaceKey(key, QPDFObjectHandle::newInteger(number(owner.getKey(key)) + distance));
+        }
+    }
+}
+
+QPDFObjectHandle copied(QPDF& document, QPDF& part, const QPDFObjectHandle& object) {
+    return document.copyForeignObject(object.isIndirect() ? object : part.makeIndirectObject(object));
+}
+
+void appendDestinations(QPDF& document, QPDF& part) {
+    QPDFObjectHandle added = part.getRoot().getKey("/Dests");
+    if (!added.isDictionary()) return;
+    QPDFObjectHandle all = dictionary(document.getRoot(), "/Dests");
+    for (auto& [name, destination] : added.ditems()) {
+        // Unlike what is copied, which is an object of its own.
+        if (!all.hasKey(name)) all.replaceKey(name, copied(document, part, destination).shallowCopy());
+    }
+}
+
+void appendOutline(QPDF& document, QPDF& part) {
+    QPDFObjectHandle added = part.getRoot().getKey("/Outlines");
+    if (!added.isDictionary() || !added.getKey("/First").isDictionary()) return;
+    added = copied(document, part, added);
+    QPDFObjectHandle outline = document.getRoot().getKey("/Outlines");
+    if (!outline.isDictionary() || !outline.getKey("/Last").isDictionary()) {
+        document.getRoot().replaceKey("/Outlines", added);
+        return;
+    }
+    QPDFObjectHandle last = outline.getKey("/Last");
+    QPDFObjectHandle first = added.getKey("/First");
+    last.replaceKey("/Next", first);
+    first.replaceKey("/Prev", last);
+    std::set<QPDFObjGen> seen;
+    for (QPDFObjectHandle entry = first; entry.isDictionary() && seen.insert(entry.getObjGen()).second;
+         entry = entry.getKey("/Next")) {
+        entry.replaceKey("/Parent", outline);
+    }
+    outline.replaceKey("/Last", added.getKey("/Last"));
+    outline.replaceKey("/Count", QPDFObjectHandle::newInteger(number(outline.getKey("/Count")) +
+                                                              number(added.getKey("/Count"))));
+}
+
+/// Returns the element that holds all others.
+QPDFObjectHandle outermost(QPDFObjectHandle tree) {
+    const std::vector<QPDFObjectHandle> top = elements(tree, "/K");
+    return top.empty() ? QPDFObjectHandle::newNull() : top.front();
+}
+
+void appendStructure(QPDF& document, QPDF& part) {
+    QPDFObjectHandle tree = document.getRoot().getKey("/StructTreeRoot");
+    QPDFObjectHandle added = part.getRoot().getKey("/StructTreeRoot");
+    if (!tree.isDictionary() || !added.isDictionary()) return;
+    added = copied(document, part, added);
+    QPDFObjectHandle top = outermost(tree);
+    QPDFObjectHandle addedTop = outermost(added);
+    if (!top.isDictionary() || !addedTop.isDictionary()) return;
+
+    std::vector<QPDFObjectHandle> children = elements(top, "/K");
+    for (QPDFObjectHandle child : elements(addedTop, "/K")) {
+        if (child.isDictionary()) child.replaceKey("/P", top);
+        children.push_back(child);
+    }
+    top.replaceKey("/K", QPDFObjectHandle::newArray(children));
+
+    const long long distance = number(tree.getKey("/ParentTreeNextKey"));
+    QPDFObjectHandle parents = dictionary(tree, "/ParentTree");
+    std::vector<QPDFObjectHandle> entries = elements(parents, "/Nums");
+    const std::vector<QPDFObjectHandle> addedEntries = elements(added.getKey("/ParentTree"), "/Nums");
+    for (std::size_t i = 0; i + 1 < addedEntries.size(); i += 2) {
+        entries.push_back(QPDFObjectHandle::newInteger(number(addedEntries[i]) + distance));
+        entries.push_back(addedEntries[i + 1]);
+    }
+    parents.replaceKey("/Nums", QPDFObjectHandle::newArray(entries));
+    tree.replaceKey("/ParentTreeNextKey",
+                    QPDFObjectHandle::newInteger(distance + number(added.getKey("/ParentTreeNextKey"))));
+}
+
+} // namespace
+
+void appendPart(QPDF& document, QPDF& part) {
+    moveKeys(part, number(document.getRoot().getKey("/StructTreeRoot").getKeyIfDict("/ParentTreeNextKey")));
+    for (const QPDFObjectHandle& page : part.getAllPages()) document.addPage(page, false);
+    appendDestinations(document, part);
+    appendOutline(document, part);
+    appendStructure(document, part);
+}
+
+} // namespace qrv::engine
