@@ -19,7 +19,7 @@ bool isBetween(double value, double low, double high) {
     return value >= low && value <= high; // false for no number
 }
 
-/// Rules within one layer, and in them declarations that are all important.
+/// Rules, and in them declarations that are all important.
 void checkSheet(const std::string& sheet) {
     require(sheet.find_first_of("\"'\\<") == std::string::npos);
     require(sheet.find("/*") == std::string::npos);
@@ -32,7 +32,7 @@ void checkSheet(const std::string& sheet) {
         parentheses += (c == '(') - (c == ')');
         require(parentheses >= 0 && (parentheses == 0 || (c != '{' && c != '}' && c != ';')));
         require(c != ';' || std::string_view(sheet).substr(0, i).ends_with("!important"));
-        require(blocks > 0 || i < sheet.find('{') || i + 1 == sheet.size());
+        require(blocks >= 0 && (blocks > 0 || c != ';'));
     }
     require(blocks == 0 && parentheses == 0);
 }
