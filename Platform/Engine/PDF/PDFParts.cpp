@@ -74,7 +74,7 @@ void appendOutline(QPDF& document, QPDF& part) {
 }
 
 /// Returns the element that holds all others.
-QPDFObjectHandle outermost(QPDFObjectHandle tree) {
+QPDFObjectHandle outermost(const QPDFObjectHandle& tree) {
     const std::vector<QPDFObjectHandle> top = elements(tree, "/K");
     return top.empty() ? QPDFObjectHandle::newNull() : top.front();
 }
