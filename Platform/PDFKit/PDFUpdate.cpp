@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <map>
+#include <sstream>
 #include <utility>
 
 namespace qrv {
@@ -48,7 +49,7 @@ private:
             if (change.kind != PDFAttributeChange::Kind::removal) entries[change.name] = syntaxOf(change);
         }
         std::string text = "<< ";
-        for (const auto& [name, value] : entries) text += name + " " + value + " ";
+        for (const auto& [name, value] : entries) text.append(name).append(" ").append(value).append(" ");
         return text + ">>";
     }
 
@@ -90,7 +91,7 @@ private:
     static std::pair<int, int> numbersOf(const std::string& object) {
         int number = 0;
         int generation = 0;
-        std::sscanf(object.c_str(), "%d %d", &number, &generation);
+        std::istringstream(object) >> number >> generation;
         return {number, generation};
     }
 
