@@ -2,7 +2,6 @@
 
 #include <qpdf/QPDF.hh>
 #include <set>
-#include <vector>
 
 namespace qrv::engine {
 
@@ -17,11 +16,13 @@ long long number(QPDFObjectHandle value) {
     return value.isInteger() ? value.getIntValue() : 0;
 }
 
-/// A key's elements, of which one may stand without an array.
-std::vector<QPDFObjectHandle> elements(QPDFObjectHandle owner, const char* key) {
+/// A key's elements, of which one may stand without an array; they are in one from then on.
+QPDFObjectHandle array(QPDFObjectHandle owner, const char* key) {
     QPDFObjectHandle value = owner.getKey(key);
-    if (value.isArray()) return value.getArrayAsVector();
-    return value.isNull() ? std::vector<QPDFObjectHandle>() : std::vector<QPDFObjectHandle>{value};
+    if (value.isArray()) return value;
+    QPDFObjectHandle array = QPDFObjectHandle::newArray();
+    if (!value.isNull()) array.appendItem(value);
+    return owner.replaceKeyAndGetNew(key, array);
 }
 
 /// Pages, forms and annotations name their elements by the keys of a tree, of which the document has one.
@@ -74,9 +75,9 @@ void appendOutline(QPDF& document, QPDF& part) {
 }
 
 /// Returns the element that holds all others.
-QPDFObjectHandle outermost(const QPDFObjectHandle& tree) {
-    const std::vector<QPDFObjectHandle> top = elements(tree, "/K");
-    return top.empty() ? QPDFObjectHandle::newNull() : top.front();
+QPDFObjectHandle outermost(QPDFObjectHandle tree) {
+    QPDFObjectHandle top = tree.getKey("/K");
+    return top.isArray() && top.getArrayNItems() > 0 ? top.getArrayItem(0) : top;
 }
 
 void appendStructure(QPDF& document, QPDF& part) {
@@ -88,22 +89,19 @@ void appendStructure(QPDF& document, QPDF& part) {
     QPDFObjectHandle addedTop = outermost(added);
     if (!top.isDictionary() || !addedTop.isDictionary()) return;
 
-    std::vector<QPDFObjectHandle> children = elements(top, "/K");
-    for (QPDFObjectHandle child : elements(addedTop, "/K")) {
+    QPDFObjectHandle children = array(top, "/K");
+    for (QPDFObjectHandle child : array(addedTop, "/K").aitems()) {
         if (child.isDictionary()) child.replaceKey("/P", top);
-        children.push_back(child);
+        children.appendItem(child);
     }
-    top.replaceKey("/K", QPDFObjectHandle::newArray(children));
 
     const long long distance = number(tree.getKey("/ParentTreeNextKey"));
-    QPDFObjectHandle parents = dictionary(tree, "/ParentTree");
-    std::vector<QPDFObjectHandle> entries = elements(parents, "/Nums");
-    const std::vector<QPDFObjectHandle> addedEntries = elements(added.getKey("/ParentTree"), "/Nums");
-    for (std::size_t i = 0; i + 1 < addedEntries.size(); i += 2) {
-        entries.push_back(QPDFObjectHandle::newInteger(number(addedEntries[i]) + distance));
-        entries.push_back(addedEntries[i + 1]);
+    QPDFObjectHandle entries = array(dictionary(tree, "/ParentTree"), "/Nums");
+    QPDFObjectHandle addedEntries = array(dictionary(added, "/ParentTree"), "/Nums");
+    for (int i = 0; i + 1 < addedEntries.getArrayNItems(); i += 2) {
+        entries.appendItem(QPDFObjectHandle::newInteger(number(addedEntries.getArrayItem(i)) + distance));
+        entries.appendItem(addedEntries.getArrayItem(i + 1));
     }
-    parents.replaceKey("/Nums", QPDFObjectHandle::newArray(entries));
     tree.replaceKey("/ParentTreeNextKey",
                     QPDFObjectHandle::newInteger(distance + number(added.getKey("/ParentTreeNextKey"))));
 }
@@ -111,7 +109,9 @@ void appendStructure(QPDF& document, QPDF& part) {
 } // namespace
 
 void appendPart(QPDF& document, QPDF& part) {
-    moveKeys(part, number(document.getRoot().getKey("/StructTreeRoot").getKeyIfDict("/ParentTreeNextKey")));
+    const long long keys =
+        number(document.getRoot().getKey("/StructTreeRoot").getKeyIfDict("/ParentTreeNextKey"));
+    if (keys > 0) moveKeys(part, keys); // reads every object
     for (const QPDFObjectHandle& page : part.getAllPages()) document.addPage(page, false);
     appendDestinations(document, part);
     appendOutline(document, part);

@@ -111,14 +111,15 @@ NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
     const int count = isForParts(plan) ? dividedDocument(plan) : 1;
     if (const auto parts = attempt(plan, isCostly, count)) return edited(*parts, plan, document);
     if (!plan.usesViewportPage) return {};
-    const auto parts = attempt(plain, isCostly, plain.isDivisible ? count : 1);
+    const auto parts = attempt(plain, isCostly, count);
     return parts ? edited(*parts, plain, document) : NSData();
 }
 
 /// Returns the number of parts.
 int PageRenderer::dividedDocument(const PrintPlan& plan) {
-    const Json parts = world_.call(scripts::divide, {sheetsOfPart * plan.pageLength}).value_or(Json(1));
-    return static_cast<int>(std::clamp<std::int64_t>(parts.integer(1), 1, mostParts));
+    const Json parts = world_.call(scripts::divide, {sheetsOfPart * plan.pageLength}).value_or(Json());
+    const std::int64_t count = parts.integer();
+    return count >= 1 && count <= mostParts ? static_cast<int>(count) : 1;
 }
 
 /// Nothing when the document cannot be printed by this plan; nil when it cannot be printed at all.
@@ -133,8 +134,10 @@ std::optional<std::vector<PDFPart>> PageRenderer::attempt(const PrintPlan& plan,
     const auto end = std::chrono::steady_clock::now() + limitFor(plan, isCostly);
     std::vector<PDFPart> parts;
     for (int part = 0; part < count; ++part) {
-        const Json targets =
-            count > 1 ? world_.call(scripts::showPart, {part, count - 1}).value_or(Json()) : Json();
+        // Without its part alone in sight, a print would have others twice.
+        const auto targets =
+            count > 1 ? world_.call(scripts::showPart, {part, count - 1}) : std::optional(Json());
+        if (!targets) return std::nullopt;
         const auto rest =
             std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
         const DevToolsReply reply = printed(plan, std::max(rest, std::chrono::milliseconds(0)));
@@ -145,7 +148,7 @@ std::optional<std::vector<PDFPart>> PageRenderer::attempt(const PrintPlan& plan,
         }
         const NSData pdf = reply.ok() ? reply.result["data"].data() : NSData();
         if (pdf.isNil()) return std::nullopt;
-        parts.push_back({pdf, targetsFromJson(targets)});
+        parts.push_back({pdf, targetsFromJson(*targets)});
     }
     return parts;
 }

@@ -49,6 +49,15 @@ function elementsIn(element) {
     return [...elementProperty('children', element)];
 }
 
+/** Whether there is text right in an element. */
+function hasText(element) {
+    return [...read(Node, 'childNodes', element)].some(
+        (node) =>
+            read(Node, 'nodeType', node) === Node.TEXT_NODE &&
+            read(CharacterData, 'data', node).trim() !== '',
+    );
+}
+
 /** False for shadow trees. */
 function isDocument(content) {
     return read(Node, 'nodeType', content) === Node.DOCUMENT_NODE;

@@ -6,12 +6,6 @@
     const boxOf = (element) => Element.prototype.getBoundingClientRect.call(element);
     const pushesOthers = ({ display, position }) =>
         display !== 'none' && ['static', 'relative'].includes(position);
-    const hasText = (element) =>
-        [...read(Node, 'childNodes', element)].some(
-            (node) =>
-                read(Node, 'nodeType', node) === Node.TEXT_NODE &&
-                read(CharacterData, 'data', node).trim() !== '',
-        );
     // Such a box shows nothing but what is in it, one below the other.
     const isPlain = (element) => {
         const style = getComputedStyle(element);

@@ -6,11 +6,6 @@
     const nearlyOpaque = '0.999';
     const plain = ['none', 'normal', 'initial'];
     const costly = ['filter', 'backdrop-filter', 'mask-image', 'mix-blend-mode', 'text-shadow', 'box-shadow'];
-    const isText = (node) => read(Node, 'nodeType', node) === Node.TEXT_NODE;
-    const hasText = (box) =>
-        [...read(Node, 'childNodes', box)].some(
-            (node) => isText(node) && read(CharacterData, 'data', node).trim() !== '',
-        );
     // Lines under, over and through text are drawn with the text of all that is inside.
     const isDecorated = (box) =>
         [box, ...ancestorsOf(box)].some((one) => getComputedStyle(one).textDecorationLine !== 'none');

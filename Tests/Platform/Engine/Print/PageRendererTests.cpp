@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <gmock/gmock.h>
+#include <thread>
 
 namespace qrv::engine {
 namespace {
@@ -31,6 +32,8 @@ public:
 
     int printsToRefuse = 0;
     bool printsForEver = false;
+    int printsBeforeThat = 0;
+    std::chrono::milliseconds timeOfPrint{0};
     bool dies = false;
     bool keepsPromises = true;
     std::string scriptThatThrows;
@@ -54,7 +57,8 @@ private:
             call(id, params);
         } else if (method == "Page.printToPDF") {
             prints.push_back(params["pageRanges"].string());
-            if (printsForEver) return;
+            if (printsForEver && printsBeforeThat-- <= 0) return;
+            std::this_thread::sleep_for(timeOfPrint);
             if (printsToRefuse-- > 0) return refuse(id, "Page range exceeds page count");
             const std::string pdf =
                 makePDF({"<</Type/Catalog/Pages 2 0 R>>", "<</Type/Pages/Kids[3 0 R]/Count 1>>",
@@ -297,7 +301,7 @@ TEST_F(PageRendererTest, FewSheetsArePrintedAtOnce) {
 
 TEST_F(PageRendererTest, WhatCannotBeDividedIsPrintedAtOnce) {
     transport_.height = 500'000;
-    for (const Json& parts : {Json(1), Json(0), Json(-5), Json("many"), Json()}) {
+    for (const Json& parts : {Json(1), Json(0), Json(-5), Json(1001), Json("many"), Json()}) {
         transport_.parts = parts;
         transport_.prints.clear();
         EXPECT_FALSE(renderer_.paginatedPDF({612, 792}, 36).isNil());
@@ -318,9 +322,21 @@ TEST_F(PageRendererTest, AllPartsTogetherHaveTheTimeOfThePrint) {
     transport_.parts = 2;
     transport_.printsForEver = true;
     transport_.isCostly = true;
-    renderer_.setCostlyPrintLimit(std::chrono::milliseconds(-25'000));
+    renderer_.setCostlyPrintLimit(std::chrono::seconds(-22)); // and 25 s for the height
+    transport_.printsBeforeThat = 1;
+    transport_.timeOfPrint = std::chrono::seconds(2);
+    const auto start = std::chrono::steady_clock::now();
     EXPECT_TRUE(renderer_.paginatedPDF({612, 792}, 36).isNil());
-    EXPECT_THAT(transport_.prints, ElementsAre("part 0", "2-"));
+    EXPECT_THAT(transport_.prints, ElementsAre("part 0", "2-", "part 1", "2-"));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(4));
+}
+
+TEST_F(PageRendererTest, APartThatCannotBeShownIsNotPrinted) {
+    transport_.height = 500'000;
+    transport_.parts = 2;
+    transport_.scriptThatThrows = scripts::showPart.source;
+    EXPECT_TRUE(renderer_.paginatedPDF({612, 792}, 36).isNil());
+    EXPECT_EQ(countOf("Page.printToPDF"), 0u);
 }
 
 TEST_F(PageRendererTest, HighPagesMayTakeLongOnSheets) {
