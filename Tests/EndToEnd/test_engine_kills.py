@@ -31,6 +31,14 @@ def kind_of(pid):
     return "browser" if "--remote-debugging-pipe" in line else ""
 
 
+def zygote_of_pages(tool):
+    """The zygote among whose descendants is a page process, or None."""
+    for pid in processes.descendants(tool):
+        if kind_of(pid) == "zygote" and "renderer" in map(kind_of, processes.descendants(pid)):
+            return pid
+    return None
+
+
 class KillTests(ToolTestCase):
     def test_process_killed_at_any_moment(self):
         self.set_preferences({"WebToolExtraLoadingTime": 1})
@@ -44,6 +52,17 @@ class KillTests(ToolTestCase):
                 killed += self.kill_and_judge(archive, number, kind, moment, chance)
         self.assertGreater(killed, KILLS // 3, "too few conversions had such a process")
 
+    def test_zygote_is_killed_as_soon_as_it_has_a_page(self):
+        archive = self.archive_file(paragraphs(3000))
+        for number in range(3):
+            with self.subTest(number=number):
+                output = self.folder / "out" / f"{number}.pdf"
+                child = self.start("screen", archive, output, "uid")
+                found = processes.wait_for(lambda tool=child.pid: zygote_of_pages(tool), 30)
+                self.assertIsNotNone(found, "no page process came")
+                os.kill(zygote_of_pages(child.pid), KILL)
+                self.judge(child, output)
+
     def kill_and_judge(self, archive, number, kind, moment, chance):
         output = self.folder / "out" / f"{number}.pdf"
         child = self.start(("screen", "print")[number % 2], archive, output, "uid")
@@ -56,6 +75,10 @@ class KillTests(ToolTestCase):
                 os.kill(victim, KILL)
             except ProcessLookupError:
                 victim = None
+        self.judge(child, output)
+        return victim is not None
+
+    def judge(self, child, output):
         start = time.monotonic()
         answer, log = child.communicate(timeout=90)
         self.assertLess(time.monotonic() - start, LONGEST, log.decode())
@@ -70,7 +93,6 @@ class KillTests(ToolTestCase):
             self.assertIn("Code=-1005", log.decode())
             self.assertFalse(output.exists())
         self.assert_nothing_left()
-        return victim is not None
 
 
 if __name__ == "__main__":

@@ -108,7 +108,7 @@ void EngineProcess::connectionEnded() {
 }
 
 void EngineProcess::look() {
-    const auto fault = watch_->look();
+    const auto fault = watch_->look(answered_);
     if (!fault) {
         lookTimer_ = loop_.scheduleTimer(EngineWatch::lookInterval, [this] { look(); });
         return;

@@ -4,7 +4,7 @@
 // they hold. An engine whose zygote or page process was killed may never say so.
 //
 //     EngineWatch watch(pid, limit);
-//     if (const auto fault = watch.look()) ... // every lookInterval
+//     if (const auto fault = watch.look(hasAnswered)) ... // every lookInterval
 
 #include "Platform/Engine/Process/ProcessTree.h"
 
@@ -34,11 +34,12 @@ public:
     /// `memoryLimit` in bytes; `processFolder` stands for /proc.
     EngineWatch(pid_t engine, std::size_t memoryLimit, std::string processFolder = "/proc");
 
-    /// Costs about a millisecond. Nothing when all is well.
-    std::optional<Fault> look();
+    /// Costs about a millisecond. Nothing when all is well. An engine that has answered has started all that it
+    /// starts its page processes with.
+    std::optional<Fault> look(bool hasAnswered);
 
 private:
-    std::optional<Fault> absence(const std::vector<ProcessState>& tree);
+    std::optional<Fault> absence(const std::vector<ProcessState>& tree, bool hasAnswered);
 
     pid_t engine_;
     std::size_t memoryLimit_;

@@ -23,13 +23,14 @@ protected:
     /// What enough looks find; a single one must not find an absence.
     std::optional<Fault> lookLong() {
         for (int looks = 1; looks < EngineWatch::looksToBelieve; ++looks)
-            EXPECT_EQ(watch_.look(), std::nullopt);
-        return watch_.look();
+            EXPECT_EQ(watch_.look(hasAnswered_), std::nullopt);
+        return watch_.look(hasAnswered_);
     }
 
     static inline const ProcessFolder::Process zygote{.commandLine = "engine --type=zygote"};
     static inline const ProcessFolder::Process page{.commandLine = "engine --type=renderer"};
 
+    bool hasAnswered_ = true;
     ProcessFolder folder_;
     EngineWatch watch_{10, limit, folder_.path()};
 };
@@ -44,12 +45,32 @@ TEST_F(EngineWatchTest, AnEngineWithAPageIsWell) {
 }
 
 TEST_F(EngineWatchTest, AZygoteThatWasSeenIsMissed) {
-    EXPECT_EQ(watch_.look(), std::nullopt);
+    EXPECT_EQ(watch_.look(hasAnswered_), std::nullopt);
     folder_.remove(20);
     EXPECT_EQ(lookLong(), Fault::zygoteLost);
 }
 
+TEST_F(EngineWatchTest, AZygoteThatWasLostWithItsPageBeforeTheFirstLookIsMissed) {
+    folder_.remove(20);
+    folder_.remove(21);
+    EXPECT_EQ(lookLong(), Fault::zygoteLost);
+}
+
+TEST_F(EngineWatchTest, AnEngineThatStartsMayHaveOneZygote) {
+    folder_.remove(22);
+    hasAnswered_ = false;
+    EXPECT_EQ(lookLong(), std::nullopt);
+    hasAnswered_ = true;
+    EXPECT_EQ(lookLong(), Fault::zygoteLost);
+}
+
+TEST_F(EngineWatchTest, AnEngineThatNeverHadZygotesIsWell) {
+    for (const int process : {20, 21, 22}) folder_.remove(process);
+    EXPECT_EQ(lookLong(), std::nullopt);
+}
+
 TEST_F(EngineWatchTest, AZygoteThatWasLostBeforeTheFirstLookIsMissedWhenThereIsAPage) {
+    hasAnswered_ = false;
     folder_.remove(22);
     EXPECT_EQ(lookLong(), std::nullopt);
     folder_.add(30, 21, page);
@@ -57,14 +78,14 @@ TEST_F(EngineWatchTest, AZygoteThatWasLostBeforeTheFirstLookIsMissedWhenThereIsA
 }
 
 TEST_F(EngineWatchTest, AZombieOfAZygoteIsMissed) {
-    EXPECT_EQ(watch_.look(), std::nullopt);
+    EXPECT_EQ(watch_.look(hasAnswered_), std::nullopt);
     folder_.add(20, 10, {.commandLine = "", .state = "Z (zombie)"});
     EXPECT_EQ(lookLong(), Fault::zygoteLost);
 }
 
 TEST_F(EngineWatchTest, WhatAZygoteForksHasItsNameAtFirst) {
     folder_.add(30, 21, zygote);
-    EXPECT_EQ(watch_.look(), std::nullopt);
+    EXPECT_EQ(watch_.look(hasAnswered_), std::nullopt);
     folder_.remove(30);
     EXPECT_EQ(lookLong(), std::nullopt);
 }
@@ -72,7 +93,7 @@ TEST_F(EngineWatchTest, WhatAZygoteForksHasItsNameAtFirst) {
 TEST_F(EngineWatchTest, TheLastPageIsMissed) {
     folder_.add(30, 21, page);
     folder_.add(31, 21, page);
-    EXPECT_EQ(watch_.look(), std::nullopt);
+    EXPECT_EQ(watch_.look(hasAnswered_), std::nullopt);
     folder_.remove(30);
     EXPECT_EQ(lookLong(), std::nullopt);
     folder_.remove(31);
@@ -81,11 +102,11 @@ TEST_F(EngineWatchTest, TheLastPageIsMissed) {
 
 TEST_F(EngineWatchTest, APageMayTakeAnotherProcess) {
     folder_.add(30, 21, page);
-    EXPECT_EQ(watch_.look(), std::nullopt);
+    EXPECT_EQ(watch_.look(hasAnswered_), std::nullopt);
     folder_.remove(30);
-    EXPECT_EQ(watch_.look(), std::nullopt);
+    EXPECT_EQ(watch_.look(hasAnswered_), std::nullopt);
     folder_.add(31, 21, page);
-    EXPECT_EQ(watch_.look(), std::nullopt);
+    EXPECT_EQ(watch_.look(hasAnswered_), std::nullopt);
     folder_.remove(31);
     EXPECT_EQ(lookLong(), Fault::pageLost); // counted from the start
 }
@@ -104,9 +125,9 @@ TEST_F(EngineWatchTest, TheMemoryOfAllCountsAtOnce) {
     constexpr int half = 50 << 10;
     folder_.add(30, 21, {.commandLine = page.commandLine, .anonymousKiB = half});
     folder_.add(31, 21, {.commandLine = page.commandLine, .sharedKiB = half});
-    EXPECT_EQ(watch_.look(), std::nullopt);
+    EXPECT_EQ(watch_.look(hasAnswered_), std::nullopt);
     folder_.add(32, 21, {.commandLine = page.commandLine, .anonymousKiB = 1});
-    EXPECT_EQ(watch_.look(), Fault::memoryExceeded);
+    EXPECT_EQ(watch_.look(hasAnswered_), Fault::memoryExceeded);
 }
 
 } // namespace
