@@ -34,8 +34,8 @@ public:
     /// `memoryLimit` in bytes; `processFolder` stands for /proc.
     EngineWatch(pid_t engine, std::size_t memoryLimit, std::string processFolder = "/proc");
 
-    /// Costs about a millisecond. Nothing when all is well. An engine that has answered has started all that it
-    /// starts its page processes with.
+    /// Costs about a millisecond. Nothing when all is well. An engine that has answered has started all that
+    /// it starts its page processes with.
     std::optional<Fault> look(bool hasAnswered);
 
 private:
