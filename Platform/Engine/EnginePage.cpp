@@ -176,6 +176,7 @@ private:
     std::unique_ptr<PageRenderer> renderer_;
     std::string session_; // empty until the page is attached to
     std::string mainFrameID_;
+    std::map<FrameID, NSString> owners_; // names of the elements, as far as they were told of
     std::optional<StandInAddress> address_;
     WebArchive archive_;
     NSError failure_; // why the engine is not there
@@ -403,9 +404,12 @@ void EnginePage::completeMainFrame(const std::function<void()>& done) {
 /// What does not answer in time has no title.
 void EnginePage::queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer) {
     const auto reply = onceInTime(std::move(answer));
-    world_->callInFrame(engineFrame, scripts::title, {}, [reply](const std::optional<Json>& title) {
-        reply(title ? titleOf(*title) : NSString());
-    });
+    world_->callInFrame(engineFrame, scripts::titleAndOwner, {},
+                        [this, engineFrame, reply](const std::optional<Json>& told) {
+                            if (told)
+                                owners_[engineFrame] = NSString::fromUTF8((*told)["owner"].stringView());
+                            reply(told ? titleOf((*told)["title"]) : NSString());
+                        });
 }
 
 void EnginePage::setViewSize(NSSize size) {
@@ -445,6 +449,8 @@ void EnginePage::waitForLoad() {
 
 NSString EnginePage::ownerElementName(const FrameID& frame) {
     if (!isAlive() || frame == mainFrame) return {};
+    if (const auto told = owners_.find(frame); told != owners_.end() && told->second.length() > 0)
+        return told->second;
     const auto now = std::chrono::steady_clock::now();
     if (!ownersDeadline_) ownersDeadline_ = now + ownersLimit;
     if (now > *ownersDeadline_) return {};

@@ -170,7 +170,7 @@ class FramesetTests(BadInputTestCase):
 
     def test_engine_that_does_not_say_what_holds_the_frames(self):
         silent = engine.between('def take_note(call):\n    return call.get("method") != "DOM.getFrameOwner"\n')
-        path = self.archive_file(page("<p>Simple</p>" + "<iframe></iframe>" * 30))
+        path = self.archive_file(page("<p>Simple</p>" + "<iframe sandbox></iframe>" * 30))
         self.set_preferences({"WebToolExtraLoadingTime": 0})
         output = str(self.folder / "out" / "page.pdf")
         run = self.run_tool("screen", path, output, "uid", output=output, timeout=60,

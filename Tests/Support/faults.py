@@ -15,7 +15,7 @@ STAGES = {
     "navigate": "/enter.js",
     "document": "Fetch.fulfillRequest",
     "missing": "Fetch.failRequest",
-    "title": "/title.js",
+    "title": "/titleAndOwner.js",
     "wait": "/awaitContents.js",
     "measure": "/measure.js",
     "style": "/applyPrintStyle.js",

@@ -100,6 +100,12 @@ bool ArchiveIndex::hasFramesLeft(Node parent) const {
     return std::any_of(children.begin(), children.end(), [this](Node child) { return !nodes_[child].taken; });
 }
 
+bool ArchiveIndex::hasNamedFramesLeft(Node parent) const {
+    const auto& children = nodes_[parent].children;
+    return std::any_of(children.begin(), children.end(),
+                       [this](Node child) { return !nodes_[child].taken && !isNameless(nodes_[child]); });
+}
+
 WebResource ArchiveIndex::find(Node node, const std::string& url) const {
     for (std::optional<Node> at = node; at; at = nodes_[*at].parent) {
         const auto found = nodes_[*at].resources.find(url);

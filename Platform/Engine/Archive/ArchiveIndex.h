@@ -30,6 +30,8 @@ public:
     std::optional<Node> takeBlankFrame(Node parent, const std::string& name);
     /// Whether this page has frame archives that were not taken.
     bool hasFramesLeft(Node parent) const;
+    /// The same for those that carry a frame's name: without, names do not matter.
+    bool hasNamedFramesLeft(Node parent) const;
 
     /// Finds a resource as the page of `node` sees it: in its own archive, then in its ancestors', then
     /// anywhere; with the fragment, then without; with this scheme, then with http and https exchanged; at

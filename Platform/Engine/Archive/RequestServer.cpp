@@ -113,14 +113,19 @@ void RequestServer::answerFrameDocument(const Request& request) {
         answer(request, index_->resource(nodeOf(request.frame), request.url));
         return;
     }
-    queryNames([this, request, parent](const Names& names) {
+    const auto answerWith = [this, request, parent](const Names& names) {
         const auto name = names.find(request.frame);
         const auto taken =
             index_->takeFrame(parent, name == names.end() ? std::string() : name->second, request.url);
         if (taken) nodes_[request.frame] = *taken;
         answer(request,
                taken ? index_->mainResource(*taken) : index_->resource(nodeOf(request.frame), request.url));
-    });
+    };
+    if (index_->hasNamedFramesLeft(parent)) {
+        queryNames(answerWith);
+    } else {
+        answerWith({});
+    }
 }
 
 void RequestServer::answer(const Request& request, const WebResource& resource) {
@@ -203,12 +208,24 @@ void RequestServer::authenticationRequired(const std::string& session, const Jso
                                  {"authChallengeResponse", Json::object({{"response", "CancelAuth"}})}}));
 }
 
-void RequestServer::queryNames(std::function<void(const Names&)> answer) {
+/// Each answer tells of all frames. What is asked while one is awaited waits for the next, which is sure to
+/// tell of a frame that has come since.
+void RequestServer::queryNames(NameQuery answer) {
+    const bool isAwaited = !nameQueries_.empty();
+    nameQueries_.push_back(std::move(answer));
+    if (!isAwaited) sendNameQuery();
+}
+
+void RequestServer::sendNameQuery() {
     devTools_.send(pageSession_, "Page.getFrameTree", {},
-                   [answer = std::move(answer)](const DevToolsReply& reply) {
+                   [this, count = nameQueries_.size()](const DevToolsReply& reply) {
                        Names names;
                        collectNames(reply.result["frameTree"], names);
-                       answer(names);
+                       const auto answered = nameQueries_.begin() + static_cast<std::ptrdiff_t>(count);
+                       const std::vector<NameQuery> queries(nameQueries_.begin(), answered);
+                       nameQueries_.erase(nameQueries_.begin(), answered);
+                       if (!nameQueries_.empty()) sendNameQuery();
+                       for (const NameQuery& query : queries) query(names);
                    });
 }
 

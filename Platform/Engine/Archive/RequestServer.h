@@ -61,6 +61,7 @@ public:
 private:
     using Node = ArchiveIndex::Node;
     using Names = std::map<std::string, std::string>; // engine's frame -> its name
+    using NameQuery = std::function<void(const Names&)>;
 
     struct Request {
         std::string session;
@@ -82,7 +83,8 @@ private:
     void fail(const Request& request);
     void refuse(const Request& request);
     NSData bodyOf(const WebResource& resource) const;
-    void queryNames(std::function<void(const Names&)> answer);
+    void queryNames(NameQuery answer);
+    void sendNameQuery();
     void fillFrame(const std::string& frame, Node node, std::function<void()> filled);
     Node nodeOf(const std::string& frame) const;
 
@@ -93,7 +95,8 @@ private:
     std::string mainFrameID_;
     std::optional<ArchiveIndex> index_;
     std::optional<StandInAddress> address_;
-    std::map<std::string, Node> nodes_; // engine's frame -> the archive that it shows
+    std::map<std::string, Node> nodes_;  // engine's frame -> the archive that it shows
+    std::vector<NameQuery> nameQueries_; // the engine's answer to the first of them is awaited
     std::size_t asked_ = 0;
     std::size_t answered_ = 0;
     MissingResources missing_;

@@ -28,6 +28,7 @@ extern const PageScript watchView;               ///< in the isolated world
 extern const PageScript refuseSilentNavigations; ///< in the isolated world
 extern const PageScript enter;
 extern const PageScript title;
+extern const PageScript titleAndOwner;
 
 // Readiness/
 

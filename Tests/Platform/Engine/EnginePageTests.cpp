@@ -204,6 +204,19 @@ TEST_F(EnginePageTest, NamesTheOwnersOfFrames) {
     EXPECT_TRUE(page_->ownerElementName("unknown").isNil());
 }
 
+TEST_F(EnginePageTest, NamesTheOwnersOfFramesThatDoNotKnowThem) {
+    load(
+        {{"http://a.example/", "<iframe src=f.html sandbox></iframe><iframe src=http://b.example/></iframe>"},
+         {},
+         {{{"http://a.example/f.html", "inside"}}, {{"http://b.example/", "elsewhere"}}}});
+    std::vector<NSString> owners;
+    for (const std::string& call : owner_.calls) {
+        if (call.starts_with("attached"))
+            owners.push_back(page_->ownerElementName(call.substr(9, call.find(' ', 9) - 9)));
+    }
+    EXPECT_THAT(owners, ElementsAre(NSString(u"IFRAME"), NSString(u"IFRAME")));
+}
+
 TEST_F(EnginePageTest, NamesTheOwnersInAFrameset) {
     load({{"http://a.example/", "<frameset cols=*><frame src=f.html></frameset>"},
           {},

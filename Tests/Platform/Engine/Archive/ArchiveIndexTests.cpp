@@ -210,6 +210,15 @@ TEST(ArchiveIndexFrames, OfAnAddressPreferThoseWithoutAnotherFramesName) {
     EXPECT_EQ(taken(index, "", "http://h/a"), "1");
 }
 
+TEST(ArchiveIndexFrames, NamesMatterWhileOneThatCarriesANameIsLeft) {
+    ArchiveIndex index = indexOfFrames(
+        {frame("http://h/a", "<!--frame1-->"), frame("http://h/b", "menu"), frame("http://h/c")});
+    EXPECT_TRUE(index.hasNamedFramesLeft(root));
+    EXPECT_EQ(taken(index, "menu", "http://h/b"), "http://h/b");
+    EXPECT_FALSE(index.hasNamedFramesLeft(root));
+    EXPECT_TRUE(index.hasFramesLeft(root));
+}
+
 TEST(ArchiveIndexFrames, AreTakenOnce) {
     ArchiveIndex index = indexOfFrames({frame("http://h/a", "one")});
     EXPECT_TRUE(index.hasFramesLeft(root));

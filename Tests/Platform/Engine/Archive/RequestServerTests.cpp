@@ -67,6 +67,18 @@ protected:
         return words;
     }
 
+    static inline const std::string treeQuestion = "Page.getFrameTreenull";
+
+    /// Answers the last question after the names.
+    void replyWithTree() {
+        const auto question =
+            std::find_if(transport_.sent.rbegin(), transport_.sent.rend(), [](const Json& command) {
+                return command["method"].string() == "Page.getFrameTree";
+            });
+        ASSERT_NE(question, transport_.sent.rend());
+        transport_.reply((*question)["id"].integer(), Json::object({{"frameTree", tree_}}));
+    }
+
     static std::string inWords(const std::string& method, const Json& params) {
         const std::string id = params["requestId"].string();
         if (method == "Fetch.fulfillRequest") {
@@ -337,18 +349,52 @@ TEST_F(RequestServerTest, AFrameSeesItsOwnResourcesFirst) {
 }
 
 TEST_F(RequestServerTest, TwoFramesNeverGetOneArchive) {
-    serve({{"http://a/", "page"}, {}, {{{"http://a/1", "first"}}, {{"http://a/2", "second"}}}});
+    serve({{"http://a/", "page"},
+           {},
+           {{{"http://a/1", "first", "text/html", "one"}},
+            {{"http://a/2", "second", "text/html", "<!--frame1-->"}},
+            {{"http://a/3", "third", "text/html", "one"}}}});
     attachFrame("F");
     attachFrame("G");
     answersTree_ = false;
     askForDocument("http://a/x", "F"); // both ask before either is answered
     askForDocument("http://a/y", "G");
-    ASSERT_EQ(transport_.sent.size(), 2u);
-    const Json tree = Json::object({{"frameTree", tree_}});
-    transport_.reply(transport_.sent[0]["id"].integer(), tree);
-    transport_.reply(transport_.sent[1]["id"].integer(), tree);
-    next_ = 2;
-    EXPECT_THAT(take(), ElementsAre("http://a/x -> first", "http://a/y -> second"));
+    EXPECT_THAT(take(), ElementsAre(treeQuestion));
+    tree_ = treeNode("M", "", {treeNode("F", "one"), treeNode("G", "one")});
+    replyWithTree();
+    EXPECT_THAT(take(), ElementsAre(treeQuestion, "http://a/x -> first"));
+    replyWithTree();
+    EXPECT_THAT(take(), ElementsAre("http://a/y -> third"));
+}
+
+TEST_F(RequestServerTest, FramesThatComeWhileNamesAreAwaitedShareTheNextAnswer) {
+    serve({{"http://a/", "page"},
+           {},
+           {{{"http://a/1", "first", "text/html", "one"}},
+            {{"http://a/2", "second", "text/html", "two"}},
+            {{"http://a/3", "third", "text/html", "three"}}}});
+    for (const char* frame : {"F", "G", "H"}) attachFrame(frame);
+    answersTree_ = false;
+    askForDocument("http://a/x", "F");
+    askForDocument("http://a/x", "G");
+    askForDocument("http://a/x", "H");
+    EXPECT_THAT(take(), ElementsAre(treeQuestion));
+    tree_ = treeNode("M", "", {treeNode("F", "two")}); // the others have come since
+    replyWithTree();
+    EXPECT_THAT(take(), ElementsAre(treeQuestion, "http://a/x -> second"));
+    tree_ = treeNode("M", "", {treeNode("F", "two"), treeNode("G", "three"), treeNode("H", "one")});
+    replyWithTree();
+    EXPECT_THAT(take(), ElementsAre("http://a/x -> third", "http://a/x -> first"));
+}
+
+TEST_F(RequestServerTest, NamesAreAskedForOnlyWhereTheyMatter) {
+    serve({{"http://a/", "page"},
+           {},
+           {{{"http://a/1", "first"}}, {{"http://a/2", "second", "text/html", "<!--frame1-->"}}}});
+    attachFrame("F");
+    answersTree_ = false;
+    askForDocument("http://a/2", "F");
+    EXPECT_THAT(take(), ElementsAre("http://a/2 -> second"));
 }
 
 TEST_F(RequestServerTest, AFrameWithoutAnArchiveOfItsOwnIsLookedUp) {

@@ -90,6 +90,11 @@ TEST_F(PageScriptsTest, ScriptsRunWhereThePagesOwnMayNot) {
     EXPECT_EQ(answer(scripts::title).string(), "One");
 }
 
+TEST_F(PageScriptsTest, ADocumentWithoutAFrameNamesNoOwner) {
+    show("<title>One</title>");
+    EXPECT_EQ(jsonText(answer(scripts::titleAndOwner)), R"({"title":"One","owner":""})");
+}
+
 TEST_F(PageScriptsTest, AnyElementMayBeNamedLikeASharedFunction) {
     show("<title>One</title><img id=property><img id=read><img name=read><iframe name=query></iframe>");
     EXPECT_EQ(answer(scripts::title).string(), "One");
