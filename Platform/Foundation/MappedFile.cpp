@@ -85,6 +85,16 @@ std::shared_ptr<const std::string_view> mapFile(int descriptor, std::size_t leng
     return nullptr;
 }
 
+void forgetPages(std::string_view bytes) {
+    for (const Mapping& mapping : mappings) {
+        if (!mapping.contains(bytes.data())) continue;
+        const std::size_t offset =
+            static_cast<std::size_t>(bytes.data() - mapping.start) / pageSize * pageSize;
+        const std::size_t end = static_cast<std::size_t>(bytes.data() - mapping.start) + bytes.size();
+        ::madvise(mapping.start + offset, end - offset, MADV_DONTNEED);
+    }
+}
+
 bool isCutOff(std::string_view bytes) {
     for (const Mapping& mapping : mappings) {
         if (mapping.contains(bytes.data())) return mapping.isCutOff;

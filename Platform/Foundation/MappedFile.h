@@ -20,6 +20,10 @@ void allowMappedFiles();
 /// it cannot be mapped. Any thread.
 std::shared_ptr<const std::string_view> mapFile(int descriptor, std::size_t length);
 
+/// Lets go of the memory that the system keeps mapped for these bytes, where they are in a mapped file: it
+/// may map megabytes around every byte that is read. They are read again when they are needed. Any thread.
+void forgetPages(std::string_view bytes);
+
 /// Whether these bytes are in a mapped file of which a part could not be read. Any thread.
 bool isCutOff(std::string_view bytes);
 

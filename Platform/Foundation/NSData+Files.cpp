@@ -88,6 +88,10 @@ bool NSData::isCutOff() const {
     return qrv::isCutOff(bytes());
 }
 
+void NSData::forgetPages() const {
+    qrv::forgetPages(bytes());
+}
+
 bool NSData::writeToFile_options_error(const NSString& path, NSDataWritingOptions options,
                                        NSError* error) const {
     const std::string name = path.fileSystemRepresentation();

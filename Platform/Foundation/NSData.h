@@ -53,6 +53,10 @@ public:
     /// was needed: it was cut short, or its disk failed. That part reads as zeros. False for nil.
     bool isCutOff() const;
 
+    /// Has bytes of a file that is not copied take no memory until they are needed again. Does nothing for
+    /// others and for nil.
+    void forgetPages() const;
+
     // - writeToFile:options:error:
     /// Replaces the file's contents; the permissions follow the umask. On failure returns false and an error
     /// of NSCocoaErrorDomain (4 no such folder, 513 no permission, 640 no space, 642 read-only volume, 512

@@ -49,6 +49,7 @@ WebArchive PDFLoader::archiveAtPath(const NSString& path) {
     _archivePath = path;
     const WebArchive archive = WebArchive::initWithData(_archiveFile);
     checkArchiveFile();
+    _archiveFile.forgetPages(); // most of what was read around its tables is never asked for
     return archive;
 }
 

@@ -32,15 +32,19 @@ protected:
     TemporaryFolder folder;
 };
 
-/// This process's memory that is no file's, in bytes.
-std::size_t anonymousMemory() {
+/// A kind of this process's memory, in bytes.
+std::size_t memory(const std::string& kind) {
     std::ifstream file("/proc/self/status");
     std::string line;
     while (std::getline(file, line)) {
-        if (line.starts_with("RssAnon:")) return std::stoul(line.substr(8)) << 10;
+        if (line.starts_with(kind + ":")) return std::stoul(line.substr(kind.size() + 1)) << 10;
     }
-    ADD_FAILURE() << "no RssAnon";
+    ADD_FAILURE() << "no " << kind;
     return 0;
+}
+
+std::size_t anonymousMemory() {
+    return memory("RssAnon");
 }
 
 std::size_t sumOf(const NSData& data) {
@@ -60,6 +64,30 @@ TEST_F(MappedFile, ALargeFileTakesNoMemoryOfTheProcess) {
         EXPECT_LT(anonymousMemory(), before + 8 * megabyte);
         EXPECT_FALSE(data.isCutOff());
     });
+}
+
+TEST_F(MappedFile, PagesThatAreForgottenTakeNoMemoryAndAreReadAgain) {
+    folder.write("file", std::string(64 * megabyte, 'x'));
+    inChild([this] {
+        allowMappedFiles();
+        const NSData data = read("file");
+        const std::size_t before = memory("RssFile");
+        EXPECT_EQ(sumOf(data), 64 * megabyte * 'x');
+        EXPECT_GE(memory("RssFile"), before + 64 * megabyte);
+        const NSData part = data.subdataWithRange({7, 32 * megabyte});
+        part.forgetPages();
+        EXPECT_LT(memory("RssFile"), before + 40 * megabyte);
+        data.forgetPages();
+        EXPECT_LT(memory("RssFile"), before + 8 * megabyte);
+        EXPECT_EQ(sumOf(data), 64 * megabyte * 'x');
+    });
+}
+
+TEST_F(MappedFile, DataThatAreNoFilesForgetNothing) {
+    const NSData data(std::string(megabyte, 'x'));
+    data.forgetPages();
+    NSData().forgetPages();
+    EXPECT_EQ(sumOf(data), megabyte * 'x');
 }
 
 TEST_F(MappedFile, TheDataOfABinaryPropertyListShareTheMapping) {
