@@ -223,6 +223,13 @@ class LongDocumentTests(PrintTestCase):
         short = [page for page, count in collections.Counter(pages).items() if count < 3]
         self.assertEqual(len(short), 3, short)
 
+    def test_breaks_make_a_sheet_of_each_section(self):
+        for style in ("section{break-after:page}", "section{break-before:page}"):
+            with self.subTest(style):
+                short = "section{height:50px!important}h1{display:none}"
+                pages = self.pages_of_sections(self.print(self.long(short + style)))
+                self.assertEqual(pages, list(range(1, self.SECTIONS + 1)))
+
     def test_links_lead_to_their_sections(self):
         pdf = self.print(self.long())
         goals = pdf.destinations()

@@ -44,6 +44,7 @@ DocumentDescription documentDescriptionFromJson(const Json& answer) {
     }
     description.targetsInView = targetsFromJson(answer["targetsInView"]);
     description.hasFrames = answer["hasFrames"].boolean();
+    description.breaks = std::max(answer["breaks"].number(), 0.0);
     return description;
 }
 

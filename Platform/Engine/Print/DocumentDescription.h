@@ -19,6 +19,7 @@ struct DocumentDescription {
     /// the start of the page. Only targets that begin in the view when the page is scrolled to its start.
     std::map<std::string, double> targetsInView;
     bool hasFrames = false;
+    double breaks = 0;            ///< boxes at which a sheet ends in any case; 0 where they are few
     std::vector<PDFFrame> frames; ///< those and the document itself; read by their own script
 };
 

@@ -26,8 +26,9 @@ constexpr std::int64_t mostParts = 1000;
 constexpr double longestPrint = 12'000'000; // CSS px
 constexpr std::chrono::milliseconds longestTime = std::chrono::minutes(10);
 
-bool isForParts(const PrintPlan& plan) {
-    return plan.isDivisible && plan.documentLength > undividedSheets * plan.pageLength;
+bool isForParts(const PrintPlan& plan, const DocumentDescription& document) {
+    const double forBreaks = document.breaks * plan.pageLength;
+    return plan.isDivisible && plan.documentLength + forBreaks > undividedSheets * plan.pageLength;
 }
 
 } // namespace
@@ -97,9 +98,11 @@ NSData PageRenderer::paginatedPDF(NSSize paper, double margin) {
 
 NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
     // Before a style sheet moves anything.
+    const Json few = plan.isDivisible ? Json(undividedSheets / 2) : Json();
     DocumentDescription document =
-        documentDescriptionFromJson(world_.call(scripts::describe).value_or(Json()));
-    if (document.hasFrames || isForParts(plan)) {
+        documentDescriptionFromJson(world_.call(scripts::describe, {few}).value_or(Json()));
+    const bool isDivided = isForParts(plan, document);
+    if (document.hasFrames || isDivided) {
         for (const auto& [frame, answer] : world_.callInFrames(scripts::describeFrame, {frameMarker})) {
             if (!answer.isNull()) document.frames.push_back(frameDescriptionFromJson(answer));
         }
@@ -108,7 +111,7 @@ NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
     if (plan.isOnSheets) world_.call(scripts::releaseBoxes);
     const bool isCostly = world_.call(scripts::easePaint, {paintLevel_}).value_or(Json()).boolean() &&
                           paintLevel_ < highestPaintLevel;
-    const int count = isForParts(plan) ? dividedDocument(plan) : 1;
+    const int count = isDivided ? dividedDocument(plan) : 1;
     if (const auto parts = attempt(plan, isCostly, count)) return edited(*parts, plan, document);
     if (!plan.usesViewportPage) return {};
     const auto parts = attempt(plain, isCostly, count);
@@ -117,7 +120,8 @@ NSData PageRenderer::print(const PrintPlan& plan, const PrintPlan& plain) {
 
 /// Returns the number of parts.
 int PageRenderer::dividedDocument(const PrintPlan& plan) {
-    const Json parts = world_.call(scripts::divide, {sheetsOfPart * plan.pageLength}).value_or(Json());
+    const Json parts =
+        world_.call(scripts::divide, {sheetsOfPart * plan.pageLength, plan.pageLength}).value_or(Json());
     const std::int64_t count = parts.integer();
     return count >= 1 && count <= mostParts ? static_cast<int>(count) : 1;
 }

@@ -174,6 +174,20 @@ function visitDeclarations(words, visitor) {
     return isAll;
 }
 
+/** The elements before or after which a sheet of paper ends in any case. */
+function breakingBoxes() {
+    const forced = ['page', 'left', 'right', 'recto', 'verso'];
+    let mayBreak = false;
+    const areAll = visitDeclarations(['break'], (name, value) => {
+        mayBreak ||= /^(page-)?break-(before|after)$/.test(name) && !/^(auto|avoid.*)$/.test(value);
+    });
+    return displayedTree().filter((element) => {
+        if (!mayBreak && areAll) return false;
+        const { breakBefore, breakAfter } = getComputedStyle(element);
+        return forced.includes(breakBefore) || forced.includes(breakAfter);
+    });
+}
+
 /** The page's document, those of its frames of the same origin, and all open shadow trees in them. */
 function contents() {
     const found = [];

@@ -1,7 +1,7 @@
 // Divides a long document into parts that can be printed one after the other, each but the last at least `length` px
-// long; showPart.js shows them. Answers their number: 1 for a document whose parts would look other than they do in the
+// long, where a box at which a sheet ends in any case counts as a whole `sheet`; showPart.js shows them. Answers their number: 1 for a document whose parts would look other than they do in the
 // whole, since boxes stand where they do, or counters count, because of what is in another part.
-(length) => {
+(length, sheet) => {
     const blocks = ['block', 'flow-root', 'list-item', 'table', 'flex', 'grid'];
     const boxOf = (element) => Element.prototype.getBoundingClientRect.call(element);
     const pushesOthers = ({ display, position }) =>
@@ -42,20 +42,34 @@
     }
     if (outer.length === 0) return 1;
 
+    const breaking = breakingBoxes();
+    const sides = ['left', 'right', 'recto', 'verso'];
+    const choosesSide = (style) => sides.includes(style.breakBefore) || sides.includes(style.breakAfter);
+    if (breaking.some((box) => choosesSide(getComputedStyle(box)))) return 1;
+    const children = new Set(elementsIn(outer.at(-1)));
+    const breaks = new Map();
+    for (const box of breaking) {
+        const child = [box, ...ancestorsOf(box)].find((one) => children.has(one));
+        breaks.set(child, (breaks.get(child) ?? 0) + 1);
+    }
+
     // A part begins with a box that stands below all before it.
     const starts = new Map();
     let last = 0;
     let start = -Infinity;
+    let used = 0;
     let firstEnd = Infinity;
     let bottom = -Infinity;
     for (const { child, style, box } of pushing(outer.at(-1))) {
         if (start === -Infinity) start = box.top;
         const isBelow = blocks.includes(style.display) && style.float === 'none' && box.top >= bottom;
-        if (isBelow && box.top - start >= length) {
+        if (isBelow && box.top - start + used >= length) {
             start = box.top;
+            used = 0;
             firstEnd = Math.min(firstEnd, start);
             starts.set(child, ++last);
         }
+        used += (breaks.get(child) ?? 0) * sheet;
         // Floats may reach out of the box that they are in.
         bottom = Math.max(bottom, box.bottom, box.top + elementProperty('scrollHeight', child));
     }

@@ -288,6 +288,17 @@ TEST_F(PageRendererTest, ManySheetsArePrintedInParts) {
     EXPECT_THAT(transport_.divisions, ElementsAre(::testing::DoubleNear(200 * 960, 1)));
 }
 
+TEST_F(PageRendererTest, BreaksMakeManySheetsOfAShortDocument) {
+    transport_.parts = 2;
+    transport_.description = Json::object({{"breaks", 401}});
+    EXPECT_EQ(pagesIn(renderer_.paginatedPDF({612, 792}, 36)), 2u);
+    EXPECT_THAT(transport_.divisions, ElementsAre(::testing::DoubleNear(200 * 960, 1)));
+    transport_.description = Json::object({{"breaks", 398}});
+    EXPECT_EQ(pagesIn(renderer_.paginatedPDF({612, 792}, 36)), 1u);
+    EXPECT_EQ(pagesIn(renderer_.screenPDF()), 1u);
+    EXPECT_THAT(transport_.divisions, ::testing::SizeIs(1));
+}
+
 TEST_F(PageRendererTest, FewSheetsArePrintedAtOnce) {
     transport_.height = 380'000;
     transport_.parts = 3;

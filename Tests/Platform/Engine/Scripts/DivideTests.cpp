@@ -18,11 +18,11 @@ constexpr char plainStyle[] = "<!DOCTYPE html><style>body{margin:0}.box{height:1
 
 class DivideTest : public ScriptPageTest {
 protected:
-    /// The number of parts of 1,000 px.
+    /// The number of parts of 1,000 px, of which a sheet has 200.
     std::int64_t parts(const std::string& body) {
         show(plainStyle + body);
         answer(scripts::standStill);
-        return answer(scripts::divide, {1000}).integer();
+        return answer(scripts::divide, {1000, 200}).integer();
     }
 
     /// The boxes that are displayed, by their numbers.
@@ -46,6 +46,30 @@ TEST_F(DivideTest, AShortDocumentIsOnePart) {
     EXPECT_EQ(parts(boxes(10)), 1);
     EXPECT_EQ(parts(""), 1);
     EXPECT_EQ(parts(boxes(11)), 2);
+}
+
+TEST_F(DivideTest, BreaksCountAsSheets) {
+    const std::string breaking = "style='break-after:page'";
+    ASSERT_EQ(parts(boxes(8, breaking)), 2);
+    EXPECT_EQ(shown(0, 1), "0 1 2 3");
+    EXPECT_EQ(shown(1, 1), "4 5 6 7");
+    EXPECT_EQ(parts(boxes(8, "style='page-break-before:always'")), 2);
+    EXPECT_EQ(parts("<style>.box{break-before:page}</style>" + boxes(8)), 2);
+    EXPECT_EQ(parts(boxes(8, "style='break-inside:avoid;word-break:break-all'")), 1);
+    EXPECT_EQ(parts(boxes(8, "style='break-after:avoid'")), 1);
+    // Somewhere within.
+    std::string sections;
+    for (int i = 0; i < 8; ++i) sections += "<section><div>" + boxes(1, breaking) + "</div></section>";
+    EXPECT_EQ(parts(sections), 2);
+    // In a sheet of rules that cannot be read.
+    EXPECT_EQ(parts("<link rel=stylesheet href='data:text/css,.box{break-after:page}'>" + boxes(8)), 2);
+}
+
+TEST_F(DivideTest, SheetsOfOneSideAreCountedFromTheStart) {
+    for (const char* side : {"left", "right", "recto", "verso"}) {
+        EXPECT_EQ(parts(boxes(29) + "<p style='break-before:" + std::string(side) + "'>chapter</p>"), 1)
+            << side;
+    }
 }
 
 TEST_F(DivideTest, TheBoxThatHoldsMostIsDivided) {
@@ -175,7 +199,7 @@ TEST_F(DivideTest, OtherLayoutsStayWhole) {
                     boxes(30) + "`</script>"),
               1);
     show("<svg xmlns='http://www.w3.org/2000/svg' height='5000'/>", "image/svg+xml");
-    EXPECT_EQ(answer(scripts::divide, {1000}).integer(), 1);
+    EXPECT_EQ(answer(scripts::divide, {1000, 200}).integer(), 1);
 }
 
 } // namespace

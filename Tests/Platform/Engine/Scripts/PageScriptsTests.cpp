@@ -471,6 +471,18 @@ TEST_F(PageScriptsTest, ADocumentIsDescribed) {
     EXPECT_THAT(description.targetsInView, ElementsAre(Pair("", 0), Pair("a%20b", 0), Pair("near", 166)));
 }
 
+TEST_F(PageScriptsTest, ADocumentTellsItsBreaksWhereItMayHaveMoreThanAFew) {
+    show("<!DOCTYPE html><style>p{break-before:page}i{break-inside:avoid}</style><p>1<p "
+         "style=break-before:auto>2"
+         "<b style=display:block;page-break-after:right>3</b><i style=display:block;break-after:avoid>4</i>");
+    const auto breaks = [&](const Json& few) {
+        return documentDescriptionFromJson(answer(scripts::describe, {few})).breaks;
+    };
+    EXPECT_EQ(breaks(5), 2);
+    EXPECT_EQ(breaks(1000), 0);
+    EXPECT_EQ(breaks(Json()), 0);
+}
+
 TEST_F(PageScriptsTest, ADocumentMayHaveNothingToDescribe) {
     show("<!DOCTYPE html><p>text");
     const DocumentDescription description = documentDescriptionFromJson(answer(scripts::describe));
