@@ -1,7 +1,7 @@
 // Answers what the document says of itself and the engine loses, or makes up, when it prints: its language, the texts of
-// its headings, and where the targets of its inner links are, as far as they begin in the view; and whether it has
-// frames. It has at most as many boxes at which a sheet ends in any case as it has elements: where these are more than
-// `few`, it is said how many. The page must be scrolled to its start.
+// its headings, and where the targets of its inner links are, as far as they begin in the view; whether it has frames;
+// and at how many boxes a sheet ends in any case, where it has more than `few` elements, else 0. The page must be
+// scrolled to its start.
 (few) => {
     const root = property('documentElement');
     const rootAttribute = (space, name) => root && Element.prototype.getAttributeNS.call(root, space, name);

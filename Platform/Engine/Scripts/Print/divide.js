@@ -1,6 +1,7 @@
-// Divides a long document into parts that can be printed one after the other, each but the last at least `length` px
-// long, where a box at which a sheet ends in any case counts as a whole `sheet`; showPart.js shows them. Answers their number: 1 for a document whose parts would look other than they do in the
-// whole, since boxes stand where they do, or counters count, because of what is in another part.
+// Divides a long document into parts that can be printed one after the other; showPart.js shows them. Each but the last
+// is at least `length` px long, where a box at which a sheet ends in any case counts as a whole `sheet`. Answers their
+// number: 1 for a document whose parts would look other than they do in the whole, since boxes stand where they do,
+// counters count, or sheets are of one side, because of what is in another part.
 (length, sheet) => {
     const blocks = ['block', 'flow-root', 'list-item', 'table', 'flex', 'grid'];
     const boxOf = (element) => Element.prototype.getBoundingClientRect.call(element);
