@@ -181,10 +181,10 @@ function breakingBoxes() {
     const areAll = visitDeclarations(['break'], (name, value) => {
         mayBreak ||= /^(page-)?break-(before|after)$/.test(name) && !/^(auto|avoid.*)$/.test(value);
     });
+    if (!mayBreak && areAll) return [];
     return displayedTree().filter((element) => {
-        if (!mayBreak && areAll) return false;
         const { breakBefore, breakAfter } = getComputedStyle(element);
-        return forced.includes(breakBefore) || forced.includes(breakAfter);
+        return (forced.includes(breakBefore) || forced.includes(breakAfter)) && isDisplayed(element);
     });
 }
 

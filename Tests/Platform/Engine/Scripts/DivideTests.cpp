@@ -57,6 +57,8 @@ TEST_F(DivideTest, BreaksCountAsSheets) {
     EXPECT_EQ(parts("<style>.box{break-before:page}</style>" + boxes(8)), 2);
     EXPECT_EQ(parts(boxes(8, "style='break-inside:avoid;word-break:break-all'")), 1);
     EXPECT_EQ(parts(boxes(8, "style='break-after:avoid'")), 1);
+    EXPECT_EQ(parts("<main><div><div hidden>" + boxes(8, breaking) + "</div></div>" + boxes(8) + "</main>"),
+              1);
     // Somewhere within.
     std::string sections;
     for (int i = 0; i < 8; ++i) sections += "<section><div>" + boxes(1, breaking) + "</div></section>";
