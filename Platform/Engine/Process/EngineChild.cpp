@@ -2,6 +2,7 @@
 
 #include "Platform/Confinement/ForkedChild.h"
 #include "Platform/Engine/Process/EngineMemory.h"
+#include "Platform/Engine/Process/LookUntil.h"
 #include "Platform/Foundation/SignalsBlocked.h"
 
 #include <cerrno>
@@ -16,7 +17,6 @@
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <system_error>
-#include <thread>
 #include <unistd.h>
 
 namespace qrv::engine {
@@ -25,8 +25,8 @@ namespace {
 
 constexpr int firstFreeDescriptor = 6; // 0 to 2: /dev/null; 3 and 4: DevTools; 5: reports of steps
 constexpr int stepsDescriptor = 5;
-constexpr auto reapingTime = std::chrono::seconds(10); // measured: 0.03, and 2 on an overloaded machine
-constexpr auto reapingStep = std::chrono::microseconds(200);
+constexpr auto reapingRest = std::chrono::microseconds(200);
+constexpr int mostReapingLooks = 40'000; // about 10 s; measured: 0.03, and 2 on an overloaded machine
 
 int checked(int result, const char* what) {
     if (result < 0) throw std::system_error(errno, std::generic_category(), what);
@@ -156,8 +156,7 @@ void EngineChild::terminate() {
     // The engine leads its own process group, except in its first moments, when it has no children yet.
     if (!reaped_) ::kill(pid_, SIGKILL);
     ::kill(-pid_, SIGKILL);
-    auto deadline = std::chrono::steady_clock::now() + reapingTime;
-    while (!reap() && std::chrono::steady_clock::now() < deadline) std::this_thread::sleep_for(reapingStep);
+    lookUntil([this] { return reap(); }, mostReapingLooks, reapingRest);
     sandbox_.removeFolder();
     terminated_ = true;
 }
