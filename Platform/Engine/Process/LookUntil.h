@@ -1,5 +1,7 @@
 #pragma once
 
+// Waiting for what another process does.
+
 #include <chrono>
 #include <thread>
 
