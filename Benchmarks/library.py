@@ -45,8 +45,8 @@ ROWS = (
     Row("log line without a shared logger, to /dev/null and the journal", "lineWithoutSharedLogger/null", 6_000),
     Row("format of two texts and an integer; fmt", "texts", 1.5, "textsOfFmt"),
     Row("format of three doubles; fmt", "numbers", 1.5, "numbersOfFmt"),
-    Row("full description of an error above 5", "fullDescription/5", 12_000),
-    Row("full description of an error above 1,000", "fullDescription/1000/repeats:1", 5_000_000),
+    Row("full description of an error with 5 below it", "fullDescription/5", 12_000),
+    Row("full description of an error with 1,000 below it", "fullDescription/1000/repeats:1", 5_000_000),
     Row("setting of a domain without a file", "setting/missing", 1_500),
     Row("setting of a domain with a file", "setting/settled", 1_500),
 )
