@@ -50,9 +50,9 @@ T answer(const std::optional<T>& value, bool* isValid) {
     return value.value_or(T());
 }
 
-id findInFiles(const NSString& key, const PreferencePaths& files) {
+id findInFiles(const NSString& key, const PreferencePaths& files, PreferenceReader& reader) {
     for (const std::string& path : *files) {
-        if (id value = readPreferenceFile(path).objectForKey(key)) return value;
+        if (id value = reader.read(path).objectForKey(key)) return value;
     }
     return {};
 }
@@ -62,8 +62,10 @@ id findInFiles(const NSString& key, const PreferencePaths& files) {
 id CFPreferencesCopyAppValue(const NSString& key, const NSString& domain) {
     const PreferencePaths files = preferenceFiles(domain);
     if (!key || files->empty()) return {};
-    const id value = findInFiles(key, files);
-    return value ? value : findInFiles(key, preferenceFiles(NSGlobalDomain));
+    static const auto& globalDomain = *new NSString(NSGlobalDomain); // never destroyed
+    PreferenceReader reader;
+    const id value = findInFiles(key, files, reader);
+    return value ? value : findInFiles(key, preferenceFiles(globalDomain), reader);
 }
 
 bool CFPreferencesGetAppBooleanValue(const NSString& key, const NSString& domain,
@@ -80,8 +82,9 @@ NSDictionary preferencesOfDomain(const NSString& domain) {
     bool found = false;
     NSMutableDictionary all;
     const PreferencePaths files = preferenceFiles(domain);
+    PreferenceReader reader;
     for (const std::string& path : *files) {
-        const NSDictionary contents = readPreferenceFile(path);
+        const NSDictionary contents = reader.read(path);
         found = found || contents;
         for (const auto& [key, value] : contents) {
             if (!all.objectForKey(key)) all.setObject_forKey(value, key);

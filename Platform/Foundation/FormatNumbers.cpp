@@ -36,7 +36,7 @@ std::string specification(const FormatConversion& c, const char* length, char le
 }
 
 template <class T>
-void print(std::u16string& out, const std::string& specification, T value) {
+void print(FormatOutput& out, const std::string& specification, T value) {
     // The conversion was assembled from checked parts.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
@@ -70,7 +70,7 @@ std::optional<std::chars_format> plainForm(char16_t letter) {
 
 } // namespace
 
-void appendInteger(std::u16string& out, const FormatConversion& c, const FormatArgument& argument) {
+void appendInteger(FormatOutput& out, const FormatConversion& c, const FormatArgument& argument) {
     const char letter = printfLetter(c.letter);
     const bool isSigned = letter == 'd' || letter == 'i';
     // The bits are those of the 64-bit value; a narrower conversion truncates them, as printf does.
@@ -92,7 +92,7 @@ void appendInteger(std::u16string& out, const FormatConversion& c, const FormatA
     }
 }
 
-void appendReal(std::u16string& out, const FormatConversion& c, const FormatArgument& argument) {
+void appendReal(FormatOutput& out, const FormatConversion& c, const FormatArgument& argument) {
     constexpr int standardPrecision = 6;
     const auto form = plainForm(c.letter);
     if (form && isPlain(c) && argument.kind == FormatArgument::Kind::real && std::isfinite(argument.real)) {

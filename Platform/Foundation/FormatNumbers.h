@@ -5,13 +5,17 @@
 #include "Platform/Foundation/FormatArguments.h"
 #include "Platform/Foundation/FormatConversion.h"
 
+#include <memory_resource>
 #include <string>
 
 namespace qrv {
 
+/// What formats are expanded into.
+using FormatOutput = std::pmr::u16string;
+
 /// The conversions d, i, D, u, U, o, O, x and X, of an integer.
-void appendInteger(std::u16string& out, const FormatConversion& conversion, const FormatArgument& argument);
+void appendInteger(FormatOutput& out, const FormatConversion& conversion, const FormatArgument& argument);
 /// The conversions f, F, e, E, g, G, a and A, of a double or long double.
-void appendReal(std::u16string& out, const FormatConversion& conversion, const FormatArgument& argument);
+void appendReal(FormatOutput& out, const FormatConversion& conversion, const FormatArgument& argument);
 
 } // namespace qrv

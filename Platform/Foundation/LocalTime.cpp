@@ -1,7 +1,14 @@
 #include "Platform/Foundation/LocalTime.h"
 
+#include "Platform/Foundation/CoarseClock.h"
+
 #include <atomic>
 #include <cmath>
+#include <cstdlib>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
 
 namespace qrv {
 
@@ -30,6 +37,16 @@ const std::tm& partsOf(std::time_t second) {
 } // namespace
 
 void readTimeZone() {
+    static auto& last = *new std::optional<std::string>; // never destroyed
+    static std::int64_t tickOfReading = -1;
+    static std::mutex mutex;
+    const std::lock_guard lock(mutex);
+    const char* const value = std::getenv("TZ");
+    const std::int64_t now = coarseMilliseconds();
+    // The machine's own zone may change, too, but hardly within a tick.
+    if (now == tickOfReading && (value ? last == std::string_view(value) : !last)) return;
+    tickOfReading = now;
+    last = value ? std::optional<std::string>(value) : std::nullopt;
     ::tzset();
     ++readingsOfZone;
 }

@@ -66,7 +66,11 @@ NSDate NSDate::date() {
 }
 
 NSDate NSDate::dateWithTimeIntervalSinceNow(double seconds) {
-    return dateWithTimeIntervalSinceReferenceDate(currentClock.load()() + seconds);
+    return dateWithTimeIntervalSinceReferenceDate(secondsOfNow() + seconds);
+}
+
+double NSDate::secondsOfNow() {
+    return currentClock.load()();
 }
 
 NSDate NSDate::dateWithTimeIntervalSinceReferenceDate(double seconds) {

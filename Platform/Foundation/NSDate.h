@@ -18,6 +18,8 @@ public:
     // + date
     /// The current time of the wall clock.
     static NSDate date();
+    /// The present moment, in seconds since the reference date.
+    static double secondsOfNow();
     // + dateWithTimeIntervalSinceNow:
     static NSDate dateWithTimeIntervalSinceNow(double seconds);
     // + dateWithTimeIntervalSinceReferenceDate:

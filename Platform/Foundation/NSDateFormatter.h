@@ -24,6 +24,8 @@ public:
     // - stringFromDate:
     /// A nil date gives nil.
     NSString stringFromDate(const NSDate& date) const;
+    /// Appends what stringFromDate gives, in UTF-8.
+    void appendUTF8(std::string& out, double secondsSinceReferenceDate) const;
 
 private:
     struct Pattern;

@@ -9,8 +9,11 @@
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <climits>
+#include <cstddef>
+#include <memory_resource>
 #include <optional>
 #include <string>
 
@@ -25,21 +28,45 @@ public:
     Renderer(std::u16string_view format, FormatArgumentSpan arguments)
         : format_(format), arguments_(arguments) {}
 
-    std::u16string render() {
-        out_.reserve(format_.size() + 16 * arguments_.size());
+    NSString render() {
+        constexpr std::size_t lengthOfArgument = 16; // of most
+        out_.reserve(format_.size() + lengthOfArgument * arguments_.size());
         std::size_t from = 0;
         for (std::size_t at = format_.find(u'%'); at != std::u16string_view::npos;
              at = format_.find(u'%', from)) {
             out_.append(format_.substr(from, at - from));
+            if (at + 1 < format_.size() && expandBare(format_[at + 1])) {
+                from = at + 2;
+                continue;
+            }
             FormatConversion conversion = FormatConversion::parse(format_.substr(at));
             from = at + conversion.source.size();
             expand(conversion);
         }
         out_.append(format_.substr(from));
-        return std::move(out_);
+        return NSString(std::u16string_view(out_));
     }
 
 private:
+    /// Expands what most conversions are: a bare letter, of a text or an integer. False for others.
+    bool expandBare(char16_t letter) {
+        if (next_ >= arguments_.size()) return false;
+        const FormatArgument& argument = arguments_[next_];
+        if (letter == u'@' && argument.kind == Kind::object && argument.object) {
+            const auto text = NSString::viewOf(*argument.object);
+            if (!text) return false;
+            out_.append(*text);
+        } else if (letter == u'd' && argument.kind == Kind::integer) {
+            char digits[16];
+            char* const end = std::to_chars(digits, std::end(digits), static_cast<int>(argument.bits)).ptr;
+            out_.append(std::begin(digits), end);
+        } else {
+            return false;
+        }
+        ++next_;
+        return true;
+    }
+
     void expand(FormatConversion& c) {
         if (c.letter == u'%') {
             out_.push_back(u'%');
@@ -202,7 +229,10 @@ private:
     std::u16string_view format_;
     FormatArgumentSpan arguments_;
     std::size_t next_ = 0;
-    std::u16string out_;
+    // Most texts are short: one copy of the right size is made of them in the end.
+    std::array<std::byte, 1024> space_;
+    std::pmr::monotonic_buffer_resource memory_{space_.data(), space_.size()};
+    FormatOutput out_{&memory_};
 };
 
 } // namespace
@@ -223,12 +253,12 @@ std::u16string_view AnyFormat::units() const {
 
 NSString NSString::expanded(const AnyFormat& format, FormatArgumentSpan arguments) {
     if (format.isNil()) return {};
-    if (format.isUTF8()) return NSString(Renderer(format.string().view(), arguments).render());
-    return NSString(Renderer(format.units(), arguments).render());
+    if (format.isUTF8()) return Renderer(format.string().view(), arguments).render();
+    return Renderer(format.units(), arguments).render();
 }
 
 NSString NSString::stringWithFormat_arguments(const NSString& format, const FormatArguments& arguments) {
-    return format.isNil() ? NSString() : NSString(Renderer(format.view(), arguments).render());
+    return format.isNil() ? NSString() : Renderer(format.view(), arguments).render();
 }
 
 } // namespace qrv

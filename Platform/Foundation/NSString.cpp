@@ -88,6 +88,12 @@ std::u16string_view NSString::view() const {
     return isNil() ? std::u16string_view() : static_cast<const StringObject&>(*shared()).text();
 }
 
+std::optional<std::u16string_view> NSString::viewOf(const id& object) {
+    const Object* payload = object.shared().get();
+    if (!payload || !accepts(*payload)) return std::nullopt;
+    return static_cast<const StringObject&>(*payload).text();
+}
+
 char16_t NSString::characterAtIndex(std::size_t index) const {
     requireIndex(index < length(), u"characterAtIndex:", index, length());
     return view()[index];

@@ -10,6 +10,7 @@
 #include "Platform/Foundation/Object.h"
 
 #include <compare>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -107,6 +108,8 @@ public:
     // - characterAtIndex:
     /// An index beyond the end raises NSRangeException.
     char16_t characterAtIndex(std::size_t index) const;
+    /// The units of an object that is a string; nothing for others and nil.
+    static std::optional<std::u16string_view> viewOf(const id& object);
     /// The text in UTF-8, with U+FFFD for unpaired surrogates; empty for nil.
     std::string utf8() const;
 

@@ -2,7 +2,9 @@
 
 #include "Platform/Foundation/ASCII.h"
 
+#include <algorithm>
 #include <array>
+#include <utility>
 
 namespace qrv {
 
@@ -11,9 +13,11 @@ namespace {
 constexpr std::array<std::u16string_view, 12> monthNames{u"Jan", u"Feb", u"Mar", u"Apr", u"May", u"Jun",
                                                          u"Jul", u"Aug", u"Sep", u"Oct", u"Nov", u"Dec"};
 
-void appendDigits(std::u16string& text, int number, int digits) {
-    char16_t block[4];
-    for (int at = digits; at-- > 0; number /= 10) block[at] = static_cast<char16_t>(u'0' + number % 10);
+template <class String>
+void appendDigits(String& text, int number, int digits) {
+    typename String::value_type block[4];
+    for (int at = digits; at-- > 0; number /= 10)
+        block[at] = static_cast<typename String::value_type>('0' + number % 10);
     text.append(block, static_cast<std::size_t>(digits));
 }
 
@@ -49,6 +53,12 @@ std::optional<PlainDatePattern::Field> PlainDatePattern::field(std::u16string_vi
     return std::nullopt;
 }
 
+bool PlainDatePattern::isASCII() const {
+    return std::all_of(pieces_.begin(), pieces_.end(), [](const Piece& piece) {
+        return std::all_of(piece.text.begin(), piece.text.end(), [](char16_t c) { return c < 0x80; });
+    });
+}
+
 std::optional<PlainDatePattern> PlainDatePattern::parse(std::u16string_view pattern) {
     PlainDatePattern plain;
     for (std::u16string_view rest = pattern; !rest.empty();) {
@@ -76,13 +86,13 @@ bool PlainDatePattern::canFormat(const LocalTime& time) {
            time.parts.tm_mday > 0;
 }
 
-std::u16string PlainDatePattern::format(const LocalTime& time) const {
+template <class String>
+void PlainDatePattern::append(String& text, const LocalTime& time) const {
     const std::tm& parts = time.parts;
-    std::u16string text;
     for (const Piece& piece : pieces_) {
         switch (piece.field) {
         case Field::text:
-            text.append(piece.text);
+            text.append(piece.text.begin(), piece.text.end());
             break;
         case Field::year:
             appendDigits(text, parts.tm_year + 1900, 4);
@@ -91,7 +101,8 @@ std::u16string PlainDatePattern::format(const LocalTime& time) const {
             appendDigits(text, parts.tm_mon + 1, 2);
             break;
         case Field::monthName:
-            text.append(monthNames[static_cast<std::size_t>(parts.tm_mon)]);
+            for (const char16_t letter : monthNames[static_cast<std::size_t>(parts.tm_mon)])
+                text.push_back(static_cast<typename String::value_type>(letter));
             break;
         case Field::day:
             appendDigits(text, parts.tm_mday, 2);
@@ -110,7 +121,9 @@ std::u16string PlainDatePattern::format(const LocalTime& time) const {
             break;
         }
     }
-    return text;
 }
+
+template void PlainDatePattern::append(std::string&, const LocalTime&) const;
+template void PlainDatePattern::append(std::u16string&, const LocalTime&) const;
 
 } // namespace qrv

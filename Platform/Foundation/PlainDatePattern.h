@@ -17,11 +17,14 @@ public:
     /// Nothing when the pattern has other fields.
     static std::optional<PlainDatePattern> parse(std::u16string_view pattern);
 
+    bool isASCII() const;
+
     /// Whether the moment is in the years in which all calendars and their writers agree, 1600 to 9999.
     static bool canFormat(const LocalTime& time);
 
-    /// Any thread.
-    std::u16string format(const LocalTime& time) const;
+    /// Appends the moment to a std::string or std::u16string. Any thread.
+    template <class String>
+    void append(String& out, const LocalTime& time) const;
 
 private:
     enum class Field { text, year, month, monthName, day, hour, minute, second, millisecond };

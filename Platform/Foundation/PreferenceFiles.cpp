@@ -22,14 +22,6 @@ namespace qrv {
 
 namespace {
 
-/// Changes whenever the file does, except for a change within one tick of the file system's clock.
-using Stamp = std::tuple<dev_t, ino_t, off_t, time_t, long, time_t, long>;
-
-struct Known {
-    Stamp stamp;
-    NSDictionary contents;
-};
-
 /// What the paths depend on.
 struct Environment {
     static std::optional<std::string> variable(const char* name) {
@@ -54,24 +46,19 @@ struct Environment {
     std::optional<std::string> home;
 };
 
-struct State {
+/// What is known for the whole process, but for the files' contents. Never destroyed: settings are read until
+/// the very end.
+struct Common {
     std::mutex mutex;
     Environment environment;
     std::map<std::u16string, PreferencePaths, std::less<>> paths; // by domain
-    std::unordered_map<std::string, Known> files;
     std::set<std::string> warned;
     void (*warn)(const NSString&) = nullptr;
 };
 
-State& state() {
-    static State& instance =
-        *new State; // never destroyed: settings are read until the very end of the process
+Common& common() {
+    static Common& instance = *new Common;
     return instance;
-}
-
-Stamp stampOf(const struct stat& s) {
-    return {s.st_dev,          s.st_ino,         s.st_size,        s.st_mtim.tv_sec,
-            s.st_mtim.tv_nsec, s.st_ctim.tv_sec, s.st_ctim.tv_nsec};
 }
 
 /// Whether the last change is long enough ago that the next one gets another stamp on every file system.
@@ -117,7 +104,7 @@ std::vector<std::string> pathsOf(const NSString& domain) {
 void warnOnce(const std::string& path, const NSString& reason) {
     void (*warn)(const NSString&) = nullptr;
     {
-        State& s = state();
+        Common& s = common();
         const std::lock_guard lock(s.mutex);
         if (!s.warn || !s.warned.insert(path).second) return;
         warn = s.warn;
@@ -145,13 +132,13 @@ NSDictionary parse(const std::string& path) {
 } // namespace
 
 void setPreferencesWarning(void (*warn)(const NSString& message)) {
-    const std::lock_guard lock(state().mutex);
-    state().warn = warn;
+    const std::lock_guard lock(common().mutex);
+    common().warn = warn;
 }
 
 PreferencePaths preferenceFiles(const NSString& domain) {
     constexpr std::size_t mostDomains = 256;
-    State& s = state();
+    Common& s = common();
     const std::lock_guard lock(s.mutex);
     if (!s.environment.isCurrent()) {
         s.environment = Environment::current();
@@ -164,12 +151,76 @@ PreferencePaths preferenceFiles(const NSString& domain) {
     return files;
 }
 
-NSDictionary readPreferenceFile(const std::string& path) {
+struct PreferenceReader::State {
+    struct Known {
+        Stamp stamp;
+        NSDictionary contents;
+    };
+
+    std::mutex mutex;
+    std::unordered_map<std::string, Known> files;
+    std::unordered_map<std::string, std::optional<Stamp>> missing; // with the stamp of the folder
+};
+
+PreferenceReader::State& PreferenceReader::state() {
+    static State& instance = *new State; // never destroyed
+    return instance;
+}
+
+PreferenceReader::Stamp PreferenceReader::stampOf(const struct stat& s) {
+    return {s.st_dev,          s.st_ino,         s.st_size,        s.st_mtim.tv_sec,
+            s.st_mtim.tv_nsec, s.st_ctim.tv_sec, s.st_ctim.tv_nsec};
+}
+
+const PreferenceReader::Folder& PreferenceReader::folderOf(const std::string& path) {
+    const std::string_view folder = std::string_view(path).substr(0, path.rfind('/'));
+    for (const Folder& known : folders_)
+        if (known.path == folder) return known;
+    Folder& looked = folders_.emplace_back(Folder{std::string(folder), std::nullopt, true});
+
+    struct stat status {};
+
+    if (stat(looked.path.c_str(), &status) == 0) {
+        looked.stamp = stampOf(status);
+        looked.isSettled = isSettled(status);
+    } else {
+        looked.isSettled = errno == ENOENT;
+    }
+    return looked;
+}
+
+bool PreferenceReader::isKnownToBeMissing(const std::string& path) {
+    State& s = state();
+    const std::lock_guard lock(s.mutex);
+    const auto known = s.missing.find(path);
+    return known != s.missing.end() && known->second == folderOf(path).stamp;
+}
+
+/// Looks at the file once more, after its folder, so that none comes unseen between the two. A link that
+/// leads nowhere may lead to a file at any time.
+void PreferenceReader::rememberMissing(const std::string& path) {
+    constexpr std::size_t mostFiles = 1024;
+
+    struct stat link {};
+
+    const Folder& folder = folderOf(path);
+    if (!folder.isSettled || lstat(path.c_str(), &link) == 0) return;
+    State& s = state();
+    const std::lock_guard lock(s.mutex);
+    if (s.missing.size() >= mostFiles) s.missing.clear();
+    s.missing[path] = folder.stamp;
+}
+
+NSDictionary PreferenceReader::read(const std::string& path) {
+    if (isKnownToBeMissing(path)) return {};
+
     struct stat status {};
 
     if (stat(path.c_str(), &status) != 0) {
-        if (errno != ENOENT && errno != ENOTDIR && errno != ENAMETOOLONG) {
-            warnOnce(path, posixError(errno).localizedDescription());
+        const int error = errno;
+        if (error == ENOENT) rememberMissing(path);
+        if (error != ENOENT && error != ENOTDIR && error != ENAMETOOLONG) {
+            warnOnce(path, posixError(error).localizedDescription());
         }
         return {};
     }

@@ -11,6 +11,7 @@
 #include <optional>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace qrv {
 
@@ -27,41 +28,80 @@ NSComparisonResult compareKeys(const id& a, const id& b) {
     return a.description().compare(b.description());
 }
 
-/// Describes values in one pass: whatever is inside another value is indented with it, each line of it.
+/// A text in pieces, whatever is inside another value with its indentation on each line. Deep chains make
+/// texts of megabytes, which are put together once, in a place of the right size.
+class IndentedText {
+public:
+    void appendLiteral(std::u16string_view literal) { pieces_.push_back({NSString(), literal, depth}); }
+
+    void append(const NSString& text) { pieces_.push_back({text, text.view(), depth}); }
+
+    NSString joined() const {
+        std::size_t length = 0;
+        for (const Piece& piece : pieces_) {
+            const auto lines = std::count(piece.text.begin(), piece.text.end(), u'\n');
+            length += piece.text.size() + static_cast<std::size_t>(lines) * indentation * piece.depth;
+        }
+        std::u16string text;
+        text.reserve(length);
+        for (const Piece& piece : pieces_) {
+            std::u16string_view rest = piece.text;
+            for (std::size_t end = rest.find(u'\n'); end != rest.npos; end = rest.find(u'\n')) {
+                text.append(rest, 0, end + 1).append(indentation * piece.depth, u' ');
+                rest.remove_prefix(end + 1);
+            }
+            text.append(rest);
+        }
+        return NSString(std::move(text));
+    }
+
+    std::size_t depth = 0;
+
+private:
+    static constexpr std::size_t indentation = 4;
+
+    struct Piece {
+        NSString owner; // of the text, unless it is a literal
+        std::u16string_view text;
+        std::size_t depth;
+    };
+
+    std::vector<Piece> pieces_;
+};
+
 class Describer {
 public:
-    NSString text() { return NSString(std::move(text_)); }
+    NSString text() const { return text_.joined(); }
 
     void describe(const id& object) {
         if (const NSError error = as<NSError>(object)) return describe(error);
-        ++depth_;
+        ++text_.depth;
         if (const NSString string = as<NSString>(object)) {
-            quote([&] { append(string.view()); });
+            quote([&] { text_.append(string); });
         } else if (const NSArray array = as<NSArray>(object)) {
             list(u"(", array, u")", [&](const id& element) { describe(element); });
         } else if (const NSDictionary dictionary = as<NSDictionary>(object)) {
             entries(dictionary.entries());
         } else {
-            append(
-                object.description().stringByReplacingOccurrencesOfString_withString(u"\\n", u"\n").view());
+            text_.append(object.description().stringByReplacingOccurrencesOfString_withString(u"\\n", u"\n"));
         }
-        --depth_;
+        --text_.depth;
     }
 
     void describe(const NSError& error) {
         if (!logsErrors_)
             logsErrors_ = NSUserDefaults::standardUserDefaults().boolForKey(u"ErrorShortLogging");
         if (*logsErrors_) NSLog(u"Error: %@", error);
-        append(u"<NSError Domain=");
-        append(error.domain().view());
-        append(NSString::stringWithFormat(u" Code=%ld UserInfo=", error.code()).view());
+        text_.appendLiteral(u"<NSError Domain=");
+        text_.append(error.domain());
+        text_.append(NSString::stringWithFormat(u" Code=%ld UserInfo=", error.code()));
         NSDictionary::Entries all = error.userInfo().entries();
         if (!error.userInfo().objectForKey(NSLocalizedDescriptionKey))
             all.emplace_back(NSLocalizedDescriptionKey, error.localizedDescription());
-        ++depth_;
+        ++text_.depth;
         entries(std::move(all), true);
-        --depth_;
-        append(u">");
+        --text_.depth;
+        text_.appendLiteral(u">");
     }
 
 private:
@@ -71,50 +111,40 @@ private:
             return compareKeys(a.first, b.first) == NSOrderedAscending;
         });
         list(u"{", sorted, u"}", [&](const auto& entry) {
-            append(entry.first.description().view());
-            append(u" = ");
+            text_.append(entry.first.description());
+            text_.appendLiteral(u" = ");
             const NSError underlying = isOfError && as<NSString>(entry.first) == NSUnderlyingErrorKey
                                            ? as<NSError>(entry.second)
                                            : NSError();
             if (!underlying) return describe(entry.second);
-            ++depth_;
+            ++text_.depth;
             quote([&] { describe(underlying); });
-            --depth_;
+            --text_.depth;
         });
     }
 
     template <class List, class Describe>
     void list(std::u16string_view opening, const List& elements, std::u16string_view closing,
               const Describe& describeElement) {
-        append(opening);
+        text_.appendLiteral(opening);
         bool isFirst = true;
         for (const auto& element : elements) {
-            append(std::exchange(isFirst, false) ? u"\n" : u",\n");
+            text_.appendLiteral(std::exchange(isFirst, false) ? u"\n" : u",\n");
             describeElement(element);
         }
-        append(isFirst ? u"\n\n" : u"\n");
-        append(closing);
+        text_.appendLiteral(isFirst ? u"\n\n" : u"\n");
+        text_.appendLiteral(closing);
     }
 
     template <class Write>
     void quote(const Write& write) {
-        text_.push_back(u'"');
+        text_.appendLiteral(u"\"");
         write();
-        text_.push_back(u'"');
-    }
-
-    void append(std::u16string_view part) {
-        constexpr std::size_t indentation = 4;
-        for (std::size_t end = part.find(u'\n'); end != part.npos; end = part.find(u'\n')) {
-            text_.append(part, 0, end + 1).append(depth_ * indentation, u' ');
-            part.remove_prefix(end + 1);
-        }
-        text_.append(part);
+        text_.appendLiteral(u"\"");
     }
 
     std::optional<bool> logsErrors_; // asked for when the first error comes
-    std::size_t depth_ = 0;
-    std::u16string text_;
+    IndentedText text_;
 };
 
 /// "name - reason", then the trace.

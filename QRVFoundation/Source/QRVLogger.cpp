@@ -38,12 +38,23 @@ NSString threadPiece() {
     return NSString::stringWithFormat(u"<%p: \"%@\">", thread.address(), thread.name());
 }
 
+// A logger may be made for every line. Never destroyed, as all that lines need.
+
+const NSString& prefixKey() {
+    static const auto& key = *new NSString(QRVLoggerPrefix);
+    return key;
+}
+
+const NSString& includeAreaKey() {
+    static const auto& key = *new NSString(QRVLoggerIncludeArea);
+    return key;
+}
+
 bool isTrue(const id& value) {
     const auto* boolean = value.payload<BooleanValue>();
     return boolean && boolean->boolValue();
 }
 
-/// Never destroyed: lines may be logged until the very end of the process.
 const NSDictionary& settingsOfDisposableLogger() {
     static const auto& settings = *new NSDictionary{{QRVLoggerAllAreas, NSNumber::numberWithBool(true)}};
     return settings;
@@ -58,7 +69,7 @@ NSString text(const char* bytes) {
 const ClassInfo QRVLogger::classInfo{"QRVLogger", &Object::classInfo};
 
 QRVLogger::Options::Options(const NSDictionary& settings)
-    : prefix(settings.objectForKey(QRVLoggerPrefix)), switchedOn_{QRVLoggerIncludeArea} {
+    : prefix(settings.objectForKey(prefixKey())), switchedOn_{includeAreaKey()} {
     for (const auto& [key, value] : settings) {
         const NSString name = as<NSString>(key);
         if (!name) continue;

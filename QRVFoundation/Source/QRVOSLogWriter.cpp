@@ -39,13 +39,22 @@ NSString QRVOSLogWriter::subsystem() const {
     return NSString(u"org.quillvane.").stringByAppendingString(NSProcessInfo::processInfo().processName());
 }
 
+std::string QRVOSLogWriter::utf8Subsystem() {
+    const NSString name = NSProcessInfo::processInfo().processName();
+    const std::lock_guard lock(mutex_);
+    if (!name.isIdenticalTo(nameOfSubsystem_)) {
+        nameOfSubsystem_ = name;
+        utf8Subsystem_ = utf8Form(subsystem()).value_or("QRVLogger");
+    }
+    return utf8Subsystem_;
+}
+
 os_log_t QRVOSLogWriter::logForArea(const NSString& area) {
     if (!area) return _log;
-    const std::lock_guard lock(logsByAreaMutex_);
+    const std::lock_guard lock(mutex_);
     const auto known = _logsByArea.find(area.view());
     if (known != _logsByArea.end()) return known->second;
-    os_log_t log =
-        os_log_create(subsystem().utf8(), NSString::stringWithFormat(u"QRVLogger.%@", area).utf8());
+    os_log_t log = os_log_create(subsystem().utf8(), "QRVLogger." + area.utf8());
     _logsByArea.emplace(area.view(), log);
     return log;
 }
@@ -106,14 +115,10 @@ NSArray QRVOSLogWriter::splitLine_length(const NSString& line, unsigned long len
 void QRVOSLogWriter::logCString_area(const std::string& line, const NSString& area) {
     const os_log_t log = logForArea(area);
     if (!_isInXcode) os_log_with_type(log, OS_LOG_TYPE_ERROR, line);
-    const NSString date = _dateFormatter.stringFromDate(NSDate::date());
-    std::string copy = utf8Form(date).value_or("unknown date");
-    copy.reserve(copy.size() + line.size() + 128);
-    copy.append(" [")
-        .append(utf8Form(subsystem()).value_or("QRVLogger"))
-        .append("] ")
-        .append(line)
-        .append("\n");
+    std::string copy;
+    copy.reserve(line.size() + 128);
+    _dateFormatter.appendUTF8(copy, NSDate::secondsOfNow());
+    copy.append(" [").append(utf8Subsystem()).append("] ").append(line).append("\n");
     writeStandardErrorLine(copy);
 }
 

@@ -63,10 +63,14 @@ public:
     void logCString_area(const std::string& line, const NSString& area);
 
 private:
+    std::string utf8Subsystem();
+
     const os_log_t _log;
-    std::mutex logsByAreaMutex_;
+    std::mutex mutex_; // guards what changes: the handles by area, and the subsystem's name
     std::map<std::u16string, os_log_t, std::less<>> _logsByArea;
     NSDateFormatter _dateFormatter;
+    NSString nameOfSubsystem_; // the process's name that utf8Subsystem_ was made from
+    std::string utf8Subsystem_;
 };
 
 } // namespace qrv

@@ -48,20 +48,46 @@ protected:
 TEST_F(PreferenceFiles, AFileThatHasSettledIsReadOnceAndAgainWhenItChanges) {
     const std::string path = write(1);
     std::this_thread::sleep_for(std::chrono::seconds(4));
-    const NSDictionary first = readPreferenceFile(path);
+    const NSDictionary first = PreferenceReader().read(path);
     EXPECT_EQ(number(first), 1);
-    EXPECT_TRUE(readPreferenceFile(path).isIdenticalTo(first));
+    EXPECT_TRUE(PreferenceReader().read(path).isIdenticalTo(first));
 
     write(2); // of the same length
-    EXPECT_EQ(number(readPreferenceFile(path)), 2);
+    EXPECT_EQ(number(PreferenceReader().read(path)), 2);
 }
 
 TEST_F(PreferenceFiles, AFileThatHasJustChangedIsReadEachTime) {
     const std::string path = write(1);
-    const NSDictionary first = readPreferenceFile(path);
-    const NSDictionary second = readPreferenceFile(path);
+    const NSDictionary first = PreferenceReader().read(path);
+    const NSDictionary second = PreferenceReader().read(path);
     EXPECT_EQ(first, second);
     EXPECT_FALSE(second.isIdenticalTo(first));
+}
+
+TEST_F(PreferenceFiles, AMissingFileIsSeenAtOnceWhenItComes) {
+    const std::string missing = folder.path() + "/new/absent.plist";
+    EXPECT_TRUE(PreferenceReader().read(missing).isNil()); // neither is its folder
+    std::filesystem::create_directories(folder.path() + "/new");
+    EXPECT_TRUE(PreferenceReader().read(missing).isNil());
+    std::this_thread::sleep_for(std::chrono::seconds(4)); // so that the folder's stamp is trusted
+    EXPECT_TRUE(PreferenceReader().read(missing).isNil());
+    EXPECT_TRUE(PreferenceReader().read(missing).isNil());
+    std::filesystem::copy(write(1), missing);
+    EXPECT_EQ(number(PreferenceReader().read(missing)), 1);
+    std::filesystem::remove(missing);
+    EXPECT_TRUE(PreferenceReader().read(missing).isNil());
+}
+
+TEST_F(PreferenceFiles, AFileThatComesWhereALinkLeadsIsSeenAtOnce) {
+    const std::string target = folder.path() + "/elsewhere.plist";
+    std::filesystem::create_directories(folder.path() + "/links");
+    std::filesystem::create_symlink(target, folder.path() + "/links/link.plist");
+    const std::string path = folder.path() + "/links/link.plist";
+    std::this_thread::sleep_for(std::chrono::seconds(4));
+    EXPECT_TRUE(PreferenceReader().read(path).isNil());
+    EXPECT_TRUE(PreferenceReader().read(path).isNil());
+    std::filesystem::copy(write(3), target);
+    EXPECT_EQ(number(PreferenceReader().read(path)), 3);
 }
 
 TEST_F(PreferenceFiles, AFolderWhoseNameIsNoUTF8IsReadLikeAnyOther) {
@@ -70,14 +96,14 @@ TEST_F(PreferenceFiles, AFolderWhoseNameIsNoUTF8IsReadLikeAnyOther) {
     const std::string path = preferenceFiles(u"a.domain")->front();
     strange.write("caf\xE9/preferences/a.domain.plist",
                   "<plist><dict><key>k</key><string>v</string></dict></plist>");
-    EXPECT_EQ(readPreferenceFile(path), (NSDictionary{{NSString(u"k"), NSString(u"v")}}));
+    EXPECT_EQ(PreferenceReader().read(path), (NSDictionary{{NSString(u"k"), NSString(u"v")}}));
     EXPECT_EQ(warnings, std::vector<std::string>());
 }
 
 TEST_F(PreferenceFiles, AFileThatCannotBeExaminedIsWarnedOfOnce) {
     const std::string path = link("link.plist");
-    EXPECT_TRUE(readPreferenceFile(path).isNil());
-    EXPECT_TRUE(readPreferenceFile(path).isNil());
+    EXPECT_TRUE(PreferenceReader().read(path).isNil());
+    EXPECT_TRUE(PreferenceReader().read(path).isNil());
     ASSERT_EQ(warnings.size(), 1u);
     EXPECT_TRUE(warnings[0].starts_with("Preferences " + path + " cannot be read: ")) << warnings[0];
 }
@@ -85,8 +111,8 @@ TEST_F(PreferenceFiles, AFileThatCannotBeExaminedIsWarnedOfOnce) {
 TEST_F(PreferenceFiles, AFileThatCannotBeReadIsWarnedOfOnce) {
     // A regular file to look at, and a failure to read from its beginning, for whatever user.
     const std::string path = link("/proc/self/mem");
-    EXPECT_TRUE(readPreferenceFile(path).isNil());
-    EXPECT_TRUE(readPreferenceFile(path).isNil());
+    EXPECT_TRUE(PreferenceReader().read(path).isNil());
+    EXPECT_TRUE(PreferenceReader().read(path).isNil());
     ASSERT_EQ(warnings.size(), 1u);
     EXPECT_TRUE(warnings[0].starts_with("Preferences " + path + " cannot be read: ")) << warnings[0];
 }
