@@ -5,7 +5,8 @@
 //
 // Conversions: %@ (description of an object, "(null)" for nil), %d %i %u %o %x %X %c %C, with the length
 // modifiers hh h l ll q z t j, %f %F %e %E %g %G %a %A (L for long double), %s (bytes in UTF-8), %S (UTF-16),
-// %p, %%; flags, width, precision and positions ("%2$@") as in printf.
+// %p, %%; flags, width, precision and positions ("%2$@") as in printf. The precision of %@ and %S is the most
+// UTF-16 units of the text. The flag ' groups no digits, since a format is of no locale.
 
 #include "Platform/Foundation/Object.h"
 

@@ -1,9 +1,11 @@
 #include "Platform/Foundation/NSArray.h"
 
 #include "Platform/Foundation/CollectionDescription.h"
+#include "Platform/Foundation/DeepRelease.h"
 #include "Platform/Foundation/NSException.h"
 
 #include <algorithm>
+#include <typeinfo>
 
 namespace qrv {
 
@@ -14,6 +16,8 @@ const ClassInfo arrayClassInfo{"NSArray", &Object::classInfo};
 class ArrayObject final : public Object, public NSCoding {
 public:
     explicit ArrayObject(std::vector<id>&& elements) : elements_(std::move(elements)) {}
+
+    ~ArrayObject() override { releaseDeep(elements_); }
 
     const ClassInfo& objectClass() const override { return arrayClassInfo; }
 
@@ -29,7 +33,7 @@ public:
     const std::vector<id>& elements() const { return elements_; }
 
 private:
-    const std::vector<id> elements_;
+    std::vector<id> elements_;
 };
 
 } // namespace
@@ -41,12 +45,18 @@ NSArray::NSArray(std::vector<id> elements) {
     *this = NSArray(std::make_shared<ArrayObject>(std::move(elements)));
 }
 
+NSArray::NSArray(std::initializer_list<id> elements) : NSArray(std::vector<id>(elements)) {}
+
 const ClassInfo& NSArray::classInfo() {
     return arrayClassInfo;
 }
 
+bool NSArray::accepts(const Object& payload) {
+    return typeid(payload) == typeid(ArrayObject);
+}
+
 const std::vector<id>& NSArray::elements() const {
-    static const std::vector<id> none;
+    static const auto& none = *new std::vector<id>; // never destroyed
     return isNil() ? none : static_cast<const ArrayObject&>(*shared()).elements();
 }
 

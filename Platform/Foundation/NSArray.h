@@ -4,17 +4,22 @@
 
 #include "Platform/Foundation/NSString.h"
 
+#include <initializer_list>
 #include <vector>
 
 namespace qrv {
 
-class NSArray : public id {
+class NSArray : public Handle<NSArray> {
 public:
-    using id::id;
+    using Handle::Handle;
     NSArray() = default;
     /// nil elements raise NSInvalidArgumentException.
     explicit NSArray(std::vector<id> elements);
+    /// Braces always make elements: NSArray({array}) has one, the array. (NSArray{array}, without
+    /// parentheses, is a copy for compilers that follow a later version of the language's rules.)
+    NSArray(std::initializer_list<id> elements);
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // + array
     static NSArray array() { return NSArray(std::vector<id>()); }

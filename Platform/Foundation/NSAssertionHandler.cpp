@@ -6,7 +6,7 @@
 namespace qrv {
 
 NSAssertionHandler& NSAssertionHandler::currentHandler() {
-    static NSAssertionHandler instance;
+    static NSAssertionHandler& instance = *new NSAssertionHandler; // never destroyed
     return instance;
 }
 

@@ -1,6 +1,7 @@
 #include "Platform/Foundation/NSCharacterSet.h"
 
 #include <bitset>
+#include <typeinfo>
 
 namespace qrv {
 
@@ -36,10 +37,19 @@ NSCharacterSet with(const NSCharacterSet& set, const NSString& characters, bool 
     return NSCharacterSet(std::make_shared<CharacterSetObject>(members));
 }
 
+/// For the standard sets, which are needed until the very end of the process.
+const NSCharacterSet& neverDestroyed(const NSString& characters) {
+    return *new NSCharacterSet(with({}, characters, true));
+}
+
 } // namespace
 
 const ClassInfo& NSCharacterSet::classInfo() {
     return characterSetClassInfo;
+}
+
+bool NSCharacterSet::accepts(const Object& payload) {
+    return typeid(payload) == typeid(CharacterSetObject);
 }
 
 NSCharacterSet NSCharacterSet::characterSetWithCharactersInString(const NSString& characters) {
@@ -47,7 +57,7 @@ NSCharacterSet NSCharacterSet::characterSetWithCharactersInString(const NSString
 }
 
 NSCharacterSet NSCharacterSet::whitespaceAndNewlineCharacterSet() {
-    static const NSCharacterSet set = characterSetWithCharactersInString(
+    static const NSCharacterSet& set = neverDestroyed(
         u"\t\n\v\f\r "
         u"\u0085\u00A0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006\u2007\u2008\u2009\u200A\u2028\u2029"
         u"\u202F\u205F\u3000");
@@ -55,8 +65,8 @@ NSCharacterSet NSCharacterSet::whitespaceAndNewlineCharacterSet() {
 }
 
 NSCharacterSet NSCharacterSet::URLQueryAllowedCharacterSet() {
-    static const NSCharacterSet set = characterSetWithCharactersInString(
-        u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~!$&'()*+,;=:@/?");
+    static const NSCharacterSet& set =
+        neverDestroyed(u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~!$&'()*+,;=:@/?");
     return set;
 }
 

@@ -6,11 +6,12 @@
 
 namespace qrv {
 
-class NSCharacterSet : public id {
+class NSCharacterSet : public Handle<NSCharacterSet> {
 public:
-    using id::id;
+    using Handle::Handle;
     NSCharacterSet() = default;
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // + characterSetWithCharactersInString:
     /// nil gives the empty set.

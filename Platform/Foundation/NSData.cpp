@@ -3,6 +3,7 @@
 #include "Platform/Foundation/NSException.h"
 
 #include <algorithm>
+#include <typeinfo>
 
 namespace qrv {
 
@@ -64,6 +65,10 @@ NSData::NSData(std::shared_ptr<const void> storage, std::string_view bytes)
 
 const ClassInfo& NSData::classInfo() {
     return dataClassInfo;
+}
+
+bool NSData::accepts(const Object& payload) {
+    return typeid(payload) == typeid(DataObject);
 }
 
 std::string_view NSData::bytes() const {

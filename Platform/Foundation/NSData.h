@@ -20,12 +20,13 @@ enum NSDataWritingOptions : unsigned long {
     NSDataWritingAtomic = 1,
 };
 
-class NSData : public id {
+class NSData : public Handle<NSData> {
 public:
-    using id::id;
+    using Handle::Handle;
     NSData() = default;
     explicit NSData(std::string bytes);
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // + data
     static NSData data() { return NSData(std::string()); }

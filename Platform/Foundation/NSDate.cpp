@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cmath>
 #include <ctime>
+#include <typeinfo>
 
 namespace qrv {
 
@@ -54,6 +55,10 @@ std::atomic<NSDate::Clock> currentClock{&wallClock};
 
 const ClassInfo& NSDate::classInfo() {
     return dateClassInfo;
+}
+
+bool NSDate::accepts(const Object& payload) {
+    return typeid(payload) == typeid(DateObject);
 }
 
 NSDate NSDate::date() {

@@ -9,10 +9,11 @@ namespace qrv {
 /// Seconds from 1970-01-01 to the reference date (`kCFAbsoluteTimeIntervalSince1970`).
 inline constexpr double NSTimeIntervalSince1970 = 978307200.0;
 
-class NSDate : public id {
+class NSDate : public Handle<NSDate> {
 public:
-    using id::id;
+    using Handle::Handle;
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // + date
     /// The current time of the wall clock.

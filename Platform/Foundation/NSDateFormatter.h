@@ -1,17 +1,14 @@
 #pragma once
 
 // Formats dates by a Unicode date pattern ("yyyy-MM-dd HH:mm:ss.SSS"), in the local time zone and the
-// Gregorian calendar, with ASCII digits whatever the user's language.
+// Gregorian calendar, with ASCII digits whatever the user's language. Local time is that of the C library,
+// whatever form TZ has; a field for the zone itself shows its distance from GMT.
 
 #include "Platform/Foundation/NSDate.h"
 
 #include <memory>
 
 namespace qrv {
-
-namespace unicode {
-class DatePattern;
-}
 
 /// Copies share the pattern. `stringFromDate` may be called from any thread, `setDateFormat` only while no
 /// other thread uses the formatter.
@@ -22,14 +19,16 @@ public:
 
     // - setDateFormat:
     /// A nil or empty pattern gives empty texts. A letter without a meaning prints nothing, nor do the fields
-    /// after it. The local time zone is that of the moment of this call.
+    /// after it. A change of TZ counts from this call on, for the whole process.
     void setDateFormat(const NSString& format);
     // - stringFromDate:
     /// A nil date gives nil.
     NSString stringFromDate(const NSDate& date) const;
 
 private:
-    std::shared_ptr<const unicode::DatePattern> pattern_;
+    struct Pattern;
+
+    std::shared_ptr<const Pattern> pattern_;
 };
 
 } // namespace qrv

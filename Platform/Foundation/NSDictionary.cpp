@@ -1,9 +1,11 @@
 #include "Platform/Foundation/NSDictionary.h"
 
 #include "Platform/Foundation/CollectionDescription.h"
+#include "Platform/Foundation/DeepRelease.h"
 #include "Platform/Foundation/NSException.h"
 
 #include <algorithm>
+#include <typeinfo>
 
 namespace qrv {
 
@@ -28,6 +30,8 @@ class DictionaryObject final : public Object, public NSCoding {
 public:
     DictionaryObject(Entries&& entries, Index&& index)
         : entries_(std::move(entries)), index_(std::move(index)) {}
+
+    ~DictionaryObject() override { releaseDeep(entries_); }
 
     const ClassInfo& objectClass() const override { return dictionaryClassInfo; }
 
@@ -55,7 +59,7 @@ public:
     const Entries& entries() const { return entries_; }
 
 private:
-    const Entries entries_;
+    Entries entries_;
     const Index index_;
 };
 
@@ -71,8 +75,12 @@ const ClassInfo& NSDictionary::classInfo() {
     return dictionaryClassInfo;
 }
 
+bool NSDictionary::accepts(const Object& payload) {
+    return typeid(payload) == typeid(DictionaryObject);
+}
+
 const NSDictionary::Entries& NSDictionary::entries() const {
-    static const Entries none;
+    static const auto& none = *new Entries; // never destroyed
     return isNil() ? none : static_cast<const DictionaryObject&>(*shared()).entries();
 }
 

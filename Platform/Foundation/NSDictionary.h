@@ -13,15 +13,16 @@ namespace qrv {
 class NSMutableDictionary;
 
 /// An immutable dictionary; copies share their storage.
-class NSDictionary : public id {
+class NSDictionary : public Handle<NSDictionary> {
 public:
     using Entries = std::vector<std::pair<id, id>>;
 
-    using id::id;
+    using Handle::Handle;
     NSDictionary() = default;
     /// Of entries with equal keys the last one counts. nil keys and values raise NSInvalidArgumentException.
     NSDictionary(std::initializer_list<std::pair<id, id>> entries);
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // + dictionary
     static NSDictionary dictionary() { return NSDictionary(std::initializer_list<std::pair<id, id>>{}); }

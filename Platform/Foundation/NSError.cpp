@@ -132,6 +132,10 @@ const ClassInfo& NSError::classInfo() {
     return errorClassInfo;
 }
 
+bool NSError::accepts(const Object& payload) {
+    return dynamic_cast<const NSErrorObject*>(&payload) != nullptr;
+}
+
 NSError NSError::errorWithDomain_code_userInfo(const NSString& domain, long long code,
                                                const NSDictionary& userInfo) {
     return NSError(std::make_shared<NSErrorObject>(domain, code, userInfo));

@@ -53,11 +53,12 @@ inline constexpr long long NSURLErrorNotConnectedToInternet = -1009;
 inline constexpr long long NSURLErrorUserAuthenticationRequired = -1013;
 inline constexpr long long NSURLErrorSecureConnectionFailed = -1200;
 
-class NSError : public id {
+class NSError : public Handle<NSError> {
 public:
-    using id::id;
+    using Handle::Handle;
     NSError() = default;
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // + errorWithDomain:code:userInfo:
     /// A nil user-info counts as an empty one. A nil domain raises NSInvalidArgumentException.

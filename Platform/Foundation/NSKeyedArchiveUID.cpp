@@ -1,5 +1,7 @@
 #include "Platform/Foundation/NSKeyedArchiveUID.h"
 
+#include <typeinfo>
+
 namespace qrv {
 
 namespace {
@@ -31,6 +33,10 @@ private:
 
 const ClassInfo& NSKeyedArchiveUID::classInfo() {
     return uidClassInfo;
+}
+
+bool NSKeyedArchiveUID::accepts(const Object& payload) {
+    return typeid(payload) == typeid(UIDObject);
 }
 
 NSKeyedArchiveUID NSKeyedArchiveUID::uidWithValue(unsigned long long value) {

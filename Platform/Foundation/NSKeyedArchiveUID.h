@@ -7,10 +7,11 @@
 
 namespace qrv {
 
-class NSKeyedArchiveUID : public id {
+class NSKeyedArchiveUID : public Handle<NSKeyedArchiveUID> {
 public:
-    using id::id;
+    using Handle::Handle;
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     static NSKeyedArchiveUID uidWithValue(unsigned long long value);
 

@@ -2,6 +2,8 @@
 
 #include "Platform/Foundation/NSString.h"
 
+#include <typeinfo>
+
 namespace qrv {
 
 namespace {
@@ -21,8 +23,13 @@ const ClassInfo& NSNull::classInfo() {
     return nullClassInfo;
 }
 
+bool NSNull::accepts(const Object& payload) {
+    return typeid(payload) == typeid(NullObject);
+}
+
 NSNull NSNull::null() {
-    static const NSNull instance(std::make_shared<NullObject>());
+    // Never destroyed: needed until the very end of the process.
+    static const NSNull& instance = *new NSNull(std::make_shared<NullObject>());
     return instance;
 }
 

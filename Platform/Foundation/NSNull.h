@@ -6,10 +6,11 @@
 
 namespace qrv {
 
-class NSNull : public id {
+class NSNull : public Handle<NSNull> {
 public:
-    using id::id;
+    using Handle::Handle;
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // + null
     /// The process's only null object, described as "<null>".

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <compare>
 #include <limits>
+#include <typeinfo>
 #include <variant>
 
 namespace qrv {
@@ -129,6 +130,10 @@ NSNumber make(Value value) {
 
 const ClassInfo& NSNumber::classInfo() {
     return numberClassInfo;
+}
+
+bool NSNumber::accepts(const Object& payload) {
+    return typeid(payload) == typeid(NumberObject);
 }
 
 NSNumber NSNumber::numberWithBool(bool value) {

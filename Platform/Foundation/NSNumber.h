@@ -7,10 +7,11 @@
 
 namespace qrv {
 
-class NSNumber : public id {
+class NSNumber : public Handle<NSNumber> {
 public:
-    using id::id;
+    using Handle::Handle;
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // + numberWithBool:
     static NSNumber numberWithBool(bool value);

@@ -26,7 +26,7 @@ double NSFoundationVersionNumber() {
 NSProcessInfo::NSProcessInfo() : arguments_(commandsName()) {}
 
 NSProcessInfo& NSProcessInfo::processInfo() {
-    static NSProcessInfo instance;
+    static NSProcessInfo& instance = *new NSProcessInfo; // never destroyed: needed until the very end
     return instance;
 }
 

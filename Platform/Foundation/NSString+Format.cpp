@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -50,8 +51,10 @@ public:
         } else {
             at_ = 1;
         }
-        while (std::u16string_view(u"-+ #0").find(peek()) != std::u16string_view::npos && peek()) {
-            c.flags.push_back(static_cast<char>(take()));
+        while (std::u16string_view(u"-+ #0'").find(peek()) != std::u16string_view::npos && peek()) {
+            const char16_t flag = take();
+            // Digits are grouped as the locale says, and formats are of none.
+            if (flag != u'\'') c.flags.push_back(static_cast<char>(flag));
         }
         field(c.width, c.widthFromArgument);
         if (peek() == u'.') {
@@ -192,10 +195,10 @@ private:
         const auto* value = std::get_if<id>(&argument);
         if (!value) return false;
         if (value->isNil()) {
-            padded(c, u"(null)");
+            padded(c, cut(c, u"(null)"));
         } else {
             const NSString text = value->description();
-            padded(c, text.isNil() ? u"(null)" : text.view());
+            padded(c, cut(c, text.isNil() ? u"(null)" : text.view()));
         }
         return true;
     }
@@ -254,7 +257,7 @@ private:
         if (!value->address) return padded(c, u"(null)");
         const auto* text = std::get_if<std::u16string>(&value->text);
         if (!text) return false;
-        return padded(c, c.precision ? text->substr(0, static_cast<std::size_t>(*c.precision)) : *text);
+        return padded(c, cut(c, *text));
     }
 
     bool pointer(const Conversion& c, const FormatArgument& argument) {
@@ -270,6 +273,14 @@ private:
         std::snprintf(text.data(), text.size(), "0x%llx",
                       static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(address)));
         return padded(c, unicode::fromUTF8Lossy(text.data()));
+    }
+
+    /// As many UTF-16 units as the precision says; no half of a surrogate pair.
+    static std::u16string_view cut(const Conversion& c, std::u16string_view text) {
+        auto length = std::min(text.size(), static_cast<std::size_t>(c.precision.value_or(INT_MAX)));
+        const bool splitsPair = length > 0 && length < text.size() && (text[length] & 0xFC00) == 0xDC00 &&
+                                (text[length - 1] & 0xFC00) == 0xD800;
+        return text.substr(0, splitsPair ? length - 1 : length);
     }
 
     static unsigned lengthInBytes(const Conversion& c) {

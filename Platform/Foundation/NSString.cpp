@@ -6,6 +6,7 @@
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
+#include <typeinfo>
 
 namespace qrv {
 
@@ -56,12 +57,16 @@ void requireIndex(bool inside, const char16_t* selector, std::size_t index, std:
 NSString::NSString(const char16_t* text)
     : NSString(text ? NSString(std::u16string_view(text)) : NSString()) {}
 
-NSString::NSString(std::u16string_view text) : id(std::make_shared<StringObject>(std::u16string(text))) {}
+NSString::NSString(std::u16string_view text) : Handle(std::make_shared<StringObject>(std::u16string(text))) {}
 
-NSString::NSString(std::u16string&& text) : id(std::make_shared<StringObject>(std::move(text))) {}
+NSString::NSString(std::u16string&& text) : Handle(std::make_shared<StringObject>(std::move(text))) {}
 
 const ClassInfo& NSString::classInfo() {
     return stringClassInfo;
+}
+
+bool NSString::accepts(const Object& payload) {
+    return typeid(payload) == typeid(StringObject);
 }
 
 NSString NSString::stringWithUTF8String(const char* bytes) {

@@ -59,9 +59,9 @@ enum NSStringCompareOptions : unsigned long {
     NSWidthInsensitiveSearch = 256,
 };
 
-class NSString : public id {
+class NSString : public Handle<NSString> {
 public:
-    using id::id;
+    using Handle::Handle;
     NSString() = default;
     NSString(const char16_t* text);
     NSString(std::u16string_view text);
@@ -70,6 +70,7 @@ public:
 
     NSString(std::u16string&& text);
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // + stringWithUTF8String:
     /// Returns nil for a null pointer and for bytes that are not UTF-8.

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <sys/stat.h>
+#include <typeinfo>
 #include <unistd.h>
 
 namespace qrv {
@@ -42,6 +43,10 @@ NSURL make(NSString text) {
 
 const ClassInfo& NSURL::classInfo() {
     return urlClassInfo;
+}
+
+bool NSURL::accepts(const Object& payload) {
+    return typeid(payload) == typeid(URLObject);
 }
 
 NSURL NSURL::URLWithString(const NSString& text) {

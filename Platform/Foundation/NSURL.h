@@ -6,11 +6,12 @@
 
 namespace qrv {
 
-class NSURL : public id {
+class NSURL : public Handle<NSURL> {
 public:
-    using id::id;
+    using Handle::Handle;
     NSURL() = default;
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // + URLWithString:
     /// Percent-encodes, in UTF-8, characters that a URL must not contain; existing escapes stay. nil and

@@ -5,7 +5,8 @@
 namespace qrv {
 
 NSString NSURLComponents::percentEncodedQuery() const {
-    static const NSCharacterSet allowed = NSCharacterSet::URLQueryAllowedCharacterSet().removing(u"&=");
+    static const auto& allowed = // never destroyed
+        *new NSCharacterSet(NSCharacterSet::URLQueryAllowedCharacterSet().removing(u"&="));
     const auto append = [](std::u16string& query, const NSString& piece) {
         const NSString wellFormed = NSString::fromUTF8(piece.utf8());
         query.append(wellFormed.stringByAddingPercentEncodingWithAllowedCharacters(allowed).view());

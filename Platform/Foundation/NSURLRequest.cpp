@@ -1,5 +1,7 @@
 #include "Platform/Foundation/NSURLRequest.h"
 
+#include <typeinfo>
+
 namespace qrv {
 
 namespace {
@@ -19,6 +21,10 @@ public:
 
 const ClassInfo& NSURLRequest::classInfo() {
     return requestClassInfo;
+}
+
+bool NSURLRequest::accepts(const Object& payload) {
+    return typeid(payload) == typeid(RequestObject);
 }
 
 NSURLRequest NSURLRequest::requestWithURL(const NSURL& url) {

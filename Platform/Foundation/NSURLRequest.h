@@ -6,11 +6,12 @@
 
 namespace qrv {
 
-class NSURLRequest : public id {
+class NSURLRequest : public Handle<NSURLRequest> {
 public:
-    using id::id;
+    using Handle::Handle;
     NSURLRequest() = default;
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // + requestWithURL:
     static NSURLRequest requestWithURL(const NSURL& url);

@@ -4,6 +4,7 @@
 #include "Platform/Foundation/NSProcessInfo.h"
 
 #include <mutex>
+#include <typeinfo>
 
 namespace qrv {
 
@@ -79,8 +80,13 @@ const ClassInfo& NSUserDefaults::classInfo() {
     return userDefaultsClassInfo;
 }
 
+bool NSUserDefaults::accepts(const Object& payload) {
+    return typeid(payload) == typeid(UserDefaultsObject);
+}
+
 NSUserDefaults NSUserDefaults::standardUserDefaults() {
-    static const NSUserDefaults instance(std::make_shared<UserDefaultsObject>());
+    // Never destroyed: settings are read until the very end of the process.
+    static const NSUserDefaults& instance = *new NSUserDefaults(std::make_shared<UserDefaultsObject>());
     return instance;
 }
 

@@ -8,10 +8,11 @@
 
 namespace qrv {
 
-class NSUserDefaults : public id {
+class NSUserDefaults : public Handle<NSUserDefaults> {
 public:
-    using id::id;
+    using Handle::Handle;
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // + standardUserDefaults
     /// The process's only object. Every operation may be called from any thread.

@@ -2,6 +2,8 @@
 
 #include "Platform/Foundation/NSString.h"
 
+#include <typeinfo>
+
 namespace qrv {
 
 const ClassInfo Object::classInfo{"NSObject", nullptr};
@@ -48,10 +50,14 @@ NSString id::description() const {
     return object_ ? object_->description() : NSString();
 }
 
-Class::Class(const ClassInfo& info) : id(std::make_shared<ClassObject>(info)) {}
+Class::Class(const ClassInfo& info) : Handle(std::make_shared<ClassObject>(info)) {}
 
 const ClassInfo& Class::classInfo() {
     return classClassInfo;
+}
+
+bool Class::accepts(const Object& payload) {
+    return typeid(payload) == typeid(ClassObject);
 }
 
 const ClassInfo* Class::info() const {

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <utility>
 
 namespace qrv {
 
@@ -58,7 +59,7 @@ public:
 
     id(std::nullptr_t) {}
 
-    /// Shares a payload. Typed handles are made with `as<>`, which checks the class.
+    /// Shares a payload.
     explicit id(std::shared_ptr<const Object> object) : object_(std::move(object)) {}
 
     bool isNil() const { return !object_; }
@@ -100,19 +101,37 @@ private:
     std::shared_ptr<const Object> object_;
 };
 
+/// What typed handles are made of: an `id` whose payload, if there is one, is of the class `Self`, which says
+/// in `accepts` what such a payload is. A payload of another class, whatever class it claims to be of, gives
+/// nil.
+template <class Self>
+class Handle : public id {
+public:
+    Handle() = default;
+
+    Handle(std::nullptr_t) {}
+
+    explicit Handle(const std::shared_ptr<const Object>& payload)
+        : id(payload && Self::accepts(*payload) ? payload : nullptr) {}
+
+    explicit Handle(std::shared_ptr<const Object>&& payload)
+        : id(payload && Self::accepts(*payload) ? std::move(payload) : nullptr) {}
+};
+
 /// `x` as a handle of type T, or nil if it is nil or of another kind.
 template <class T>
 T as(const id& x) {
-    return x.isKindOfClass(T::classInfo()) ? T(x.shared()) : T();
+    return T(x.shared());
 }
 
 /// A class as a value, as a user-info holds it under "QRVExpectedType". Described by its name.
-class Class : public id {
+class Class : public Handle<Class> {
 public:
-    using id::id;
+    using Handle::Handle;
     Class() = default;
     Class(const ClassInfo& info);
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     /// The class it stands for; null for nil.
     const ClassInfo* info() const;

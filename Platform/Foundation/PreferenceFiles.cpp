@@ -35,7 +35,8 @@ struct State {
 };
 
 State& state() {
-    static State instance;
+    static State& instance =
+        *new State; // never destroyed: settings are read until the very end of the process
     return instance;
 }
 

@@ -19,7 +19,7 @@ constexpr std::size_t platformLength = 16;
 std::mutex folderMutex;
 
 std::string& folderOfTest() {
-    static std::string folder;
+    static auto& folder = *new std::string; // never destroyed
     return folder;
 }
 

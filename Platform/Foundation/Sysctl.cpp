@@ -23,7 +23,7 @@ using Value = std::optional<std::string>;
 std::mutex folderMutex;
 
 std::string& folderOfTest() {
-    static std::string folder;
+    static auto& folder = *new std::string; // never destroyed
     return folder;
 }
 

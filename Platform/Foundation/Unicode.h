@@ -102,9 +102,8 @@ public:
     explicit DatePattern(std::u16string_view pattern);
     ~DatePattern();
 
-    /// Formats in the local time zone of the moment when the pattern was made; empty for a moment outside the
-    /// calendar.
-    std::u16string format(double secondsSince1970) const;
+    /// Formats the moment at this distance from GMT; empty for a moment outside the calendar.
+    std::u16string format(double secondsSince1970, long secondsFromGMT) const;
 
 private:
     struct Formatter;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <typeinfo>
 #include <unordered_map>
 
 namespace qrv {
@@ -131,6 +132,10 @@ const ArchiveObject* object(const WebArchive& archive) {
 
 const ClassInfo& WebArchive::classInfo() {
     return archiveClassInfo;
+}
+
+bool WebArchive::accepts(const Object& payload) {
+    return typeid(payload) == typeid(ArchiveObject);
 }
 
 WebArchive WebArchive::initWithData(const NSData& data) {

@@ -11,11 +11,12 @@
 
 namespace qrv {
 
-class WebArchive : public id {
+class WebArchive : public Handle<WebArchive> {
 public:
-    using id::id;
+    using Handle::Handle;
     WebArchive() = default;
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // - initWithData:
     /// Returns nil if the data is no archive: no property list; a root that is no dictionary; a main resource

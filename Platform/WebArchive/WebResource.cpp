@@ -1,5 +1,7 @@
 #include "Platform/WebArchive/WebResource.h"
 
+#include <typeinfo>
+
 namespace qrv {
 
 namespace {
@@ -29,6 +31,10 @@ const ResourceObject* object(const WebResource& resource) {
 
 const ClassInfo& WebResource::classInfo() {
     return resourceClassInfo;
+}
+
+bool WebResource::accepts(const Object& payload) {
+    return typeid(payload) == typeid(ResourceObject);
 }
 
 WebResource WebResource::initWithData_URL_MIMEType_textEncodingName_frameName(

@@ -7,11 +7,12 @@
 
 namespace qrv {
 
-class WebResource : public id {
+class WebResource : public Handle<WebResource> {
 public:
-    using id::id;
+    using Handle::Handle;
     WebResource() = default;
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     // - initWithData:URL:MIMEType:textEncodingName:frameName:
     /// Returns nil if the data or the MIME type is nil. The others may be nil.

@@ -1,5 +1,7 @@
 #include "Platform/WebKit/DOMElement.h"
 
+#include <typeinfo>
+
 namespace qrv {
 
 namespace {
@@ -29,6 +31,10 @@ const ClassInfo& classOfElement(const NSString& tagName) {
 
 const ClassInfo& DOMElement::classInfo() {
     return elementClassInfo;
+}
+
+bool DOMElement::accepts(const Object& payload) {
+    return typeid(payload) == typeid(ElementObject);
 }
 
 const ClassInfo& DOMHTMLFrameElement::classInfo() {

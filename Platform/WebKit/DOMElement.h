@@ -6,11 +6,12 @@
 
 namespace qrv {
 
-class DOMElement : public id {
+class DOMElement : public Handle<DOMElement> {
 public:
-    using id::id;
+    using Handle::Handle;
     DOMElement() = default;
     static const ClassInfo& classInfo();
+    static bool accepts(const Object& payload);
 
     /// Makes an element from its node name: DOMHTMLFrameElement for "FRAME", DOMHTMLIFrameElement for
     /// "IFRAME", in lower case too, and DOMElement for any other name. nil gives nil.

@@ -181,8 +181,10 @@ int compare(std::u16string_view a, std::u16string_view b, Indifference indiffere
 }
 
 int compareLocalized(std::u16string_view a, std::u16string_view b, bool caseInsensitive, bool numeric) {
-    static const std::array<Collator, 4> collators = {makeCollator(false, false), makeCollator(false, true),
-                                                      makeCollator(true, false), makeCollator(true, true)};
+    // Never destroyed.
+    static const auto& collators =
+        *new std::array<Collator, 4>{makeCollator(false, false), makeCollator(false, true),
+                                     makeCollator(true, false), makeCollator(true, true)};
     const Collator& collator = collators[(caseInsensitive ? 2U : 0U) + (numeric ? 1U : 0U)];
     return ucol_strcoll(collator.get(), a.data(), static_cast<int32_t>(a.size()), b.data(),
                         static_cast<int32_t>(b.size()));

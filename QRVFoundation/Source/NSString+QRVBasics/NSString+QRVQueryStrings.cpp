@@ -49,8 +49,8 @@ NSString queryByComponents(const std::vector<Pair>& pairs) {
     NSURLComponents components;
     components.setQueryItems(std::move(items));
     // The components do not encode "+" and ";", which some servers read as a blank and a delimiter.
-    static const NSCharacterSet allowed =
-        NSCharacterSet::URLQueryAllowedCharacterSet().removing(u";+").adding(u"&=%");
+    static const auto& allowed = // never destroyed
+        *new NSCharacterSet(NSCharacterSet::URLQueryAllowedCharacterSet().removing(u";+").adding(u"&=%"));
     return components.percentEncodedQuery().stringByAddingPercentEncodingWithAllowedCharacters(allowed);
 }
 

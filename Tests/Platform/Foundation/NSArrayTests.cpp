@@ -1,5 +1,6 @@
 #include "Platform/Foundation/NSArray.h"
 
+#include "Platform/Foundation/NSDictionary.h"
 #include "Platform/Foundation/NSException.h"
 #include "Platform/Foundation/NSNumber.h"
 #include "Tests/Platform/Foundation/Printing.h"
@@ -24,6 +25,29 @@ TEST(NSArray, HoldsItsElementsInOrder) {
     std::size_t seen = 0;
     for (const id& element : sample()) EXPECT_EQ(element, sample().objectAtIndex(seen++));
     EXPECT_EQ(seen, 2u);
+}
+
+TEST(NSArray, BracesMakeElements) {
+    const NSArray nested({sample()});
+    ASSERT_EQ(nested.count(), 1u);
+    EXPECT_EQ(nested.objectAtIndex(0), id(sample()));
+    EXPECT_EQ(NSArray({NSArray({sample()})}).description(), NSArray({nested}).description());
+    EXPECT_EQ(NSArray({}).count(), 0u);
+    EXPECT_THROW(NSArray({id()}), NSException);
+}
+
+TEST(NSArray, EndsHoweverDeepItIsNested) {
+    constexpr int depth = 500'000;
+    NSArray arrays = NSArray({NSString(u"innermost")});
+    id mixed = arrays;
+    for (int i = 0; i < depth; ++i) {
+        arrays = NSArray({arrays});
+        mixed = i % 2 ? id(NSArray({NSString(u"beside"), mixed})) : NSDictionary{{NSString(u"key"), mixed}};
+    }
+    const id kept = arrays.objectAtIndex(0);
+    arrays = NSArray();
+    mixed = id();
+    EXPECT_EQ(as<NSArray>(kept).count(), 1u); // what is held elsewhere stays
 }
 
 TEST(NSArray, RaisesBeyondTheEndAndForNilElements) {

@@ -40,17 +40,48 @@ class NSDateFormatterInZone : public testing::TestWithParam<const char*> {};
 
 TEST_P(NSDateFormatterInZone, AgreesWithTheCLibrary) {
     ::setenv("TZ", GetParam(), 1);
-    ::tzset();
     const NSDateFormatter f = formatter(u"yyyy-MM-dd HH:mm:ss.SSS");
+    // The same through the library for all patterns.
+    const NSDateFormatter full = formatter(u"y-MM-dd HH:mm:ss.SSS");
+    ::tzset();
     for (const double seconds : {0.0, 86399.0, 600000000.0, 615000000.0, 1234567890.0, -100000000.0}) {
         EXPECT_EQ(f.stringFromDate(at(seconds)).utf8(), byTheCLibrary(seconds, 0));
         EXPECT_EQ(f.stringFromDate(at(seconds + 0.75)).utf8(), byTheCLibrary(seconds, 750));
+        EXPECT_EQ(full.stringFromDate(at(seconds + 0.75)).utf8(), byTheCLibrary(seconds, 750));
+    }
+}
+
+TEST(NSDateFormatter, MadeAfterAChangeOfTheZoneFollowsIt) {
+    for (const auto* const zones : {"CET-1CEST,M3.5.0,M10.5.0/3", "UTC+3", "<+0330>-3:30"}) {
+        ::setenv("TZ", zones, 1);
+        for (const char16_t* const pattern : {u"HH:mm:ss", u"kk:mm:ss"}) {
+            const std::string shown = formatter(pattern).stringFromDate(at(36000)).utf8();
+            EXPECT_EQ(shown, byTheCLibrary(36000, 0).substr(11, 8));
+        }
+    }
+}
+
+TEST(NSDateFormatter, FieldForTheZoneShowsItsDistance) {
+    ::setenv("TZ", "<+0330>-3:30", 1);
+    EXPECT_EQ(formatter(u"HH:mm xxx Z").stringFromDate(at(0)).utf8(), "03:30 +03:30 +0330");
+}
+
+TEST(NSDateFormatter, PlainPatternsShowWhatOthersShow) {
+    ::setenv("TZ", "UTC", 1);
+    const NSDateFormatter plain = formatter(u"''yyyy'y''ear'MMM dd.MM, 'HH");
+    EXPECT_EQ(plain.stringFromDate(at(86400 * 40)).utf8(), "'2001y'earFeb 10.02, HH");
+    // Years with other digits, and those of another calendar, which a plain pattern leaves to the library.
+    for (const int year : {-1, 1500, 1599, 1600, 9999, 10000}) {
+        const NSDate moment = at((year + 0.5 - 2001) * 365.2425 * 86400);
+        const std::string full = formatter(u"yyyy-MM-dd|G").stringFromDate(moment).utf8();
+        EXPECT_EQ(formatter(u"yyyy-MM-dd").stringFromDate(moment).utf8(), full.substr(0, full.find('|')));
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Zones, NSDateFormatterInZone,
                          testing::Values("UTC", "Europe/Berlin", "America/New_York", "Asia/Kolkata",
-                                         "Pacific/Auckland"));
+                                         "Pacific/Auckland", "CET-1CEST,M3.5.0,M10.5.0/3", "UTC+3",
+                                         "<+0330>-3:30", ":/usr/share/zoneinfo/Europe/Paris"));
 
 TEST(NSDateFormatter, EveryMillisecondShowsAsItself) {
     ::setenv("TZ", "UTC", 1);

@@ -181,4 +181,15 @@ TEST(NSError, ASubclassOfThePayloadIsStillAnError) {
     EXPECT_EQ(as<NSError>(special).code(), 3);
 }
 
+TEST(NSError, EndsHoweverLongItsChainIs) {
+    NSError error = posixError(1);
+    for (int i = 0; i < 500'000; ++i) {
+        error =
+            NSError::errorWithDomain_code_userInfo(u"Domain", i, {{NSString(NSUnderlyingErrorKey), error}});
+    }
+    const auto next = as<NSError>(error.userInfo().objectForKey(NSString(NSUnderlyingErrorKey)));
+    error = NSError();
+    EXPECT_EQ(next.code(), 499'998);
+}
+
 } // namespace qrv

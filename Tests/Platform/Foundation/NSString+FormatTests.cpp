@@ -39,6 +39,19 @@ TEST(NSStringFormat, ObjectsShowTheirDescriptionAndNilShowsAsNull) {
     EXPECT_EQ(formatted(u"%5@|%-5@|", NSString(u"ab"), NSString(u"ab")), "   ab|ab   |");
 }
 
+TEST(NSStringFormat, PrecisionCutsObjectsAndTexts) {
+    EXPECT_EQ(formatted(u"%.2@|%5.1@|%.9@|%.0@|", NSString(u"abc"), NSString(u"abc"), NSString(u"abc"),
+                        NSString(u"abc")),
+              "ab|    a|abc||");
+    EXPECT_EQ(formatted(u"%.3@", NSString()), "(nu");
+    EXPECT_EQ(formatted(u"%.2@|%.3@|", NSString(u"a\U0001F600"), NSString(u"a\U0001F600")), "a|a\U0001F600|");
+    EXPECT_EQ(formatted(u"%.1S|%.2S|", u"\U0001F600", u"\U0001F600"), "|\U0001F600|");
+}
+
+TEST(NSStringFormat, FlagForGroupsGroupsNothing) {
+    EXPECT_EQ(formatted(u"%'d|%'08u|%-'9.2f|", 1234567, 1234567U, 1234.5), "1234567|01234567|1234.50  |");
+}
+
 TEST(NSStringFormat, PlainTextAndPercentSigns) {
     EXPECT_EQ(formatted(u"100%% of é"), "100% of é");
     EXPECT_EQ(formatted(u""), "");

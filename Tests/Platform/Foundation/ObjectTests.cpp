@@ -57,6 +57,21 @@ TEST(Id, KindOfClassFollowsTheSuperclasses) {
     EXPECT_EQ(dog.objectClass(), &dogInfo);
 }
 
+TEST(Id, PayloadOfOneClassIsNeverTakenForAnothers) {
+    /// Says that it is a string, and has none's text.
+    class Impostor final : public Object {
+    public:
+        const ClassInfo& objectClass() const override { return NSString::classInfo(); }
+    };
+
+    const NSNumber number = NSNumber::numberWithInteger(1);
+    EXPECT_TRUE(NSString(number.shared()).isNil());
+    EXPECT_TRUE(NSString(std::make_shared<Dog>()).isNil());
+    EXPECT_TRUE(as<NSString>(id(std::make_shared<Impostor>())).isNil());
+    EXPECT_EQ(NSNumber(number.shared()), number);
+    EXPECT_TRUE(NSNumber(std::shared_ptr<const Object>()).isNil());
+}
+
 TEST(Id, AsGivesNilForAnotherKind) {
     const id number = NSNumber::numberWithInteger(1);
     EXPECT_TRUE(as<NSString>(number).isNil());
