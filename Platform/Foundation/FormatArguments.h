@@ -19,13 +19,13 @@
 namespace qrv {
 
 /// A pointer as %p prints it, and the text it points to if the argument was a text.
-struct FormatPointer {
+struct QRV_EXPORT FormatPointer {
     const void* address = nullptr;
     std::variant<std::monostate, std::string, std::u16string> text;
 };
 
 /// An integer and the width of its type.
-struct FormatInteger {
+struct QRV_EXPORT FormatInteger {
     unsigned long long bits = 0;
     unsigned char bytes = 4;
     bool isSigned = true;
@@ -33,7 +33,7 @@ struct FormatInteger {
 
 using FormatArgument = std::variant<id, FormatInteger, double, long double, FormatPointer>;
 
-class FormatArguments {
+class QRV_EXPORT FormatArguments {
 public:
     template <class... Arguments>
     explicit FormatArguments(const Arguments&... arguments) {

@@ -13,7 +13,7 @@
 namespace qrv {
 
 /// `NSLog` with packed arguments. A nil format logs an empty text.
-void NSLogv(const NSString& format, const FormatArguments& arguments);
+QRV_EXPORT void NSLogv(const NSString& format, const FormatArguments& arguments);
 
 /// Logs the expansion of a format (see NSString::stringWithFormat).
 template <class... Arguments>

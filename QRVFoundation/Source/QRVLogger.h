@@ -23,7 +23,7 @@ inline constexpr char16_t QRVLoggerPrefix[] = u"QRVLoggerPrefix";
 
 /// Every operation may be called from any thread. The logging operations log unconditionally: callers first
 /// ask `isEnabledForArea`, so that the arguments of a disabled line are never formatted.
-class QRVLogger : public Object, public std::enable_shared_from_this<QRVLogger> {
+class QRV_EXPORT QRVLogger : public Object, public std::enable_shared_from_this<QRVLogger> {
 public:
     static const ClassInfo classInfo;
 

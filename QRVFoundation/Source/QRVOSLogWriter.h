@@ -18,7 +18,7 @@
 
 namespace qrv {
 
-class QRVOSLogWriter : public QRVLogWriter {
+class QRV_EXPORT QRVOSLogWriter : public QRVLogWriter {
 public:
     // - init
     QRVOSLogWriter();

@@ -164,6 +164,43 @@ class ComponentTests(PackageTestCase):
         self.assertEqual(sorted(path for files in found.values() for path in files), sorted(files_in(self.prefix)))
 
 
+class ExportedSymbolsTests(PackageTestCase):
+    COMPONENTS = ("library", "development")
+    INTERNAL = ("Gestalt(", "LogSocket::", "NSURLCache::", "mapFile(", "readProcessTable(", "replaceFile(",
+                "sysctlByName", "unicode::", "writeStandardErrorLine(")
+
+    def symbols(self, library, *options):
+        names = run("nm", "--defined-only", "--demangle", "--format=just-symbols", *options,
+                    self.library_folder() / library).stdout
+        return {re.sub(r"^(typeinfo|typeinfo name|vtable|VTT|guard variable) for ", "", name)
+                for name in names.splitlines()}
+
+    def test_all_are_in_the_namespace(self):
+        exported = self.symbols("libQRVFoundation.so", "--dynamic")
+        self.assertIn("qrv::NSString::utf8[abi:cxx11]() const", exported)
+        self.assertEqual([name for name in exported if not name.startswith("qrv::")], [])
+
+    def test_internals_are_not_among_them(self):
+        exported = self.symbols("libQRVFoundation.so", "--dynamic")
+        there = self.symbols("libQRVFoundation.a")
+        for name in self.INTERNAL:
+            self.assertTrue(any(symbol.startswith("qrv::" + name) for symbol in there), f"{name} is not in the library")
+            self.assertEqual([symbol for symbol in exported if symbol.startswith("qrv::" + name)], [])
+
+    def test_every_declaration_of_the_headers_is_marked(self):
+        """Else programs that use it could be linked with the archive only."""
+        declared = re.compile(r"^(?:(?:class|struct) \w+[^;{]*\{"
+                              r"|(?!inline|using|friend|extern)[A-Za-z[][\w:&*<>\[\] ]* [&*]*(?P<function>\w+)"
+                              r"\((?:[^;{]|\{\})*\);)", re.MULTILINE)
+        marked = 0
+        for header in (self.prefix / "include").rglob("*.h"):
+            for match in declared.finditer(header.read_text(encoding="utf-8")):
+                if not (match["function"] or "").endswith("ForTesting"):
+                    self.assertIn("QRV_EXPORT", match.group(), header.name)
+                    marked += 1
+        self.assertGreater(marked, 100)
+
+
 class LibraryAloneTests(unittest.TestCase):
     """The library without the tool, where the packages that only the tool needs are not found."""
 
