@@ -277,6 +277,11 @@ class CMakeSharedTests(GreeterTests, ProjectTestCase):
         run(CMAKE, "--build", folder)
         cls.greeter = folder / "Greeter"
 
+    def test_types_mean_the_same_on_both_sides(self):
+        self.configure(pathlib.Path(__file__).parent / "Boundary", self.folder / "boundary")
+        run(CMAKE, "--build", self.folder / "boundary")
+        self.assertEqual(run(self.folder / "boundary" / "Boundary").stdout, "")
+
     def test_needs_the_library_only(self):
         libraries = libraries_of(self.greeter)
         self.assertIn(SONAME, libraries)
