@@ -14,6 +14,7 @@ import xml.etree.ElementTree
 import benchmark
 import comparison
 import figures
+import library
 import measure
 import profiling
 import report
@@ -145,6 +146,53 @@ class CheckTests(unittest.TestCase):
 
     def test_row_that_is_as_good_is_measured_once(self):
         self.assertEqual(self.check(row([1.0])), (0, "Nothing got worse."))
+
+
+def library_report(times, error=None):
+    """The library's program's, with one repetition of each row for each of the times, all of which have that error."""
+    names = [name for row in library.ROWS for name in (row.ours, row.peer) if name]
+    return {"benchmarks": [{"run_name": name, "run_type": kind, "cpu_time": time,
+                            **({"error_occurred": True, "error_message": error} if error else {})}
+                           for name in dict.fromkeys(names)
+                           for kind, time in [*(("iteration", time) for time in times), ("aggregate", 1.0)]]}
+
+
+class LibraryTests(unittest.TestCase):
+    def cells(self, figures):
+        """The table's cells by the title of the row, which are ours, the peer's, the ratio, the target, and whether it
+        is met."""
+        found = {}
+        for line in library.table(figures).splitlines()[2:]:
+            title, *rest = (cell.strip() for cell in line.strip("|").split("|"))
+            found[title] = rest
+        return found
+
+    def row(self, ours, peer=None):
+        """The cells of a row that may cost twice as much as its peer, or 1,500 ns, and costs that much."""
+        made = library.Row("row", "ours", 2, "peer") if peer else library.Row("row", "ours", 1_500)
+        with unittest.mock.patch.object(library, "ROWS", [made]):
+            return self.cells({"ours": ours, "peer": peer})["row"]
+
+    def test_best_repetition_counts(self):
+        self.assertEqual(set(library.least(library_report([30.0, 20.0, 40.0])).values()), {20.0})
+
+    def test_every_row_is_in_the_table(self):
+        self.assertEqual(list(self.cells(library.least(library_report([7.0])))), [row.title for row in library.ROWS])
+
+    def test_cost_is_compared_with_the_target(self):
+        self.assertEqual(self.row(1_500), ["1,500", "–", "–", "1,500 ns", "yes"])
+        self.assertEqual(self.row(1_501), ["1,501", "–", "–", "1,500 ns", "no"])
+
+    def test_ratio_to_the_peer_is_compared_with_the_target(self):
+        self.assertEqual(self.row(100, 50), ["100", "50.0", "2.00", "2 times", "yes"])
+        self.assertEqual(self.row(101, 50), ["101", "50.0", "2.02", "2 times", "no"])
+
+    def test_row_that_failed_is_told(self):
+        self.assertEqual(library.failures(library_report([7.0])), [])
+        self.assertIn("texts: no text", library.failures(library_report([7.0], "no text")))
+
+    def test_row_that_is_missing_is_told(self):
+        self.assertIn("texts: there is no such benchmark", library.failures({"benchmarks": []}))
 
 
 def example():

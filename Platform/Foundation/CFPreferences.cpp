@@ -50,8 +50,8 @@ T answer(const std::optional<T>& value, bool* isValid) {
     return value.value_or(T());
 }
 
-id findInFiles(const NSString& key, const NSString& domain) {
-    for (const std::string& path : preferenceFiles(domain)) {
+id findInFiles(const NSString& key, const PreferencePaths& files) {
+    for (const std::string& path : *files) {
         if (id value = readPreferenceFile(path).objectForKey(key)) return value;
     }
     return {};
@@ -60,9 +60,10 @@ id findInFiles(const NSString& key, const NSString& domain) {
 } // namespace
 
 id CFPreferencesCopyAppValue(const NSString& key, const NSString& domain) {
-    if (!key || preferenceFiles(domain).empty()) return {};
-    const id value = findInFiles(key, domain);
-    return value ? value : findInFiles(key, NSGlobalDomain);
+    const PreferencePaths files = preferenceFiles(domain);
+    if (!key || files->empty()) return {};
+    const id value = findInFiles(key, files);
+    return value ? value : findInFiles(key, preferenceFiles(NSGlobalDomain));
 }
 
 bool CFPreferencesGetAppBooleanValue(const NSString& key, const NSString& domain,
@@ -78,7 +79,8 @@ long long CFPreferencesGetAppIntegerValue(const NSString& key, const NSString& d
 NSDictionary preferencesOfDomain(const NSString& domain) {
     bool found = false;
     NSMutableDictionary all;
-    for (const std::string& path : preferenceFiles(domain)) {
+    const PreferencePaths files = preferenceFiles(domain);
+    for (const std::string& path : *files) {
         const NSDictionary contents = readPreferenceFile(path);
         found = found || contents;
         for (const auto& [key, value] : contents) {

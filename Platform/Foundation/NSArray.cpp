@@ -38,7 +38,7 @@ private:
 
 } // namespace
 
-NSArray::NSArray(std::vector<id> elements) {
+NSArray::NSArray(FromVector, std::vector<id>&& elements) {
     if (std::any_of(elements.begin(), elements.end(), [](const id& e) { return e.isNil(); })) {
         throw NSException(NSInvalidArgumentException, u"attempt to insert nil object into an array");
     }

@@ -13,8 +13,11 @@ class QRV_EXPORT NSArray : public Handle<NSArray> {
 public:
     using Handle::Handle;
     NSArray() = default;
+
     /// nil elements raise NSInvalidArgumentException.
-    explicit NSArray(std::vector<id> elements);
+    template <std::same_as<std::vector<id>> Elements>
+    explicit NSArray(Elements elements) : NSArray(FromVector(), std::move(elements)) {}
+
     /// Braces always make elements: NSArray({array}) has one, the array. (NSArray{array}, without
     /// parentheses, is a copy for compilers that follow a later version of the language's rules.)
     NSArray(std::initializer_list<id> elements);
@@ -44,6 +47,11 @@ public:
     auto begin() const { return elements().begin(); }
 
     auto end() const { return elements().end(); }
+
+private:
+    struct FromVector {};
+
+    NSArray(FromVector, std::vector<id>&& elements);
 };
 
 } // namespace qrv

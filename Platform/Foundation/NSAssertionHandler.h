@@ -18,8 +18,8 @@ public:
     template <class... Arguments>
     [[noreturn]] void handleFailureInMethod_object_file_lineNumber_description(
         const NSString& selector, const id& object, const NSString& file, long long line,
-        const NSString& format, const Arguments&... arguments) {
-        raise(selector, object, file, line, NSString::stringWithFormat(format, arguments...));
+        FormatFor<Arguments...> format, const Arguments&... arguments) {
+        raise(selector, object, file, line, NSString::expanded(format, PassedFormatArguments(arguments...)));
     }
 
     // - handleFailureInFunction:file:lineNumber:description:
@@ -27,9 +27,9 @@ public:
     template <class... Arguments>
     [[noreturn]] void
     handleFailureInFunction_file_lineNumber_description(const NSString& function, const NSString& file,
-                                                        long long line, const NSString& format,
+                                                        long long line, FormatFor<Arguments...> format,
                                                         const Arguments&... arguments) {
-        raise(function, id(), file, line, NSString::stringWithFormat(format, arguments...));
+        raise(function, id(), file, line, NSString::expanded(format, PassedFormatArguments(arguments...)));
     }
 
 private:

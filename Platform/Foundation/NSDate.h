@@ -29,6 +29,14 @@ public:
     // - compare:
     NSComparisonResult compare(const NSDate& other) const;
 
+    /// The earlier one is less; nil comes before every date.
+    friend std::weak_ordering operator<=>(const NSDate& a, const NSDate& b) {
+        if (a.isNil() || b.isNil()) return !a.isNil() <=> !b.isNil();
+        return static_cast<long>(a.compare(b)) <=> 0L;
+    }
+
+    friend bool operator==(const NSDate& a, const NSDate& b) { return id(a) == id(b); }
+
     /// Replaces the wall clock by a test's own clock, in seconds since the reference date. Null restores it.
     using Clock = double (*)();
     static void setClockForTesting(Clock clock);

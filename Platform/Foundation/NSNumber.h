@@ -43,6 +43,14 @@ public:
     // - compare:
     /// NaN comes before every number, nil before everything.
     NSComparisonResult compare(const NSNumber& other) const;
+
+    /// By value; nil comes before every number.
+    friend std::weak_ordering operator<=>(const NSNumber& a, const NSNumber& b) {
+        if (a.isNil() || b.isNil()) return !a.isNil() <=> !b.isNil();
+        return static_cast<long>(a.compare(b)) <=> 0L;
+    }
+
+    friend bool operator==(const NSNumber& a, const NSNumber& b) { return id(a) == id(b); }
 };
 
 } // namespace qrv

@@ -15,6 +15,11 @@ NSArray commandsName() {
     return NSArray({NSString::fromFileSystem(program_invocation_name)});
 }
 
+NSString nameIn(const NSArray& arguments) {
+    return arguments.count() > 0 ? as<NSString>(arguments.objectAtIndex(0)).lastPathComponent()
+                                 : NSString::fromFileSystem(program_invocation_short_name);
+}
+
 } // namespace
 
 double NSFoundationVersionNumber() {
@@ -23,7 +28,7 @@ double NSFoundationVersionNumber() {
     return info.version_.foundation;
 }
 
-NSProcessInfo::NSProcessInfo() : arguments_(commandsName()) {}
+NSProcessInfo::NSProcessInfo() : arguments_(commandsName()), processName_(nameIn(arguments_)) {}
 
 NSProcessInfo& NSProcessInfo::processInfo() {
     static NSProcessInfo& instance = *new NSProcessInfo; // never destroyed: needed until the very end
@@ -41,16 +46,12 @@ void NSProcessInfo::setArguments(int count, const char* const* arguments) {
     for (int i = 0; i < count; ++i) texts.push_back(NSString::fromFileSystem(arguments[i]));
     const std::lock_guard lock(mutex_);
     arguments_ = NSArray(std::move(texts));
+    processName_ = nameIn(argumentsOfTest_ ? argumentsOfTest_ : arguments_);
 }
 
 NSString NSProcessInfo::processName() const {
-    {
-        const std::lock_guard lock(mutex_);
-        if (processNameOfTest_) return processNameOfTest_;
-    }
-    const NSArray all = arguments();
-    return all.count() > 0 ? as<NSString>(all.objectAtIndex(0)).lastPathComponent()
-                           : NSString::fromFileSystem(program_invocation_short_name);
+    const std::lock_guard lock(mutex_);
+    return processNameOfTest_ ? processNameOfTest_ : processName_;
 }
 
 int NSProcessInfo::processIdentifier() const {
@@ -111,6 +112,7 @@ void NSProcessInfo::setVersionForTesting(PlatformVersion version) {
 void NSProcessInfo::setArgumentsForTesting(const NSArray& arguments) {
     const std::lock_guard lock(mutex_);
     argumentsOfTest_ = arguments;
+    processName_ = nameIn(argumentsOfTest_ ? argumentsOfTest_ : arguments_);
 }
 
 void NSProcessInfo::setProcessNameForTesting(const NSString& name) {

@@ -77,6 +77,7 @@ private:
     PlatformVersion version_;
     NSArray arguments_;
     NSArray argumentsOfTest_;
+    NSString processName_;
     NSString processNameOfTest_;
     NSArray terminationReasons_ = NSArray::array();
     bool automaticTerminationSupported_ = false;

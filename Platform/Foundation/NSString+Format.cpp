@@ -2,13 +2,15 @@
 // missing>" or "<%d: wrong type>".
 
 #include "Platform/Foundation/DecimalPoint.h"
+#include "Platform/Foundation/Format.h"
+#include "Platform/Foundation/FormatConversion.h"
+#include "Platform/Foundation/FormatNumbers.h"
 #include "Platform/Foundation/NSString.h"
 #include "Platform/Foundation/Unicode.h"
 
 #include <algorithm>
-#include <array>
+#include <charconv>
 #include <climits>
-#include <cstdio>
 #include <optional>
 #include <string>
 
@@ -16,96 +18,20 @@ namespace qrv {
 
 namespace {
 
-/// Limits the width of a field, so that a format cannot allocate without bound.
-constexpr int maximumWidth = 4096;
-
-bool isDigit(char16_t c) {
-    return c >= u'0' && c <= u'9';
-}
-
-/// A conversion as written, e.g. "%-8.3lf".
-struct Conversion {
-    std::u16string_view source;
-    std::string flags;
-    std::optional<std::size_t> position; // from "n$", counted from 0
-    std::optional<int> width;
-    std::optional<int> precision;
-    bool widthFromArgument = false;
-    bool precisionFromArgument = false;
-    std::string length;
-    char16_t letter = 0;
-};
-
-class Parser {
-public:
-    explicit Parser(std::u16string_view rest) : all_(rest) {}
-
-    /// Parses the conversion at the start of the text, which begins with '%'; a letter of 0 means that it is
-    /// truncated.
-    Conversion parse() {
-        Conversion c;
-        at_ = 1;
-        if (const std::optional<int> number = this->number(); number && peek() == u'$') {
-            ++at_;
-            c.position = static_cast<std::size_t>(std::max(*number, 1) - 1);
-        } else {
-            at_ = 1;
-        }
-        while (std::u16string_view(u"-+ #0'").find(peek()) != std::u16string_view::npos && peek()) {
-            const char16_t flag = take();
-            // Digits are grouped as the locale says, and formats are of none.
-            if (flag != u'\'') c.flags.push_back(static_cast<char>(flag));
-        }
-        field(c.width, c.widthFromArgument);
-        if (peek() == u'.') {
-            ++at_;
-            field(c.precision, c.precisionFromArgument);
-            if (!c.precision && !c.precisionFromArgument) c.precision = 0;
-        }
-        while (std::u16string_view(u"hlqLztj").find(peek()) != std::u16string_view::npos && peek()) {
-            c.length.push_back(static_cast<char>(take()));
-        }
-        c.letter = peek() ? take() : u'\0';
-        c.source = all_.substr(0, at_);
-        return c;
-    }
-
-private:
-    char16_t peek() const { return at_ < all_.size() ? all_[at_] : u'\0'; }
-
-    char16_t take() { return all_[at_++]; }
-
-    std::optional<int> number() {
-        if (!isDigit(peek())) return std::nullopt;
-        int value = 0;
-        while (isDigit(peek())) value = std::min(value * 10 + (take() - u'0'), maximumWidth);
-        return value;
-    }
-
-    void field(std::optional<int>& value, bool& fromArgument) {
-        if (peek() == u'*') {
-            ++at_;
-            fromArgument = true;
-        } else {
-            value = number();
-        }
-    }
-
-    std::u16string_view all_;
-    std::size_t at_ = 0;
-};
+using Kind = FormatArgument::Kind;
 
 class Renderer {
 public:
-    Renderer(std::u16string_view format, const std::vector<FormatArgument>& arguments)
+    Renderer(std::u16string_view format, FormatArgumentSpan arguments)
         : format_(format), arguments_(arguments) {}
 
     std::u16string render() {
+        out_.reserve(format_.size() + 16 * arguments_.size());
         std::size_t from = 0;
         for (std::size_t at = format_.find(u'%'); at != std::u16string_view::npos;
              at = format_.find(u'%', from)) {
             out_.append(format_.substr(from, at - from));
-            Conversion conversion = Parser(format_.substr(at)).parse();
+            FormatConversion conversion = FormatConversion::parse(format_.substr(at));
             from = at + conversion.source.size();
             expand(conversion);
         }
@@ -114,7 +40,7 @@ public:
     }
 
 private:
-    void expand(Conversion& c) {
+    void expand(FormatConversion& c) {
         if (c.letter == u'%') {
             out_.push_back(u'%');
             return;
@@ -125,7 +51,7 @@ private:
         }
         if (c.widthFromArgument) c.width = nextInteger();
         if (c.width && *c.width < 0) {
-            c.flags.push_back('-');
+            c.isLeft = true;
             c.width = -*c.width;
         }
         if (c.precisionFromArgument) {
@@ -141,33 +67,34 @@ private:
         }
     }
 
-    void marker(const Conversion& c, std::u16string_view what) {
+    void marker(const FormatConversion& c, std::u16string_view what) {
         out_.append(u"<").append(c.source).append(u": ").append(what).append(u">");
     }
 
     std::optional<int> nextInteger() {
         if (next_ >= arguments_.size()) return std::nullopt;
-        const auto* integer = std::get_if<FormatInteger>(&arguments_[next_++]);
-        if (!integer) return std::nullopt;
-        const auto value = static_cast<long long>(integer->bits);
-        return static_cast<int>(std::clamp<long long>(value, -maximumWidth, maximumWidth));
+        const FormatArgument& argument = arguments_[next_++];
+        if (argument.kind != Kind::integer) return std::nullopt;
+        constexpr long long most = FormatConversion::maximumWidth;
+        return static_cast<int>(std::clamp(static_cast<long long>(argument.bits), -most, most));
     }
 
-    bool convert(const Conversion& c, const FormatArgument& argument) {
+    bool convert(const FormatConversion& c, const FormatArgument& argument) {
         switch (c.letter) {
         case u'@':
             return object(c, argument);
         case u'd':
         case u'i':
         case u'D':
-            return integer(c, argument, true);
         case u'u':
         case u'U':
         case u'o':
         case u'O':
         case u'x':
         case u'X':
-            return integer(c, argument, false);
+            if (argument.kind != Kind::integer) return false;
+            appendInteger(out_, c, argument);
+            return true;
         case u'c':
         case u'C':
             return character(c, argument);
@@ -179,11 +106,13 @@ private:
         case u'G':
         case u'a':
         case u'A':
-            return real(c, argument);
+            if (argument.kind != Kind::real && argument.kind != Kind::longReal) return false;
+            appendReal(out_, c, argument);
+            return true;
         case u's':
-            return bytes(c, argument);
+            return argument.kind == Kind::bytes ? bytes(c, argument.bytes) : isNullPointer(c, argument);
         case u'S':
-            return units(c, argument);
+            return argument.kind == Kind::units ? units(c, argument.units) : isNullPointer(c, argument);
         case u'p':
             return pointer(c, argument);
         default:
@@ -191,155 +120,115 @@ private:
         }
     }
 
-    bool object(const Conversion& c, const FormatArgument& argument) {
-        const auto* value = std::get_if<id>(&argument);
-        if (!value) return false;
-        if (value->isNil()) {
-            padded(c, cut(c, u"(null)"));
-        } else {
-            const NSString text = value->description();
-            padded(c, cut(c, text.isNil() ? u"(null)" : text.view()));
+    bool object(const FormatConversion& c, const FormatArgument& argument) {
+        if (argument.kind == Kind::units) return units(c, argument.units);
+        if (argument.kind == Kind::bytes) {
+            const std::u16string text = argument.bytes ? unicode::fromUTF8Lossy(argument.bytes) : u"(null)";
+            return padded(c, cut(c, text));
         }
-        return true;
+        if (argument.kind != Kind::object) return false;
+        if (!argument.object || argument.object->isNil()) return padded(c, cut(c, u"(null)"));
+        const NSString text = argument.object->description();
+        return padded(c, cut(c, text.isNil() ? u"(null)" : text.view()));
     }
 
-    bool integer(const Conversion& c, const FormatArgument& argument, bool isSigned) {
-        const auto* value = std::get_if<FormatInteger>(&argument);
-        if (!value) return false;
-        // The bits are those of the 64-bit value; a narrower conversion truncates them, as printf does.
-        const unsigned width = lengthInBytes(c);
-        const std::string spec = "%" + fields(c) + "ll" + static_cast<char>(toPrintf(c.letter));
-        if (isSigned) {
-            print(spec.c_str(), signExtended(value->bits, width));
-        } else {
-            // A negative number shows its bits after promotion to int, not those of the conversion.
-            const unsigned promoted = std::max<unsigned>(value->bytes, 4);
-            const unsigned bytes = value->isSigned ? std::min(width, promoted) : width;
-            print(spec.c_str(), value->bits & (~0ULL >> (64 - 8 * bytes)));
-        }
-        return true;
+    bool character(const FormatConversion& c, const FormatArgument& argument) {
+        if (argument.kind != Kind::integer) return false;
+        const auto code =
+            static_cast<char16_t>(c.letter == u'c' ? argument.bits & 0xFF : argument.bits & 0xFFFF);
+        return padded(c, std::u16string_view(&code, 1));
     }
 
-    bool character(const Conversion& c, const FormatArgument& argument) {
-        const auto* value = std::get_if<FormatInteger>(&argument);
-        if (!value) return false;
-        const auto code = static_cast<char16_t>(c.letter == u'c' ? value->bits & 0xFF : value->bits & 0xFFFF);
-        padded(c, std::u16string_view(&code, 1));
-        return true;
+    /// Shows any other pointer that is null as a missing text.
+    bool isNullPointer(const FormatConversion& c, const FormatArgument& argument) {
+        const bool isNull = (argument.kind == Kind::pointer && !argument.pointer) ||
+                            (argument.kind == Kind::bytes && !argument.bytes) ||
+                            (argument.kind == Kind::units && !argument.units);
+        return isNull && padded(c, u"(null)");
     }
 
-    bool real(const Conversion& c, const FormatArgument& argument) {
-        const DecimalPoint decimalPoint;
-        const std::string prefix = "%" + fields(c);
-        if (const auto* value = std::get_if<double>(&argument)) {
-            print((prefix + static_cast<char>(c.letter)).c_str(), *value);
-        } else if (const auto* wide = std::get_if<long double>(&argument)) {
-            print((prefix + 'L' + static_cast<char>(c.letter)).c_str(), *wide);
-        } else {
-            return false;
-        }
-        return true;
+    bool bytes(const FormatConversion& c, const char* text) {
+        if (!text) return padded(c, u"(null)");
+        std::string_view view(text);
+        if (c.precision) view = view.substr(0, static_cast<std::size_t>(*c.precision));
+        return padded(c, unicode::fromUTF8Lossy(view));
     }
 
-    bool bytes(const Conversion& c, const FormatArgument& argument) {
-        const auto* value = std::get_if<FormatPointer>(&argument);
-        if (!value) return false;
-        if (!value->address) return padded(c, u"(null)");
-        const auto* text = std::get_if<std::string>(&value->text);
-        if (!text) return false;
-        return padded(c, unicode::fromUTF8Lossy(
-                             c.precision ? text->substr(0, static_cast<std::size_t>(*c.precision)) : *text));
+    bool units(const FormatConversion& c, const char16_t* text) {
+        return padded(c, text ? cut(c, text) : u"(null)");
     }
 
-    bool units(const Conversion& c, const FormatArgument& argument) {
-        const auto* value = std::get_if<FormatPointer>(&argument);
-        if (!value) return false;
-        if (!value->address) return padded(c, u"(null)");
-        const auto* text = std::get_if<std::u16string>(&value->text);
-        if (!text) return false;
-        return padded(c, cut(c, *text));
-    }
-
-    bool pointer(const Conversion& c, const FormatArgument& argument) {
+    bool pointer(const FormatConversion& c, const FormatArgument& argument) {
         const void* address = nullptr;
-        if (const auto* value = std::get_if<FormatPointer>(&argument)) {
-            address = value->address;
-        } else if (const auto* object = std::get_if<id>(&argument)) {
-            address = object->shared().get();
-        } else {
+        switch (argument.kind) {
+        case Kind::object:
+            if (argument.object) address = argument.object->shared().get();
+            break;
+        case Kind::bytes:
+            address = argument.bytes;
+            break;
+        case Kind::units:
+            address = argument.units;
+            break;
+        case Kind::pointer:
+            address = argument.pointer;
+            break;
+        default:
             return false;
         }
-        std::array<char, 32> text{};
-        std::snprintf(text.data(), text.size(), "0x%llx",
-                      static_cast<unsigned long long>(reinterpret_cast<std::uintptr_t>(address)));
-        return padded(c, unicode::fromUTF8Lossy(text.data()));
+        char text[2 + 2 * sizeof(void*)] = {'0', 'x'};
+        char* const end =
+            std::to_chars(text + 2, std::end(text), reinterpret_cast<std::uintptr_t>(address), 16).ptr;
+        return padded(c, std::u16string(std::begin(text), end));
     }
 
     /// As many UTF-16 units as the precision says; no half of a surrogate pair.
-    static std::u16string_view cut(const Conversion& c, std::u16string_view text) {
-        auto length = std::min(text.size(), static_cast<std::size_t>(c.precision.value_or(INT_MAX)));
+    static std::u16string_view cut(const FormatConversion& c, std::u16string_view text) {
+        const auto length = std::min(text.size(), static_cast<std::size_t>(c.precision.value_or(INT_MAX)));
         const bool splitsPair = length > 0 && length < text.size() && (text[length] & 0xFC00) == 0xDC00 &&
                                 (text[length - 1] & 0xFC00) == 0xD800;
         return text.substr(0, splitsPair ? length - 1 : length);
     }
 
-    static unsigned lengthInBytes(const Conversion& c) {
-        if (c.letter == u'D' || c.letter == u'U' || c.letter == u'O') return 8;
-        if (c.length == "hh") return 1;
-        if (c.length == "h") return 2;
-        return c.length.empty() ? 4 : 8;
-    }
-
-    static char16_t toPrintf(char16_t letter) {
-        return letter == u'D' ? u'd' : letter == u'U' ? u'u' : letter == u'O' ? u'o' : letter;
-    }
-
-    static long long signExtended(unsigned long long bits, unsigned bytes) {
-        const unsigned shift = 64 - 8 * bytes;
-        return static_cast<long long>(bits << shift) >> shift;
-    }
-
-    static std::string fields(const Conversion& c) {
-        std::string text = c.flags;
-        if (c.width) text += std::to_string(*c.width);
-        if (c.precision) text += "." + std::to_string(*c.precision);
-        return text;
-    }
-
-    template <class T>
-    void print(const char* spec, T value) {
-        // The conversion was assembled above from checked parts.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-        const int length = std::snprintf(nullptr, 0, spec, value);
-        std::string text(static_cast<std::size_t>(std::max(length, 0)) + 1, '\0');
-        std::snprintf(text.data(), text.size(), spec, value);
-#pragma GCC diagnostic pop
-        text.pop_back();
-        out_.append(text.begin(), text.end());
-    }
-
-    bool padded(const Conversion& c, std::u16string_view text) {
+    bool padded(const FormatConversion& c, std::u16string_view text) {
         const std::size_t width = static_cast<std::size_t>(c.width.value_or(0));
         const std::size_t missing = width > text.size() ? width - text.size() : 0;
-        const bool left = c.flags.find('-') != std::string::npos;
-        if (!left) out_.append(missing, u' ');
+        if (!c.isLeft) out_.append(missing, u' ');
         out_.append(text);
-        if (left) out_.append(missing, u' ');
+        if (c.isLeft) out_.append(missing, u' ');
         return true;
     }
 
     std::u16string_view format_;
-    const std::vector<FormatArgument>& arguments_;
+    FormatArgumentSpan arguments_;
     std::size_t next_ = 0;
     std::u16string out_;
 };
 
 } // namespace
 
-NSString NSString::stringWithFormat_arguments(const NSString& format, const FormatArguments& arguments) {
+bool AnyFormat::isNil() const {
+    return string_ ? string_->isNil() : !units_ && !bytes_;
+}
+
+NSString AnyFormat::string() const {
+    if (string_) return *string_;
+    if (bytes_) return NSString::fromUTF8({bytes_, size_});
+    return units_ ? NSString(std::u16string_view(units_, size_)) : NSString();
+}
+
+std::u16string_view AnyFormat::units() const {
+    return string_ ? string_->view() : std::u16string_view(units_, size_);
+}
+
+NSString NSString::expanded(const AnyFormat& format, FormatArgumentSpan arguments) {
     if (format.isNil()) return {};
-    return NSString(Renderer(format.view(), arguments.list()).render());
+    if (format.isUTF8()) return NSString(Renderer(format.string().view(), arguments).render());
+    return NSString(Renderer(format.units(), arguments).render());
+}
+
+NSString NSString::stringWithFormat_arguments(const NSString& format, const FormatArguments& arguments) {
+    return format.isNil() ? NSString() : NSString(Renderer(format.view(), arguments).render());
 }
 
 } // namespace qrv

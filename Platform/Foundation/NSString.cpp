@@ -61,6 +61,10 @@ NSString::NSString(std::u16string_view text) : Handle(std::make_shared<StringObj
 
 NSString::NSString(std::u16string&& text) : Handle(std::make_shared<StringObject>(std::move(text))) {}
 
+NSString::NSString(const char* text) : NSString(text ? fromUTF8(text) : NSString()) {}
+
+NSString::NSString(std::string_view text) : NSString(fromUTF8(text)) {}
+
 const ClassInfo& NSString::classInfo() {
     return stringClassInfo;
 }

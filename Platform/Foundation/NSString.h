@@ -5,10 +5,11 @@
 //     NSString name = u"page";
 //     NSString line = NSString::stringWithFormat(u"%@: %d objects", name, 3);
 
-#include "Platform/Foundation/FormatArguments.h"
+#include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/NSRange.h"
 #include "Platform/Foundation/Object.h"
 
+#include <compare>
 #include <string>
 #include <string_view>
 
@@ -63,12 +64,19 @@ class QRV_EXPORT NSString : public Handle<NSString> {
 public:
     using Handle::Handle;
     NSString() = default;
+    /// Ends in a zero; a null pointer gives nil.
     NSString(const char16_t* text);
     NSString(std::u16string_view text);
 
     NSString(const std::u16string& text) : NSString(std::u16string_view(text)) {}
 
     NSString(std::u16string&& text);
+    /// UTF-8, in which every invalid sequence is replaced by U+FFFD; a null pointer gives nil.
+    NSString(const char* text);
+    NSString(std::string_view text);
+
+    NSString(const std::string& text) : NSString(std::string_view(text)) {}
+
     static const ClassInfo& classInfo();
     static bool accepts(const Object& payload);
 
@@ -79,14 +87,17 @@ public:
     static NSString fromUTF8(std::string_view bytes);
 
     // + stringWithFormat:
-    /// Expands %@ and the printf conversions; see FormatArguments.h.
+    /// Expands %@ and the printf conversions (see FormatArguments.h). A literal is checked while it is
+    /// compiled.
     template <class... Arguments>
-    static NSString stringWithFormat(const NSString& format, const Arguments&... arguments) {
-        return stringWithFormat_arguments(format, FormatArguments(arguments...));
+    static NSString stringWithFormat(FormatFor<Arguments...> format, const Arguments&... arguments) {
+        return expanded(format, PassedFormatArguments(arguments...));
     }
 
     // + stringWithFormat:arguments:
     static NSString stringWithFormat_arguments(const NSString& format, const FormatArguments& arguments);
+    /// Expands a format that a function has got as FormatFor; nil for a nil one.
+    static NSString expanded(const AnyFormat& format, FormatArgumentSpan arguments);
 
     /// 0 for nil.
     std::size_t length() const { return view().size(); }
@@ -98,6 +109,36 @@ public:
     char16_t characterAtIndex(std::size_t index) const;
     /// The text in UTF-8, with U+FFFD for unpaired surrogates; empty for nil.
     std::string utf8() const;
+
+    explicit operator std::string() const { return utf8(); }
+
+    explicit operator std::u16string_view() const { return view(); }
+
+    /// By units; nil is equal to nil only, and comes before every text.
+    friend std::strong_ordering operator<=>(const NSString& a, const NSString& b) {
+        if (a.isNil() || b.isNil()) return !a.isNil() <=> !b.isNil();
+        return a.view() <=> b.view();
+    }
+
+    friend bool operator==(const NSString& a, const NSString& b) {
+        return a.view() == b.view() && a.isNil() == b.isNil();
+    }
+
+    /// A literal or a standard string, in UTF-16 or UTF-8; a null pointer is nil.
+    template <class Text>
+
+    requires(std::convertible_to<const Text&, std::u16string_view> ||
+             std::convertible_to<const Text&, std::string_view>) &&
+        (!std::derived_from<Text, id> && !std::is_null_pointer_v<Text>)friend bool
+        operator==(const NSString& a, const Text& b) {
+        if constexpr (std::is_pointer_v<Text>) {
+            if (!b) return a.isNil();
+        }
+        if constexpr (std::convertible_to<const Text&, std::u16string_view>)
+            return !a.isNil() && a.view() == std::u16string_view(b);
+        else
+            return a == NSString(std::string_view(b));
+    }
 
     // - isEqualToString:
     /// Compares by units; false if either is nil.

@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/NSString.h"
 
+#include <ostream>
 #include <typeinfo>
 
 namespace qrv {
@@ -37,6 +38,14 @@ private:
 
 NSString Object::description() const {
     return NSString::stringWithFormat(u"<%s: %p>", objectClass().name, static_cast<const void*>(this));
+}
+
+id::id(const char16_t* text) : id(NSString(text)) {}
+
+id::id(const char* text) : id(NSString(text)) {}
+
+std::ostream& operator<<(std::ostream& stream, const id& object) {
+    return stream << (object ? object.description().utf8() : "(null)");
 }
 
 bool id::isEqual(const id& other) const {

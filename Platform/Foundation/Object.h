@@ -11,8 +11,12 @@
 
 #include "Platform/Foundation/Export.h"
 
+#include <concepts>
 #include <cstddef>
+#include <functional>
+#include <iosfwd>
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 namespace qrv {
@@ -61,6 +65,16 @@ public:
 
     id(std::nullptr_t) {}
 
+    /// The text as an NSString: UTF-16, or UTF-8 in which every invalid sequence is replaced by U+FFFD. A
+    /// null pointer gives nil.
+    id(const char16_t* text);
+    id(const char* text);
+
+    /// A number is an object as an NSNumber only; and 0 is not nil.
+    template <class Number>
+    requires std::is_arithmetic_v<Number> || std::is_enum_v<Number> id(Number)
+    = delete;
+
     /// Shares a payload.
     explicit id(std::shared_ptr<const Object> object) : object_(std::move(object)) {}
 
@@ -99,6 +113,9 @@ public:
     /// Equal, or both nil.
     friend bool operator==(const id& a, const id& b) { return (a.isNil() && b.isNil()) || a.isEqual(b); }
 
+    /// Writes the description in UTF-8, "(null)" for nil.
+    friend std::ostream& operator<<(std::ostream& stream, const id& object);
+
 private:
     std::shared_ptr<const Object> object_;
 };
@@ -118,6 +135,12 @@ public:
 
     explicit Handle(std::shared_ptr<const Object>&& payload)
         : id(payload && Self::accepts(*payload) ? std::move(payload) : nullptr) {}
+
+    /// Values of two classes are never equal.
+    template <class Other>
+    requires std::derived_from<Other, Handle<Other>> &&
+        (!std::derived_from<Other, Self>)&&(!std::derived_from<Self, Other>)friend bool
+        operator==(const Self&, const Other&) = delete;
 };
 
 /// `x` as a handle of type T, or nil if it is nil or of another kind.
@@ -164,3 +187,11 @@ struct QRV_EXPORT NSCoding {
 };
 
 } // namespace qrv
+
+/// @cond
+template <std::derived_from<qrv::id> Value>
+struct std::hash<Value> {
+    std::size_t operator()(const Value& value) const { return value.hash(); }
+};
+
+/// @endcond

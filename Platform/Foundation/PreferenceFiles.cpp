@@ -6,7 +6,10 @@
 #include <cerrno>
 #include <cstdlib>
 #include <ctime>
+#include <functional>
+#include <map>
 #include <mutex>
+#include <optional>
 #include <set>
 #include <tuple>
 #include <unordered_map>
@@ -27,8 +30,34 @@ struct Known {
     NSDictionary contents;
 };
 
+/// What the paths depend on.
+struct Environment {
+    static std::optional<std::string> variable(const char* name) {
+        const char* value = std::getenv(name);
+        return value ? std::optional<std::string>(value) : std::nullopt;
+    }
+
+    static Environment current() {
+        return {variable("XDG_CONFIG_HOME"), variable("XDG_CONFIG_DIRS"), variable("HOME")};
+    }
+
+    bool isCurrent() const {
+        const auto isSame = [](const std::optional<std::string>& known, const char* name) {
+            const char* value = std::getenv(name);
+            return value ? known == std::string_view(value) : !known;
+        };
+        return isSame(own, "XDG_CONFIG_HOME") && isSame(shared, "XDG_CONFIG_DIRS") && isSame(home, "HOME");
+    }
+
+    std::optional<std::string> own;
+    std::optional<std::string> shared;
+    std::optional<std::string> home;
+};
+
 struct State {
     std::mutex mutex;
+    Environment environment;
+    std::map<std::u16string, PreferencePaths, std::less<>> paths; // by domain
     std::unordered_map<std::string, Known> files;
     std::set<std::string> warned;
     void (*warn)(const NSString&) = nullptr;
@@ -73,6 +102,18 @@ std::vector<std::string> foldersOf(const char* variable, const std::string& stan
     return folders;
 }
 
+std::vector<std::string> pathsOf(const NSString& domain) {
+    const std::string name = domain.utf8();
+    if (name.empty() || name.find_first_of(std::string_view("/\0", 2)) != std::string::npos) return {};
+    // XDG_CONFIG_HOME is a single folder, even if it contains a colon.
+    const char* own = std::getenv("XDG_CONFIG_HOME");
+    std::vector<std::string> folders = {own && *own == '/' ? own : homeFolder() + "/.config"};
+    const std::vector<std::string> shared = foldersOf("XDG_CONFIG_DIRS", "/etc/xdg");
+    folders.insert(folders.end(), shared.begin(), shared.end());
+    for (std::string& folder : folders) folder += "/preferences/" + name + ".plist";
+    return folders;
+}
+
 void warnOnce(const std::string& path, const NSString& reason) {
     void (*warn)(const NSString&) = nullptr;
     {
@@ -108,16 +149,19 @@ void setPreferencesWarning(void (*warn)(const NSString& message)) {
     state().warn = warn;
 }
 
-std::vector<std::string> preferenceFiles(const NSString& domain) {
-    const std::string name = domain.utf8();
-    if (name.empty() || name.find_first_of(std::string_view("/\0", 2)) != std::string::npos) return {};
-    // XDG_CONFIG_HOME is a single folder, even if it contains a colon.
-    const char* own = std::getenv("XDG_CONFIG_HOME");
-    std::vector<std::string> folders = {own && *own == '/' ? own : homeFolder() + "/.config"};
-    const std::vector<std::string> shared = foldersOf("XDG_CONFIG_DIRS", "/etc/xdg");
-    folders.insert(folders.end(), shared.begin(), shared.end());
-    for (std::string& folder : folders) folder += "/preferences/" + name + ".plist";
-    return folders;
+PreferencePaths preferenceFiles(const NSString& domain) {
+    constexpr std::size_t mostDomains = 256;
+    State& s = state();
+    const std::lock_guard lock(s.mutex);
+    if (!s.environment.isCurrent()) {
+        s.environment = Environment::current();
+        s.paths.clear();
+    }
+    if (const auto known = s.paths.find(domain.view()); known != s.paths.end()) return known->second;
+    if (s.paths.size() >= mostDomains) s.paths.clear();
+    auto files = std::make_shared<const std::vector<std::string>>(pathsOf(domain));
+    s.paths.emplace(domain.view(), files);
+    return files;
 }
 
 NSDictionary readPreferenceFile(const std::string& path) {

@@ -4,14 +4,17 @@
 
 #include "Platform/Foundation/NSDictionary.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace qrv {
 
-/// The files of a domain, existing or not, in order of precedence. None for a name that is empty or could
-/// lead to another folder.
-std::vector<std::string> preferenceFiles(const NSString& domain);
+using PreferencePaths = std::shared_ptr<const std::vector<std::string>>;
+
+/// The paths of a domain's files, existing or not, in order of precedence; never null. None for a name that
+/// is empty or could lead to another folder. The environment counts as it is at the time of the call.
+PreferencePaths preferenceFiles(const NSString& domain);
 
 /// Returns the file's dictionary; nil if there is no such file or it cannot be read, which is reported once
 /// (see setPreferencesWarning). An unchanged file is not read again.

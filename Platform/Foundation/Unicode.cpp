@@ -13,8 +13,17 @@ bool fits(std::size_t length) {
     return length <= static_cast<std::size_t>(INT32_MAX / 4);
 }
 
+/// Most texts are ASCII, which is the same in all forms.
+template <class Char>
+bool isASCII(std::basic_string_view<Char> text) {
+    unsigned all = 0;
+    for (const Char c : text) all |= static_cast<std::uint16_t>(c);
+    return all < 0x80;
+}
+
 std::optional<std::u16string> decode(std::string_view bytes, UChar32 substitute) {
     if (!fits(bytes.size())) return std::nullopt;
+    if (isASCII(bytes)) return std::u16string(bytes.begin(), bytes.end());
     std::u16string text(bytes.size(), u'\0');
     int32_t length = 0;
     UErrorCode status = U_ZERO_ERROR;
@@ -27,6 +36,7 @@ std::optional<std::u16string> decode(std::string_view bytes, UChar32 substitute)
 
 std::optional<std::string> encode(std::u16string_view text, UChar32 substitute) {
     if (!fits(text.size())) return std::nullopt;
+    if (isASCII(text)) return std::string(text.begin(), text.end());
     std::string bytes(text.size() * 3, '\0');
     int32_t length = 0;
     UErrorCode status = U_ZERO_ERROR;

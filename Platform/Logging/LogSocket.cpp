@@ -1,5 +1,7 @@
 #include "Platform/Logging/LogSocket.h"
 
+#include "Platform/Foundation/CoarseClock.h"
+
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -45,6 +47,8 @@ void LogSocket::setPath(std::string path) {
     const std::lock_guard lock(mutex_);
     socket_.reset();
     path_ = std::move(path);
+    wasThere_ = false;
+    tickOfLook_ = -1;
 }
 
 bool LogSocket::send(std::string_view datagram, bool mayPassMemoryFile) {
@@ -58,6 +62,9 @@ bool LogSocket::send(std::string_view datagram, bool mayPassMemoryFile) {
 }
 
 bool LogSocket::connect() {
+    const std::int64_t now = coarseMilliseconds();
+    if (!wasThere_ && tickOfLook_ == now) return false;
+    tickOfLook_ = now;
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     if (path_.size() >= sizeof address.sun_path) return false;
@@ -66,6 +73,7 @@ bool LogSocket::connect() {
     if (::connect(unconnected.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
         return false;
     socket_ = std::move(unconnected);
+    wasThere_ = true;
     return true;
 }
 

@@ -4,14 +4,16 @@
 
 #include "Platform/Foundation/FileDescriptor.h"
 
+#include <cstdint>
 #include <mutex>
 #include <string>
 #include <string_view>
 
 namespace qrv {
 
-/// Connects at the first datagram, and again if the daemon was restarted. Datagrams for a daemon that is
-/// missing or cannot keep up are dropped; the sender never waits. Any thread.
+/// Connects at the first datagram, and again if the daemon was restarted; one that has never been there is
+/// looked for once in a tick of the system's clock. Datagrams for a daemon that is missing or cannot keep up
+/// are dropped; the sender never waits. Any thread.
 class LogSocket {
 public:
     explicit LogSocket(std::string path) : path_(std::move(path)) {}
@@ -30,6 +32,8 @@ private:
     std::mutex mutex_;
     std::string path_;
     FileDescriptor socket_;
+    bool wasThere_ = false;
+    std::int64_t tickOfLook_ = -1;
 };
 
 } // namespace qrv

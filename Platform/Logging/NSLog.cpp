@@ -44,7 +44,11 @@ std::string dateForSyslog(const NSDate& date) {
 } // namespace
 
 void NSLogv(const NSString& format, const FormatArguments& arguments) {
-    const std::string text = NSString::stringWithFormat_arguments(format, arguments).utf8();
+    logText(NSString::stringWithFormat_arguments(format, arguments));
+}
+
+void logText(const NSString& line) {
+    const std::string text = line.utf8();
     const NSDate now = NSDate::date();
     const std::string process = NSProcessInfo::processInfo().processName().utf8() + "[" +
                                 std::to_string(NSProcessInfo::processInfo().processIdentifier());

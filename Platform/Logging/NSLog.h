@@ -14,11 +14,13 @@ namespace qrv {
 
 /// `NSLog` with packed arguments. A nil format logs an empty text.
 QRV_EXPORT void NSLogv(const NSString& format, const FormatArguments& arguments);
+/// `NSLog` of an expanded text.
+QRV_EXPORT void logText(const NSString& text);
 
 /// Logs the expansion of a format (see NSString::stringWithFormat).
 template <class... Arguments>
-void NSLog(const NSString& format, const Arguments&... arguments) {
-    NSLogv(format, FormatArguments(arguments...));
+void NSLog(FormatFor<Arguments...> format, const Arguments&... arguments) {
+    logText(NSString::expanded(format, PassedFormatArguments(arguments...)));
 }
 
 /// Replaces /dev/log for the following lines.

@@ -1,5 +1,7 @@
 #include "Platform/Logging/StandardError.h"
 
+#include "Platform/Foundation/CoarseClock.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
@@ -57,10 +59,34 @@ bool isWritable(int descriptor, std::chrono::milliseconds patience) {
     return writable;
 }
 
-bool isFile(int descriptor) {
+enum class Kind { file, device, other };
+
+Kind kindOf(int descriptor) {
     struct stat status {};
 
-    return fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    if (fstat(descriptor, &status) != 0) return Kind::other;
+    return S_ISREG(status.st_mode) ? Kind::file : S_ISCHR(status.st_mode) ? Kind::device : Kind::other;
+}
+
+/// Looks at standard error once a tick: it may be redirected at any time, but hardly between two lines of a
+/// burst.
+bool isKnownAsFileOrDevice(int descriptor) {
+    static std::atomic<std::int64_t> tickOfLook = -1;
+    if (descriptor != STDERR_FILENO) return false;
+    const std::int64_t now = coarseMilliseconds();
+    if (tickOfLook == now) return true;
+    const bool isOne = kindOf(descriptor) != Kind::other;
+    tickOfLook = isOne ? now : -1;
+    return isOne;
+}
+
+/// Writes all of it with one call, or a few; nothing has to be waited for.
+void writeDirectly(int descriptor, std::string_view line) {
+    while (!line.empty()) {
+        const ssize_t written = write(descriptor, line.data(), line.size());
+        if (written < 0 && errno != EINTR) return;
+        if (written > 0) line.remove_prefix(static_cast<std::size_t>(written));
+    }
 }
 
 } // namespace
@@ -68,11 +94,14 @@ bool isFile(int descriptor) {
 void writeLogLine(int descriptor, std::string_view line, std::chrono::milliseconds patience) {
     static std::mutex wholeLines;
     const std::lock_guard lock(wholeLines);
+    if (isKnownAsFileOrDevice(descriptor) || kindOf(descriptor) == Kind::file) {
+        writeDirectly(descriptor, line);
+        return;
+    }
     const BrokenPipeGuard guard;
     // A writable pipe or terminal takes PIPE_BUF bytes without blocking, but not necessarily more.
-    const std::size_t most = isFile(descriptor) ? line.size() : PIPE_BUF;
     while (!line.empty() && isWritable(descriptor, patience)) {
-        const ssize_t written = write(descriptor, line.data(), std::min(line.size(), most));
+        const ssize_t written = write(descriptor, line.data(), std::min<std::size_t>(line.size(), PIPE_BUF));
         if (written < 0 && errno != EINTR) return;
         if (written > 0) line.remove_prefix(static_cast<std::size_t>(written));
     }

@@ -13,7 +13,7 @@ namespace qrv {
 ///
 /// A closed descriptor or a missing reader is ignored (without SIGPIPE, whatever the process does with that
 /// signal). A stalled reader is waited for as long as `patience` allows; then lines are dropped until it
-/// reads again. Any thread.
+/// reads again. A terminal that its user has stopped stops who writes to it as standard error. Any thread.
 void writeLogLine(int descriptor, std::string_view line,
                   std::chrono::milliseconds patience = std::chrono::milliseconds(100));
 

@@ -40,6 +40,7 @@ os_log_t os_log_create(std::string_view subsystem, std::string_view category) {
 void os_log_with_type(const os_log_t& log, os_log_type_t type, std::string_view text) {
     if (!log) return;
     std::string entry;
+    entry.reserve(text.size() + log->subsystem.size() + log->category.size() + 128);
     appendField(entry, "MESSAGE", text);
     appendField(entry, "PRIORITY", type == OS_LOG_TYPE_ERROR ? "3" : "5"); // as in syslog(3)
     appendField(entry, "SYSLOG_IDENTIFIER", NSProcessInfo::processInfo().processName().utf8());

@@ -8,7 +8,9 @@
 #include "QRVFoundation/Source/NSException+QRVStackTrace.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
+#include <utility>
 
 namespace qrv {
 
@@ -25,34 +27,95 @@ NSComparisonResult compareKeys(const id& a, const id& b) {
     return a.description().compare(b.description());
 }
 
-NSString joined(const std::vector<id>& pieces) {
-    return NSArray(pieces).componentsJoinedByString(u",\n");
-}
+/// Describes values in one pass: whatever is inside another value is indented with it, each line of it.
+class Describer {
+public:
+    NSString text() { return NSString(std::move(text_)); }
 
-NSString printedArray(const NSArray& array) {
-    std::vector<id> elements;
-    for (const id& element : array) elements.push_back(prettyPrint(element));
-    return NSString::stringWithFormat(u"(\n%@\n)", joined(elements));
-}
-
-NSString printedDictionary(const NSDictionary& dictionary) {
-    NSDictionary::Entries sorted = dictionary.entries();
-    std::stable_sort(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) {
-        return compareKeys(a.first, b.first) == NSOrderedAscending;
-    });
-    std::vector<id> entries;
-    for (const auto& [key, value] : sorted) {
-        entries.push_back(NSString::stringWithFormat(u"%@ = %@", key, prettyPrint(value)));
+    void describe(const id& object) {
+        if (const NSError error = as<NSError>(object)) return describe(error);
+        ++depth_;
+        if (const NSString string = as<NSString>(object)) {
+            quote([&] { append(string.view()); });
+        } else if (const NSArray array = as<NSArray>(object)) {
+            list(u"(", array, u")", [&](const id& element) { describe(element); });
+        } else if (const NSDictionary dictionary = as<NSDictionary>(object)) {
+            entries(dictionary.entries());
+        } else {
+            append(
+                object.description().stringByReplacingOccurrencesOfString_withString(u"\\n", u"\n").view());
+        }
+        --depth_;
     }
-    return NSString::stringWithFormat(u"{\n%@\n}", joined(entries));
-}
 
-NSString printed(const id& object) {
-    if (const NSString string = as<NSString>(object)) return NSString::stringWithFormat(u"\"%@\"", string);
-    if (const NSArray array = as<NSArray>(object)) return printedArray(array);
-    if (const NSDictionary dictionary = as<NSDictionary>(object)) return printedDictionary(dictionary);
-    return object.description().stringByReplacingOccurrencesOfString_withString(u"\\n", u"\n");
-}
+    void describe(const NSError& error) {
+        if (!logsErrors_)
+            logsErrors_ = NSUserDefaults::standardUserDefaults().boolForKey(u"ErrorShortLogging");
+        if (*logsErrors_) NSLog(u"Error: %@", error);
+        append(u"<NSError Domain=");
+        append(error.domain().view());
+        append(NSString::stringWithFormat(u" Code=%ld UserInfo=", error.code()).view());
+        NSDictionary::Entries all = error.userInfo().entries();
+        if (!error.userInfo().objectForKey(NSLocalizedDescriptionKey))
+            all.emplace_back(NSLocalizedDescriptionKey, error.localizedDescription());
+        ++depth_;
+        entries(std::move(all), true);
+        --depth_;
+        append(u">");
+    }
+
+private:
+    /// Of an error: the error beneath it stands as a text.
+    void entries(NSDictionary::Entries sorted, bool isOfError = false) {
+        std::stable_sort(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) {
+            return compareKeys(a.first, b.first) == NSOrderedAscending;
+        });
+        list(u"{", sorted, u"}", [&](const auto& entry) {
+            append(entry.first.description().view());
+            append(u" = ");
+            const NSError underlying = isOfError && as<NSString>(entry.first) == NSUnderlyingErrorKey
+                                           ? as<NSError>(entry.second)
+                                           : NSError();
+            if (!underlying) return describe(entry.second);
+            ++depth_;
+            quote([&] { describe(underlying); });
+            --depth_;
+        });
+    }
+
+    template <class List, class Describe>
+    void list(std::u16string_view opening, const List& elements, std::u16string_view closing,
+              const Describe& describeElement) {
+        append(opening);
+        bool isFirst = true;
+        for (const auto& element : elements) {
+            append(std::exchange(isFirst, false) ? u"\n" : u",\n");
+            describeElement(element);
+        }
+        append(isFirst ? u"\n\n" : u"\n");
+        append(closing);
+    }
+
+    template <class Write>
+    void quote(const Write& write) {
+        text_.push_back(u'"');
+        write();
+        text_.push_back(u'"');
+    }
+
+    void append(std::u16string_view part) {
+        constexpr std::size_t indentation = 4;
+        for (std::size_t end = part.find(u'\n'); end != part.npos; end = part.find(u'\n')) {
+            text_.append(part, 0, end + 1).append(depth_ * indentation, u' ');
+            part.remove_prefix(end + 1);
+        }
+        text_.append(part);
+    }
+
+    std::optional<bool> logsErrors_; // asked for when the first error comes
+    std::size_t depth_ = 0;
+    std::u16string text_;
+};
 
 /// "name - reason", then the trace.
 NSString failureReason(const NSException& exception, const NSString& trace) {
@@ -87,30 +150,14 @@ id archivable(const id& value) {
 } // namespace
 
 NSString qrvFullDescription(const NSError& self) {
-    if (!self) return {};
-    if (NSUserDefaults::standardUserDefaults().boolForKey(u"ErrorShortLogging")) NSLog(u"Error: %@", self);
-
-    NSMutableDictionary entries = self.userInfo().mutableCopy();
-    const auto addMissing = [&](const char16_t* key, const NSString& value) {
-        const NSString name = key;
-        if (value && !entries.objectForKey(name)) entries.setObject_forKey(value, name);
-    };
-    addMissing(NSLocalizedDescriptionKey, self.localizedDescription());
-    addMissing(NSLocalizedFailureReasonErrorKey, self.localizedFailureReason());
-    addMissing(NSLocalizedRecoverySuggestionErrorKey, self.localizedRecoverySuggestion());
-
-    const NSString underlyingKey = NSUnderlyingErrorKey;
-    if (const NSError underlying = as<NSError>(entries.objectForKey(underlyingKey))) {
-        entries.setObject_forKey(qrvFullDescription(underlying), underlyingKey);
-    }
-    return NSString::stringWithFormat(u"<NSError Domain=%@ Code=%ld UserInfo=%@>", self.domain(), self.code(),
-                                      prettyPrint(std::move(entries).copy()));
+    return prettyPrint(self);
 }
 
 NSString prettyPrint(const id& object) {
     if (!object) return {};
-    if (const NSError error = as<NSError>(object)) return qrvFullDescription(error);
-    return printed(object).stringByReplacingOccurrencesOfString_withString(u"\n", u"\n    ");
+    Describer describer;
+    describer.describe(object);
+    return describer.text();
 }
 
 NSError qrvErrorFromException(const NSException& exception) {

@@ -55,9 +55,9 @@ public:
     template <class... Arguments>
     [[noreturn]] static void raiseFile_line_object_selector_name_userInfo_format(
         const char* file, unsigned long line, const id& object, const char* selector, const NSString& name,
-        const NSDictionary& userInfo, const NSString& format, const Arguments&... arguments) {
+        const NSDictionary& userInfo, FormatFor<Arguments...> format, const Arguments&... arguments) {
         raise(describe(file, line, object, selector), name, userInfo,
-              NSString::stringWithFormat(format, arguments...));
+              NSString::expanded(format, PassedFormatArguments(arguments...)));
     }
 
     // + assertionFailedForFile:line:object:selector:format:
@@ -66,29 +66,31 @@ public:
     template <class... Arguments>
     [[noreturn]] static void
     assertionFailedForFile_line_object_selector_format(const char* file, unsigned long line, const id& object,
-                                                       const char* selector, const NSString& format,
+                                                       const char* selector, FormatFor<Arguments...> format,
                                                        const Arguments&... arguments) {
         failAssertion(describe(file, line, object, selector),
-                      NSString::stringWithFormat(format, arguments...));
+                      NSString::expanded(format, PassedFormatArguments(arguments...)));
     }
 
     // + logFile:line:object:selector:format:
     /// Logs "location] message".
     template <class... Arguments>
     static void logFile_line_object_selector_format(const char* file, unsigned long line, const id& object,
-                                                    const char* selector, const NSString& format,
+                                                    const char* selector, FormatFor<Arguments...> format,
                                                     const Arguments&... arguments) {
-        logString(NSString::stringWithFormat(u"%@] %@", describe(file, line, object, selector),
-                                             NSString::stringWithFormat(format, arguments...)));
+        logString(
+            NSString::stringWithFormat(u"%@] %@", describe(file, line, object, selector),
+                                       NSString::expanded(format, PassedFormatArguments(arguments...))));
     }
 
     // + logFunction:format:
     /// Logs "function message".
     template <class... Arguments>
-    static void logFunction_format(const char* function, const NSString& format,
+    static void logFunction_format(const char* function, FormatFor<Arguments...> format,
                                    const Arguments&... arguments) {
-        logString(NSString::stringWithFormat(u"%@ %@", NSString::stringWithUTF8String(function),
-                                             NSString::stringWithFormat(format, arguments...)));
+        logString(
+            NSString::stringWithFormat(u"%@ %@", NSString::stringWithUTF8String(function),
+                                       NSString::expanded(format, PassedFormatArguments(arguments...))));
     }
 
     // + logString:

@@ -10,10 +10,10 @@
 /// the call. The format and its arguments are evaluated only if the area is enabled.
 #define QRV_LOG(unit, function, area, ...)                                                                   \
     do {                                                                                                     \
-        const std::shared_ptr<::qrv::QRVLogger> qrvSharedLogger = ::qrv::QRVLogger::sharedLogger();          \
-        const ::qrv::NSString qrvArea = (area);                                                              \
-        if (qrvSharedLogger->isEnabledForArea(qrvArea)) {                                                    \
-            qrvSharedLogger->logFile_line_function_area_format(unit, __LINE__, function, qrvArea,            \
-                                                               __VA_ARGS__);                                 \
+        const ::qrv::QRVLogArea qrvArea = (area);                                                            \
+        if (const std::shared_ptr<::qrv::QRVLogger> qrvLogger =                                              \
+                ::qrv::QRVLogger::sharedLoggerForArea(qrvArea)) {                                            \
+            qrvLogger->logFile_line_function_area_format(unit, __LINE__, function, qrvArea.string(),         \
+                                                         __VA_ARGS__);                                       \
         }                                                                                                    \
     } while (false)

@@ -7,7 +7,9 @@
 #include "QRVFoundation/Source/QRVNSLogWriter.h"
 #include "QRVFoundation/Source/QRVOSLogWriter.h"
 
+#include <algorithm>
 #include <mutex>
+#include <utility>
 
 namespace qrv {
 
@@ -24,17 +26,6 @@ Slot& slot() {
     return instance;
 }
 
-NSDictionary withDefaults(const NSDictionary& settings) {
-    NSMutableDictionary all;
-    for (const char16_t* key :
-         {QRVLoggerIncludeFile, QRVLoggerIncludeLine, QRVLoggerIncludeThread, QRVLoggerIncludeFunction}) {
-        all.setObject_forKey(NSNumber::numberWithBool(false), NSString(key));
-    }
-    all.setObject_forKey(NSNumber::numberWithBool(true), NSString(QRVLoggerIncludeArea));
-    all.addEntriesFromDictionary(settings);
-    return std::move(all).copy();
-}
-
 std::unique_ptr<QRVLogWriter> makeWriter() {
     if (QRVOSLogWriter::isOSLogAvailable()) return std::make_unique<QRVOSLogWriter>();
     return std::make_unique<QRVNSLogWriter>();
@@ -47,6 +38,17 @@ NSString threadPiece() {
     return NSString::stringWithFormat(u"<%p: \"%@\">", thread.address(), thread.name());
 }
 
+bool isTrue(const id& value) {
+    const auto* boolean = value.payload<BooleanValue>();
+    return boolean && boolean->boolValue();
+}
+
+/// Never destroyed: lines may be logged until the very end of the process.
+const NSDictionary& settingsOfDisposableLogger() {
+    static const auto& settings = *new NSDictionary{{QRVLoggerAllAreas, NSNumber::numberWithBool(true)}};
+    return settings;
+}
+
 NSString text(const char* bytes) {
     return NSString::fromUTF8(bytes ? bytes : "");
 }
@@ -55,10 +57,45 @@ NSString text(const char* bytes) {
 
 const ClassInfo QRVLogger::classInfo{"QRVLogger", &Object::classInfo};
 
+QRVLogger::Options::Options(const NSDictionary& settings)
+    : prefix(settings.objectForKey(QRVLoggerPrefix)), switchedOn_{QRVLoggerIncludeArea} {
+    for (const auto& [key, value] : settings) {
+        const NSString name = as<NSString>(key);
+        if (!name) continue;
+        const auto place = std::lower_bound(switchedOn_.begin(), switchedOn_.end(), name);
+        const bool isThere = place != switchedOn_.end() && *place == name;
+        const bool shouldBe = isTrue(value);
+        if (shouldBe && !isThere) switchedOn_.insert(place, name);
+        if (!shouldBe && isThere) switchedOn_.erase(place);
+    }
+    allAreas = isOn(QRVLoggerAllAreas);
+    includesFile = isOn(QRVLoggerIncludeFile);
+    includesLine = isOn(QRVLoggerIncludeLine);
+    includesThread = isOn(QRVLoggerIncludeThread);
+    includesFunction = isOn(QRVLoggerIncludeFunction);
+    includesArea = isOn(QRVLoggerIncludeArea);
+}
+
+bool QRVLogger::Options::isOn(std::u16string_view name) const {
+    const auto place =
+        std::lower_bound(switchedOn_.begin(), switchedOn_.end(), name,
+                         [](const NSString& a, std::u16string_view b) { return a.view() < b; });
+    return place != switchedOn_.end() && place->view() == name;
+}
+
 std::shared_ptr<QRVLogger> QRVLogger::sharedLogger() {
     {
         const std::lock_guard lock(slot().mutex);
         if (slot().logger) return slot().logger;
+    }
+    return initDisposableLogger();
+}
+
+std::shared_ptr<QRVLogger> QRVLogger::sharedLoggerForArea(const QRVLogArea& area) {
+    {
+        const std::lock_guard lock(slot().mutex);
+        if (const auto& logger = slot().logger)
+            return area.isNil() || logger->options_.hasArea(area.name()) ? logger : nullptr;
     }
     return initDisposableLogger();
 }
@@ -76,8 +113,7 @@ void QRVLogger::setUpWithPersistentDomainName(const NSString& name) {
 QRVLogger::QRVLogger() : QRVLogger(NSUserDefaults::standardUserDefaults().dictionaryRepresentation()) {}
 
 std::shared_ptr<QRVLogger> QRVLogger::initDisposableLogger() {
-    return std::make_shared<QRVLogger>(
-        NSDictionary{{NSString(QRVLoggerAllAreas), NSNumber::numberWithBool(true)}});
+    return std::make_shared<QRVLogger>(settingsOfDisposableLogger());
 }
 
 std::shared_ptr<QRVLogger> QRVLogger::initWithPersistentDomainName(const NSString& name) {
@@ -87,13 +123,17 @@ std::shared_ptr<QRVLogger> QRVLogger::initWithPersistentDomainName(const NSStrin
 QRVLogger::QRVLogger(const NSDictionary& defaults) : QRVLogger(defaults, makeWriter()) {}
 
 QRVLogger::QRVLogger(const NSDictionary& defaults, std::unique_ptr<QRVLogWriter> writer)
-    : _defaultsDictionary(withDefaults(defaults)), _writer(std::move(writer)) {}
+    : options_(defaults), _writer(std::move(writer)) {}
 
 void QRVLogger::logFile_line_function_area_format_arguments(const char* file, unsigned long line,
                                                             const char* function, const NSString& area,
                                                             const NSString& format,
                                                             const FormatArguments& arguments) {
-    const NSString message = NSString::stringWithFormat_arguments(format, arguments);
+    log(file, line, function, area, NSString::stringWithFormat_arguments(format, arguments));
+}
+
+void QRVLogger::log(const char* file, unsigned long line, const char* function, const NSString& area,
+                    const NSString& message) {
     logPrefix_message_area(prefix(file, line, function, area), message, area);
 }
 
@@ -113,31 +153,34 @@ void QRVLogger::logPrefix_message_area(const NSString& prefix, const NSString& m
 }
 
 bool QRVLogger::isEnabledForArea(const NSString& area) const {
-    return !area || isOptionEnabled(QRVLoggerAllAreas) || isOptionEnabled(area);
+    return !area || options_.hasArea(area.view());
 }
 
 bool QRVLogger::isOptionEnabled(const NSString& key) const {
-    const id value = _defaultsDictionary.objectForKey(key);
-    const auto* boolean = value.payload<BooleanValue>();
-    return boolean && boolean->boolValue();
+    return key && options_.isOn(key.view());
 }
 
 NSString QRVLogger::prefix(const char* file, unsigned long line, const char* function,
                            const NSString& area) const {
-    std::vector<id> pieces;
-    const id fixedText = _defaultsDictionary.objectForKey(NSString(QRVLoggerPrefix));
-    if (fixedText) pieces.push_back(fixedText);
-    if (area && isOptionEnabled(QRVLoggerIncludeArea)) {
-        pieces.push_back(NSString::stringWithFormat(u"[%@]", area));
+    std::u16string prefix;
+    bool isFirst = true;
+    const auto add = [&](auto... texts) {
+        if (!std::exchange(isFirst, false)) prefix.push_back(u' ');
+        (prefix.append(texts), ...);
+    };
+    if (options_.prefix) add(options_.prefix.description().view());
+    if (area && options_.includesArea) add(u"[", area.view(), u"]");
+    if (options_.includesFile) {
+        const NSString name = text(file).lastPathComponent();
+        if (options_.includesLine) {
+            add(name.view(), u":", NSString::stringWithFormat(u"%lu", line).view());
+        } else {
+            add(name.view());
+        }
     }
-    if (isOptionEnabled(QRVLoggerIncludeFile)) {
-        NSString place = text(file).lastPathComponent();
-        if (isOptionEnabled(QRVLoggerIncludeLine)) place = NSString::stringWithFormat(u"%@:%lu", place, line);
-        pieces.push_back(place);
-    }
-    if (isOptionEnabled(QRVLoggerIncludeThread)) pieces.push_back(threadPiece());
-    if (isOptionEnabled(QRVLoggerIncludeFunction)) pieces.push_back(text(function));
-    return NSArray(std::move(pieces)).componentsJoinedByString(u" ");
+    if (options_.includesThread) add(threadPiece().view());
+    if (options_.includesFunction) add(text(function).view());
+    return NSString(std::move(prefix));
 }
 
 } // namespace qrv

@@ -7,6 +7,8 @@
 #include "QRVFoundation/Source/QRVLogWriter.h"
 
 #include <memory>
+#include <string_view>
+#include <vector>
 
 namespace qrv {
 
@@ -21,6 +23,31 @@ inline constexpr char16_t QRVLoggerIncludeFunction[] = u"QRVLoggerIncludeFunctio
 inline constexpr char16_t QRVLoggerIncludeArea[] = u"QRVLoggerIncludeArea";
 inline constexpr char16_t QRVLoggerPrefix[] = u"QRVLoggerPrefix";
 
+/// The area of a log statement: a literal, of which no string is made unless it is logged, or a string.
+class QRV_EXPORT QRVLogArea {
+public:
+    QRVLogArea(const char16_t* name)
+        : name_(name ? std::u16string_view(name) : std::u16string_view()), isNil_(!name) {}
+
+    QRVLogArea(const NSString& name) : string_(name), name_(string_.view()), isNil_(string_.isNil()) {}
+
+    QRVLogArea(std::nullptr_t) {}
+
+    QRVLogArea(const QRVLogArea&) = delete;
+    QRVLogArea& operator=(const QRVLogArea&) = delete;
+
+    bool isNil() const { return isNil_; }
+
+    std::u16string_view name() const { return name_; }
+
+    NSString string() const { return string_ || isNil_ ? string_ : NSString(name_); }
+
+private:
+    NSString string_;
+    std::u16string_view name_;
+    bool isNil_ = true;
+};
+
 /// Every operation may be called from any thread. The logging operations log unconditionally: callers first
 /// ask `isEnabledForArea`, so that the arguments of a disabled line are never formatted.
 class QRV_EXPORT QRVLogger : public Object, public std::enable_shared_from_this<QRVLogger> {
@@ -30,6 +57,8 @@ public:
     // + sharedLogger
     /// Returns the installed logger; if there is none, a new disposable one with every area enabled.
     static std::shared_ptr<QRVLogger> sharedLogger();
+    /// The shared logger, as sharedLogger returns it, if it has the area enabled; else null.
+    static std::shared_ptr<QRVLogger> sharedLoggerForArea(const QRVLogArea& area);
     // + setSharedLogger:
     /// Installs a logger; null removes it.
     static void setSharedLogger(std::shared_ptr<QRVLogger> logger);
@@ -61,10 +90,9 @@ public:
     /// logs "(null)".
     template <class... Arguments>
     void logFile_line_function_area_format(const char* file, unsigned long line, const char* function,
-                                           const NSString& area, const NSString& format,
+                                           const NSString& area, FormatFor<Arguments...> format,
                                            const Arguments&... arguments) {
-        logFile_line_function_area_format_arguments(file, line, function, area, format,
-                                                    FormatArguments(arguments...));
+        log(file, line, function, area, NSString::expanded(format, PassedFormatArguments(arguments...)));
     }
 
     // - logFile:line:function:area:format:arguments:
@@ -91,9 +119,32 @@ public:
     const QRVLogWriter& writer() const { return *_writer; }
 
 private:
+    void log(const char* file, unsigned long line, const char* function, const NSString& area,
+             const NSString& message);
     NSString prefix(const char* file, unsigned long line, const char* function, const NSString& area) const;
 
-    const NSDictionary _defaultsDictionary;
+    /// What the settings say, looked up once: they never change.
+    class Options {
+    public:
+        explicit Options(const NSDictionary& settings);
+
+        bool isOn(std::u16string_view name) const;
+
+        bool hasArea(std::u16string_view name) const { return allAreas || isOn(name); }
+
+        bool allAreas;
+        bool includesFile;
+        bool includesLine;
+        bool includesThread;
+        bool includesFunction;
+        bool includesArea;
+        id prefix;
+
+    private:
+        std::vector<NSString> switchedOn_; // areas and options, in their order
+    };
+
+    const Options options_;
     const std::unique_ptr<QRVLogWriter> _writer;
 };
 

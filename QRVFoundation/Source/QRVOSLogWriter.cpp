@@ -24,20 +24,11 @@ std::optional<std::string> utf8Form(const NSString& string) {
     return text;
 }
 
-/// Made once: a logger may be made for every line, and making a pattern takes longer than writing a line.
-const NSDateFormatter& lineDateFormatter() {
-    static const NSDateFormatter& instance = []() -> NSDateFormatter& {
-        auto& made = *new NSDateFormatter; // never destroyed: lines may be logged until the very end
-        made.setDateFormat(u"yyyy-MM-dd HH:mm:ss.SSS");
-        return made;
-    }();
-    return instance;
-}
-
 } // namespace
 
-QRVOSLogWriter::QRVOSLogWriter()
-    : _log(os_log_create(subsystem().utf8(), "QRVLogger")), _dateFormatter(lineDateFormatter()) {}
+QRVOSLogWriter::QRVOSLogWriter() : _log(os_log_create(subsystem().utf8(), "QRVLogger")) {
+    _dateFormatter.setDateFormat(u"yyyy-MM-dd HH:mm:ss.SSS");
+}
 
 bool QRVOSLogWriter::isOSLogAvailable() {
     return std::floor(NSFoundationVersionNumber()) > 1056.0 &&
@@ -45,16 +36,17 @@ bool QRVOSLogWriter::isOSLogAvailable() {
 }
 
 NSString QRVOSLogWriter::subsystem() const {
-    return NSString::stringWithFormat(u"org.quillvane.%@", NSProcessInfo::processInfo().processName());
+    return NSString(u"org.quillvane.").stringByAppendingString(NSProcessInfo::processInfo().processName());
 }
 
 os_log_t QRVOSLogWriter::logForArea(const NSString& area) {
     if (!area) return _log;
     const std::lock_guard lock(logsByAreaMutex_);
-    os_log_t& log = _logsByArea[std::u16string(area.view())];
-    if (!log) {
-        log = os_log_create(subsystem().utf8(), NSString::stringWithFormat(u"QRVLogger.%@", area).utf8());
-    }
+    const auto known = _logsByArea.find(area.view());
+    if (known != _logsByArea.end()) return known->second;
+    os_log_t log =
+        os_log_create(subsystem().utf8(), NSString::stringWithFormat(u"QRVLogger.%@", area).utf8());
+    _logsByArea.emplace(area.view(), log);
     return log;
 }
 
@@ -115,8 +107,14 @@ void QRVOSLogWriter::logCString_area(const std::string& line, const NSString& ar
     const os_log_t log = logForArea(area);
     if (!_isInXcode) os_log_with_type(log, OS_LOG_TYPE_ERROR, line);
     const NSString date = _dateFormatter.stringFromDate(NSDate::date());
-    writeStandardErrorLine(utf8Form(date).value_or("unknown date") + " [" +
-                           utf8Form(subsystem()).value_or("QRVLogger") + "] " + line + "\n");
+    std::string copy = utf8Form(date).value_or("unknown date");
+    copy.reserve(copy.size() + line.size() + 128);
+    copy.append(" [")
+        .append(utf8Form(subsystem()).value_or("QRVLogger"))
+        .append("] ")
+        .append(line)
+        .append("\n");
+    writeStandardErrorLine(copy);
 }
 
 } // namespace qrv

@@ -11,10 +11,11 @@
 #include "Platform/Logging/os_log.h"
 #include "QRVFoundation/Source/QRVLogWriter.h"
 
+#include <functional>
+#include <map>
 #include <mutex>
 #include <optional>
 #include <string>
-#include <unordered_map>
 
 namespace qrv {
 
@@ -64,8 +65,8 @@ public:
 private:
     const os_log_t _log;
     std::mutex logsByAreaMutex_;
-    std::unordered_map<std::u16string, os_log_t> _logsByArea;
-    const NSDateFormatter _dateFormatter;
+    std::map<std::u16string, os_log_t, std::less<>> _logsByArea;
+    NSDateFormatter _dateFormatter;
 };
 
 } // namespace qrv

@@ -76,12 +76,13 @@ NSString Loader::logArea() const {
     NSException::doesNotRecognizeSelector(u"Loader", u"logArea");
 }
 
-void Loader::logPacked(const char* file, unsigned long line, const char* function, const NSString& format,
-                       const FormatArguments& arguments) const {
+void Loader::logExpanded(const char* file, unsigned long line, const char* function, const AnyFormat& format,
+                         FormatArgumentSpan arguments) const {
     const auto logger = QRVLogger::sharedLogger();
     const NSString area = logArea();
     if (!logger->isEnabledForArea(area)) return;
-    logger->logFile_line_function_area_format_arguments(file, line, function, area, format, arguments);
+    logger->logFile_line_function_area_message(file, line, function, area,
+                                               NSString::expanded(format, arguments));
 }
 
 void Loader::clearURLCache() {

@@ -38,8 +38,8 @@ public:
     /// Logs through the shared logger if the loader's area is enabled.
     template <class... Arguments>
     void logFile_line_function_format(const char* file, unsigned long line, const char* function,
-                                      const NSString& format, const Arguments&... arguments) const {
-        logPacked(file, line, function, format, FormatArguments(arguments...));
+                                      FormatFor<Arguments...> format, const Arguments&... arguments) const {
+        logExpanded(file, line, function, format, PassedFormatArguments(arguments...));
     }
 
     // - clearURLCache
@@ -132,8 +132,8 @@ protected:
     NSDate _finishDate;
 
 private:
-    void logPacked(const char* file, unsigned long line, const char* function, const NSString& format,
-                   const FormatArguments& arguments) const;
+    void logExpanded(const char* file, unsigned long line, const char* function, const AnyFormat& format,
+                     FormatArgumentSpan arguments) const;
     void logObjectsLoading() const;
     void logObject(const id& object) const;
     bool extraTimeHasPassed();

@@ -189,15 +189,19 @@ class ExportedSymbolsTests(PackageTestCase):
 
     def test_every_declaration_of_the_headers_is_marked(self):
         """Else programs that use it could be linked with the archive only."""
-        declared = re.compile(r"^(?:(?:class|struct) \w+[^;{]*\{"
+        declared = re.compile(r"^(?:(?:class|struct) (?!std::)\w+[^;{]*\{"
                               r"|(?!inline|using|friend|extern)[A-Za-z[][\w:&*<>\[\] ]* [&*]*(?P<function>\w+)"
                               r"\((?:[^;{]|\{\})*\);)", re.MULTILINE)
+        defined = {re.split(r"[(\[]", symbol)[0].rpartition("::")[2] for symbol in self.symbols("libQRVFoundation.a")}
         marked = 0
         for header in (self.prefix / "include").rglob("*.h"):
             for match in declared.finditer(header.read_text(encoding="utf-8")):
-                if not (match["function"] or "").endswith("ForTesting"):
-                    self.assertIn("QRV_EXPORT", match.group(), header.name)
+                function = match["function"]
+                if "QRV_EXPORT" in match.group():
                     marked += 1
+                # What is never defined is called by faulty constant expressions only.
+                elif not function or function in defined:
+                    self.assertRegex(function or match.group(), r"ForTesting\Z", header.name)
         self.assertGreater(marked, 100)
 
 

@@ -17,12 +17,10 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// The zone of a line is the one that the process begins with.
-[[maybe_unused]] const int zone = setenv("TZ", "UTC", 1);
-
 class OSLogWriter : public testing::Test {
 protected:
     OSLogWriter() {
+        setenv("TZ", "UTC", 1);
         setJournalSocketForTesting(journal.path());
         NSProcessInfo::processInfo().setProcessNameForTesting(u"tool");
         NSDate::setClockForTesting([] { return 815270400.123; }); // 2026-11-02 00:00:00.123
@@ -68,6 +66,16 @@ std::vector<std::size_t> lengths(const NSArray& pieces) {
 }
 
 } // namespace
+
+TEST_F(OSLogWriter, WriterMadeAfterAChangeOfTheZoneFollowsIt) {
+    QRVOSLogWriter().logCString_area("first", {});
+    setenv("TZ", "<+0330>-3:30", 1);
+    QRVOSLogWriter().logCString_area("second", {});
+    const std::string lines = standardError();
+    EXPECT_TRUE(
+        lines.starts_with("2026-11-02 00:00:00.123 [org.quillvane.tool] first\n2026-11-02 03:30:00.123 "))
+        << lines;
+}
 
 TEST_F(OSLogWriter, LineGoesToTheUnifiedLogAndToStandardError) {
     QRVOSLogWriter().writePrefix_message_area(u"[Some]", u"100% text %@", u"Some");

@@ -67,7 +67,7 @@ TEST_F(PreferenceFiles, AFileThatHasJustChangedIsReadEachTime) {
 TEST_F(PreferenceFiles, AFolderWhoseNameIsNoUTF8IsReadLikeAnyOther) {
     const TemporaryFolder strange;
     setenv("XDG_CONFIG_HOME", (strange.path() / "caf\xE9").c_str(), 1);
-    const std::string path = preferenceFiles(u"a.domain").front();
+    const std::string path = preferenceFiles(u"a.domain")->front();
     strange.write("caf\xE9/preferences/a.domain.plist",
                   "<plist><dict><key>k</key><string>v</string></dict></plist>");
     EXPECT_EQ(readPreferenceFile(path), (NSDictionary{{NSString(u"k"), NSString(u"v")}}));
@@ -97,7 +97,7 @@ TEST_F(PreferenceFiles, WithoutHomeVariableTheUserDatabaseSaysWhereHomeIs) {
     const char* home = getenv("HOME");
     const std::string before = home ? home : "";
     unsetenv("HOME");
-    const std::vector<std::string> files = preferenceFiles(u"a.domain");
+    const std::vector<std::string> files = *preferenceFiles(u"a.domain");
     if (home) setenv("HOME", before.c_str(), 1);
 
     const passwd* user = getpwuid(getuid());

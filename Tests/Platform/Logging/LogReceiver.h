@@ -78,6 +78,13 @@ public:
         return parsed(*datagram);
     }
 
+    /// Takes all datagrams that are there, unread, and says how many.
+    std::size_t discard() {
+        std::size_t count = 0;
+        while (recv(socket_, nullptr, 0, MSG_DONTWAIT) >= 0) ++count;
+        return count;
+    }
+
     std::size_t memoryFiles() const { return memoryFiles_; }
 
 private:
