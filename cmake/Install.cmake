@@ -1,5 +1,8 @@
-# What "cmake --install" puts in place: the tool, and the library with its headers, its CMake package and its
-# pkg-config file. Nothing that is installed names the folder, so that a copy of it may be moved.
+# What "cmake --install" puts in place, in three components that --component chooses from:
+#   tool         the tool
+#   library      the shared library
+#   development  what is needed to build with the library: its headers, the archive, the CMake package, the pkg-config file
+# Nothing that is installed names the folder, so that a copy of it may be moved.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -7,11 +10,23 @@ include(CMakePackageConfigHelpers)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QRVFoundation)
 set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-install(TARGETS web2pdf RUNTIME)
-install(TARGETS QRVFoundation PlatformFoundation EXPORT QRVFoundationTargets
-    ARCHIVE
-    FILE_SET HEADERS)
-install(EXPORT QRVFoundationTargets NAMESPACE QRVFoundation:: DESTINATION ${package_dir})
+if(WEB2PDF_BUILD_TOOL)
+    install(TARGETS web2pdf RUNTIME COMPONENT tool)
+endif()
+
+install(TARGETS QRVFoundationShared EXPORT QRVFoundation-shared
+    LIBRARY COMPONENT library NAMELINK_COMPONENT development
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(TARGETS QRVFoundation EXPORT QRVFoundation-static
+    ARCHIVE COMPONENT development
+    INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(TARGETS QRVFoundationObjects FILE_SET HEADERS COMPONENT development)
+
+# Another project takes one of the two, under the same name.
+set_target_properties(QRVFoundationShared PROPERTIES EXPORT_NAME QRVFoundation)
+foreach(kind static shared)
+    install(EXPORT QRVFoundation-${kind} NAMESPACE QRVFoundation:: DESTINATION ${package_dir} COMPONENT development)
+endforeach()
 
 configure_package_config_file(cmake/Package/QRVFoundationConfig.cmake.in
     ${PROJECT_BINARY_DIR}/QRVFoundationConfig.cmake
@@ -22,10 +37,11 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/QRVFoundationConfigVersio
 install(FILES
     ${PROJECT_BINARY_DIR}/QRVFoundationConfig.cmake
     ${PROJECT_BINARY_DIR}/QRVFoundationConfigVersion.cmake
-    DESTINATION ${package_dir})
+    DESTINATION ${package_dir}
+    COMPONENT development)
 
 file(RELATIVE_PATH prefix_from_pkgconfig
     ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
 string(REGEX REPLACE "/$" "" prefix_from_pkgconfig ${prefix_from_pkgconfig})
 configure_file(cmake/Package/QRVFoundation.pc.in ${PROJECT_BINARY_DIR}/QRVFoundation.pc @ONLY)
-install(FILES ${PROJECT_BINARY_DIR}/QRVFoundation.pc DESTINATION ${pkgconfig_dir})
+install(FILES ${PROJECT_BINARY_DIR}/QRVFoundation.pc DESTINATION ${pkgconfig_dir} COMPONENT development)

@@ -16,23 +16,23 @@ namespace qrv {
 inline constexpr char16_t NSGlobalDomain[] = u".GlobalPreferences";
 
 /// Returns the value as it is stored, or nil.
-id CFPreferencesCopyAppValue(const NSString& key, const NSString& domain);
+QRV_EXPORT id CFPreferencesCopyAppValue(const NSString& key, const NSString& domain);
 
 /// Returns true for true booleans, numbers other than zero and the texts "YES", "true" and "1", and false for
 /// their counterparts (texts in any case); the flag is then set. Anything else, and a missing key, gives
 /// false and clears the flag. The flag pointer may be null.
-bool CFPreferencesGetAppBooleanValue(const NSString& key, const NSString& domain,
-                                     bool* keyExistsAndHasValidFormat);
+QRV_EXPORT bool CFPreferencesGetAppBooleanValue(const NSString& key, const NSString& domain,
+                                                bool* keyExistsAndHasValidFormat);
 
 /// Returns whole numbers within the signed 64-bit range, booleans, and texts that are entirely such a number
 /// in decimal; the flag is then set. Anything else gives 0 and clears the flag. The flag pointer may be null.
-long long CFPreferencesGetAppIntegerValue(const NSString& key, const NSString& domain,
-                                          bool* keyExistsAndHasValidFormat);
+QRV_EXPORT long long CFPreferencesGetAppIntegerValue(const NSString& key, const NSString& domain,
+                                                     bool* keyExistsAndHasValidFormat);
 
 /// Merges all files of one domain, without the global domain; nil if it has no file.
-NSDictionary preferencesOfDomain(const NSString& domain);
+QRV_EXPORT NSDictionary preferencesOfDomain(const NSString& domain);
 
 /// Sets the function that reports files which cannot be read; null, the default, reports nothing.
-void setPreferencesWarning(void (*warn)(const NSString& message));
+QRV_EXPORT void setPreferencesWarning(void (*warn)(const NSString& message));
 
 } // namespace qrv

@@ -43,7 +43,7 @@ constexpr bool fits(char32_t letter, Kind kind) {
 
 /// Checks a literal with the rules of the expansion. `Char` is char or char16_t.
 template <class Char, std::size_t count>
-class Checker {
+class QRV_EXPORT Checker {
 public:
     constexpr Checker(std::basic_string_view<Char> text, const std::array<Kind, count>& kinds)
         : text_(text), kinds_(kinds) {}
@@ -119,7 +119,7 @@ private:
 } // namespace format
 
 /// A format, whatever its arguments are; valid for as long as what it was made from.
-class AnyFormat {
+class QRV_EXPORT AnyFormat {
 public:
     /// nil for a format that is nil, and for a null pointer.
     NSString string() const;
@@ -148,7 +148,7 @@ private:
 
 /// The format for arguments of these types.
 template <class... Arguments>
-class CheckedFormat : public AnyFormat {
+class QRV_EXPORT CheckedFormat : public AnyFormat {
 public:
     /// nil.
     constexpr CheckedFormat() = default;

@@ -19,7 +19,7 @@
 namespace qrv {
 
 /// One argument. What it points to belongs to the caller.
-struct FormatArgument {
+struct QRV_EXPORT FormatArgument {
     enum class Kind : unsigned char { object, integer, real, longReal, bytes, units, pointer };
 
     Kind kind;
@@ -91,7 +91,7 @@ FormatArgument formatArgument(const T& value) {
 
 /// The arguments of a call that is under way: refers to them.
 template <std::size_t count>
-class PassedFormatArguments {
+class QRV_EXPORT PassedFormatArguments {
 public:
     template <class... Arguments>
     explicit PassedFormatArguments(const Arguments&... arguments) : list_{formatArgument(arguments)...} {}
@@ -106,7 +106,7 @@ template <class... Arguments>
 PassedFormatArguments(const Arguments&...) -> PassedFormatArguments<sizeof...(Arguments)>;
 
 /// Arguments to be handed on and stored: owns the objects and texts. Copies share them.
-class FormatArguments {
+class QRV_EXPORT FormatArguments {
 public:
     template <class... Arguments>
     explicit FormatArguments(const Arguments&... arguments)

@@ -9,7 +9,7 @@
 
 namespace qrv {
 
-class NSArray : public Handle<NSArray> {
+class QRV_EXPORT NSArray : public Handle<NSArray> {
 public:
     using Handle::Handle;
     NSArray() = default;

@@ -6,7 +6,7 @@
 
 namespace qrv {
 
-class NSAssertionHandler {
+class QRV_EXPORT NSAssertionHandler {
 public:
     // + currentHandler
     /// Returns the calling thread's handler, which is the same for all threads, since it has no state.

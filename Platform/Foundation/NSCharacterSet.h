@@ -6,7 +6,7 @@
 
 namespace qrv {
 
-class NSCharacterSet : public Handle<NSCharacterSet> {
+class QRV_EXPORT NSCharacterSet : public Handle<NSCharacterSet> {
 public:
     using Handle::Handle;
     NSCharacterSet() = default;

@@ -20,7 +20,7 @@ enum NSDataWritingOptions : unsigned long {
     NSDataWritingAtomic = 1,
 };
 
-class NSData : public Handle<NSData> {
+class QRV_EXPORT NSData : public Handle<NSData> {
 public:
     using Handle::Handle;
     NSData() = default;

@@ -9,7 +9,7 @@ namespace qrv {
 /// Seconds from 1970-01-01 to the reference date (`kCFAbsoluteTimeIntervalSince1970`).
 inline constexpr double NSTimeIntervalSince1970 = 978307200.0;
 
-class NSDate : public Handle<NSDate> {
+class QRV_EXPORT NSDate : public Handle<NSDate> {
 public:
     using Handle::Handle;
     static const ClassInfo& classInfo();

@@ -12,7 +12,7 @@ namespace qrv {
 
 /// Copies share the pattern. `stringFromDate` may be called from any thread, `setDateFormat` only while no
 /// other thread uses the formatter.
-class NSDateFormatter {
+class QRV_EXPORT NSDateFormatter {
 public:
     /// Has no pattern yet: every date gives the empty text.
     NSDateFormatter() = default;

@@ -13,7 +13,7 @@ namespace qrv {
 class NSMutableDictionary;
 
 /// An immutable dictionary; copies share their storage.
-class NSDictionary : public Handle<NSDictionary> {
+class QRV_EXPORT NSDictionary : public Handle<NSDictionary> {
 public:
     using Entries = std::vector<std::pair<id, id>>;
 
@@ -48,7 +48,7 @@ public:
 };
 
 /// A dictionary that can be changed, by one owner.
-class NSMutableDictionary {
+class QRV_EXPORT NSMutableDictionary {
 public:
     NSMutableDictionary() = default;
 

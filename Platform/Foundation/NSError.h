@@ -53,7 +53,7 @@ inline constexpr long long NSURLErrorNotConnectedToInternet = -1009;
 inline constexpr long long NSURLErrorUserAuthenticationRequired = -1013;
 inline constexpr long long NSURLErrorSecureConnectionFailed = -1200;
 
-class NSError : public Handle<NSError> {
+class QRV_EXPORT NSError : public Handle<NSError> {
 public:
     using Handle::Handle;
     NSError() = default;
@@ -84,7 +84,7 @@ public:
 };
 
 /// The payload. To make an error class of your own, derive from it and override objectClass.
-class NSErrorObject : public Object, public NSCoding {
+class QRV_EXPORT NSErrorObject : public Object, public NSCoding {
 public:
     NSErrorObject(NSString domain, long long code, NSDictionary userInfo);
 
@@ -102,11 +102,11 @@ public:
 };
 
 /// Makes an error of NSPOSIXErrorDomain from an errno value, described in the system's words.
-NSError posixError(int number);
+QRV_EXPORT NSError posixError(int number);
 /// Makes the error of a failed file operation: NSCocoaErrorDomain with the code that fits the errno value,
 /// the path (unless nil) under NSFilePathErrorKey and the POSIX error under NSUnderlyingErrorKey.
-NSError fileReadError(int number, const NSString& path);
-NSError fileWriteError(int number, const NSString& path);
+QRV_EXPORT NSError fileReadError(int number, const NSString& path);
+QRV_EXPORT NSError fileWriteError(int number, const NSString& path);
 
 /// Stores the error unless the destination is null.
 inline void setError(NSError* destination, const NSError& error) {

@@ -14,7 +14,7 @@ inline constexpr char16_t NSRangeException[] = u"NSRangeException";
 inline constexpr char16_t NSInvalidArgumentException[] = u"NSInvalidArgumentException";
 inline constexpr char16_t NSInternalInconsistencyException[] = u"NSInternalInconsistencyException";
 
-class NSException : public std::exception {
+class QRV_EXPORT NSException : public std::exception {
 public:
     NSException(NSString name, NSString reason, NSDictionary userInfo = {});
 

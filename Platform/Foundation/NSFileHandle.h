@@ -7,7 +7,7 @@
 namespace qrv {
 
 /// Does not own the descriptor, which stays open until closeFile. One thread at a time.
-class NSFileHandle {
+class QRV_EXPORT NSFileHandle {
 public:
     // - initWithFileDescriptor:
     explicit NSFileHandle(int descriptor) : descriptor_(descriptor) {}

@@ -10,7 +10,7 @@
 
 namespace qrv {
 
-class NSKeyedArchiver {
+class QRV_EXPORT NSKeyedArchiver {
 public:
     NSKeyedArchiver() = delete;
 
@@ -20,7 +20,7 @@ public:
     static NSData archivedDataWithRootObject(const id& root);
 };
 
-class NSKeyedUnarchiver {
+class QRV_EXPORT NSKeyedUnarchiver {
 public:
     NSKeyedUnarchiver() = delete;
 

@@ -15,13 +15,13 @@
 
 namespace qrv {
 
-struct NSNotification {
+struct QRV_EXPORT NSNotification {
     NSString name;
     /// The sender, to compare with; null if none was given.
     const void* object = nullptr;
 };
 
-class NSNotificationCenter {
+class QRV_EXPORT NSNotificationCenter {
 public:
     using Handler = std::function<void(const NSNotification&)>;
 

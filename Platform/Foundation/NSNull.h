@@ -6,7 +6,7 @@
 
 namespace qrv {
 
-class NSNull : public Handle<NSNull> {
+class QRV_EXPORT NSNull : public Handle<NSNull> {
 public:
     using Handle::Handle;
     static const ClassInfo& classInfo();

@@ -7,7 +7,7 @@
 
 namespace qrv {
 
-class NSNumber : public Handle<NSNumber> {
+class QRV_EXPORT NSNumber : public Handle<NSNumber> {
 public:
     using Handle::Handle;
     static const ClassInfo& classInfo();

@@ -8,7 +8,7 @@
 
 namespace qrv {
 
-struct NSOperatingSystemVersion {
+struct QRV_EXPORT NSOperatingSystemVersion {
     long long majorVersion = 0;
     long long minorVersion = 0;
     long long patchVersion = 0;
@@ -17,15 +17,15 @@ struct NSOperatingSystemVersion {
 };
 
 /// The version that this layer reports: that of the services it offers, not the kernel's.
-struct PlatformVersion {
+struct QRV_EXPORT PlatformVersion {
     double foundation = 1677.104;
     NSOperatingSystemVersion system = {10, 15, 7};
 };
 
 /// The foundation library's version number.
-double NSFoundationVersionNumber();
+QRV_EXPORT double NSFoundationVersionNumber();
 
-class NSProcessInfo {
+class QRV_EXPORT NSProcessInfo {
 public:
     NSProcessInfo();
     NSProcessInfo(const NSProcessInfo&) = delete;

@@ -19,7 +19,7 @@ inline constexpr int maximumPropertyListDepth = 512;
 /// Code of NSCocoaErrorDomain: the bytes are no property list.
 inline constexpr long long NSPropertyListReadCorruptError = 3840;
 
-class NSPropertyListSerialization {
+class QRV_EXPORT NSPropertyListSerialization {
 public:
     // + propertyListWithData:options:format:error:
     /// Returns the root object, or nil and an error whose "NSDebugDescription" says what is wrong at which

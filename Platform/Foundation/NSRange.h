@@ -2,6 +2,8 @@
 
 // Ranges of UTF-16 units or bytes, and the geometry of pages: sizes and rectangles in points (1/72 inch).
 
+#include "Platform/Foundation/Export.h"
+
 #include <cstddef>
 #include <limits>
 
@@ -12,25 +14,25 @@ class NSString;
 /// "Not found", the platform's largest signed integer.
 inline constexpr std::size_t NSNotFound = std::numeric_limits<std::ptrdiff_t>::max();
 
-struct NSRange {
+struct QRV_EXPORT NSRange {
     std::size_t location = 0;
     std::size_t length = 0;
     friend bool operator==(const NSRange&, const NSRange&) = default;
 };
 
-struct NSPoint {
+struct QRV_EXPORT NSPoint {
     double x = 0;
     double y = 0;
     friend bool operator==(const NSPoint&, const NSPoint&) = default;
 };
 
-struct NSSize {
+struct QRV_EXPORT NSSize {
     double width = 0;
     double height = 0;
     friend bool operator==(const NSSize&, const NSSize&) = default;
 };
 
-struct NSRect {
+struct QRV_EXPORT NSRect {
     NSPoint origin;
     NSSize size;
 
@@ -40,14 +42,14 @@ struct NSRect {
 };
 
 /// "{location, length}"
-NSString NSStringFromRange(NSRange range);
+QRV_EXPORT NSString NSStringFromRange(NSRange range);
 /// "{x, y}"
-NSString NSStringFromPoint(NSPoint point);
+QRV_EXPORT NSString NSStringFromPoint(NSPoint point);
 /// "{width, height}"
-NSString NSStringFromSize(NSSize size);
+QRV_EXPORT NSString NSStringFromSize(NSSize size);
 /// "{{x, y}, {width, height}}"
-NSString NSStringFromRect(NSRect rect);
+QRV_EXPORT NSString NSStringFromRect(NSRect rect);
 /// Reads two numbers anywhere in the text, width first. A missing number is 0; nil gives a zero size.
-NSSize NSSizeFromString(const NSString& text);
+QRV_EXPORT NSSize NSSizeFromString(const NSString& text);
 
 } // namespace qrv

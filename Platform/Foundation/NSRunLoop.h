@@ -6,6 +6,8 @@
 // the loop itself; a handler that throws ends the innermost run operation with its exception and leaves the
 // loop usable. Everything belongs to the loop's thread.
 
+#include "Platform/Foundation/Export.h"
+
 #include <chrono>
 #include <functional>
 #include <memory>
@@ -14,7 +16,7 @@ namespace qrv {
 
 class NSDate;
 
-class NSRunLoop {
+class QRV_EXPORT NSRunLoop {
 public:
     using Handler = std::function<void()>;
     using TimePoint = std::chrono::steady_clock::time_point;

@@ -61,7 +61,7 @@ enum NSStringCompareOptions : unsigned long {
     NSWidthInsensitiveSearch = 256,
 };
 
-class NSString : public Handle<NSString> {
+class QRV_EXPORT NSString : public Handle<NSString> {
 public:
     using Handle::Handle;
     NSString() = default;

@@ -6,7 +6,7 @@
 
 namespace qrv {
 
-class NSThread {
+class QRV_EXPORT NSThread {
 public:
     // + currentThread
     static NSThread currentThread();

@@ -6,7 +6,7 @@
 
 namespace qrv {
 
-class NSURL : public Handle<NSURL> {
+class QRV_EXPORT NSURL : public Handle<NSURL> {
 public:
     using Handle::Handle;
     NSURL() = default;

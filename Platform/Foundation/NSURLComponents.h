@@ -9,7 +9,7 @@
 
 namespace qrv {
 
-class NSURLQueryItem {
+class QRV_EXPORT NSURLQueryItem {
 public:
     // + queryItemWithName:value:
     /// A nil value makes an item without "="; a nil name counts as empty.
@@ -30,7 +30,7 @@ private:
     NSString value_;
 };
 
-class NSURLComponents {
+class QRV_EXPORT NSURLComponents {
 public:
     // - setQueryItems:
     void setQueryItems(std::vector<NSURLQueryItem> items) { items_ = std::move(items); }

@@ -8,7 +8,7 @@
 
 namespace qrv {
 
-class NSUserDefaults : public Handle<NSUserDefaults> {
+class QRV_EXPORT NSUserDefaults : public Handle<NSUserDefaults> {
 public:
     using Handle::Handle;
     static const ClassInfo& classInfo();

@@ -9,6 +9,8 @@
 // Handles are cheap to copy and may be used from any thread, since payloads never change. Every operation of
 // a handle is defined on nil.
 
+#include "Platform/Foundation/Export.h"
+
 #include <concepts>
 #include <cstddef>
 #include <functional>
@@ -22,7 +24,7 @@ namespace qrv {
 class NSString;
 
 /// A run-time class: its name and its superclass. Compared by address.
-struct ClassInfo {
+struct QRV_EXPORT ClassInfo {
     const char* name;
     const ClassInfo* superclass;
 
@@ -36,7 +38,7 @@ struct ClassInfo {
 };
 
 /// A payload. Derive from it to put objects of your own into a user-info or a log line.
-class Object {
+class QRV_EXPORT Object {
 public:
     static const ClassInfo classInfo;
 
@@ -57,7 +59,7 @@ public:
 };
 
 /// A handle to a payload, or nil.
-class id {
+class QRV_EXPORT id {
 public:
     id() = default;
 
@@ -122,7 +124,7 @@ private:
 /// in `accepts` what such a payload is. A payload of another class, whatever class it claims to be of, gives
 /// nil.
 template <class Self>
-class Handle : public id {
+class QRV_EXPORT Handle : public id {
 public:
     Handle() = default;
 
@@ -148,7 +150,7 @@ T as(const id& x) {
 }
 
 /// A class as a value, as a user-info holds it under "QRVExpectedType". Described by its name.
-class Class : public Handle<Class> {
+class QRV_EXPORT Class : public Handle<Class> {
 public:
     using Handle::Handle;
     Class() = default;
@@ -164,23 +166,23 @@ public:
 
 /// Capabilities that a payload may offer. Ask for one with `id::payload<>()`, which corresponds to asking an
 /// object whether it responds to a selector.
-struct BooleanValue {
+struct QRV_EXPORT BooleanValue {
     virtual ~BooleanValue() = default;
     virtual bool boolValue() const = 0;
 };
 
-struct IntegerValue {
+struct QRV_EXPORT IntegerValue {
     virtual ~IntegerValue() = default;
     virtual long long integerValue() const = 0;
 };
 
-struct DoubleValue {
+struct QRV_EXPORT DoubleValue {
     virtual ~DoubleValue() = default;
     virtual double doubleValue() const = 0;
 };
 
 /// Marks payloads that an archiver can write.
-struct NSCoding {
+struct QRV_EXPORT NSCoding {
     virtual ~NSCoding() = default;
 };
 

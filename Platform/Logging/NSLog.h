@@ -13,9 +13,9 @@
 namespace qrv {
 
 /// `NSLog` with packed arguments. A nil format logs an empty text.
-void NSLogv(const NSString& format, const FormatArguments& arguments);
+QRV_EXPORT void NSLogv(const NSString& format, const FormatArguments& arguments);
 /// `NSLog` of an expanded text.
-void logText(const NSString& text);
+QRV_EXPORT void logText(const NSString& text);
 
 /// Logs the expansion of a format (see NSString::stringWithFormat).
 template <class... Arguments>

@@ -50,99 +50,101 @@ inline constexpr char16_t QRVStringEncodingKey[] = u"QRVStringEncoding";
 inline constexpr char16_t QRVDestinationFilePathKey[] = u"NSDestinationFilePath";
 
 /// Makes an error of QRVErrorDomain. A nil user-info counts as empty.
-NSError QRVError1(long long code, const NSDictionary& userInfo);
+QRV_EXPORT NSError QRVError1(long long code, const NSDictionary& userInfo);
 
 // Queries.
 
 // - qrvHasDomain:code:
 /// False for a nil domain.
-bool qrvHasDomain_code(const NSError& self, const NSString& domain, long long code);
+QRV_EXPORT bool qrvHasDomain_code(const NSError& self, const NSString& domain, long long code);
 // - qrvIsFilePermissionsError
 /// True for the Cocoa codes 513, 512 and 13 and for POSIX code 13, but not for the Cocoa read-permission code
 /// 257.
-bool qrvIsFilePermissionsError(const NSError& self);
+QRV_EXPORT bool qrvIsFilePermissionsError(const NSError& self);
 
 // Constructors.
 
 // + qrvErrorWithDomain:code:file:line:function:codeString:userInfo:
 /// Adds the source location to the user-info, which may be nil. A nil domain, and a null file, function or
 /// code string or one that is not UTF-8, raise NSInvalidArgumentException.
-NSError qrvErrorWithDomain_code_file_line_function_codeString_userInfo(const NSString& domain, long long code,
-                                                                       const char* file, unsigned long line,
-                                                                       const char* function,
-                                                                       const char* codeString,
-                                                                       const NSDictionary& userInfo);
+QRV_EXPORT NSError qrvErrorWithDomain_code_file_line_function_codeString_userInfo(
+    const NSString& domain, long long code, const char* file, unsigned long line, const char* function,
+    const char* codeString, const NSDictionary& userInfo);
 // + qrvRequirementFailedError:
-NSError qrvRequirementFailedError(const NSString& requirement);
+QRV_EXPORT NSError qrvRequirementFailedError(const NSString& requirement);
 // + qrvRequirementFailedError:userInfo:
 /// Code 901; a nil requirement is stored as the empty string. If a source for stack traces is installed
 /// (NSException+QRVStackTrace.h), the current one becomes the recovery suggestion.
-NSError qrvRequirementFailedError_userInfo(const NSString& requirement, const NSDictionary& userInfo);
+QRV_EXPORT NSError qrvRequirementFailedError_userInfo(const NSString& requirement,
+                                                      const NSDictionary& userInfo);
 // + qrvErrorWithCode:failingObject:
 /// A nil object is stored as "<nil>".
-NSError qrvErrorWithCode_failingObject(long long code, const id& object);
+QRV_EXPORT NSError qrvErrorWithCode_failingObject(long long code, const id& object);
 // + qrvErrorWithUnsupportedKey:forURL:
 /// Code 1001. A nil key raises NSInvalidArgumentException; a nil URL stores "<nil>" as the file path.
-NSError qrvErrorWithUnsupportedKey_forURL(const id& key, const NSURL& url);
+QRV_EXPORT NSError qrvErrorWithUnsupportedKey_forURL(const id& key, const NSURL& url);
 // + qrvErrorWithFailingObject:expectedClass:forURL:
 /// Cocoa code 259. A nil URL, or one without a path, stores "<nil>" as the file path.
-NSError qrvErrorWithFailingObject_expectedClass_forURL(const id& object, const Class& expectedClass,
-                                                       const NSURL& url);
+QRV_EXPORT NSError qrvErrorWithFailingObject_expectedClass_forURL(const id& object,
+                                                                  const Class& expectedClass,
+                                                                  const NSURL& url);
 // + qrvErrorWithActualValue:expectedValue:forKey:
 /// Code 2000. nil arguments are stored as "<nil>" and described as "(null)".
-NSError qrvErrorWithActualValue_expectedValue_forKey(const id& actual, const id& expected, const id& key);
+QRV_EXPORT NSError qrvErrorWithActualValue_expectedValue_forKey(const id& actual, const id& expected,
+                                                                const id& key);
 // + qrvCheckValue:matchesValue:forKey:error:
 /// True if the actual value's isEqual accepts the expected one, which nil never does; otherwise false and the
 /// value error with one stack frame.
-bool qrvCheckValue_matchesValue_forKey_error(const id& actual, const id& expected, const id& key,
-                                             NSError* error);
+QRV_EXPORT bool qrvCheckValue_matchesValue_forKey_error(const id& actual, const id& expected, const id& key,
+                                                        NSError* error);
 
 // Copies with one more key. They are plain errors, whatever the receiver's class; a nil value is stored as
 // "<nil>" unless said otherwise.
 
 // - qrvErrorBySettingObject:forKey:
 /// A nil key sets nothing.
-NSError qrvErrorBySettingObject_forKey(const NSError& self, const id& object, const id& key);
+QRV_EXPORT NSError qrvErrorBySettingObject_forKey(const NSError& self, const id& object, const id& key);
 // - qrvErrorByAddingUserInfo:
 /// A nil or empty dictionary returns the receiver itself.
-NSError qrvErrorByAddingUserInfo(const NSError& self, const NSDictionary& userInfo);
+QRV_EXPORT NSError qrvErrorByAddingUserInfo(const NSError& self, const NSDictionary& userInfo);
 // - qrvErrorBySettingMode:forKey:
 /// Stores the mode in octal digits: 0644 as "644".
-NSError qrvErrorBySettingMode_forKey(const NSError& self, std::uint32_t mode, const id& key);
+QRV_EXPORT NSError qrvErrorBySettingMode_forKey(const NSError& self, std::uint32_t mode, const id& key);
 // - qrvErrorBySettingFilePath:
-NSError qrvErrorBySettingFilePath(const NSError& self, const NSString& path);
+QRV_EXPORT NSError qrvErrorBySettingFilePath(const NSError& self, const NSString& path);
 // - qrvErrorBySettingFileURL:
-NSError qrvErrorBySettingFileURL(const NSError& self, const NSURL& url);
+QRV_EXPORT NSError qrvErrorBySettingFileURL(const NSError& self, const NSURL& url);
 // - qrvErrorBySettingCFilePath:
 /// Bytes that are not UTF-8 become U+FFFD; a null pointer counts as nil.
-NSError qrvErrorBySettingCFilePath(const NSError& self, const char* path);
+QRV_EXPORT NSError qrvErrorBySettingCFilePath(const NSError& self, const char* path);
 // - qrvErrorBySettingURL:
-NSError qrvErrorBySettingURL(const NSError& self, const NSURL& url);
+QRV_EXPORT NSError qrvErrorBySettingURL(const NSError& self, const NSURL& url);
 // - qrvErrorBySettingDestinationFilePath:
-NSError qrvErrorBySettingDestinationFilePath(const NSError& self, const NSString& path);
+QRV_EXPORT NSError qrvErrorBySettingDestinationFilePath(const NSError& self, const NSString& path);
 // - qrvErrorByAddingStackFrame:line:
 /// Puts "function (line)" before the existing frames; a null function is written as "(null)".
-NSError qrvErrorByAddingStackFrame_line(const NSError& self, const char* function, unsigned long line);
+QRV_EXPORT NSError qrvErrorByAddingStackFrame_line(const NSError& self, const char* function,
+                                                   unsigned long line);
 // - qrvErrorBySettingDescription:
-NSError qrvErrorBySettingDescription(const NSError& self, const NSString& description);
+QRV_EXPORT NSError qrvErrorBySettingDescription(const NSError& self, const NSString& description);
 // - qrvErrorBySettingRecoverySuggestion:
-NSError qrvErrorBySettingRecoverySuggestion(const NSError& self, const NSString& suggestion);
+QRV_EXPORT NSError qrvErrorBySettingRecoverySuggestion(const NSError& self, const NSString& suggestion);
 // - qrvErrorBySettingUnderlyingError:
-NSError qrvErrorBySettingUnderlyingError(const NSError& self, const NSError& error);
+QRV_EXPORT NSError qrvErrorBySettingUnderlyingError(const NSError& self, const NSError& error);
 // - qrvErrorBySettingUnderlyingReason:
-NSError qrvErrorBySettingUnderlyingReason(const NSError& self, const id& reason);
+QRV_EXPORT NSError qrvErrorBySettingUnderlyingReason(const NSError& self, const id& reason);
 // - qrvErrorBySettingFailingObject:
 /// nil is stored as the null object.
-NSError qrvErrorBySettingFailingObject(const NSError& self, const id& object);
+QRV_EXPORT NSError qrvErrorBySettingFailingObject(const NSError& self, const id& object);
 // - qrvErrorBySettingFailingObject:expectedClass:
 /// Also stores the expected class and the object's own class; for a nil object both are the null object.
-NSError qrvErrorBySettingFailingObject_expectedClass(const NSError& self, const id& object,
-                                                     const Class& expectedClass);
+QRV_EXPORT NSError qrvErrorBySettingFailingObject_expectedClass(const NSError& self, const id& object,
+                                                                const Class& expectedClass);
 // - qrvErrorBySettingArguments:
 /// nil is stored as the null object.
-NSError qrvErrorBySettingArguments(const NSError& self, const id& arguments);
+QRV_EXPORT NSError qrvErrorBySettingArguments(const NSError& self, const id& arguments);
 // - qrvErrorBySettingHelpAnchor:
 /// nil is stored as the empty string.
-NSError qrvErrorBySettingHelpAnchor(const NSError& self, const NSString& anchor);
+QRV_EXPORT NSError qrvErrorBySettingHelpAnchor(const NSError& self, const NSString& anchor);
 
 } // namespace qrv

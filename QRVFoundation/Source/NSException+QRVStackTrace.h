@@ -8,7 +8,7 @@
 namespace qrv {
 
 /// For exceptions that know where they were raised.
-struct QRVStackTraceSupplier {
+struct QRV_EXPORT QRVStackTraceSupplier {
     virtual ~QRVStackTraceSupplier() = default;
     // - qrvStackTrace
     /// nil means the current stack trace.
@@ -16,7 +16,7 @@ struct QRVStackTraceSupplier {
 };
 
 /// For exceptions that also have a shortened trace.
-struct QRVShortStackTraceSupplier {
+struct QRV_EXPORT QRVShortStackTraceSupplier {
     virtual ~QRVShortStackTraceSupplier() = default;
     // - qrvShortStackTrace
     virtual NSString qrvShortStackTrace() const = 0;
@@ -25,12 +25,12 @@ struct QRVShortStackTraceSupplier {
 using QRVStackTraceSource = NSString (*)();
 
 /// Installs the source that `qrvCurrentStackTrace` uses; null removes it. To be called once at start-up.
-void qrvSetStackTraceSource(QRVStackTraceSource source);
+QRV_EXPORT void qrvSetStackTraceSource(QRVStackTraceSource source);
 /// Whether a source is installed.
-bool qrvHasStackTraceSource();
+QRV_EXPORT bool qrvHasStackTraceSource();
 
 // + qrvCurrentStackTrace
 /// Returns the calling thread's trace. Raises NSInvalidArgumentException if no source is installed.
-NSString qrvCurrentStackTrace();
+QRV_EXPORT NSString qrvCurrentStackTrace();
 
 } // namespace qrv

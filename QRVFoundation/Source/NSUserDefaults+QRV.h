@@ -14,39 +14,43 @@ namespace qrv {
 
 // - qrvBoolForKey:domain:defaultValue:
 /// Also returns the default if the value does not read as a boolean.
-bool qrvBoolForKey_domain_defaultValue(const NSUserDefaults& self, const NSString& key,
-                                       const NSString& domain, bool defaultValue);
+QRV_EXPORT bool qrvBoolForKey_domain_defaultValue(const NSUserDefaults& self, const NSString& key,
+                                                  const NSString& domain, bool defaultValue);
 // - qrvIntegerForKey:domain:defaultValue:
 /// Also returns the default if the value does not read as an integer.
-long long qrvIntegerForKey_domain_defaultValue(const NSUserDefaults& self, const NSString& key,
-                                               const NSString& domain, long long defaultValue);
+QRV_EXPORT long long qrvIntegerForKey_domain_defaultValue(const NSUserDefaults& self, const NSString& key,
+                                                          const NSString& domain, long long defaultValue);
 // - qrvObjectForKey:domain:defaultValue:
 /// The value may be of any class, and the default may be nil.
-id qrvObjectForKey_domain_defaultValue(const NSUserDefaults& self, const NSString& key,
-                                       const NSString& domain, const id& defaultValue);
+QRV_EXPORT id qrvObjectForKey_domain_defaultValue(const NSUserDefaults& self, const NSString& key,
+                                                  const NSString& domain, const id& defaultValue);
 
 // Settings of the receiver's search list.
 
 // - qrvObjectForKey:defaultValue:
 /// The value may be of any class, and the default may be nil.
-id qrvObjectForKey_defaultValue(const NSUserDefaults& self, const NSString& key, const id& defaultValue);
+QRV_EXPORT id qrvObjectForKey_defaultValue(const NSUserDefaults& self, const NSString& key,
+                                           const id& defaultValue);
 // - qrvStringForKey:defaultValue:
 /// Also returns the default for anything but a string; numbers are not converted.
-NSString qrvStringForKey_defaultValue(const NSUserDefaults& self, const NSString& key,
-                                      const NSString& defaultValue);
+QRV_EXPORT NSString qrvStringForKey_defaultValue(const NSUserDefaults& self, const NSString& key,
+                                                 const NSString& defaultValue);
 // - qrvBoolForKey:defaultValue:
 /// Returns the value's own boolValue, which numbers have, and strings by their beginning.
-bool qrvBoolForKey_defaultValue(const NSUserDefaults& self, const NSString& key, bool defaultValue);
+QRV_EXPORT bool qrvBoolForKey_defaultValue(const NSUserDefaults& self, const NSString& key,
+                                           bool defaultValue);
 // - qrvIntegerForKey:defaultValue:
 /// Returns the value's own integerValue; 0 for a string that does not begin with a number.
-long long qrvIntegerForKey_defaultValue(const NSUserDefaults& self, const NSString& key,
-                                        long long defaultValue);
+QRV_EXPORT long long qrvIntegerForKey_defaultValue(const NSUserDefaults& self, const NSString& key,
+                                                   long long defaultValue);
 // - qrvDoubleForKey:defaultValue:
 /// Returns the value's own doubleValue; 0 for a string that does not begin with a number.
-double qrvDoubleForKey_defaultValue(const NSUserDefaults& self, const NSString& key, double defaultValue);
+QRV_EXPORT double qrvDoubleForKey_defaultValue(const NSUserDefaults& self, const NSString& key,
+                                               double defaultValue);
 // - qrvSizeForKey:defaultValue:
 /// Reads a string such as "{612, 792}", width first; one without a number gives a zero size. The default
 /// takes the same way through its text form.
-NSSize qrvSizeForKey_defaultValue(const NSUserDefaults& self, const NSString& key, NSSize defaultValue);
+QRV_EXPORT NSSize qrvSizeForKey_defaultValue(const NSUserDefaults& self, const NSString& key,
+                                             NSSize defaultValue);
 
 } // namespace qrv

@@ -20,10 +20,10 @@ inline constexpr char16_t QRVExceptionLocationKey[] = u"QRVExceptionLocation";
 
 /// Returns "file:line -selector" with the last component of the path, and "+" if the object is a class;
 /// "file:line " with a trailing blank if there is no object or selector.
-NSString describe(const char* file, unsigned long line, const id& object, const char* selector);
+QRV_EXPORT NSString describe(const char* file, unsigned long line, const id& object, const char* selector);
 
 /// The exception that QRVFunctions raises.
-class QRVException : public NSException {
+class QRV_EXPORT QRVException : public NSException {
 public:
     using NSException::NSException;
 
@@ -37,13 +37,13 @@ public:
 };
 
 /// Receives the diagnostic lines instead of the system log.
-struct QRVLoggingDelegate {
+struct QRV_EXPORT QRVLoggingDelegate {
     virtual ~QRVLoggingDelegate() = default;
     // - logString:
     virtual void logString(const NSString& string) = 0;
 };
 
-class QRVFunctions {
+class QRV_EXPORT QRVFunctions {
 public:
     static const ClassInfo classInfo;
 

@@ -7,7 +7,7 @@
 namespace qrv {
 
 /// The abstract base class of log writers.
-class QRVLogWriter {
+class QRV_EXPORT QRVLogWriter {
 public:
     // - init
     /// Reads QRVIsInXcode from the environment.

@@ -24,7 +24,7 @@ inline constexpr char16_t QRVLoggerIncludeArea[] = u"QRVLoggerIncludeArea";
 inline constexpr char16_t QRVLoggerPrefix[] = u"QRVLoggerPrefix";
 
 /// The area of a log statement: a literal, of which no string is made unless it is logged, or a string.
-class QRVLogArea {
+class QRV_EXPORT QRVLogArea {
 public:
     QRVLogArea(const char16_t* name)
         : name_(name ? std::u16string_view(name) : std::u16string_view()), isNil_(!name) {}
@@ -50,7 +50,7 @@ private:
 
 /// Every operation may be called from any thread. The logging operations log unconditionally: callers first
 /// ask `isEnabledForArea`, so that the arguments of a disabled line are never formatted.
-class QRVLogger : public Object, public std::enable_shared_from_this<QRVLogger> {
+class QRV_EXPORT QRVLogger : public Object, public std::enable_shared_from_this<QRVLogger> {
 public:
     static const ClassInfo classInfo;
 

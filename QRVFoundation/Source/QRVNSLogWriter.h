@@ -6,7 +6,7 @@
 
 namespace qrv {
 
-class QRVNSLogWriter : public QRVLogWriter {
+class QRV_EXPORT QRVNSLogWriter : public QRVLogWriter {
 public:
     // - writePrefix:message:area:
     /// Writes one line, however long; the area is not shown.

@@ -19,7 +19,7 @@
 
 namespace qrv {
 
-class QRVOSLogWriter : public QRVLogWriter {
+class QRV_EXPORT QRVOSLogWriter : public QRVLogWriter {
 public:
     // - init
     QRVOSLogWriter();

@@ -9,9 +9,9 @@ namespace qrv {
 // - qrvCompareForDisplay:
 /// Compares by the rules of the user's language, ignoring case, with numbers by value: "File 9" before "file
 /// 10". nil counts as the empty text.
-NSComparisonResult qrvCompareForDisplay(const NSString& self, const NSString& other);
+QRV_EXPORT NSComparisonResult qrvCompareForDisplay(const NSString& self, const NSString& other);
 // - qrvCompareLength:
 /// Compares by the number of units only; nil has none.
-NSComparisonResult qrvCompareLength(const NSString& self, const NSString& other);
+QRV_EXPORT NSComparisonResult qrvCompareLength(const NSString& self, const NSString& other);
 
 } // namespace qrv

@@ -10,15 +10,15 @@ namespace qrv {
 
 // + qrvStringWithFourCharCode:
 /// 'TEXT' for 0x54455854; the unknown code for 0.
-NSString qrvStringWithFourCharCode(std::uint32_t code);
+QRV_EXPORT NSString qrvStringWithFourCharCode(std::uint32_t code);
 // - qrvFourCharCodeValue
 /// Returns the code of a text of exactly four units, or 0 if it cannot be encoded in Mac OS Roman. Any other
 /// length, nil included, fails an assertion.
-std::uint32_t qrvFourCharCodeValue(const NSString& self);
+QRV_EXPORT std::uint32_t qrvFourCharCodeValue(const NSString& self);
 // + qrvUnknownCode
 /// Four U+0000.
-NSString qrvUnknownCode();
+QRV_EXPORT NSString qrvUnknownCode();
 // - qrvIsUnknownCode
-bool qrvIsUnknownCode(const NSString& self);
+QRV_EXPORT bool qrvIsUnknownCode(const NSString& self);
 
 } // namespace qrv

@@ -9,50 +9,51 @@ namespace qrv {
 
 // + qrvMaxFileNameCharacters
 /// 255: the maximum length of a file name, in UTF-16 units of its canonical decomposition.
-unsigned long qrvMaxFileNameCharacters();
+QRV_EXPORT unsigned long qrvMaxFileNameCharacters();
 // + qrvMaxPathLength
 /// 1024: the maximum length of a path, in bytes.
-unsigned long qrvMaxPathLength();
+QRV_EXPORT unsigned long qrvMaxPathLength();
 
 // - qrvMakeFileNameCharactersValid
 /// Replaces "/" by ":" and removes U+FFFC (object replacement character).
-NSString qrvMakeFileNameCharactersValid(const NSString& self);
+QRV_EXPORT NSString qrvMakeFileNameCharactersValid(const NSString& self);
 // - qrvMakeFileNameValid
 /// Makes a valid file name of at most the maximum length, without shortening the extension.
-NSString qrvMakeFileNameValid(const NSString& self);
+QRV_EXPORT NSString qrvMakeFileNameValid(const NSString& self);
 // - qrvMakeFileNameValidWithExtension:
 /// Makes a valid file name with the receiver as stem and the extension.
-NSString qrvMakeFileNameValidWithExtension(const NSString& self, const NSString& extension);
+QRV_EXPORT NSString qrvMakeFileNameValidWithExtension(const NSString& self, const NSString& extension);
 // - qrvMakeFileNameValidWithExtension:maxLength:
 /// Shortens the stem, by composed characters at its end, until it fits with "." and the extension into the
 /// maximum length; an empty or nil extension adds nothing. Fails an assertion if the extension and its dot
 /// alone exceed the length.
-NSString qrvMakeFileNameValidWithExtension_maxLength(const NSString& self, const NSString& extension,
-                                                     unsigned long maxLength);
+QRV_EXPORT NSString qrvMakeFileNameValidWithExtension_maxLength(const NSString& self,
+                                                                const NSString& extension,
+                                                                unsigned long maxLength);
 // - qrvMakeFileNameValidForCarbon
 /// Replaces ":" by "/".
-NSString qrvMakeFileNameValidForCarbon(const NSString& self);
+QRV_EXPORT NSString qrvMakeFileNameValidForCarbon(const NSString& self);
 
 // - qrvParent
-NSString qrvParent(const NSString& self);
+QRV_EXPORT NSString qrvParent(const NSString& self);
 // - qrvName
-NSString qrvName(const NSString& self);
+QRV_EXPORT NSString qrvName(const NSString& self);
 // - qrvBasename
 /// The name without its extension.
-NSString qrvBasename(const NSString& self);
+QRV_EXPORT NSString qrvBasename(const NSString& self);
 // - qrvPathExtension
-NSString qrvPathExtension(const NSString& self);
+QRV_EXPORT NSString qrvPathExtension(const NSString& self);
 // - qrvChild:
 /// Appends the name as a path component.
-NSString qrvChild(const NSString& self, const NSString& name);
+QRV_EXPORT NSString qrvChild(const NSString& self, const NSString& name);
 // - qrvWithExtension:
-NSString qrvWithExtension(const NSString& self, const NSString& extension);
+QRV_EXPORT NSString qrvWithExtension(const NSString& self, const NSString& extension);
 
 // - qrvPathContainsPath:
 /// Whether the argument is the receiver or below it, by whole components. False for nil.
-bool qrvPathContainsPath(const NSString& self, const NSString& path);
+QRV_EXPORT bool qrvPathContainsPath(const NSString& self, const NSString& path);
 // - qrvPathIsEqual:
 /// Whether both are the same path after standardising. False for nil.
-bool qrvPathIsEqual(const NSString& self, const NSString& path);
+QRV_EXPORT bool qrvPathIsEqual(const NSString& self, const NSString& path);
 
 } // namespace qrv

@@ -7,30 +7,30 @@
 namespace qrv {
 
 // + qrvEllipsis
-NSString qrvEllipsis();
+QRV_EXPORT NSString qrvEllipsis();
 // + qrvEnDash
-NSString qrvEnDash();
+QRV_EXPORT NSString qrvEnDash();
 // + qrvEmDash
-NSString qrvEmDash();
+QRV_EXPORT NSString qrvEmDash();
 // + qrvLeftDoubleQuote
-NSString qrvLeftDoubleQuote();
+QRV_EXPORT NSString qrvLeftDoubleQuote();
 // + qrvRightDoubleQuote
-NSString qrvRightDoubleQuote();
+QRV_EXPORT NSString qrvRightDoubleQuote();
 // + qrvLeftSingleQuote
-NSString qrvLeftSingleQuote();
+QRV_EXPORT NSString qrvLeftSingleQuote();
 // + qrvRightSingleQuote
-NSString qrvRightSingleQuote();
+QRV_EXPORT NSString qrvRightSingleQuote();
 // + qrvLeftDoubleGuillemet
-NSString qrvLeftDoubleGuillemet();
+QRV_EXPORT NSString qrvLeftDoubleGuillemet();
 // + qrvRightDoubleGuillemet
-NSString qrvRightDoubleGuillemet();
+QRV_EXPORT NSString qrvRightDoubleGuillemet();
 // + qrvLeftSingleGuillemet
-NSString qrvLeftSingleGuillemet();
+QRV_EXPORT NSString qrvLeftSingleGuillemet();
 // + qrvRightSingleGuillemet
-NSString qrvRightSingleGuillemet();
+QRV_EXPORT NSString qrvRightSingleGuillemet();
 
 // - qrvDoubleQuotedString
 /// Puts the text in typographic double quotes; nil counts as the empty text.
-NSString qrvDoubleQuotedString(const NSString& self);
+QRV_EXPORT NSString qrvDoubleQuotedString(const NSString& self);
 
 } // namespace qrv
