@@ -30,9 +30,9 @@ public:
     /// "name: reason", in UTF-8.
     const char* what() const noexcept override { return what_.c_str(); }
 
+    // + doesNotRecognizeSelector:
     /// Raises NSInvalidArgumentException "-[class selector]: unrecognized selector sent to instance", as
     /// calling an abstract operation does.
-    // - doesNotRecognizeSelector:
     [[noreturn]] static void doesNotRecognizeSelector(const NSString& className, const NSString& selector);
 
 private:

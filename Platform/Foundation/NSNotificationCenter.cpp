@@ -18,8 +18,8 @@ NSNotificationCenter& NSNotificationCenter::defaultCenter() {
     return instance;
 }
 
-void NSNotificationCenter::addObserver_name_object(const void* observer, const NSString& name,
-                                                   const void* object, Handler handler) {
+void NSNotificationCenter::addObserver_selector_name_object(const void* observer, Handler handler,
+                                                            const NSString& name, const void* object) {
     auto observation = std::make_shared<Observation>(Observation{observer, name, object, std::move(handler)});
     const std::lock_guard lock(mutex_);
     observations_.push_back(std::move(observation));

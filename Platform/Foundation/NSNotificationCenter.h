@@ -3,7 +3,8 @@
 // Notifications by name, from senders to observers.
 //
 //     NSNotificationCenter& center = NSNotificationCenter::defaultCenter();
-//     center.addObserver_name_object(this, u"Finished", view, [this](const NSNotification& n) { ... });
+//     const auto handler = [this](const NSNotification& notification) { ... };
+//     center.addObserver_selector_name_object(this, handler, u"Finished", view);
 //     center.removeObserver(this); // in the destructor
 
 #include "Platform/Foundation/NSString.h"
@@ -34,10 +35,10 @@ public:
     static NSNotificationCenter& defaultCenter();
 
     // - addObserver:selector:name:object:
-    /// Calls `handler` for each notification of this name from `object`, or from any sender if `object` is
+    /// Calls the handler for each notification of this name from `object`, or from any sender if `object` is
     /// null. The observer only identifies the observation; it is not kept alive.
-    void addObserver_name_object(const void* observer, const NSString& name, const void* object,
-                                 Handler handler);
+    void addObserver_selector_name_object(const void* observer, Handler handler, const NSString& name,
+                                          const void* object);
     // - removeObserver:
     /// Ends every observation of this observer at once; even a notification that is being posted no longer
     /// reaches it.

@@ -254,7 +254,7 @@ public:
     // - pathComponents
     /// Splits the path; a leading or trailing slash counts as a component.
     NSArray pathComponents() const;
-    // - stringWithFileSystemRepresentation:length:
+    // + stringWithFileSystemRepresentation:length:
     /// The path of these bytes, whatever they are: those that are not UTF-8 become unpaired surrogates
     /// (U+DC80 to U+DCFF), which show as U+FFFD everywhere else. Returns nil for a null pointer.
     static NSString stringWithFileSystemRepresentation_length(const char* bytes, std::size_t length);

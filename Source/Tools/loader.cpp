@@ -58,9 +58,9 @@ Loader::Loader() {
     _view->setFrameLoadDelegate(this);
     _view->setPolicyDelegate(this);
     _view->setResourceLoadDelegate(this);
-    NSNotificationCenter::defaultCenter().addObserver_name_object(
-        this, WebViewProgressFinishedNotification, _view.get(),
-        [this](const NSNotification& notification) { progressFinished(notification); });
+    NSNotificationCenter::defaultCenter().addObserver_selector_name_object(
+        this, [this](const NSNotification& notification) { progressFinished(notification); },
+        WebViewProgressFinishedNotification, _view.get());
 }
 
 Loader::~Loader() {

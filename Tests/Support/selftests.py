@@ -309,20 +309,59 @@ class SourceCheckTests(unittest.TestCase):
     def test_declaration_with_a_plain_comment(self):
         for text in ("// Opens it.\nvoid open();\n", "struct S {\n    // Opens it,\n    // and more.\n    int x = 0;\n};\n",
                      "enum class E {\n    // The first.\n    one,\n};\n",
-                     "// - open\n// Opens it.\nvoid open();\n", "// - open\n/// Opens it.\n// - shut\n// Both.\nvoid open();\n"):
+                     "// - open\n// Opens it.\nvoid open(const W& self);\n", "// - open: it:\nvoid open(int x);\n",
+                     "// - open\n/// Opens it.\n// Before others.\nvoid open(const W& self);\n"):
             with self.subTest(text):
                 problems = self.in_header(text)
                 self.assertEqual(len(problems), 1, problems)
                 self.assertIn("in the place of ///", problems[0])
 
     def test_comments_that_a_header_may_have(self):
-        for text in ("// - open\n/// Opens it.\nvoid open();\n", "// + window\nvoid open();\n",
+        for text in ("// - open\n/// Opens it.\nvoid open(const W& self);\n", "// + window\nvoid window();\n",
                      "// Of the section below.\n\nvoid open();\n", "int x = 0; // Behind it.\n",
                      "struct S {\n    int x() {\n        // Why so.\n        return 1;\n    }\n};\n",
                      "inline constexpr int x[] = {\n    // The first.\n    1,\n};\n",
                      'inline const char* x = "{";\n/// Shut.\nint y;\n'):
             with self.subTest(text):
                 self.assertEqual(self.in_header(text), [])
+
+    def test_selector_that_does_not_fit_its_declaration(self):
+        for expected, text in (
+                ("declared as run", "// - runFast\nvoid run(const Car& self);\n"),
+                ("declared as setGear", "// - setGear:forCar:\n/// Of it.\nvoid setGear(const Car& self, int gear);\n"),
+                ("declared as nothing", "// - run\nextern int run;\n"),
+                ("declared as Car", "struct Car {\n    // - start\n    Car();\n};\n"),
+                ("parameters do not fit", "// - setGear\nvoid setGear(const Car& self, int gear);\n"),
+                ("parameters do not fit", "// - setGear:\nvoid setGear(const Car& self);\n"),
+                ("has no receiver", "// - drive:\nvoid drive(const Car& other);\n"),
+                ("has a receiver", "// + drive\nvoid drive(const Car& self);\n"),
+                ("is not static", "class QRV_EXPORT Car : public Thing {\n    // + car\n    Car car();\n};\n"),
+                ("is static", "class Car : public Thing {\n    // - run\n    static void run();\n};\n")):
+            with self.subTest(text):
+                problems = self.in_header(text)
+                self.assertEqual(len(problems), 1, problems)
+                self.assertIn(expected, problems[0])
+
+    def test_selectors_that_fit(self):
+        for text in ("// - setGear:forCar:\n/// Of it: f(x).\nvoid setGear_forCar(\n    const Driver& self, int gear,\n"
+                     "    std::function<void(int, int)> done);\n",
+                     "// + initial\nCar initial();\n", "// + carWithName:\nCar carWithName(const char* name);\n",
+                     "struct Car {\n    // - init\n    Car();\n    // - dealloc\n    ~Car();\n"
+                     "    // - initWithName:\n    explicit Car(const char* name);\n"
+                     "    // - initWithNumber:error:\n    static Car initWithNumber_error(int number, int* error);\n"
+                     "    // + log:\n    template <class... Ts>\n    [[noreturn]] static void log(const Ts&... ts) {}\n};\n",
+                     "// + 1 is no selector: it has a blank.\n\nvoid f();\n"):
+            with self.subTest(text):
+                self.assertEqual(self.in_header(text), [])
+
+    def test_table_of_selectors(self):
+        headers = {"A/Car.h": "class Car;\nclass Car : public Thing {\npublic:\n    // - run\n    void run();\n};\n",
+                   "A/Car+Radio.h": "// + car\nCar car();\n// - playSong:\n/// Plays it.\n"
+                                    "void playSong(const Car& self, int song);\n"}
+        self.assertEqual(list(self.check.selector_table.rows(headers)), [
+            "| `+ car` | [car](@ref qrv::car) | `Car` | `A/Car+Radio.h` |",
+            "| `- playSong:` | [playSong](@ref qrv::playSong) | `Car` | `A/Car+Radio.h` |",
+            "| `- run` | [run](@ref qrv::Car::run) | `Car` | `A/Car.h` |"])
 
     def test_script_in_a_literal(self):
         for text in ('"document.title"', 'R"js(1)js"', 'R"(x => x)"', '"(function () {})()"', '"window.close = 1"',

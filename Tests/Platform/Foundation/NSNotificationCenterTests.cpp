@@ -26,14 +26,15 @@ TEST_F(NotificationCenter, DefaultCenterIsOneObject) {
 
 TEST_F(NotificationCenter, HandlerIsToldNameAndSender) {
     NSNotification got;
-    center.addObserver_name_object(&first, u"Done", &sender, [&](const NSNotification& n) { got = n; });
+    center.addObserver_selector_name_object(
+        &first, [&](const NSNotification& n) { got = n; }, u"Done", &sender);
     center.postNotificationName_object(u"Done", &sender);
     EXPECT_EQ(got.name, NSString(u"Done"));
     EXPECT_EQ(got.object, &sender);
 }
 
 TEST_F(NotificationCenter, OtherNamesAndOtherSendersAreNotHeard) {
-    center.addObserver_name_object(&first, u"Done", &sender, note("a"));
+    center.addObserver_selector_name_object(&first, note("a"), u"Done", &sender);
     center.postNotificationName_object(u"Undone", &sender);
     center.postNotificationName_object(u"Done", &second);
     center.postNotificationName_object(u"Done", nullptr);
@@ -41,24 +42,24 @@ TEST_F(NotificationCenter, OtherNamesAndOtherSendersAreNotHeard) {
 }
 
 TEST_F(NotificationCenter, ObserverOfAnySenderHearsAll) {
-    center.addObserver_name_object(&first, u"Done", nullptr, note("a"));
+    center.addObserver_selector_name_object(&first, note("a"), u"Done", nullptr);
     center.postNotificationName_object(u"Done", &sender);
     center.postNotificationName_object(u"Done", nullptr);
     EXPECT_EQ(heard, "aa");
 }
 
 TEST_F(NotificationCenter, HandlersRunInTheOrderTheyWereAdded) {
-    center.addObserver_name_object(&first, u"Done", nullptr, note("a"));
-    center.addObserver_name_object(&second, u"Done", nullptr, note("b"));
-    center.addObserver_name_object(&first, u"Done", nullptr, note("c"));
+    center.addObserver_selector_name_object(&first, note("a"), u"Done", nullptr);
+    center.addObserver_selector_name_object(&second, note("b"), u"Done", nullptr);
+    center.addObserver_selector_name_object(&first, note("c"), u"Done", nullptr);
     center.postNotificationName_object(u"Done", nullptr);
     EXPECT_EQ(heard, "abc");
 }
 
 TEST_F(NotificationCenter, RemovingAnObserverEndsAllItsObservations) {
-    center.addObserver_name_object(&first, u"Done", nullptr, note("a"));
-    center.addObserver_name_object(&first, u"More", nullptr, note("b"));
-    center.addObserver_name_object(&second, u"Done", nullptr, note("c"));
+    center.addObserver_selector_name_object(&first, note("a"), u"Done", nullptr);
+    center.addObserver_selector_name_object(&first, note("b"), u"More", nullptr);
+    center.addObserver_selector_name_object(&second, note("c"), u"Done", nullptr);
     center.removeObserver(&first);
     center.postNotificationName_object(u"Done", nullptr);
     center.postNotificationName_object(u"More", nullptr);
@@ -66,27 +67,33 @@ TEST_F(NotificationCenter, RemovingAnObserverEndsAllItsObservations) {
 }
 
 TEST_F(NotificationCenter, AnObserverRemovedDuringAPostIsNotCalledAnyMore) {
-    center.addObserver_name_object(&first, u"Done", nullptr,
-                                   [&](const NSNotification&) { center.removeObserver(&second); });
-    center.addObserver_name_object(&second, u"Done", nullptr, note("b"));
+    center.addObserver_selector_name_object(
+        &first, [&](const NSNotification&) { center.removeObserver(&second); }, u"Done", nullptr);
+    center.addObserver_selector_name_object(&second, note("b"), u"Done", nullptr);
     center.postNotificationName_object(u"Done", nullptr);
     EXPECT_EQ(heard, "");
 }
 
 TEST_F(NotificationCenter, AnObserverMayRemoveItselfDuringItsOwnCall) {
-    center.addObserver_name_object(&first, u"Done", nullptr, [&](const NSNotification& n) {
-        center.removeObserver(&first);
-        heard += n.name.utf8();
-    });
+    center.addObserver_selector_name_object(
+        &first,
+        [&](const NSNotification& n) {
+            center.removeObserver(&first);
+            heard += n.name.utf8();
+        },
+        u"Done", nullptr);
     center.postNotificationName_object(u"Done", nullptr);
     center.postNotificationName_object(u"Done", nullptr);
     EXPECT_EQ(heard, "Done");
 }
 
 TEST_F(NotificationCenter, AnObserverAddedDuringAPostWaitsForTheNext) {
-    center.addObserver_name_object(&first, u"Done", nullptr, [&](const NSNotification&) {
-        center.addObserver_name_object(&second, u"Done", nullptr, note("b"));
-    });
+    center.addObserver_selector_name_object(
+        &first,
+        [&](const NSNotification&) {
+            center.addObserver_selector_name_object(&second, note("b"), u"Done", nullptr);
+        },
+        u"Done", nullptr);
     center.postNotificationName_object(u"Done", nullptr);
     EXPECT_EQ(heard, "");
     center.postNotificationName_object(u"Done", nullptr);
@@ -95,13 +102,15 @@ TEST_F(NotificationCenter, AnObserverAddedDuringAPostWaitsForTheNext) {
 
 TEST_F(NotificationCenter, ThreadsMayPostAddAndRemoveAtOnce) {
     std::atomic<int> calls = 0;
-    center.addObserver_name_object(&first, u"Done", nullptr, [&](const NSNotification&) { ++calls; });
+    center.addObserver_selector_name_object(
+        &first, [&](const NSNotification&) { ++calls; }, u"Done", nullptr);
     std::vector<std::thread> threads;
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&] {
             int own = 0;
             for (int i = 0; i < 100; ++i) {
-                center.addObserver_name_object(&own, u"Done", &own, [&](const NSNotification&) { ++own; });
+                center.addObserver_selector_name_object(
+                    &own, [&](const NSNotification&) { ++own; }, u"Done", &own);
                 center.postNotificationName_object(u"Done", &own);
                 center.removeObserver(&own);
             }

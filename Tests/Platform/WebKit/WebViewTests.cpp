@@ -155,9 +155,9 @@ protected:
         view_->setFrameLoadDelegate(&delegate_);
         view_->setPolicyDelegate(&delegate_);
         view_->setResourceLoadDelegate(&delegate_);
-        NSNotificationCenter::defaultCenter().addObserver_name_object(
-            this, WebViewProgressFinishedNotification, view_.get(),
-            [this](const NSNotification&) { delegate_.record("progress finished", nullptr); });
+        NSNotificationCenter::defaultCenter().addObserver_selector_name_object(
+            this, [this](const NSNotification&) { delegate_.record("progress finished", nullptr); },
+            WebViewProgressFinishedNotification, view_.get());
     }
 
     ~WebViewTest() override {
