@@ -10,7 +10,8 @@ import tempfile
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-EXAMPLE = ROOT / "Examples" / "Greeter"
+EXAMPLES = ROOT / "Examples"
+EXAMPLE = EXAMPLES / "Greeter"
 CMAKE = os.environ["CMAKE"]
 CXX = os.environ["CXX"]
 FLAGS = shlex.split(os.environ.get("CXXFLAGS", ""))
@@ -137,6 +138,11 @@ class InstalledFilesTests(PackageTestCase):
         self.assertGreater(len(names), 40)
         run(CXX, *FLAGS, "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", "-Werror", f"-I{include}",
             "-x", "c++", "-", input="".join(f'#include "{name}"\n' for name in names))
+
+    def test_the_examples_need_no_other_headers(self):
+        for example in sorted(EXAMPLES.glob("*/*.cpp")):
+            with self.subTest(example.name):
+                run(CXX, *FLAGS, "-std=c++20", "-fsyntax-only", f"-I{self.prefix / 'include'}", example)
 
     def test_nothing_names_the_build_or_the_sources(self):
         for path in self.library_folder().rglob("*"):
