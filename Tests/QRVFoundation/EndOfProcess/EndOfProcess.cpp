@@ -45,8 +45,9 @@ int main() {
     static std::atomic<int> started = 0; // the threads outlive this function
     for (int i = 0; i < 4; ++i) {
         std::thread([] {
-            for (bool isFirst = true; useAll("a thread"); isFirst = false)
-                if (isFirst) ++started;
+            bool isRight = useAll("a thread");
+            ++started;
+            while (isRight) isRight = useAll("a thread");
         }).detach();
     }
     while (started < 4) std::this_thread::yield();
