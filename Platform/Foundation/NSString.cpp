@@ -22,6 +22,8 @@ class StringObject final : public Object,
 public:
     explicit StringObject(std::u16string&& text) : text_(std::move(text)) {}
 
+    explicit StringObject(std::u16string_view text) : text_(text) {}
+
     const ClassInfo& objectClass() const override { return stringClassInfo; }
 
     bool isEqual(const Object& other) const override {
@@ -57,7 +59,7 @@ void requireIndex(bool inside, const char16_t* selector, std::size_t index, std:
 NSString::NSString(const char16_t* text)
     : NSString(text ? NSString(std::u16string_view(text)) : NSString()) {}
 
-NSString::NSString(std::u16string_view text) : Handle(std::make_shared<StringObject>(std::u16string(text))) {}
+NSString::NSString(std::u16string_view text) : Handle(std::make_shared<StringObject>(text)) {}
 
 NSString::NSString(std::u16string&& text) : Handle(std::make_shared<StringObject>(std::move(text))) {}
 

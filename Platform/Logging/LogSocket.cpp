@@ -51,6 +51,11 @@ void LogSocket::setPath(std::string path) {
     tickOfLook_ = -1;
 }
 
+bool LogSocket::mayHaveReader() {
+    const std::lock_guard lock(mutex_);
+    return wasThere_ || tickOfLook_ != coarseMilliseconds();
+}
+
 bool LogSocket::send(std::string_view datagram, bool mayPassMemoryFile) {
     const std::lock_guard lock(mutex_);
     if (socket_) {

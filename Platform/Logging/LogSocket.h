@@ -18,6 +18,9 @@ class LogSocket {
 public:
     explicit LogSocket(std::string path) : path_(std::move(path)) {}
 
+    /// False when nobody has ever been there to take datagrams, as far as the present tick's look said.
+    bool mayHaveReader();
+
     /// False when nobody took it. What is too long for one datagram is handed over in a sealed memory file,
     /// where the daemon knows that way.
     bool send(std::string_view datagram, bool mayPassMemoryFile);

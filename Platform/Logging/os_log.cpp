@@ -38,7 +38,7 @@ os_log_t os_log_create(std::string_view subsystem, std::string_view category) {
 }
 
 void os_log_with_type(const os_log_t& log, os_log_type_t type, std::string_view text) {
-    if (!log) return;
+    if (!log || !journal().mayHaveReader()) return;
     std::string entry;
     entry.reserve(text.size() + log->subsystem.size() + log->category.size() + 128);
     appendField(entry, "MESSAGE", text);
