@@ -23,7 +23,7 @@ long long signExtended(unsigned long long bits, unsigned bytes) {
 }
 
 /// The conversion for printf, with this length modifier.
-std::string specification(const FormatConversion& c, const char* length, char letter) {
+std::string printfFormat(const FormatConversion& c, const char* length, char letter) {
     std::string text = "%";
     if (c.isLeft) text += '-';
     if (c.hasPlus) text += '+';
@@ -36,13 +36,13 @@ std::string specification(const FormatConversion& c, const char* length, char le
 }
 
 template <class T>
-void print(FormatOutput& out, const std::string& specification, T value) {
+void print(FormatOutput& out, const std::string& printfFormat, T value) {
     // The conversion was assembled from checked parts.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-    const int length = std::snprintf(nullptr, 0, specification.c_str(), value);
+    const int length = std::snprintf(nullptr, 0, printfFormat.c_str(), value);
     std::string text(static_cast<std::size_t>(std::max(length, 0)) + 1, '\0');
-    std::snprintf(text.data(), text.size(), specification.c_str(), value);
+    std::snprintf(text.data(), text.size(), printfFormat.c_str(), value);
 #pragma GCC diagnostic pop
     text.pop_back();
     out.append(text.begin(), text.end());
@@ -86,9 +86,9 @@ void appendInteger(FormatOutput& out, const FormatConversion& c, const FormatArg
                              : std::to_chars(digits, std::end(digits), magnitude, letter == 'x' ? 16 : 10);
         out.append(digits, end.ptr);
     } else if (isSigned) {
-        print(out, specification(c, "ll", letter), signExtended(argument.bits, width));
+        print(out, printfFormat(c, "ll", letter), signExtended(argument.bits, width));
     } else {
-        print(out, specification(c, "ll", letter), magnitude);
+        print(out, printfFormat(c, "ll", letter), magnitude);
     }
 }
 
@@ -108,9 +108,9 @@ void appendReal(FormatOutput& out, const FormatConversion& c, const FormatArgume
     const DecimalPoint decimalPoint;
     const char letter = printfLetter(c.letter);
     if (argument.kind == FormatArgument::Kind::longReal) {
-        print(out, specification(c, "L", letter), *argument.longReal);
+        print(out, printfFormat(c, "L", letter), *argument.longReal);
     } else {
-        print(out, specification(c, "", letter), argument.real);
+        print(out, printfFormat(c, "", letter), argument.real);
     }
 }
 
