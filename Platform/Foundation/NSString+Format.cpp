@@ -1,7 +1,6 @@
 // Expands formats in one pass. A conversion without a fitting argument prints a marker such as "<%d:
 // missing>" or "<%d: wrong type>".
 
-#include "Platform/Foundation/DecimalPoint.h"
 #include "Platform/Foundation/Format.h"
 #include "Platform/Foundation/FormatConversion.h"
 #include "Platform/Foundation/FormatNumbers.h"

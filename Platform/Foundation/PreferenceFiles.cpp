@@ -190,10 +190,17 @@ const PreferenceReader::Folder& PreferenceReader::folderOf(const std::string& pa
 }
 
 bool PreferenceReader::isKnownToBeMissing(const std::string& path) {
-    State& s = state();
-    const std::lock_guard lock(s.mutex);
-    const auto known = s.missing.find(path);
-    return known != s.missing.end() && known->second == folderOf(path).stamp;
+    std::optional<Stamp> stamp;
+    {
+        State& s = state();
+        const std::lock_guard lock(s.mutex);
+        const auto known = s.missing.find(path);
+        if (known == s.missing.end()) return false;
+        stamp = known->second;
+    }
+    // A folder that can not be looked at is not one that is missing.
+    const Folder& folder = folderOf(path);
+    return folder.isSettled && folder.stamp == stamp;
 }
 
 /// Looks at the file once more, after its folder, so that none comes unseen between the two. A link that
