@@ -75,7 +75,7 @@ FormatArgument formatArgument(const T& value) {
     else if constexpr (std::is_enum_v<T>)
         return formatArgument(static_cast<std::underlying_type_t<T>>(value));
     else if constexpr (std::integral<T>)
-        argument.bits = static_cast<unsigned long long>(value);
+        argument.bits = static_cast<unsigned long long>(+value); // promoted first, as C passes it
     else if constexpr (std::same_as<T, long double>)
         argument.longReal = &value;
     else if constexpr (std::floating_point<T>)
