@@ -47,6 +47,13 @@ TEST(WebArchive, ReadsResourcesAndFramesInOrder) {
     }
 }
 
+TEST(WebArchive, TellsItsClass) {
+    const id archive = archiveOf(archiveList({"http://h/"}));
+    EXPECT_TRUE(archive.isKindOfClass(WebArchive::classInfo()));
+    EXPECT_FALSE(archive.isKindOfClass(WebResource::classInfo()));
+    EXPECT_FALSE(as<WebArchive>(archive).isNil());
+}
+
 TEST(WebArchive, IsNilForBytesThatAreNoPropertyList) {
     EXPECT_TRUE(WebArchive::initWithData({}).isNil());
     EXPECT_TRUE(WebArchive::initWithData(NSData::data()).isNil());

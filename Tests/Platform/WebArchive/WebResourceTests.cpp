@@ -18,7 +18,14 @@ TEST(WebResource, GivesBackWhatItWasMadeOf) {
     EXPECT_EQ(resource.MIMEType(), NSString(u"text/html"));
     EXPECT_EQ(resource.textEncodingName(), NSString(u"UTF-8"));
     EXPECT_EQ(resource.frameName(), NSString(u"menu"));
-    EXPECT_TRUE(as<WebResource>(resource));
+}
+
+TEST(WebResource, TellsItsClass) {
+    const id resource =
+        WebResource::initWithData_URL_MIMEType_textEncodingName_frameName(bytes, url, u"text/html", {}, {});
+    EXPECT_TRUE(resource.isKindOfClass(WebResource::classInfo()));
+    EXPECT_FALSE(resource.isKindOfClass(NSData::classInfo()));
+    EXPECT_EQ(as<WebResource>(resource).data(), bytes);
 }
 
 TEST(WebResource, NeedsBytesAndTypeOnly) {
