@@ -16,5 +16,3 @@ pkg_check_modules(QPDF REQUIRED IMPORTED_TARGET libqpdf)
 pkg_check_modules(SECCOMP REQUIRED IMPORTED_TARGET libseccomp)
 # The headers ask for a choice: standard smart pointers only.
 target_compile_definitions(PkgConfig::QPDF INTERFACE POINTERHOLDER_TRANSITION=4)
-find_library(PAPER_LIBRARY paper REQUIRED)
-find_path(PAPER_INCLUDE_DIR paper.h REQUIRED)

@@ -1,9 +1,17 @@
 #include "Platform/AppKit/DefaultPaper.h"
 
-#include <cmath>
+#include "Platform/AppKit/PaperSizes.h"
+#include "Platform/Foundation/FileDescriptor.h"
+
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
-#include <memory>
-#include <paper.h>
+#include <cstring>
+#include <fcntl.h>
+#include <langinfo.h>
+#include <locale.h>
+#include <optional>
+#include <string>
 #include <sys/stat.h>
 
 namespace qrv {
@@ -12,42 +20,75 @@ namespace {
 
 constexpr NSSize usLetter{612, 792};
 
-/// The library would wait for the other end of a pipe.
-bool isPreferenceReadable() {
-    const char* const file = std::getenv("PAPERCONF");
+/// Nothing if the variable is empty or not set.
+const char* variable(const char* name) {
+    const char* const value = std::getenv(name);
+    return value && *value ? value : nullptr;
+}
+
+/// The beginning of a regular file, which is all that can matter; nothing of anything else. Never waits.
+std::string beginningOf(const char* path) {
+    const FileDescriptor file(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
 
     struct stat status {};
 
-    return std::getenv("PAPERSIZE") || !file || ::stat(file, &status) != 0 || S_ISREG(status.st_mode);
+    if (!file || ::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+    std::string text(65536, '\0');
+    const ssize_t length = ::read(file.get(), text.data(), text.size());
+    text.resize(static_cast<std::size_t>(std::max<ssize_t>(length, 0)));
+    return text;
 }
 
-/// Keeps the paper library initialised while it is read.
-class PaperLibrary {
-public:
-    PaperLibrary() { ::paperinit(); }
+bool isSpace(char c) {
+    return static_cast<unsigned char>(c) <= ' ';
+}
 
-    PaperLibrary(const PaperLibrary&) = delete;
-    PaperLibrary& operator=(const PaperLibrary&) = delete;
+/// The first word that does not belong to a line of comment; empty if there is none.
+std::string firstWord(const std::string& text) {
+    auto begin = std::find_if_not(text.begin(), text.end(), isSpace);
+    while (begin != text.end() && *begin == '#')
+        begin = std::find_if_not(std::find(begin, text.end(), '\n'), text.end(), isSpace);
+    return {begin, std::find_if(begin, text.end(), isSpace)};
+}
 
-    ~PaperLibrary() { ::paperdone(); }
+/// The name of the paper that somebody has chosen.
+std::optional<std::string> chosenPaper() {
+    if (const char* const name = std::getenv("PAPERSIZE")) return name;
+    const char* const file = variable("PAPERCONF");
+    std::string name = firstWord(beginningOf(file ? file : "/etc/papersize"));
+    if (name.empty()) return std::nullopt;
+    return name;
+}
 
-    const paper* preferred() const {
-        const auto release = [](char* name) { std::free(name); };
-        const std::unique_ptr<char, decltype(release)> name(
-            isPreferenceReadable() ? ::systempapername() : nullptr, release);
-        const paper* found = name ? ::paperinfo(name.get()) : nullptr;
-        return found ? found : ::paperinfo(::defaultpapername());
-    }
-};
+/// The C library's rules for which variable counts.
+bool isLocaleOfACountry() {
+    for (const char* const name : {"LC_ALL", "LC_PAPER", "LANG"})
+        if (const char* const locale = variable(name))
+            return std::strcmp(locale, "POSIX") != 0 && std::strcmp(locale, "C") != 0 &&
+                   std::strncmp(locale, "C.", 2) != 0;
+    return false;
+}
+
+int millimetres(nl_item item, ::locale_t locale) {
+    // The C library hands out these numbers in the place of an address.
+    return static_cast<int>(reinterpret_cast<std::intptr_t>(::nl_langinfo_l(item, locale)));
+}
+
+/// All countries that have a locale use one of two papers.
+NSSize paperOfTheLocale() {
+    const ::locale_t locale = isLocaleOfACountry() ? ::newlocale(LC_PAPER_MASK, "", nullptr) : nullptr;
+    if (!locale) return usLetter;
+    const bool isA4 =
+        millimetres(_NL_PAPER_WIDTH, locale) == 210 && millimetres(_NL_PAPER_HEIGHT, locale) == 297;
+    ::freelocale(locale);
+    return isA4 ? *paperSizeNamed("a4") : usLetter;
+}
 
 } // namespace
 
 NSSize defaultPaperSize() {
-    const PaperLibrary library;
-    const paper* const preferred = library.preferred();
-    if (!preferred) return usLetter;
-    const NSSize size{std::round(::paperpswidth(preferred)), std::round(::paperpsheight(preferred))};
-    return NSRect{{}, size}.isEmpty() ? usLetter : size;
+    const std::optional<std::string> name = chosenPaper();
+    return name ? paperSizeNamed(*name).value_or(usLetter) : paperOfTheLocale();
 }
 
 } // namespace qrv

@@ -6,9 +6,13 @@
 
 namespace qrv {
 
-/// Returns the default paper's size in whole points: the paper named by PAPERSIZE, by the configuration file
-/// that PAPERCONF names, by /etc/papersize or by the locale. For an unknown name it is the paper library's
-/// own default, and if there is none, US Letter (612 x 792). Read anew at each call; main thread only.
+/// Returns the default paper's size in whole points. The first of these tells it:
+/// - PAPERSIZE, a paper's name;
+/// - the file that PAPERCONF names, else /etc/papersize: its first word, where lines that begin with # do not
+/// count;
+/// - the locale's paper, unless the locale is C, which belongs to no country.
+/// It is US Letter (612 x 792) where none of them does, and for a name that is unknown. Read anew at each
+/// call; main thread only.
 NSSize defaultPaperSize();
 
 } // namespace qrv

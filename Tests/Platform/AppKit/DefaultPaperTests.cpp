@@ -67,10 +67,56 @@ TEST(DefaultPaper, DoesNotWaitForAPipeInPlaceOfTheConfigurationFile) {
     EXPECT_EQ(defaultPaperSize(), (NSSize{612, 792}));
 }
 
+TEST(DefaultPaper, IsTheFirstWordOfTheFile) {
+    const TemporaryFolder folder;
+    const Variable none("PAPERSIZE", nullptr);
+    const auto paper = [&](const std::string& text) {
+        const Variable file("PAPERCONF", folder.write("papersize", text).utf8().c_str());
+        return defaultPaperSize();
+    };
+    EXPECT_EQ(paper(" # a3\n# a2 a1\n\t\v\f a5 letter\r\na0"), (NSSize{420, 595}));
+    EXPECT_EQ(paper("a5"), (NSSize{420, 595}));
+    EXPECT_EQ(paper(std::string(5000, ' ') + "a5"), (NSSize{420, 595}));
+    EXPECT_EQ(paper("papyrus\na5\n"), (NSSize{612, 792}));
+    EXPECT_EQ(paper("a5# ours"), (NSSize{612, 792}));
+    EXPECT_EQ(paper("#a5"), (NSSize{612, 792}));
+    EXPECT_EQ(paper(""), (NSSize{612, 792}));
+}
+
+TEST(DefaultPaper, OfTheEnvironmentGoesBeforeTheFile) {
+    const TemporaryFolder folder;
+    const Variable file("PAPERCONF", folder.write("papersize", "a3").utf8().c_str());
+    EXPECT_EQ(paperNamed("a5"), (NSSize{420, 595}));
+    EXPECT_EQ(paperNamed("papyrus"), (NSSize{612, 792}));
+}
+
 TEST(DefaultPaper, IsLetterWithoutAnyConfiguration) {
     const TemporaryFolder folder;
     const Variable none("PAPERSIZE", nullptr);
     const Variable file("PAPERCONF", folder.pathOf("missing").utf8().c_str());
+    const Variable locale("LC_ALL", "C.UTF-8"); // whose paper, to the C library, is A4
+    EXPECT_EQ(defaultPaperSize(), (NSSize{612, 792}));
+}
+
+TEST(DefaultPaper, IsThatOfTheLocaleWithoutAnyConfiguration) {
+    const TemporaryFolder folder;
+    for (const std::string name : {"de_DE", "en_CA"}) {
+        const std::string made =
+            "localedef -i " + name + " -f UTF-8 '" + folder.pathOf(name + ".UTF-8").utf8() + "'";
+        ASSERT_EQ(std::system(made.c_str()), 0);
+    }
+    const Variable none("PAPERSIZE", nullptr);
+    const Variable file("PAPERCONF", folder.pathOf("missing").utf8().c_str());
+    const Variable locales("LOCPATH", folder.path().c_str());
+    const Variable all("LC_ALL", nullptr);
+    const Variable language("LANG", "de_DE.UTF-8");
+    {
+        const Variable paper("LC_PAPER", nullptr);
+        EXPECT_EQ(defaultPaperSize(), (NSSize{595, 842}));
+    }
+    const Variable paper("LC_PAPER", "en_CA.UTF-8");
+    EXPECT_EQ(defaultPaperSize(), (NSSize{612, 792}));
+    const Variable missing("LC_ALL", "xx_XX.UTF-8");
     EXPECT_EQ(defaultPaperSize(), (NSSize{612, 792}));
 }
 
