@@ -5,6 +5,7 @@
 #include <optional>
 #include <qpdf/QPDF.hh>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace qrv {
@@ -70,8 +71,21 @@ UnreadObjects::UnreadObjects(QPDF& document, const NSData& bytes, std::string_vi
 }
 
 std::string_view UnreadObjects::text(int number) const {
+    if (const auto replaced = replaced_.find(number); replaced != replaced_.end()) return replaced->second;
     const auto found = texts_.find(number);
     return found == texts_.end() ? std::string_view() : found->second;
+}
+
+std::vector<int> UnreadObjects::numbersWith(std::string_view part) const {
+    std::vector<int> numbers;
+    for (const auto& [number, original] : texts_)
+        if (text(number).find(part) != std::string_view::npos) numbers.push_back(number);
+    std::sort(numbers.begin(), numbers.end());
+    return numbers;
+}
+
+void UnreadObjects::replaceText(int number, std::string text) {
+    if (texts_.contains(number)) replaced_[number] = std::move(text);
 }
 
 void forEachReference(std::string_view text, const std::function<void(int, int)>& handle) {

@@ -12,8 +12,10 @@
 
 #include <functional>
 #include <set>
+#include <string>
 #include <string_view>
 #include <unordered_map>
+#include <vector>
 
 class QPDF;
 
@@ -33,9 +35,16 @@ public:
     /// How the object with this number is written; empty for one that is not among these.
     std::string_view text(int number) const;
 
+    /// The numbers of those whose text holds this, in ascending order.
+    std::vector<int> numbersWith(std::string_view part) const;
+
+    /// Has an object among these written in another way; other numbers are ignored.
+    void replaceText(int number, std::string text);
+
 private:
     NSData bytes_;
     std::unordered_map<int, std::string_view> texts_;
+    std::unordered_map<int, std::string> replaced_;
 };
 
 /// Calls back with the number and the generation of each object that the text refers to, and perhaps with

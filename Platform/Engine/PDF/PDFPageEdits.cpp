@@ -3,12 +3,14 @@
 #include "Platform/Engine/PDF/Contents/PDFEmptySheets.h"
 #include "Platform/Engine/PDF/Contents/PDFMasks.h"
 #include "Platform/Engine/PDF/Contents/PDFPatterns.h"
+#include "Platform/Engine/PDF/PDFElementIDs.h"
 #include "Platform/Engine/PDF/PDFGlyphTexts.h"
 #include "Platform/Engine/PDF/PDFOutline.h"
 #include "Platform/Engine/PDF/PDFParts.h"
 #include "Platform/Engine/PDF/PDFReaderLimits.h"
 #include "Platform/Engine/PDF/PDFStructure.h"
 #include "Platform/PDFKit/ConfinedPDF.h"
+#include "Platform/PDFKit/PDFDate.h"
 #include "Platform/PDFKit/PDFFile.h"
 #include "Platform/PDFKit/PDFWriting.h"
 
@@ -239,6 +241,13 @@ void prepare(const PDFPageEdits& edits, QPDF& part, const DestinationLayout& des
     placeDestinations(part, destinations);
 }
 
+void setDates(QPDF& document, const NSDate& date) {
+    QPDFObjectHandle information = document.getTrailer().getKey("/Info");
+    if (!information.isDictionary()) return;
+    for (const char* key : {"/CreationDate", "/ModDate"})
+        information.replaceKey(key, QPDFObjectHandle::newString(pdfTextFromDate(date)));
+}
+
 } // namespace
 
 NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* notes, PDFEnding* ending) {
@@ -264,10 +273,12 @@ NSData pdfByApplying(const PDFPageEdits& edits, const NSData& pdf, std::string* 
         resolveInvertedMasks(*document);
         groupPatterns(*document);
         PageEditor(*document, edits).run();
+        if (edits.date) setDates(*document, edits.date);
         if (edits.language) setLanguage(*document, *edits.language);
         correctOutline(*document, edits.headings);
         addFrames(*document, edits.frames, edits.hasOutline);
         mapStructureRoles(*document);
+        numberElementIDs(*document, elements);
         correctGlyphTexts(*document);
         keepWithinReaderLimits(*document, limitNotes);
     } catch (const std::exception&) {

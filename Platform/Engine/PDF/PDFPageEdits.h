@@ -9,6 +9,7 @@
 #include "Platform/Engine/PDF/PDFDestinations.h"
 #include "Platform/Engine/PDF/PDFFrames.h"
 #include "Platform/Foundation/NSData.h"
+#include "Platform/Foundation/NSDate.h"
 
 #include <functional>
 #include <map>
@@ -44,6 +45,8 @@ struct PDFPageEdits {
     std::function<std::string(const std::string&)> mapLink;
     /// The correct places of named destinations, which are moved first.
     DestinationLayout destinations;
+    /// When the document was made and last changed, instead of the time of printing; nil leaves that.
+    NSDate date;
     /// The document's language, a tag such as "de-CH", instead of the renderer's guess; empty for none.
     std::optional<std::string> language;
     /// The headings' texts (UTF-8, in the document's order), which replace the titles of matching outline

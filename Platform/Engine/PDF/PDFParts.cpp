@@ -1,6 +1,7 @@
 #include "Platform/Engine/PDF/PDFParts.h"
 
 #include <qpdf/QPDF.hh>
+#include <qpdf/QPDFNameTreeObjectHelper.hh>
 #include <set>
 
 namespace qrv::engine {
@@ -80,6 +81,16 @@ QPDFObjectHandle outermost(QPDFObjectHandle tree) {
     return top.isArray() && top.getArrayNItems() > 0 ? top.getArrayItem(0) : top;
 }
 
+/// A header cell that is in several parts has one name, which leads to the first.
+void appendElementNames(QPDF& document, QPDFObjectHandle tree, QPDFObjectHandle added) {
+    if (!added.getKey("/IDTree").isDictionary()) return;
+    if (!tree.getKey("/IDTree").isDictionary())
+        tree.replaceKey("/IDTree", QPDFNameTreeObjectHelper::newEmpty(document).getObjectHandle());
+    QPDFNameTreeObjectHelper names(tree.getKey("/IDTree"), document);
+    for (const auto& [name, element] : QPDFNameTreeObjectHelper(added.getKey("/IDTree"), document))
+        if (!names.hasName(name)) names.insert(name, element);
+}
+
 void appendStructure(QPDF& document, QPDF& part) {
     QPDFObjectHandle tree = document.getRoot().getKey("/StructTreeRoot");
     QPDFObjectHandle added = part.getRoot().getKey("/StructTreeRoot");
@@ -94,6 +105,8 @@ void appendStructure(QPDF& document, QPDF& part) {
         if (child.isDictionary()) child.replaceKey("/P", top);
         children.appendItem(child);
     }
+
+    appendElementNames(document, tree, added);
 
     const long long distance = number(tree.getKey("/ParentTreeNextKey"));
     QPDFObjectHandle entries = array(dictionary(tree, "/ParentTree"), "/Nums");

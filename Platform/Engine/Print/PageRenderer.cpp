@@ -2,6 +2,7 @@
 
 #include "Platform/Engine/PDF/LengthUnits.h"
 #include "Platform/Engine/PDF/PDFPageEdits.h"
+#include "Platform/Engine/PDF/SourceDate.h"
 #include "Platform/Engine/Print/PrintLayout.h"
 #include "Platform/Engine/Print/ViewMetrics.h"
 #include "Platform/Logging/NSLog.h"
@@ -185,6 +186,7 @@ NSData PageRenderer::edited(const std::vector<PDFPart>& parts, const PrintPlan& 
     edits.mapLink = linkMapping_;
     edits.destinations = {plan.viewportPageLength, plan.pageLength, plan.scale * pointsPerPixel,
                           plan.pageMargin, document.targetsInView};
+    edits.date = sourceDate();
     edits.language = document.language;
     edits.headings = document.headings;
     edits.frames = document.frames;

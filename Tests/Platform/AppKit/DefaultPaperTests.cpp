@@ -1,34 +1,14 @@
 #include "Platform/AppKit/DefaultPaper.h"
 
 #include "Tests/Support/TemporaryFolder.h"
+#include "Tests/Support/Variable.h"
 
 #include <gtest/gtest.h>
-#include <optional>
 #include <sys/stat.h>
 
 namespace qrv {
 
 namespace {
-
-/// An environment variable with another value for one test.
-class Variable {
-public:
-    Variable(const char* name, const char* value) : name_(name) {
-        if (const char* old = ::getenv(name)) old_ = old;
-        set(value);
-    }
-
-    Variable(const Variable&) = delete;
-    Variable& operator=(const Variable&) = delete;
-
-    ~Variable() { set(old_ ? old_->c_str() : nullptr); }
-
-private:
-    void set(const char* value) { value ? ::setenv(name_, value, 1) : ::unsetenv(name_); }
-
-    const char* const name_;
-    std::optional<std::string> old_;
-};
 
 NSSize paperNamed(const char* name) {
     const Variable variable("PAPERSIZE", name);

@@ -23,7 +23,7 @@ public:
         : document(openPDF(bytes)), unread(*document, bytes, "<</Mine", others) {}
 
     const std::shared_ptr<QPDF> document;
-    const UnreadObjects unread;
+    UnreadObjects unread;
 };
 
 std::vector<std::pair<int, int>> referencesIn(std::string_view text) {
@@ -73,6 +73,23 @@ TEST(UnreadObjects, ANumberThatIsWrongInTheTableIsRead) {
     const Left left((NSData(file)));
     EXPECT_EQ(left.unread.text(4), "");
     EXPECT_EQ(left.unread.text(5), "");
+}
+
+TEST(UnreadObjects, AreFoundByWhatTheyHold) {
+    const Left left({"<</Mine (b)>>", "<</Mine (a)>>", "<</Mine (ab)>>", "<</Other (a)>>"});
+    EXPECT_THAT(left.unread.numbersWith("a"), ElementsAre(5, 6));
+    EXPECT_THAT(left.unread.numbersWith("c"), IsEmpty());
+}
+
+TEST(UnreadObjects, CanBeWrittenInAnotherWay) {
+    Left left({"<</Mine 1>>", "<</Mine 2>>", "<</Last>>"});
+    left.unread.replaceText(4, "<</Mine 3>>");
+    left.unread.replaceText(99, "<</Mine 4>>");
+    EXPECT_EQ(left.unread.text(4), "<</Mine 3>>");
+    EXPECT_EQ(left.unread.text(5), "<</Mine 2>>");
+    EXPECT_EQ(left.unread.text(99), "");
+    EXPECT_THAT(left.unread.numbersWith("3"), ElementsAre(4));
+    EXPECT_THAT(left.unread.numbersWith("1"), IsEmpty());
 }
 
 TEST(References, AreFoundInAnyForm) {

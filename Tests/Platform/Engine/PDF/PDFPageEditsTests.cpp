@@ -230,6 +230,23 @@ TEST_F(PDFPageEditsTest, NoEditsKeepThePages) {
     EXPECT_THAT(run("pdfinfo"), Not(HasSubstr("Error")));
 }
 
+TEST_F(PDFPageEditsTest, SetsTheDatesAndNothingElseOfTheInformation) {
+    const std::string pdf =
+        makePDF({"<</Type /Catalog /Pages 2 0 R>>", "<</Type /Pages /Kids [3 0 R] /Count 1>>",
+                 "<</Type /Page /Parent 2 0 R /MediaBox [0 0 100 200]>>",
+                 "<</Producer (p) /CreationDate (D:20200101000000Z)>>"},
+                "/Info 4 0 R");
+    PDFPageEdits edits;
+    edits.date = NSDate::dateWithTimeIntervalSinceReferenceDate(1709210096 - NSTimeIntervalSince1970);
+    apply(edits, pdf);
+    EXPECT_EQ(run("mutool show", "trailer/Info/Producer trailer/Info/CreationDate trailer/Info/ModDate"),
+              "(p)\n(D:20240229123456Z)\n(D:20240229123456Z)\n");
+    apply({}, pdf);
+    EXPECT_EQ(run("mutool show", "trailer/Info/CreationDate trailer/Info/ModDate"),
+              "(D:20200101000000Z)\nnull\n");
+    apply(edits); // which has no information
+}
+
 TEST_F(PDFPageEditsTest, EmptyContentsStayReadable) {
     const std::string pdf =
         makePDF({"<</Type /Catalog /Pages 2 0 R>>", "<</Type /Pages /Kids [3 0 R] /Count 1>>",
