@@ -38,8 +38,8 @@ NSCharacterSet with(const NSCharacterSet& set, const NSString& characters, bool 
 }
 
 /// For the standard sets, which are needed until the very end of the process.
-const NSCharacterSet& neverDestroyed(const NSString& characters) {
-    return *new NSCharacterSet(with({}, characters, true));
+const NSCharacterSet* neverDestroyed(const NSString& characters) {
+    return new NSCharacterSet(with({}, characters, true));
 }
 
 } // namespace
@@ -57,17 +57,17 @@ NSCharacterSet NSCharacterSet::characterSetWithCharactersInString(const NSString
 }
 
 NSCharacterSet NSCharacterSet::whitespaceAndNewlineCharacterSet() {
-    static const NSCharacterSet& set = neverDestroyed(
+    static const NSCharacterSet* const set = neverDestroyed(
         u"\t\n\v\f\r "
         u"\u0085\u00A0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006\u2007\u2008\u2009\u200A\u2028\u2029"
         u"\u202F\u205F\u3000");
-    return set;
+    return *set;
 }
 
 NSCharacterSet NSCharacterSet::URLQueryAllowedCharacterSet() {
-    static const NSCharacterSet& set =
+    static const NSCharacterSet* const set =
         neverDestroyed(u"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-._~!$&'()*+,;=:@/?");
-    return set;
+    return *set;
 }
 
 bool NSCharacterSet::characterIsMember(char16_t character) const {

@@ -146,7 +146,8 @@ private:
         const auto placement = placements_.find(array.getArrayItem(0).getObjGen());
         if (placement == placements_.end() || isIdentity(placement->second)) return;
         int place = 2;
-        for (const char axis : destinationAxes(array.getArrayItem(1).getName())) {
+        const std::string kind = array.getArrayItem(1).getName();
+        for (const char axis : destinationAxes(kind)) {
             double number = 0;
             if (place < array.getArrayNItems() && array.getArrayItem(place).getValueAsNumber(number)) {
                 number = axis == 'x' ? movedX(placement->second, number) : movedY(placement->second, number);
