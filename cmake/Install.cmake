@@ -1,5 +1,6 @@
-# What "cmake --install" puts in place, in three components that --component chooses from:
+# What "cmake --install" puts in place, in components that --component chooses from:
 #   tool         the tool
+#   tools        what is at hand beside it
 #   library      the shared library
 #   development  what is needed to build with the library: its headers, the archive, the CMake package, the pkg-config file
 # Nothing that is installed names the folder, so that a copy of it may be moved.
@@ -7,11 +8,14 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
+# Who has no use for it as a command puts it elsewhere, as in libexec.
+set(WEB2PDF_TOOL_DIR ${CMAKE_INSTALL_BINDIR} CACHE STRING "Folder below the prefix that the tool is installed to")
+
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/QRVFoundation)
 set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 if(WEB2PDF_BUILD_TOOL)
-    install(TARGETS web2pdf RUNTIME COMPONENT tool)
+    install(TARGETS web2pdf RUNTIME DESTINATION ${WEB2PDF_TOOL_DIR} COMPONENT tool)
 endif()
 
 install(TARGETS QRVFoundationShared EXPORT QRVFoundation-shared

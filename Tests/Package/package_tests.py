@@ -5,6 +5,7 @@ import pathlib
 import plistlib
 import re
 import shlex
+import shutil
 import subprocess
 import tempfile
 import unittest
@@ -161,13 +162,30 @@ class InstalledFilesTests(PackageTestCase):
 class ComponentTests(PackageTestCase):
     def test_each_file_is_of_one_component(self):
         found = {}
-        for name in ("tool", "library", "development"):
+        for name in ("tool", "tools", "library", "development"):
             run(CMAKE, "--install", BUILD, "--prefix", self.folder / name, "--component", name)
             found[name] = files_in(self.folder / name)
-        self.assertEqual(found["tool"], {"bin/web2pdf"})
+        self.assertIn("bin/web2pdf", found["tool"])
+        self.assertEqual({path for path in found["tool"] | found["tools"] if "QRVFoundation" in path}, set())
         libraries = self.library_folder().relative_to(self.prefix)
         self.assertEqual(found["library"], {f"{libraries}/{name}" for name in (SONAME, f"libQRVFoundation.so.{VERSION}")})
         self.assertEqual(sorted(path for files in found.values() for path in files), sorted(files_in(self.prefix)))
+
+
+class ToolFolderTests(unittest.TestCase):
+    def test_the_tool_goes_where_the_build_was_told(self):
+        with tempfile.TemporaryDirectory(prefix="tool-folder-") as folder:
+            folder = pathlib.Path(folder)
+            run(CMAKE, "-G", "Ninja", "-S", ROOT, "-B", folder / "build", f"-DCMAKE_CXX_COMPILER={CXX}",
+                "-DWEB2PDF_BUILD_TESTS=OFF", "-DWEB2PDF_TOOL_DIR=libexec/somewhere", "-DCMAKE_INSTALL_PREFIX=/prefix")
+            # A program that takes no minutes to build.
+            (folder / "build" / "bin").mkdir(exist_ok=True)
+            shutil.copy("/bin/true", folder / "build" / "bin" / "web2pdf")
+            run(CMAKE, "--install", folder / "build", "--component", "tool", env={**os.environ, "DESTDIR": str(folder)})
+            self.assertTrue((folder / "prefix" / "libexec" / "somewhere" / "web2pdf").exists())
+            self.assertFalse((folder / "prefix" / "bin").exists())
+            started = (folder / "build" / "Desktop" / "convert-to-pdf").read_text(encoding="utf-8")
+            self.assertIn("/prefix/libexec/somewhere/web2pdf", started)
 
 
 class ExportedSymbolsTests(PackageTestCase):
