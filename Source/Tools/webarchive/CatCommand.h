@@ -1,0 +1,11 @@
+#pragma once
+
+// cat ARCHIVE [RESOURCE]: the bytes of one resource.
+
+#include "Source/Tools/webarchive/CommandLine.h"
+
+namespace qrv::webarchive {
+
+void addCatCommand(CommandLine& commands);
+
+} // namespace qrv::webarchive

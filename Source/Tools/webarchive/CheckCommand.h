@@ -1,0 +1,11 @@
+#pragma once
+
+// check ARCHIVE: whether a file is a web archive, and what is wrong with it.
+
+#include "Source/Tools/webarchive/CommandLine.h"
+
+namespace qrv::webarchive {
+
+void addCheckCommand(CommandLine& commands);
+
+} // namespace qrv::webarchive

@@ -1,0 +1,85 @@
+#include "Source/Tools/webarchive/CommandLine.h"
+
+#include "Source/Tools/webarchive/Output/TerminalText.h"
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+
+namespace qrv::webarchive {
+
+struct CommandLine::Command::Declaration : CLI::App {
+    using App::App;
+};
+
+struct CommandLine::Parser {
+    CLI::App app;
+    std::function<int()> chosen;
+};
+
+namespace {
+
+/// The library would read "[a,b]" and "{a}" as lists, were they not for a single text.
+template <class Value>
+CLI::Option* textOption(CLI::App& app, const std::string& name, Value& value, const std::string& help) {
+    return app.add_option_function<std::string>(
+        name, [&value](const std::string& text) { value = text; }, help);
+}
+
+} // namespace
+
+void CommandLine::Command::positional(std::string& value, const std::string& name, const std::string& help) {
+    textOption(*declaration_, name, value, help)->required();
+}
+
+void CommandLine::Command::positional(std::optional<std::string>& value, const std::string& name,
+                                      const std::string& help) {
+    textOption(*declaration_, name, value, help);
+}
+
+void CommandLine::Command::flag(bool& value, const std::string& name, const std::string& help) {
+    declaration_->add_flag(name, value, help);
+}
+
+void CommandLine::Command::option(std::optional<std::string>& value, const std::string& name,
+                                  const std::string& help) {
+    textOption(*declaration_, name, value, help)->type_name("TEXT");
+}
+
+CommandLine::CommandLine(const std::string& program, const std::string& summary, const std::string& version)
+    : parser_(std::make_unique<Parser>()) {
+    parser_->app.name(program);
+    parser_->app.description(summary);
+    parser_->app.require_subcommand(1);
+    parser_->app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+    parser_->app.get_formatter()->label("Subcommands", "Commands");
+    parser_->app.get_formatter()->label("TEXT", "");
+    parser_->app.set_help_flag("-h,--help", "Says how the program is used");
+    parser_->app.set_version_flag("--version", program + " " + version, "Says the version");
+}
+
+CommandLine::~CommandLine() = default;
+
+CommandLine::Command CommandLine::add(const std::string& name, const std::string& summary,
+                                      std::function<int()> run) {
+    auto declaration = std::make_shared<Command::Declaration>(summary, name);
+    declaration->set_help_flag("-h,--help", "Says how the command is used");
+    declaration->callback([this, run = std::move(run)] { parser_->chosen = run; });
+    parser_->app.add_subcommand(declaration);
+    return Command(*declaration);
+}
+
+int CommandLine::run(int argc, const char* const* argv) {
+    CLI::App& app = parser_->app;
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& asked) {
+        app.exit(asked, std::cout);
+        return success;
+    } catch (const CLI::ParseError& error) {
+        std::cerr << app.get_name() << ": " << shown(error.what()) << "; --help says more\n";
+        return badUsage;
+    }
+    return parser_->chosen();
+}
+
+} // namespace qrv::webarchive

@@ -1,0 +1,11 @@
+#pragma once
+
+// extract ARCHIVE FOLDER: an archive as files that a browser opens.
+
+#include "Source/Tools/webarchive/CommandLine.h"
+
+namespace qrv::webarchive {
+
+void addExtractCommand(CommandLine& commands);
+
+} // namespace qrv::webarchive

@@ -1,0 +1,11 @@
+#pragma once
+
+// list ARCHIVE: what an archive holds, as a table or as JSON.
+
+#include "Source/Tools/webarchive/CommandLine.h"
+
+namespace qrv::webarchive {
+
+void addListCommand(CommandLine& commands);
+
+} // namespace qrv::webarchive

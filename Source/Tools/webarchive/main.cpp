@@ -1,0 +1,35 @@
+#include "Platform/Foundation/MappedFile.h"
+#include "Source/Tools/webarchive/Commands.h"
+#include "Source/Tools/webarchive/Failure.h"
+#include "Source/Tools/webarchive/Output/TerminalText.h"
+
+#include <cstdio>
+#include <exception>
+#include <iostream>
+#include <new>
+
+using namespace qrv::webarchive;
+
+namespace {
+
+int fail(const std::string& why) {
+    std::cerr << "webarchive: " << shown(why) << '\n';
+    return failure;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qrv::allowMappedFiles();
+    try {
+        CommandLine commands("webarchive", "Looks into saved web archives", WEB2PDF_VERSION);
+        addCommands(commands);
+        const int status = commands.run(argc, argv);
+        std::cout.flush();
+        return std::cout ? status : fail("standard output cannot be written");
+    } catch (const Failure& error) {
+        return fail(error.what());
+    } catch (const std::bad_alloc&) {
+        return fail("no memory is left");
+    }
+}
