@@ -1,5 +1,5 @@
-// Any bytes as a web archive: what it holds is found again in its index, each frame is given once, and what
-// goes into the headers of an answer cannot begin another one.
+// Any bytes as a web archive: there is a reason where it is none; what it holds is found again in its index,
+// each frame is given once, and what goes into the headers of an answer cannot begin another one.
 
 #include "Fuzz/FuzzInput.h"
 #include "Platform/Engine/Address/MIMEType.h"
@@ -62,7 +62,12 @@ void checkFrames(ArchiveIndex& index, const WebArchive& archive) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    const WebArchive archive = WebArchive::initWithData(NSData(std::string(FuzzInput(bytes, size).rest())));
+    WebArchiveProblems problems;
+    const NSData file(std::string(FuzzInput(bytes, size).rest()));
+    const WebArchive archive = WebArchive::initWithData(file, &problems);
+    require(archive || problems.count > 0);
+    for (const WebArchiveProblem& problem : problems.kept)
+        require(archive.isNil() == (problem.loss == WebArchiveProblem::Loss::archive));
     if (!archive) return 0;
     require(framesIn(archive) <= 10'000);
     ArchiveIndex index(archive);

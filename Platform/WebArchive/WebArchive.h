@@ -7,6 +7,7 @@
 // WebResourceMIMEType, WebResourceURL, WebResourceTextEncodingName and WebResourceFrameName.
 
 #include "Platform/Foundation/NSArray.h"
+#include "Platform/WebArchive/WebArchiveProblems.h"
 #include "Platform/WebArchive/WebResource.h"
 
 namespace qrv {
@@ -23,8 +24,10 @@ public:
     /// that is missing, no dictionary, or without data or MIME type; an array field that is no array or has
     /// an element that is no dictionary. A malformed subresource is dropped, an invalid frame archive is
     /// skipped. Dropped as well are frames nested more than 64 deep, frames beyond 10,000, subresources
-    /// beyond 250,000, and resources beyond a total of 16 Mi characters of addresses, types and names.
-    static WebArchive initWithData(const NSData& data);
+    /// beyond 250,000, and resources beyond a total of 16 Mi characters of addresses, types and names. All
+    /// of that is added to `problems`, unless it is null; a nil result has at least one, and all of its
+    /// problems are losses of the archive, which no other result has.
+    static WebArchive initWithData(const NSData& data, WebArchiveProblems* problems = nullptr);
 
     // - mainResource
     WebResource mainResource() const;
