@@ -44,7 +44,7 @@ class CommandLineTests(ProgramTestCase):
     def test_output_that_cannot_be_written_is_a_failure(self):
         path = self.file(webarchive.html_archive("<p>Here</p>"))
         with open("/dev/full", "wb") as full:
-            for command in ("cat",):
+            for command in ("list", "cat", "check"):
                 done = subprocess.run([PROGRAM, command, path], stdout=full, stderr=subprocess.PIPE, check=False,
                                       timeout=60)
                 self.assertEqual((done.returncode, done.stderr),

@@ -13,6 +13,9 @@ namespace qrv::webarchive {
 /// bytes that are no UTF-8.
 std::string shown(std::string_view text);
 
+/// The same, cut to these columns: what is longer ends in "…".
+std::string shownWithin(std::string_view text, std::size_t columns);
+
 /// The columns that a shown text takes on a terminal.
 std::size_t columnsOf(std::string_view shown);
 

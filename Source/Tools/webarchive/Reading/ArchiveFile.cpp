@@ -14,8 +14,14 @@ NSData readFile(const std::string& path) {
     return data;
 }
 
+void requireWhole(const NSData& data) {
+    if (data.isCutOff()) throw Failure("the file was cut short while it was read, or its disk fails");
+}
+
 WebArchive readArchive(const std::string& path) {
-    WebArchive archive = WebArchive::initWithData(readFile(path));
+    const NSData data = readFile(path);
+    WebArchive archive = WebArchive::initWithData(data);
+    requireWhole(data);
     if (!archive) throw Failure(path + " is no web archive");
     return archive;
 }

@@ -1,0 +1,55 @@
+#include "Source/Tools/webarchive/Output/JsonText.h"
+
+#include "Platform/Foundation/Unicode.h"
+
+#include <boost/json.hpp>
+#include <cstdio>
+
+namespace qrv::webarchive {
+
+namespace json = boost::json;
+
+namespace {
+
+json::object objectOf(const JsonObject& object);
+
+struct ToLibrary {
+    json::value operator()(std::monostate) const { return nullptr; }
+
+    json::value operator()(bool value) const { return value; }
+
+    json::value operator()(std::int64_t value) const { return value; }
+
+    json::value operator()(const std::string& text) const { return json::string(text); }
+
+    json::value operator()(const std::vector<JsonObject>& objects) const {
+        json::array array;
+        for (const JsonObject& object : objects) array.push_back(objectOf(object));
+        return array;
+    }
+};
+
+json::object objectOf(const JsonObject& object) {
+    json::object result;
+    for (const auto& [key, value] : object.fields) result[key] = std::visit(ToLibrary(), value);
+    return result;
+}
+
+} // namespace
+
+std::string jsonText(const JsonObject& object) {
+    std::string text;
+    // What is no ASCII can only stand in strings, where any unit may be written as an escape.
+    for (const char16_t unit : unicode::fromUTF8Lossy(json::serialize(objectOf(object)))) {
+        if (unit < 0x7F) {
+            text += static_cast<char>(unit);
+        } else {
+            char escape[7];
+            std::snprintf(escape, sizeof escape, "\\u%04x", static_cast<unsigned>(unit));
+            text += escape;
+        }
+    }
+    return text;
+}
+
+} // namespace qrv::webarchive

@@ -1,0 +1,23 @@
+#include "Source/Tools/webarchive/Reading/SHA256.h"
+
+#include <array>
+#include <nettle/sha2.h>
+
+namespace qrv::webarchive {
+
+std::string sha256(std::string_view bytes) {
+    sha256_ctx context;
+    sha256_init(&context);
+    sha256_update(&context, bytes.size(), reinterpret_cast<const std::uint8_t*>(bytes.data()));
+    std::array<std::uint8_t, SHA256_DIGEST_SIZE> digest{};
+    sha256_digest(&context, digest.size(), digest.data());
+    std::string text;
+    for (const std::uint8_t byte : digest) {
+        constexpr std::string_view digits = "0123456789abcdef";
+        text += digits[byte >> 4];
+        text += digits[byte & 15];
+    }
+    return text;
+}
+
+} // namespace qrv::webarchive
