@@ -1,5 +1,6 @@
 #include "Platform/Engine/Archive/ReferenceRewriter.h"
 
+#include "Platform/Engine/Archive/MarkupReader.h"
 #include "Platform/Foundation/ASCII.h"
 
 #include <algorithm>
@@ -8,9 +9,6 @@
 namespace qrv::engine {
 
 namespace {
-
-constexpr auto npos = std::string_view::npos;
-constexpr std::string_view blanks = " \t\r\n\f";
 
 bool isReference(std::string_view attribute) {
     constexpr std::array<std::string_view, 13> names{
@@ -31,16 +29,14 @@ public:
     }
 
     std::string inMarkup() {
-        while (at_ < text_.size()) {
-            copyUpTo(text_.find('<', at_));
-            if (text_.substr(at_).starts_with("<!--")) {
-                copyUpTo(text_.find("-->", at_));
-            } else if (at_ + 1 < text_.size() && isASCIILetter(text_[at_ + 1])) {
-                tag();
-            } else {
-                copyUpTo(at_ + 1);
+        MarkupReader reader(text_);
+        while (const auto tag = reader.next()) {
+            for (const auto& [name, value, whole] : tag->attributes) {
+                if (value && isReference(name.in(text_))) replaceIn(*value);
             }
+            if (tag->name == "style" || tag->name == "script") replaceIn(tag->text);
         }
+        copyUpTo(text_.size());
         return std::move(result_);
     }
 
@@ -69,41 +65,9 @@ private:
         }
     }
 
-    void tag() {
-        const std::size_t nameEnd = text_.find_first_of(" \t\r\n\f/>", at_);
-        const std::string name = lowered(text_.substr(at_ + 1, std::min(nameEnd, text_.size()) - at_ - 1));
-        copyUpTo(nameEnd);
-        while (at_ < text_.size() && text_[at_] != '>') attribute();
-        copyUpTo(at_ + 1);
-        if (name == "style" || name == "script") replaceUpTo(endOfElement(name));
-    }
-
-    void attribute() {
-        copyUpTo(text_.find_first_not_of(" \t\r\n\f/", at_));
-        const std::size_t nameEnd = text_.find_first_of(" \t\r\n\f/>=", at_ + 1);
-        if (at_ >= text_.size() || text_[at_] == '>') return;
-        const bool counts = isReference(text_.substr(at_, std::min(nameEnd, text_.size()) - at_));
-        copyUpTo(nameEnd);
-        const std::size_t equals = text_.find_first_not_of(blanks, at_);
-        if (equals == npos || text_[equals] != '=') return;
-        copyUpTo(text_.find_first_not_of(blanks, equals + 1));
-        const std::size_t end = endOfValue();
-        counts ? replaceUpTo(end) : copyUpTo(end);
-    }
-
-    std::size_t endOfValue() const {
-        if (at_ >= text_.size()) return at_;
-        const char quote = text_[at_];
-        if (quote != '"' && quote != '\'') return text_.find_first_of(" \t\r\n\f>", at_);
-        const std::size_t end = text_.find(quote, at_ + 1);
-        return end == npos ? npos : end + 1;
-    }
-
-    std::size_t endOfElement(const std::string& name) const {
-        for (std::size_t end = text_.find("</", at_); end != npos; end = text_.find("</", end + 2)) {
-            if (lowered(text_.substr(end + 2, name.size())) == name) return end;
-        }
-        return npos;
+    void replaceIn(const TextRange& range) {
+        copyUpTo(range.start);
+        replaceUpTo(range.end);
     }
 
     std::string_view text_;
