@@ -100,7 +100,8 @@ class PackagesTests(unittest.TestCase):
 
     def test_programs_and_entries_are_where_they_are_looked_for(self):
         self.assertIn("usr/bin/web2pdf", self.contents["web2pdf"])
-        self.assertLessEqual({"usr/share/applications/web2pdf.desktop", "usr/share/mime/packages/web2pdf.xml"},
+        self.assertLessEqual({"usr/bin/webarchive", "usr/share/applications/web2pdf.desktop",
+                              "usr/share/mime/packages/web2pdf.xml"},
                              self.contents["web2pdf-tools"])
 
     def test_the_library_s_packages_divide_it(self):
