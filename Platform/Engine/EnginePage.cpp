@@ -7,9 +7,9 @@
 #include "Platform/Engine/Loading/RequestsUnderWay.h"
 #include "Platform/Engine/Print/PageRenderer.h"
 #include "Platform/Engine/Print/PrintLayout.h"
-#include "Platform/Engine/Process/EngineFiles.h"
 #include "Platform/Engine/Process/EngineProcess.h"
 #include "Platform/Engine/Process/EnginePulse.h"
+#include "Platform/Engine/Process/Sandbox/EngineFiles.h"
 #include "Platform/Foundation/NSRunLoop.h"
 #include "Platform/Logging/NSLog.h"
 

@@ -87,6 +87,43 @@ class ConfinementTests(TraceTestCase):
         self.assert_keeps_to_itself(preexec_fn=confinement.refuse_namespaces,
                                     temporary=(str(self.folder / "tmp" / "web2pdf-"),))
 
+    def test_where_its_sandbox_gets_no_root_folder(self):
+        for number in range(4):
+            for options in ({}, self.as_nobody()):
+                (self.folder / "out").chmod(0o777)
+                run = self.convert(page("<p>Text</p>"), name=f"{number}{len(options)}.pdf",
+                                   preexec_fn=confinement.refuse_chroot, **options)
+                self.assertIn("Text", run.pdf.text())
+                self.assertIn("A container's seccomp profile has to allow chroot.", run.log.text)
+                self.assertIn("the engine's own sandbox can not work here", run.log.text)
+
+    def test_engine_whose_sandbox_is_required_says_what_it_lacks(self):
+        run = self.convert(page("<p>Text</p>"), expect_success=False, preexec_fn=confinement.refuse_chroot,
+                           environment=self.environment(WEB2PDF_REQUIRE_SANDBOX=1))
+        self.assert_failure(run, "NSURLErrorDomain", -1005)
+        self.assertIn("and WEB2PDF_REQUIRE_SANDBOX is set", run.result["errorString"])
+        self.assertIn("gets no root folder of its own", run.log.text)
+
+    def test_profile_for_containers_takes_no_protection_away(self):
+        for options in ({}, self.as_nobody()):
+            (self.folder / "out").chmod(0o777)
+            run = self.convert(page("<p>Text</p>"), preexec_fn=confinement.apply_profile, **options)
+            self.assertIn("Text", run.pdf.text())
+            self.assertEqual(run.log.notes, [])
+
+    def test_profile_for_containers_refuses_what_gives_power(self):
+        attempts = ("import ctypes, platform, socket, sys\n"
+                    "call = ctypes.CDLL(None, use_errno=True).syscall\n"
+                    "for number in (321, 298, 250) if platform.machine() == 'x86_64' else (280, 241, 219):\n"
+                    "    assert call(number, -1, -1, -1, -1, -1) == -1 and ctypes.get_errno() == 1, number\n"
+                    "for family, kind, protocol in ((16, 3, 12), (17, 2, 0), (38, 5, 0), (40, 1, 0)):\n"
+                    "    try: socket.socket(family, kind, protocol)\n"
+                    "    except PermissionError: continue\n"
+                    "    sys.exit(f'a socket of the family {family}')\n"
+                    "socket.socket(2, 1, 0)\n"
+                    "socket.socket(16, 3, 0)\n")
+        subprocess.run(["python3", "-c", attempts], preexec_fn=confinement.apply_profile, check=True, timeout=30)
+
     def test_engine_whose_sandbox_is_required_does_not_run_without_it(self):
         run = self.convert(page("<p>Text</p>"), expect_success=False, preexec_fn=confinement.refuse_namespaces,
                            environment=self.environment(WEB2PDF_REQUIRE_SANDBOX=1))

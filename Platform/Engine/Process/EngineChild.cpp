@@ -3,6 +3,7 @@
 #include "Platform/Confinement/ForkedChild.h"
 #include "Platform/Engine/Process/EngineMemory.h"
 #include "Platform/Engine/Process/LookUntil.h"
+#include "Platform/Engine/Process/Sandbox/SandboxProbe.h"
 #include "Platform/Foundation/SignalsBlocked.h"
 
 #include <cerrno>
@@ -91,7 +92,9 @@ bool parentIsGone() {
     ::setrlimit(RLIMIT_CORE, &noCoreFile);
     limitOwnMemory(plan.memoryLimit);
     if (!plan.sandbox.enter(reporter)) ::_exit(failed);
-    const int sandboxError = plan.checkEngineSandbox ? engineSandboxError() : 0;
+    // Where something is refused, the engine's own sandbox mostly is, too.
+    const bool checks = plan.checkEngineSandbox || !plan.sandbox.hasAll();
+    const int sandboxError = checks ? engineSandboxError(reporter) : 0;
     if (sandboxError != 0) {
         using Kind = LaunchStep::Kind;
         reporter.report(plan.requireEngineSandbox ? Kind::requiredSandbox : Kind::engineSandbox,

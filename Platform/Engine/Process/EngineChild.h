@@ -6,7 +6,7 @@
 // that happens, and with it all processes of its namespace; where it has none, its own children end with
 // their connection to it. The destructor does the same at once and leaves no zombies.
 
-#include "Platform/Engine/Process/EngineSandbox.h"
+#include "Platform/Engine/Process/Sandbox/EngineSandbox.h"
 #include "Platform/Foundation/FileDescriptor.h"
 
 #include <cstddef>
@@ -23,7 +23,7 @@ public:
         std::vector<std::string> argumentsWithoutSandbox;
         std::vector<std::string> environment;
         /// Check first whether the engine's own sandbox can work, and disable it if not, unless it is
-        /// required.
+        /// required. That is done in any case where the kernel has refused something.
         bool checkEngineSandbox = false;
         bool requireEngineSandbox = false;
         std::size_t memoryLimit = 0; ///< see limitOwnMemory

@@ -12,48 +12,13 @@
 
 #include "Platform/Confinement/FileRules.h"
 #include "Platform/Confinement/SystemCallFilter.h"
+#include "Platform/Engine/Process/Sandbox/LaunchStep.h"
 
 #include <string>
 #include <sys/types.h>
 #include <vector>
 
 namespace qrv::engine {
-
-/// A step of the launch that failed, as the child reports it to its parent.
-struct LaunchStep {
-    enum class Kind {
-        namespaces,      ///< refused; only the file rules and the filter are left
-        identityMap,     ///< refused; the engine's own sandbox will not work
-        temporaryFolder, ///< no file system of its own; a folder in the caller's is used
-        processFolder,   ///< not its own; the engine sees that other processes exist
-        fileRules,       ///< not in this kernel; the engine can open what its user can
-        engineSandbox,   ///< cannot work here; the engine runs without it
-        identity,        ///< root could not be dropped: fatal, like everything below
-        requiredSandbox, ///< the engine's own: it can not work here, and the engine must not run without
-        systemCallFilter,
-        descriptors,
-        execution,
-    };
-
-    Kind kind;
-    int error; ///< errno
-
-    bool isFatal() const { return kind >= Kind::identity; }
-
-    /// A sentence for the log.
-    std::string text() const;
-};
-
-/// Reports a step; async-signal-safe.
-class LaunchReporter {
-public:
-    explicit LaunchReporter(int descriptor) : descriptor_(descriptor) {}
-
-    void report(LaunchStep::Kind kind, int error) const;
-
-private:
-    int descriptor_;
-};
 
 class EngineSandbox {
 public:
@@ -69,6 +34,9 @@ public:
 
     /// In the child, after enter: whether it has mounts of its own.
     bool hasMounts() const { return hasMounts_; }
+
+    /// Likewise: whether the kernel has refused nothing.
+    bool hasAll() const { return hasAll_; }
 
     /// The environment with the temporary folder, for a child with or without mounts of its own. With them
     /// the folder is gone with the child's last process.
@@ -88,8 +56,9 @@ private:
         FileRules files;
     };
 
-    bool dropIdentity(const LaunchReporter& reporter) const;
+    bool dropIdentity(const LaunchReporter& reporter);
     void mount(const LaunchReporter& reporter);
+    void lacks(LaunchStep::Kind kind, const LaunchReporter& reporter);
 
     unsigned user_;
     unsigned group_;
@@ -99,10 +68,7 @@ private:
     SystemCallFilter filter_ = SystemCallFilter::allowingAll();
     unsigned namespaces_ = 0; // CLONE_NEW...
     bool hasMounts_ = false;
+    bool hasAll_ = true;
 };
-
-/// What keeps the engine from building its own sandbox from within the calling process: an errno value, or 0;
-/// async-signal-safe.
-int engineSandboxError();
 
 } // namespace qrv::engine

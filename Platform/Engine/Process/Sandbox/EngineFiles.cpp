@@ -1,4 +1,4 @@
-#include "Platform/Engine/Process/EngineFiles.h"
+#include "Platform/Engine/Process/Sandbox/EngineFiles.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,12 +1,10 @@
-#include "Platform/Engine/Process/EngineSandbox.h"
+#include "Platform/Engine/Process/Sandbox/EngineSandbox.h"
 
-#include "Platform/Engine/Process/EngineFiles.h"
-#include "Platform/Foundation/FileDescriptor.h"
+#include "Platform/Engine/Process/Sandbox/EngineFiles.h"
+#include "Platform/Engine/Process/Sandbox/IdentityMap.h"
 
 #include <cerrno>
 #include <csignal>
-#include <cstring>
-#include <fcntl.h>
 #include <filesystem>
 #include <random>
 #include <sched.h>
@@ -14,7 +12,6 @@
 #include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -30,43 +27,6 @@ namespace {
 constexpr unsigned nobody = 65534;
 constexpr const char* sharedMemoryFolder = "/dev/shm";
 constexpr unsigned ownNamespaces = CLONE_NEWPID | CLONE_NEWNS | CLONE_NEWNET | CLONE_NEWIPC;
-
-bool writeFile(const char* path, const char* text) {
-    const FileDescriptor file(::open(path, O_WRONLY | O_CLOEXEC));
-    auto size = static_cast<ssize_t>(std::strlen(text));
-    return file && ::write(file.get(), text, static_cast<std::size_t>(size)) == size;
-}
-
-char* appendNumber(char* at, unsigned number) {
-    char digits[16];
-    int count = 0;
-    do digits[count++] = static_cast<char>('0' + number % 10);
-    while ((number /= 10) > 0);
-    while (count > 0) *at++ = digits[--count];
-    return at;
-}
-
-/// Maps one identity: "inside outside 1".
-bool writeMap(const char* path, unsigned inside, unsigned outside) {
-    char line[48];
-    char* end = appendNumber(line, inside);
-    *end++ = ' ';
-    end = appendNumber(end, outside);
-    std::memcpy(end, " 1\n", 4);
-    return writeFile(path, line);
-}
-
-/// Root is never mapped to root, which would restore its rights.
-unsigned identityInside(unsigned outside) {
-    return outside == 0 ? nobody : outside;
-}
-
-bool mapIdentity(unsigned user, unsigned group) {
-    ::prctl(PR_SET_DUMPABLE, 1, 0, 0, 0); // a change of identity makes /proc/self inaccessible to the process
-    return writeFile("/proc/self/setgroups", "deny") &&
-           writeMap("/proc/self/uid_map", identityInside(user), user) &&
-           writeMap("/proc/self/gid_map", identityInside(group), group);
-}
 
 bool becomeNobody() {
     return ::syscall(SYS_setgroups, 0, nullptr) == 0 &&
@@ -99,46 +59,7 @@ std::string newFolderName() {
     return callersTemporaryFolder() + "/web2pdf-" + std::to_string(random()) + std::to_string(random());
 }
 
-const char* sentence(LaunchStep::Kind kind) {
-    switch (kind) {
-    case LaunchStep::Kind::namespaces:
-        return "no namespaces of its own for the engine; it is kept from sockets and files alone";
-    case LaunchStep::Kind::identityMap:
-        return "the engine's identity can not be mapped into its user namespace";
-    case LaunchStep::Kind::temporaryFolder:
-        return "no file system of its own for the engine's temporary files; they are in a folder of the "
-               "caller's";
-    case LaunchStep::Kind::processFolder:
-        return "no list of processes of its own for the engine; it sees the machine's";
-    case LaunchStep::Kind::fileRules:
-        return "no file rules for the engine; it can open what its user can";
-    case LaunchStep::Kind::engineSandbox:
-        return "the engine's own sandbox can not work here; it runs without, cut off from the network";
-    case LaunchStep::Kind::identity:
-        return "the engine can not be started without the rights of root";
-    case LaunchStep::Kind::requiredSandbox:
-        return "the engine's own sandbox can not work here, and WEB2PDF_REQUIRE_SANDBOX is set";
-    case LaunchStep::Kind::systemCallFilter:
-        return "the engine can not be cut off from the network";
-    case LaunchStep::Kind::descriptors:
-        return "the engine's descriptors can not be set up";
-    case LaunchStep::Kind::execution:
-        return "the engine can not be executed";
-    }
-    return "";
-}
-
 } // namespace
-
-std::string LaunchStep::text() const {
-    return std::string(sentence(kind)) + " (" + std::strerror(error) + ")";
-}
-
-void LaunchReporter::report(LaunchStep::Kind kind, int error) const {
-    LaunchStep step{kind, error};
-    while (::write(descriptor_, &step, sizeof step) < 0 && errno == EINTR) {
-    }
-}
 
 EngineSandbox::Surroundings::Surroundings(const std::string& program, std::vector<std::string> environment_,
                                           const std::string& temporaryFolder)
@@ -163,27 +84,26 @@ pid_t EngineSandbox::fork(const LaunchReporter& reporter) {
             ::syscall(SYS_clone, namespaces | SIGCHLD, nullptr, nullptr, nullptr, nullptr));
         if (child >= 0) return child;
     }
-    reporter.report(LaunchStep::Kind::namespaces, errno);
+    lacks(LaunchStep::Kind::namespaces, reporter);
     namespaces_ = 0;
     return ::_Fork();
 }
 
 bool EngineSandbox::enter(const LaunchReporter& reporter) {
     if ((namespaces_ & CLONE_NEWUSER) && !mapIdentity(user_, group_))
-        reporter.report(LaunchStep::Kind::identityMap, errno);
+        lacks(LaunchStep::Kind::identityMap, reporter);
     if (namespaces_ & CLONE_NEWNS) mount(reporter);
     if (!dropIdentity(reporter)) return false;
     if (::prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) return false;
     if (!hasMounts_) ::mkdir(folder_.c_str(), 0700); // without it the engine has nowhere to write
-    if (!(hasMounts_ ? mounted_ : unmounted_).files.enforce())
-        reporter.report(LaunchStep::Kind::fileRules, errno);
+    if (!(hasMounts_ ? mounted_ : unmounted_).files.enforce()) lacks(LaunchStep::Kind::fileRules, reporter);
     if (filter_.install()) return true;
     reporter.report(LaunchStep::Kind::systemCallFilter, errno);
     return false;
 }
 
 /// Makes sure that the child is not root, nor has root's rights after it has executed a program.
-bool EngineSandbox::dropIdentity(const LaunchReporter& reporter) const {
+bool EngineSandbox::dropIdentity(const LaunchReporter& reporter) {
     if (user_ != 0 || (namespaces_ & CLONE_NEWUSER) || becomeNobody()) return true;
     // If only root's identity is known here, a user namespace still has another one.
     const int error = errno;
@@ -191,7 +111,7 @@ bool EngineSandbox::dropIdentity(const LaunchReporter& reporter) const {
         reporter.report(LaunchStep::Kind::identity, error);
         return false;
     }
-    if (!mapIdentity(user_, group_)) reporter.report(LaunchStep::Kind::identityMap, errno);
+    if (!mapIdentity(user_, group_)) lacks(LaunchStep::Kind::identityMap, reporter);
     return true;
 }
 
@@ -201,30 +121,19 @@ void EngineSandbox::mount(const LaunchReporter& reporter) {
     constexpr unsigned long flags = MS_NOSUID | MS_NODEV | MS_NOEXEC;
     const bool isPrivate = ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
     hasMounts_ = isPrivate && ::mount("tmpfs", sharedMemoryFolder, "tmpfs", flags, "size=2g,mode=1777") == 0;
-    if (!hasMounts_) reporter.report(LaunchStep::Kind::temporaryFolder, errno);
+    if (!hasMounts_) lacks(LaunchStep::Kind::temporaryFolder, reporter);
     if (!isPrivate || ::mount("proc", "/proc", "proc", flags, nullptr) != 0)
-        reporter.report(LaunchStep::Kind::processFolder, errno);
+        lacks(LaunchStep::Kind::processFolder, reporter);
+}
+
+void EngineSandbox::lacks(LaunchStep::Kind kind, const LaunchReporter& reporter) {
+    reporter.report(kind, errno);
+    hasAll_ = false;
 }
 
 void EngineSandbox::removeFolder() const {
     std::error_code ignored;
     std::filesystem::remove_all(folder_, ignored);
-}
-
-/// Tries, in a process of its own, the namespaces from which the engine builds its sandbox.
-int engineSandboxError() {
-    unsigned user = ::geteuid();
-    unsigned group = ::getegid();
-    pid_t probe = ::_Fork();
-    if (probe == 0) {
-        bool usable = ::unshare(CLONE_NEWUSER | CLONE_NEWPID | CLONE_NEWNET) == 0 && mapIdentity(user, group);
-        ::_exit(usable ? 0 : errno);
-    }
-    if (probe < 0) return errno;
-    int status = 0;
-    while (::waitpid(probe, &status, 0) < 0 && errno == EINTR) {
-    }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : ECHILD;
 }
 
 } // namespace qrv::engine
