@@ -41,6 +41,12 @@ struct SystemCallFilter::Rules {
         for (int call : calls) check(::seccomp_rule_add(context, action, call, 0), "filtering a system call");
     }
 
+    void refuse(int call, const scmp_arg_cmp& where, int error) const {
+        check(
+            ::seccomp_rule_add_array(context, SCMP_ACT_ERRNO(static_cast<unsigned>(error)), call, 1, &where),
+            "filtering a system call");
+    }
+
     scmp_filter_ctx context;
 };
 
@@ -63,6 +69,16 @@ SystemCallFilter& SystemCallFilter::operator=(SystemCallFilter&&) noexcept = def
 
 void SystemCallFilter::refuse(std::initializer_list<int> calls, int error) {
     rules_->add(SCMP_ACT_ERRNO(static_cast<unsigned>(error)), calls);
+}
+
+void SystemCallFilter::refuseUnless(int call, unsigned argument, std::uint64_t value, int error) {
+    rules_->refuse(call, {.arg = argument, .op = SCMP_CMP_NE, .datum_a = value, .datum_b = 0}, error);
+}
+
+void SystemCallFilter::refuseWhere(int call, unsigned argument, std::uint64_t mask, std::uint64_t value,
+                                   int error) {
+    rules_->refuse(call, {.arg = argument, .op = SCMP_CMP_MASKED_EQ, .datum_a = mask, .datum_b = value},
+                   error);
 }
 
 void SystemCallFilter::allow(std::initializer_list<int> calls) {

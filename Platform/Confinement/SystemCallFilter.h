@@ -11,6 +11,7 @@
 // A filter is inherited by all descendants and can not be taken off. Calls of another architecture or data
 // model than the program's own fail with ENOSYS.
 
+#include <cstdint>
 #include <initializer_list>
 #include <memory>
 #include <vector>
@@ -32,6 +33,10 @@ public:
     /// Has the calls fail with this errno value. Numbers are those of <sys/syscall.h>. Throws
     /// std::system_error.
     void refuse(std::initializer_list<int> calls, int error);
+    /// Has the call fail with this errno value unless its argument, counted from 0, has this value; or where
+    /// those bits of it that the mask has do. Throws std::system_error.
+    void refuseUnless(int call, unsigned argument, std::uint64_t value, int error);
+    void refuseWhere(int call, unsigned argument, std::uint64_t mask, std::uint64_t value, int error);
     /// Lets the calls pass. Throws std::system_error.
     void allow(std::initializer_list<int> calls);
 

@@ -543,8 +543,7 @@ std::unique_ptr<Page> makeEnginePage(PageClient& client) {
 }
 
 void allowEnginePages(FileRules& rules) {
-    if (const auto executable = locateEngine(EngineSearch::fromEnvironment()))
-        allowEngine(rules, executable->path);
+    if (const auto program = locateEngine(EngineSearch::fromEnvironment())) allowEngine(rules, *program);
 }
 
 } // namespace qrv::engine

@@ -138,7 +138,7 @@ class ToolTestCase(unittest.TestCase):
             "PAPERSIZE": "letter",
             "WEB2PDF_TEST_RUN": self.marker,
         }
-        inherited = {name: os.environ[name] for name in ("LLVM_PROFILE_FILE",) if name in os.environ}
+        inherited = {name: os.environ[name] for name in ("LLVM_PROFILE_FILE", "WEB2PDF_ENGINE") if name in os.environ}
         everything = {**inherited, **self._sanitizer_options(), **settled, **more}
         return {name: str(value) for name, value in everything.items() if value is not None}
 

@@ -43,8 +43,14 @@ std::string shortened(std::string_view url) {
     return isCut ? text + "..." : text;
 }
 
+/// A full browser asks by itself for the icon of its tab, where the page names none.
+bool isIconOfTab(std::string_view type, std::string_view url) {
+    return type == "Other" && url.ends_with("/favicon.ico");
+}
+
 /// Returns an empty text for what does not count.
 std::string entryFor(std::string_view type, std::string_view url) {
+    if (isIconOfTab(type, url)) return {};
     const std::string_view kind = kindOf(type);
     return kind.empty() ? std::string() : std::string(kind) + " " + shortened(url);
 }

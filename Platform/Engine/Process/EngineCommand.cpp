@@ -1,5 +1,7 @@
 #include "Platform/Engine/Process/EngineCommand.h"
 
+#include "Platform/Engine/Process/Sandbox/EngineKind.h"
+
 #include <cstdlib>
 
 namespace qrv::engine {
@@ -20,6 +22,7 @@ constexpr const char* commonArguments[] = {
     "--no-default-browser-check",
     "--disable-site-isolation-trials",
     "--disable-breakpad",
+    "--disable-crashpad-for-testing",
     "--disable-dev-shm-usage", // shared memory is in the temporary folder
     // Appearance and sound of the page.
     "--hide-scrollbars",
@@ -46,9 +49,9 @@ void passOnDataDirectory(std::vector<std::string>& environment) {
 
 } // namespace
 
-std::vector<std::string> engineArguments(const EngineExecutable& executable, bool sandboxed) {
-    std::vector<std::string> arguments{executable.path};
-    if (!executable.isHeadlessShell) arguments.emplace_back("--headless");
+std::vector<std::string> engineArguments(const std::string& program, bool sandboxed) {
+    std::vector<std::string> arguments{program};
+    if (engineKind(program) == EngineKind::browser) arguments.emplace_back("--headless");
     arguments.insert(arguments.end(), std::begin(commonArguments), std::end(commonArguments));
     if (!sandboxed) arguments.emplace_back("--no-sandbox");
     arguments.emplace_back("about:blank");
@@ -59,7 +62,6 @@ std::vector<std::string> engineEnvironment() {
     std::vector<std::string> environment{
         "PATH=/usr/local/bin:/usr/bin:/bin",
         "HOME=/nonexistent",
-        "XDG_CONFIG_HOME=/nonexistent",
         "XDG_CACHE_HOME=/nonexistent",
     };
     for (const char* name : {"LANG", "LANGUAGE", "LC_ALL", "LC_CTYPE", "LC_MESSAGES", "LC_TIME", "LC_NUMERIC",

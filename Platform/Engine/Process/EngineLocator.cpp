@@ -1,6 +1,7 @@
 #include "Platform/Engine/Process/EngineLocator.h"
 
 #include <cstdlib>
+#include <iterator>
 #include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,8 +10,20 @@ namespace qrv::engine {
 
 namespace {
 
-constexpr const char* headlessShellName = "chromium-headless-shell";
-constexpr const char* browserName = "chromium";
+constexpr const char* places[] = {
+    WEB2PDF_ENGINE_PATH,
+    "/usr/lib/chromium/chromium-headless-shell",
+    "/usr/lib64/chromium-browser/headless_shell",
+    "/usr/lib/chromium-browser/headless_shell",
+    "/usr/lib/chromium/chromium",
+    "/usr/lib64/chromium-browser/chromium-browser",
+    "/usr/lib64/chromium/chromium",
+    "/opt/google/chrome/chrome",
+};
+
+constexpr const char* commands[] = {
+    "chromium-headless-shell", "chrome-headless-shell", "headless_shell", "chromium", "chromium-browser",
+};
 
 bool isExecutableFile(const std::string& path) {
     struct stat status;
@@ -39,23 +52,17 @@ std::optional<std::string> findInPath(std::string_view directories, std::string_
 
 EngineSearch EngineSearch::fromEnvironment() {
     return {.chosen = environmentValue("WEB2PDF_ENGINE"),
-            .places = {{"/usr/lib/chromium/chromium-headless-shell", true},
-                       {"/usr/lib/chromium/chromium", false}},
+            .places = {std::begin(engine::places), std::end(engine::places)},
             .path = environmentValue("PATH")};
 }
 
-std::optional<EngineExecutable> locateEngine(const EngineSearch& search) {
-    if (!search.chosen.empty()) {
-        if (!isExecutableFile(search.chosen)) return std::nullopt;
-        // A file of any other name, chosen by a test or an administrator, counts as the headless shell.
-        bool isBrowser = search.chosen.substr(search.chosen.rfind('/') + 1) == browserName;
-        return EngineExecutable{search.chosen, !isBrowser};
-    }
+std::optional<std::string> locateEngine(const EngineSearch& search) {
+    if (!search.chosen.empty())
+        return isExecutableFile(search.chosen) ? std::optional(search.chosen) : std::nullopt;
     for (const auto& place : search.places)
-        if (isExecutableFile(place.path)) return place;
-    for (bool headlessShell : {true, false})
-        if (auto path = findInPath(search.path, headlessShell ? headlessShellName : browserName))
-            return EngineExecutable{*path, headlessShell};
+        if (isExecutableFile(place)) return place;
+    for (const char* command : commands)
+        if (auto found = findInPath(search.path, command)) return found;
     return std::nullopt;
 }
 

@@ -48,7 +48,7 @@ EngineProcess::LaunchResult EngineProcess::launch(EngineOptions options, NSRunLo
     }
 }
 
-EngineProcess::EngineProcess(EngineExecutable executable, EngineOptions options, NSRunLoop& loop)
+EngineProcess::EngineProcess(std::string executable, EngineOptions options, NSRunLoop& loop)
     : executable_(std::move(executable)), options_(std::move(options)), loop_(loop),
       memoryLimit_(engineMemoryLimit(options_.log)) {
     [[maybe_unused]] static const int registered = std::atexit(&EngineProcess::endAll);

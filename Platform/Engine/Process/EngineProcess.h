@@ -72,7 +72,7 @@ public:
     pid_t pid() const { return child_ ? child_->pid() : -1; }
 
 private:
-    EngineProcess(EngineExecutable executable, EngineOptions options, NSRunLoop& loop);
+    EngineProcess(std::string executable, EngineOptions options, NSRunLoop& loop);
 
     static void endAll();
     void start();
@@ -83,7 +83,7 @@ private:
     void ended(std::string reason);
     void log(const std::string& line);
 
-    EngineExecutable executable_;
+    std::string executable_; // its path
     EngineOptions options_;
     NSRunLoop& loop_;
     std::unique_ptr<EngineChild> child_;

@@ -44,6 +44,19 @@ TEST(SystemCallFilterTests, AllowsOnlyWhatItIsTold) {
     EXPECT_EQ(errorBehind(filter, makePair), 0);
 }
 
+TEST(SystemCallFilterTests, GoesByAnArgument) {
+    auto filter = SystemCallFilter::allowingAll();
+    filter.refuseUnless(SYS_socket, 0, AF_UNIX, EACCES);
+    filter.refuseWhere(SYS_socketpair, 1, 0xf, SOCK_DGRAM, EPERM);
+    filter.compile();
+    int ends[2];
+    EXPECT_EQ(errorBehind(filter, makeSocket), 0);
+    EXPECT_EQ(errorBehind(filter, [] { return ::socket(AF_INET, SOCK_STREAM, 0); }), EACCES);
+    EXPECT_EQ(errorBehind(filter, makePair), 0);
+    EXPECT_EQ(errorBehind(filter, [&] { return ::socketpair(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0, ends); }),
+              EPERM);
+}
+
 TEST(SystemCallFilterTests, IsInheritedAndStays) {
     auto outer = SystemCallFilter::allowingAll();
     outer.refuse({SYS_socket}, EACCES);

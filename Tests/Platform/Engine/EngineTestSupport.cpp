@@ -80,7 +80,7 @@ EngineSearch only(const std::string& path) {
 std::string installedEngine() {
     auto found = locateEngine(EngineSearch::fromEnvironment());
     EXPECT_TRUE(found) << "these tests need the engine";
-    return found ? found->path : std::string();
+    return found.value_or("");
 }
 
 std::unique_ptr<EngineProcess> launch(EngineOptions options, NSRunLoop& loop) {

@@ -1,6 +1,7 @@
 #include "Platform/Engine/Process/Sandbox/EngineSandbox.h"
 
 #include "Platform/Engine/Process/Sandbox/EngineFiles.h"
+#include "Platform/Engine/Process/Sandbox/EngineKind.h"
 #include "Platform/Engine/Process/Sandbox/IdentityMap.h"
 
 #include <cerrno>
@@ -10,6 +11,7 @@
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <system_error>
@@ -36,8 +38,6 @@ bool becomeNobody() {
 
 /// What no browser needs and an engine in foreign hands might use.
 void refuseCalls(SystemCallFilter& filter) {
-    // The connection to the tool is there already, and pairs of sockets can still be made.
-    filter.refuse({SYS_socket}, EACCES);
     // It can make sockets, too, and open files.
     filter.refuse({SYS_io_uring_setup, SYS_io_uring_enter, SYS_io_uring_register}, ENOSYS);
     filter.refuse({SYS_mount, SYS_umount2, SYS_pivot_root, SYS_move_mount, SYS_open_tree, SYS_fsopen,
@@ -53,6 +53,20 @@ void refuseCalls(SystemCallFilter& filter) {
                   EPERM);
 }
 
+/// The connection to the tool is there already, and pairs of sockets can still be made, but for those by
+/// which messages could be sent to others.
+void refuseSockets(SystemCallFilter& filter, EngineKind kind) {
+    constexpr unsigned types = 0xf; // above them are flags
+    for (const int type : {SOCK_DGRAM, SOCK_RAW})
+        filter.refuseWhere(SYS_socketpair, 1, types, static_cast<unsigned>(type), EACCES);
+    if (kind == EngineKind::headlessShell) return filter.refuse({SYS_socket}, EACCES);
+    // A browser does not start without a socket on which others of its profile could speak to it. With
+    // nothing but that it can reach nobody.
+    filter.refuseUnless(SYS_socket, 0, AF_UNIX, EACCES);
+    filter.refuseUnless(SYS_socket, 1, SOCK_STREAM, EACCES);
+    filter.refuse({SYS_connect}, EACCES);
+}
+
 /// A folder in the caller's temporary one, under a name that nobody guesses.
 std::string newFolderName() {
     std::random_device random;
@@ -65,11 +79,13 @@ EngineSandbox::Surroundings::Surroundings(const std::string& program, std::vecto
                                           const std::string& temporaryFolder)
     : environment(std::move(environment_)), files(engineFiles(program, environment, temporaryFolder)) {
     environment.push_back("TMPDIR=" + temporaryFolder);
+    environment.push_back("XDG_CONFIG_HOME=" + temporaryFolder); // where a full browser has its profile
 }
 
 EngineSandbox::EngineSandbox(const std::string& program, const std::vector<std::string>& environment)
     : user_(::geteuid()), group_(::getegid()), folder_(newFolderName()),
       mounted_(program, environment, sharedMemoryFolder), unmounted_(program, environment, folder_) {
+    refuseSockets(filter_, engineKind(program));
     refuseCalls(filter_);
     filter_.compile();
 }

@@ -68,6 +68,16 @@ TEST(MissingResources, WhatIsOnlySentDoesNotCount) {
     EXPECT_EQ(missing.description(), "");
 }
 
+TEST(MissingResources, WhatTheBrowserAsksForByItselfDoesNotCount) {
+    MissingResources missing;
+    missing.add("Other", "http://a/favicon.ico");
+    EXPECT_EQ(missing.description(), "");
+    missing.add("Other", "http://a/icon.png");
+    EXPECT_THAT(missing.description(), EndsWith(": other http://a/icon.png"));
+    missing.add("Image", "http://a/favicon.ico");
+    EXPECT_THAT(missing.description(), EndsWith(", image http://a/favicon.ico"));
+}
+
 TEST(MissingResources, ThereMayBeMoreThanAreNamed) {
     MissingResources missing;
     for (int i = 0; i < 30; ++i) missing.add("Image", "http://a/" + std::to_string(i) + ".png");

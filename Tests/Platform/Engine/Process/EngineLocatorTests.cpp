@@ -1,7 +1,9 @@
 #include "Platform/Engine/Process/EngineLocator.h"
 
+#include "Platform/Engine/Process/Sandbox/EngineKind.h"
 #include "Tests/Platform/Engine/EngineTestSupport.h"
 
+#include <algorithm>
 #include <fstream>
 #include <gtest/gtest.h>
 
@@ -23,33 +25,25 @@ protected:
 TEST_F(EngineLocatorTest, TheChosenFileBeatsEverything) {
     std::string chosen = add("a", "mine");
     std::string place = add("b", "place");
-    auto found = locateEngine({.chosen = chosen, .places = {{place, true}}, .path = {}});
+    auto found = locateEngine({.chosen = chosen, .places = {place}, .path = {}});
     ASSERT_TRUE(found);
-    EXPECT_EQ(found->path, chosen);
-    EXPECT_TRUE(found->isHeadlessShell);
+    EXPECT_EQ(*found, chosen);
 }
 
 TEST_F(EngineLocatorTest, AChosenFileThatIsMissingIsNotReplaced) {
     std::string place = add("b", "place");
-    EXPECT_FALSE(locateEngine({.chosen = folder("nothing"), .places = {{place, true}}, .path = {}}));
-    EXPECT_FALSE(locateEngine({.chosen = folder("b"), .places = {{place, true}}, .path = {}}));
-}
-
-TEST_F(EngineLocatorTest, AChosenBrowserIsToldFromTheShellByItsName) {
-    EXPECT_FALSE(locateEngine(only(add("a", "chromium")))->isHeadlessShell);
-    EXPECT_TRUE(locateEngine(only(add("a", "chromium-headless-shell")))->isHeadlessShell);
+    EXPECT_FALSE(locateEngine({.chosen = folder("nothing"), .places = {place}, .path = {}}));
+    EXPECT_FALSE(locateEngine({.chosen = folder("b"), .places = {place}, .path = {}}));
 }
 
 TEST_F(EngineLocatorTest, PlacesComeInOrderAndBeforeThePath) {
     std::string second = add("a", "second");
     std::string third = add("a", "third");
     add("bin", "chromium-headless-shell");
-    auto found = locateEngine({.chosen = {},
-                               .places = {{folder("nothing"), true}, {second, false}, {third, true}},
-                               .path = folder("bin")});
+    auto found =
+        locateEngine({.chosen = {}, .places = {"", folder("nothing"), second, third}, .path = folder("bin")});
     ASSERT_TRUE(found);
-    EXPECT_EQ(found->path, second);
-    EXPECT_FALSE(found->isHeadlessShell);
+    EXPECT_EQ(*found, second);
 }
 
 TEST_F(EngineLocatorTest, ThePathIsSearchedForTheShellFirst) {
@@ -58,13 +52,11 @@ TEST_F(EngineLocatorTest, ThePathIsSearchedForTheShellFirst) {
     std::string path = ":relative:" + folder("nothing") + ":" + folder("one") + ":" + folder("two");
     auto found = locateEngine({.chosen = {}, .places = {}, .path = path});
     ASSERT_TRUE(found);
-    EXPECT_EQ(found->path, shell);
-    EXPECT_TRUE(found->isHeadlessShell);
+    EXPECT_EQ(*found, shell);
 
     found = locateEngine({.chosen = {}, .places = {}, .path = folder("one")});
     ASSERT_TRUE(found);
-    EXPECT_EQ(found->path, browser);
-    EXPECT_FALSE(found->isHeadlessShell);
+    EXPECT_EQ(*found, browser);
 }
 
 TEST_F(EngineLocatorTest, FilesThatCanNotBeExecutedArePassedOver) {
@@ -81,6 +73,25 @@ TEST_F(EngineLocatorTest, RelativeEntriesOfThePathArePassedOver) {
     auto found = locateEngine({.chosen = {}, .places = {}, .path = "bin:./bin:"});
     std::filesystem::current_path(before);
     EXPECT_FALSE(found);
+}
+
+TEST_F(EngineLocatorTest, ThePathIsSearchedForTheNamesOfOtherDistributions) {
+    for (const char* name : {"chromium-browser", "chromium", "headless_shell", "chrome-headless-shell"}) {
+        const std::string newest = add("one", name); // each is preferred to those before
+        EXPECT_EQ(locateEngine({.chosen = {}, .places = {}, .path = folder("one")}), newest);
+    }
+}
+
+TEST_F(EngineLocatorTest, ThePlaceThatTheBuildNamesComesFirst) {
+    EXPECT_EQ(EngineSearch::fromEnvironment().places.front(), WEB2PDF_ENGINE_PATH);
+}
+
+TEST_F(EngineLocatorTest, HeadlessShellsAreLookedForBeforeFullBrowsers) {
+    const auto places = EngineSearch::fromEnvironment().places;
+    EXPECT_TRUE(std::is_partitioned(places.begin() + 1, places.end(), [](const std::string& place) {
+        return engineKind(place) == EngineKind::headlessShell;
+    }));
+    EXPECT_NE(std::find(places.begin(), places.end(), "/usr/lib/chromium/chromium"), places.end());
 }
 
 TEST_F(EngineLocatorTest, TheEnvironmentNamesTheChosenFile) {

@@ -13,6 +13,7 @@
 #include <sys/ptrace.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -40,6 +41,28 @@ int detach() {
     return child;
 }
 
+sockaddr_un addressOf(const std::string& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    return address;
+}
+
+int connectTo(const std::string& path) {
+    const sockaddr_un address = addressOf(path);
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    return socket < 0 ? -1 : ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+}
+
+/// Sends a message to a socket by one that came with another as a pair.
+int sendTo(const std::string& path) {
+    const sockaddr_un address = addressOf(path);
+    int pair[2];
+    if (::socketpair(AF_UNIX, SOCK_DGRAM, 0, pair) != 0) return -1;
+    return static_cast<int>(
+        ::sendto(pair[0], "hello", 5, 0, reinterpret_cast<const sockaddr*>(&address), sizeof address));
+}
+
 int obey(const std::string& order, const std::string& what) {
     const char* path = what.c_str();
     if (order == "read") return ::open(path, O_RDONLY | O_CLOEXEC);
@@ -52,6 +75,9 @@ int obey(const std::string& order, const std::string& what) {
     if (order == "local-socket") return ::socket(AF_UNIX, SOCK_STREAM, 0);
     if (order == "internet-socket") return ::socket(AF_INET, SOCK_STREAM, 0);
     if (order == "netlink-socket") return ::socket(AF_NETLINK, SOCK_RAW, 0);
+    if (order == "local-datagrams") return ::socket(AF_UNIX, SOCK_DGRAM, 0);
+    if (order == "connect") return connectTo(what);
+    if (order == "send") return sendTo(what);
     if (order == "trace") return static_cast<int>(::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr));
     if (order == "mount") return ::mount("tmpfs", path, "tmpfs", 0, nullptr);
     if (order == "ring") {

@@ -6,7 +6,9 @@
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -32,9 +34,27 @@ std::vector<pid_t> processesOf(const std::string& command) {
     return found;
 }
 
+/// A socket in the file system to which anybody may send.
+class OpenListener {
+public:
+    explicit OpenListener(std::string path) : path_(std::move(path)) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        path_.copy(address.sun_path, sizeof address.sun_path - 1);
+        EXPECT_EQ(::bind(socket_.get(), reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+        std::filesystem::permissions(path_, std::filesystem::perms::all);
+    }
+
+    const std::string& path() const { return path_; }
+
+private:
+    FileDescriptor socket_{::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0)};
+    std::string path_;
+};
+
 class IntrusionTest : public ::testing::Test {
 protected:
-    IntrusionTest() : intruder_(directory_.path() / "intruder") {
+    explicit IntrusionTest(const std::string& name = "intruder") : intruder_(directory_.path() / name) {
         std::filesystem::copy_file(INTRUDER, intruder_);
         std::ofstream(elsewhere_.path() / "secret") << "secret";
     }
@@ -71,6 +91,7 @@ protected:
         const auto calls =
             obey("local-socket x\ninternet-socket x\nnetlink-socket x\nring x\nmount /tmp\ntrace x\n");
         EXPECT_THAT(calls, ElementsAre("EACCES", "EACCES", "EACCES", "ENOSYS", "EPERM", "EPERM"));
+        EXPECT_THAT(obey("send " + listener_.path() + "\n"), Each("EACCES"));
         // What is left is what an engine needs.
         const auto needs =
             obey("read /dev/urandom\nwrite /dev/null\nread /etc/fonts/fonts.conf\nread /proc/self/maps\n");
@@ -95,6 +116,7 @@ protected:
     NSRunLoop loop_;
     OpenDirectory directory_;
     OpenDirectory elsewhere_;
+    OpenListener listener_{elsewhere_.path() / "listener"};
     std::string intruder_;
     std::unique_ptr<EngineProcess> engine_;
     std::string log_;
@@ -118,6 +140,21 @@ TEST_F(IntrusionTest, AsAnOrdinaryUser) {
                   return safe && alone && leavesNothing() && log_.empty() ? 0 : 1;
               }),
               0);
+}
+
+/// The full browser may make a socket.
+class IntrusionInABrowserTest : public IntrusionTest {
+protected:
+    IntrusionInABrowserTest() : IntrusionTest("chromium") {}
+};
+
+TEST_F(IntrusionInABrowserTest, ItsSocketReachesNobody) {
+    EXPECT_THAT(obey("local-socket x\n"), Each("done"));
+    EXPECT_THAT(obey("connect " + listener_.path() + "\nsend " + listener_.path() +
+                     "\nlocal-datagrams x\ninternet-socket x\nnetlink-socket x\n"),
+                Each("EACCES"));
+    EXPECT_THAT(obey(fileOrders()), Each("EACCES"));
+    EXPECT_THAT(attackTool(), ElementsAre("ESRCH", "ENOENT", "ENOENT"));
 }
 
 class IntrusionWithoutNamespacesTest : public IntrusionTest {
@@ -170,6 +207,7 @@ TEST_F(IntrusionTest, WithoutMountsTheTemporaryFolderIsRemoved) {
                   EXPECT_THAT(log_, HasSubstr("no file system of its own for the engine's temporary files"));
                   EXPECT_TRUE(leavesNothing());
                   std::filesystem::remove(secret());
+                  std::filesystem::remove(listener_.path());
                   EXPECT_TRUE(std::filesystem::is_empty(elsewhere_.path()));
                   return HasFailure() ? 1 : 0;
               }),
