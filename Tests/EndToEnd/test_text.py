@@ -70,11 +70,14 @@ class ScriptTests(ToolTestCase):
             self.assert_found(IN_READING_ORDER, pdf.glyph_text())
 
     def test_scripts_from_the_right(self):
-        """Poppler puts them into reading order; mupdf's version in use gives each line from left to right."""
+        """Poppler puts them into reading order; mupdf of Debian 12 gives each line from left to right, that of 13 does
+        not."""
+        from_the_left = {name: text[::-1] for name, text in FROM_THE_RIGHT.items()}
         for mode in MODES:
             pdf = self.convert(page(scripts(FROM_THE_RIGHT, 'dir="rtl"')), mode=mode).pdf
             self.assert_found(FROM_THE_RIGHT, pdf.text())
-            self.assert_found({name: text[::-1] for name, text in FROM_THE_RIGHT.items()}, pdf.glyph_text())
+            glyphs = pdf.glyph_text()
+            self.assert_found(FROM_THE_RIGHT if FROM_THE_RIGHT["Hebrew"] in glyphs else from_the_left, glyphs)
 
     def test_scripts_that_are_drawn_in_another_order(self):
         for mode in MODES:

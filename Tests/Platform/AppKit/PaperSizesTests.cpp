@@ -31,15 +31,20 @@ TEST(PaperSizes, AreNoneForUnknownNames) {
         EXPECT_FALSE(paperSizeNamed(name)) << name;
 }
 
+/// That of Debian 12: a later one, which comes with the program paper, has some other names and another C4.
 TEST(PaperSizes, AreThoseOfPaperconf) {
+    const bool isLater = !outputOf("command -v paper").empty();
     std::istringstream names(outputOf("paperconf -a"));
     int count = 0;
-    for (std::string name; names >> name; ++count) {
-        NSSize size;
-        std::istringstream(outputOf("paperconf -p " + name + " -s")) >> size.width >> size.height;
-        EXPECT_EQ(paperSizeNamed(name), (NSSize{std::round(size.width), std::round(size.height)})) << name;
+    for (std::string name; std::getline(names, name);) {
+        const auto size = paperSizeNamed(name);
+        if (isLater && (!size || name == "c4")) continue;
+        NSSize told;
+        std::istringstream(outputOf("paperconf -p '" + name + "' -s")) >> told.width >> told.height;
+        EXPECT_EQ(size, (NSSize{std::round(told.width), std::round(told.height)})) << name;
+        ++count;
     }
-    EXPECT_GE(count, 55);
+    EXPECT_GE(count, isLater ? 40 : 55);
 }
 
 } // namespace qrv
