@@ -54,15 +54,18 @@ class OtherPlaceTests(TraceTestCase):
 
 @unittest.skipUnless(os.access(BROWSER, os.X_OK), "the package chromium is not installed")
 class BrowserTests(TraceTestCase):
-    def convert_text(self, **options):
+    def convert_text(self, program=BROWSER, **options):
         (self.folder / "out").chmod(0o777)
-        run = self.convert(page("<p>Text</p>"), environment=self.environment(WEB2PDF_ENGINE=BROWSER), **options)
+        run = self.convert(page("<p>Text</p>"), environment=self.environment(WEB2PDF_ENGINE=program), **options)
         self.assertIn("Text", run.pdf.text())
         return run
 
     def test_both_modes(self):
         for mode in ("screen", "print"):
             self.assertEqual(self.convert_text(mode=mode).log.notes, [])
+
+    def test_its_command_which_is_a_script(self):
+        self.assertEqual(self.convert_text(program="/usr/bin/chromium").log.notes, [])
 
     def test_of_an_ordinary_user(self):
         self.assertEqual(self.convert_text(**self.as_nobody()).log.notes, [])

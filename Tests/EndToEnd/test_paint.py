@@ -2,7 +2,7 @@
 
 import unittest
 
-from engine import between
+from engine import CHOSEN, between
 from pages import page
 from tool import ToolTestCase
 
@@ -27,7 +27,7 @@ class PaintTests(ToolTestCase):
         tries = self.folder / "tries"
         tries.mkdir()
         tries.chmod(0o777)
-        text = between(_SLOW % {"count": count, "folder": str(tries)})
+        text = between(_SLOW % {"count": count, "folder": str(tries)}, CHOSEN)
         return self.convert(page(body), **self.writing_engine(text))
 
     def test_page_that_prints_too_slowly_is_printed_without_what_costs(self):

@@ -6,7 +6,7 @@ words on it with their places. What it saw lies in the folder then: page.png and
 of the page has been changed yet, it takes a picture of the view alone: view.png.
 """
 
-from engine import between
+from engine import CHOSEN, between
 
 # Runs in a world of its own. Everything is measured anew here: nothing is taken from the tool.
 _LOOK = r"""(() => {
@@ -110,4 +110,4 @@ _LARGEST_PICTURE = 40_000_000
 def witness(folder, takes_picture=True):
     """A stand-in for the engine that writes what it saw into the folder, which anybody may write to."""
     return between(_NOTE % {"folder": str(folder), "look": _LOOK, "first_sign": _FIRST_SIGN, "sign": _SIGN, "limit": _LARGEST_PICTURE,
-                            "takes_picture": takes_picture})
+                            "takes_picture": takes_picture}, CHOSEN)

@@ -4,6 +4,7 @@ A script is text of its own, because the tool may run it as another user and wit
 """
 
 import inspect
+import os
 import subprocess
 
 import cbor
@@ -115,6 +116,7 @@ def take_note(call):
 '''
 
 HEADLESS_SHELL = "/usr/bin/chromium-headless-shell"
+CHOSEN = os.environ.get("WEB2PDF_ENGINE", HEADLESS_SHELL)    # whoever runs the tests may name another one
 
 
 def between(take_note, engine=HEADLESS_SHELL):

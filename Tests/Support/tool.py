@@ -23,6 +23,7 @@ import unittest
 import uuid
 
 import confinement
+import engine
 import processes
 from keyedarchive import read_error
 from pdf import PDF
@@ -285,7 +286,8 @@ class ToolTestCase(unittest.TestCase):
 
     def writing_engine(self, text):
         """Options for a script in the engine's place that writes files, which only a kernel without rules lets it."""
-        return {"environment": self.environment(WEB2PDF_ENGINE=self.script("engine", text)),
+        # What an engine is, is told by its name.
+        return {"environment": self.environment(WEB2PDF_ENGINE=self.script(os.path.basename(engine.CHOSEN), text)),
                 "preexec_fn": confinement.refuse_landlock}
 
 

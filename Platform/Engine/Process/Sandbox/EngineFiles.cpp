@@ -44,8 +44,10 @@ constexpr const char* linkers[] = {
     "/lib/ld-linux-aarch64.so.1",
 };
 
-// What a script in the engine's place needs besides: its interpreter, and the engine that it starts.
+// What a script in the engine's place needs besides: its interpreter, the engine that it starts, and where
+// distributions have settings for that.
 constexpr const char* programs[] = {"/bin", "/usr/bin", "/usr/lib"};
+constexpr const char* settings[] = {"/etc/chromium", "/etc/chromium.d"};
 
 bool isScript(const std::string& program) {
     std::ifstream file(program, std::ios::binary);
@@ -74,8 +76,9 @@ void allowPrograms(FileRules& rules, const std::string& program) {
     for (const fs::path& file : {fs::path(program), fs::canonical(program, ignored)})
         rules.allow(file.parent_path(), FileRules::read | FileRules::execute);
     for (const char* linker : linkers) rules.allow(linker, FileRules::read | FileRules::execute);
-    if (isScript(program))
-        for (const char* folder : programs) rules.allow(folder, FileRules::read | FileRules::execute);
+    if (!isScript(program)) return;
+    for (const char* folder : programs) rules.allow(folder, FileRules::read | FileRules::execute);
+    for (const char* folder : settings) rules.allow(folder, FileRules::read);
 }
 
 /// The engine's own sandbox maps identities in /proc. What belongs to others is closed to it all the same.
