@@ -166,6 +166,7 @@ class ComponentTests(PackageTestCase):
             run(CMAKE, "--install", BUILD, "--prefix", self.folder / name, "--component", name)
             found[name] = files_in(self.folder / name)
         self.assertIn("bin/web2pdf", found["tool"])
+        self.assertIn("share/web2pdf/seccomp.json", found["tool"])
         self.assertEqual({path for path in found["tool"] | found["tools"] if "QRVFoundation" in path}, set())
         libraries = self.library_folder().relative_to(self.prefix)
         self.assertEqual(found["library"], {f"{libraries}/{name}" for name in (SONAME, f"libQRVFoundation.so.{VERSION}")})
