@@ -93,6 +93,8 @@ std::optional<std::string> encode(std::u16string_view text, unsigned long encodi
 /// Returns the encoding of an IANA character set name in any case; nullopt for an unknown name.
 std::optional<unsigned long> encodingOfCharset(const std::string& name);
 
+/// Whether decodeWebText knows a character set of this name.
+bool isCharset(const std::string& name);
 /// Decodes bytes of a named character set. A byte-order mark overrides the name. Without a mark and a known
 /// name, valid UTF-8 is read as UTF-8 and anything else as windows-1252. What cannot be decoded becomes
 /// U+FFFD.

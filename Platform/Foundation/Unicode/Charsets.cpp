@@ -82,6 +82,10 @@ std::u16string convert(UConverter* converter, std::string_view bytes) {
 
 } // namespace
 
+bool isCharset(const std::string& name) {
+    return open(name) != nullptr;
+}
+
 std::u16string decodeWebText(std::string_view bytes, const std::string& charset) {
     for (const auto& [mark, name] : signatures) {
         if (!bytes.starts_with(mark)) continue;

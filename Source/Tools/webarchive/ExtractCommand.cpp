@@ -1,5 +1,6 @@
 #include "Source/Tools/webarchive/ExtractCommand.h"
 
+#include "Source/Tools/webarchive/Extract/Extraction.h"
 #include "Source/Tools/webarchive/Reading/ArchiveFile.h"
 
 namespace qrv::webarchive {
@@ -9,10 +10,14 @@ namespace {
 struct Options {
     std::string archive;
     std::string folder;
+    bool replaces = false;
 };
 
 int extract(const Options& options) {
-    readArchive(options.archive);
+    Extraction extraction(readArchive(options.archive));
+    OutputFolder folder(options.folder, options.replaces, extraction.mostBytes());
+    folder.confineToIt();
+    extraction.write(folder);
     return success;
 }
 
@@ -24,6 +29,8 @@ void addExtractCommand(CommandLine& commands) {
                                 [=] { return extract(*options); });
     command.positional(options->archive, "ARCHIVE", "The web archive");
     command.positional(options->folder, "FOLDER", "The folder, which is made if it is missing");
+    command.flag(options->replaces, "--force",
+                 "Writes to a folder that is not empty, too, and replaces files there");
 }
 
 } // namespace qrv::webarchive

@@ -3,7 +3,7 @@
 #include "Source/Tools/webarchive/Failure.h"
 #include "Source/Tools/webarchive/Output/TerminalText.h"
 
-#include <cstdio>
+#include <csignal>
 #include <exception>
 #include <iostream>
 #include <new>
@@ -21,6 +21,7 @@ int fail(const std::string& why) {
 
 int main(int argc, char** argv) {
     qrv::allowMappedFiles();
+    std::signal(SIGXFSZ, SIG_IGN); // so that writing beyond the limit for files fails, and is told
     try {
         CommandLine commands("webarchive", "Looks into saved web archives", WEB2PDF_VERSION);
         addCommands(commands);

@@ -13,7 +13,8 @@ namespace qrv::webarchive {
 struct ListedFrame {
     /// "2.1" for the first frame of the second frame of the page; empty for the page itself.
     std::string path;
-    WebArchive archive;
+    /// An index of ResourceList::frames; 0 for the page, too.
+    std::size_t parent;
 };
 
 struct ListedResource {
@@ -29,13 +30,13 @@ struct ListedResource {
 /// The page comes first, then its frames, each before its own frames; in each of them the main resource, then
 /// the subresources, all in the order of the file.
 struct ResourceList {
-    explicit ResourceList(const WebArchive& archive) { add(archive, {}); }
+    explicit ResourceList(const WebArchive& archive) { add(archive, {}, 0); }
 
     std::vector<ListedFrame> frames;
     std::vector<ListedResource> resources;
 
 private:
-    void add(const WebArchive& archive, const std::string& path);
+    void add(const WebArchive& archive, const std::string& path, std::size_t parent);
 };
 
 } // namespace qrv::webarchive

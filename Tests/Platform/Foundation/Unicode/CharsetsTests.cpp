@@ -11,6 +11,14 @@ struct Sample {
     std::u16string text;
 };
 
+TEST(UnicodeCharsets, KnowsTheNamesOfTheWeb) {
+    for (const char* name : {"utf-8", "UTF8", "latin1", "shift_jis", "x-sjis", "windows-1251", "utf-16"}) {
+        EXPECT_TRUE(isCharset(name)) << name;
+    }
+    for (const char* name : {"", "x-unheard-of", "utf-8,version=1", "../x"})
+        EXPECT_FALSE(isCharset(name)) << name;
+}
+
 TEST(Charsets, DecodeByName) {
     const Sample samples[] = {
         {"utf-8", "\xC3\xA9", u"é"},
