@@ -155,9 +155,12 @@ private:
         return name + "=\"" + withReferences(value) + "\"";
     }
 
+    /// Of attributes of the same name the first counts, and then would the next.
     void remove(const MarkupTag& tag, std::initializer_list<std::string_view> names) {
-        for (const std::string_view name : names) {
-            if (const MarkupAttribute* const found = find(tag, name)) edits_.push_back({found->whole, ""});
+        for (const MarkupAttribute& attribute : tag.attributes) {
+            const std::string name = lowered(attribute.name.in(text_));
+            if (std::find(names.begin(), names.end(), name) != names.end())
+                edits_.push_back({attribute.whole, ""});
         }
     }
 

@@ -55,6 +55,7 @@ TEST(PageText, WhatKeepsFilesFromLoadingIsTakenAway) {
               "<meta  content=\"img-src x\">");
     EXPECT_EQ(rewritten("<link integrity=h rel=stylesheet href=in crossorigin>"),
               "<link  rel=stylesheet href=\"F-in\" >");
+    EXPECT_EQ(rewritten("<script src=in integrity=a INTEGRITY=b>"), "<script src=\"F-in\"  >");
     EXPECT_EQ(rewritten("<script src=out integrity=h crossorigin></script>"),
               "<script src=\"http://w/out\" integrity=h crossorigin></script>");
     EXPECT_EQ(rewritten("<meta http-equiv=refresh content=\"5; URL=in\"><meta http-equiv=refresh content=5>"),
