@@ -1,6 +1,7 @@
 #include "Source/Tools/webarchive/Reading/SHA256.h"
 
 #include <array>
+#include <cstdint>
 #include <nettle/sha2.h>
 
 namespace qrv::webarchive {
