@@ -180,7 +180,9 @@ class ExtractedPageTests(ShowTestCase):
         self.assertEqual(shown.texts(), ["Drawn"])
 
     def test_a_text_as_the_page(self):
-        self.assertEqual(self.show(Archive(Resource(SITE + "t", "Grüße <p>", "text/plain"))).texts(), ["Grüße <p>"])
+        for mime in ("text/plain", "text/csv", "application/json", "text/css"):
+            with self.subTest(mime):
+                self.assertEqual(self.show(Archive(Resource(SITE + "t", "Grüße,<p>", mime))).texts(), ["Grüße,<p>"])
 
 
 class ExtractedEncodingTests(ShowTestCase):

@@ -71,7 +71,8 @@ Extraction::Extraction(const WebArchive& archive) : list_(archive), index_(archi
 
 std::string Extraction::takeName(const ListedResource& listed) {
     const MIMEType type = typeOf(listed);
-    const std::string suffix = suffixOf(type, listed.address());
+    // Shown as text in the archive, while a browser would save a file of tables, for one.
+    const std::string suffix = type.isShownAsText() ? std::string("txt") : suffixOf(type, listed.address());
     if (!listed.isMain) return std::string(folderName) + names_.take(listed.address(), type);
     if (listed.frame == 0) return "index." + suffix;
     return std::string(folderName) + names_.take("frame-" + std::to_string(listed.frame), suffix);
