@@ -2,9 +2,9 @@
 
 #include "Platform/Foundation/NSDictionary.h"
 #include "Platform/Foundation/NSError.h"
-#include "Platform/Foundation/NSPropertyListSerialization.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <typeinfo>
 #include <unordered_map>
@@ -233,6 +233,43 @@ const ArchiveObject* object(const WebArchive& archive) {
     return static_cast<const ArchiveObject*>(archive.shared().get());
 }
 
+void store(NSMutableDictionary& dictionary, const char16_t* key, const id& field) {
+    if (field) dictionary.setObject_forKey(field, NSString(key));
+}
+
+id listOf(const WebResource& resource) {
+    NSMutableDictionary list;
+    store(list, u"WebResourceData", resource.data());
+    store(list, u"WebResourceMIMEType", resource.MIMEType());
+    store(list, u"WebResourceTextEncodingName", resource.textEncodingName());
+    store(list, u"WebResourceURL", resource.URL().absoluteString());
+    store(list, u"WebResourceFrameName", resource.frameName());
+    return list.copy();
+}
+
+id listOf(const WebArchive& archive);
+
+template <class T>
+void storeAll(NSMutableDictionary& dictionary, const char16_t* key, const NSArray& values) {
+    std::vector<id> lists;
+    for (const id& element : values) lists.push_back(listOf(as<T>(element)));
+    if (!lists.empty()) store(dictionary, key, NSArray(std::move(lists)));
+}
+
+id listOf(const WebArchive& archive) {
+    NSMutableDictionary list;
+    store(list, u"WebMainResource", listOf(archive.mainResource()));
+    storeAll<WebResource>(list, u"WebSubresources", archive.subresources());
+    storeAll<WebArchive>(list, u"WebSubframeArchives", archive.subframeArchives());
+    return list.copy();
+}
+
+template <class T>
+bool holdsOnly(const NSArray& values) {
+    return std::all_of(values.begin(), values.end(),
+                       [](const id& element) { return !as<T>(element).isNil(); });
+}
+
 } // namespace
 
 const ClassInfo& WebArchive::classInfo() {
@@ -254,6 +291,18 @@ WebArchive WebArchive::initWithData(const NSData& data, WebArchiveProblems* prob
     return {};
 }
 
+WebArchive WebArchive::initWithMainResource_subresources_subframeArchives(const WebResource& mainResource,
+                                                                          const NSArray& subresources,
+                                                                          const NSArray& subframeArchives) {
+    if (!mainResource || !holdsOnly<WebResource>(subresources) || !holdsOnly<WebArchive>(subframeArchives))
+        return {};
+    std::vector<id> resources;
+    std::copy_if(subresources.begin(), subresources.end(), std::back_inserter(resources),
+                 [](const id& element) { return !as<WebResource>(element).URL().isNil(); });
+    return WebArchive(std::make_shared<ArchiveObject>(
+        mainResource, NSArray(std::move(resources)), subframeArchives ? subframeArchives : NSArray::array()));
+}
+
 WebResource WebArchive::mainResource() const {
     return isNil() ? WebResource() : object(*this)->mainResource;
 }
@@ -264,6 +313,16 @@ NSArray WebArchive::subresources() const {
 
 NSArray WebArchive::subframeArchives() const {
     return isNil() ? NSArray() : object(*this)->subframeArchives;
+}
+
+NSData WebArchive::data() const {
+    return dataInFormat(NSPropertyListBinaryFormat_v1_0);
+}
+
+NSData WebArchive::dataInFormat(NSPropertyListFormat format) const {
+    if (isNil()) return {};
+    return NSPropertyListSerialization::dataFromPropertyList_format_errorDescription(listOf(*this), format,
+                                                                                     nullptr);
 }
 
 } // namespace qrv

@@ -7,6 +7,7 @@
 // WebResourceMIMEType, WebResourceURL, WebResourceTextEncodingName and WebResourceFrameName.
 
 #include "Platform/Foundation/NSArray.h"
+#include "Platform/Foundation/NSPropertyListSerialization.h"
 #include "Platform/WebArchive/WebArchiveProblems.h"
 #include "Platform/WebArchive/WebResource.h"
 
@@ -28,6 +29,13 @@ public:
     /// of that is added to `problems`, unless it is null; a nil result has at least one, and all of its
     /// problems are losses of the archive, which no other result has.
     static WebArchive initWithData(const NSData& data, WebArchiveProblems* problems = nullptr);
+    // - initWithMainResource:subresources:subframeArchives:
+    /// The arrays hold WebResource and WebArchive values; nil stands for an empty one. Returns nil if the
+    /// main resource is nil or an element is of another kind. Subresources without an address are dropped, as
+    /// they are in reading.
+    static WebArchive initWithMainResource_subresources_subframeArchives(const WebResource& mainResource,
+                                                                         const NSArray& subresources,
+                                                                         const NSArray& subframeArchives);
 
     // - mainResource
     WebResource mainResource() const;
@@ -37,6 +45,13 @@ public:
     // - subframeArchives
     /// WebArchive values, in the file's order, which is that of the frames' tags.
     NSArray subframeArchives() const;
+
+    // - data
+    /// The file: a binary property list. Fields that are nil and arrays that are empty are left out; whoever
+    /// reads it gets the same values, within the limits above. nil for nil.
+    NSData data() const;
+    /// The same as a property list of this format; nil also if it cannot represent a text.
+    NSData dataInFormat(NSPropertyListFormat format) const;
 };
 
 } // namespace qrv

@@ -158,6 +158,113 @@ TEST(WebArchive, NilHasNothing) {
     EXPECT_TRUE(WebArchive().subframeArchives().isNil());
 }
 
+// Writing
+
+WebResource resourceOf(const char* url, std::string bytes, const char16_t* type = u"text/html",
+                       const NSString& encoding = {}, const NSString& frameName = {}) {
+    return WebResource::initWithData_URL_MIMEType_textEncodingName_frameName(
+        NSData(std::move(bytes)), NSURL::URLWithString(NSString::fromUTF8(url)), NSString(type), encoding,
+        frameName);
+}
+
+WebArchive archiveFrom(const WebResource& main, const std::vector<id>& resources = {},
+                       const std::vector<id>& frames = {}) {
+    return WebArchive::initWithMainResource_subresources_subframeArchives(main, NSArray(resources),
+                                                                          NSArray(frames));
+}
+
+void expectSame(const WebResource& one, const WebResource& other) {
+    EXPECT_EQ(one.data().isNil(), other.data().isNil());
+    EXPECT_EQ(one.data().bytes(), other.data().bytes());
+    EXPECT_EQ(one.URL().absoluteString(), other.URL().absoluteString());
+    EXPECT_EQ(one.MIMEType(), other.MIMEType());
+    EXPECT_EQ(one.textEncodingName(), other.textEncodingName());
+    EXPECT_EQ(one.frameName(), other.frameName());
+}
+
+void expectSame(const WebArchive& one, const WebArchive& other) {
+    expectSame(one.mainResource(), other.mainResource());
+    ASSERT_EQ(one.subresources().count(), other.subresources().count());
+    for (std::size_t i = 0; i < one.subresources().count(); ++i)
+        expectSame(resourceAt(one, i), resourceAt(other, i));
+    ASSERT_EQ(one.subframeArchives().count(), other.subframeArchives().count());
+    for (std::size_t i = 0; i < one.subframeArchives().count(); ++i)
+        expectSame(frameAt(one, i), frameAt(other, i));
+}
+
+class WrittenWebArchive : public testing::TestWithParam<NSPropertyListFormat> {
+protected:
+    static void expectReadBack(const WebArchive& archive) {
+        ASSERT_FALSE(archive.isNil());
+        const WebArchive readBack = WebArchive::initWithData(archive.dataInFormat(GetParam()));
+        ASSERT_FALSE(readBack.isNil());
+        expectSame(readBack, archive);
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Formats, WrittenWebArchive,
+                         testing::Values(NSPropertyListBinaryFormat_v1_0, NSPropertyListXMLFormat_v1_0),
+                         [](const auto& instance) {
+                             return instance.param == NSPropertyListXMLFormat_v1_0 ? "XML" : "Binary";
+                         });
+
+TEST_P(WrittenWebArchive, HasEveryField) {
+    const std::string allBytes("\0\r\n<\xFF\xFE&]]>", 11);
+    expectReadBack(archiveFrom(
+        resourceOf("http://h/", "page", u"text/html", NSString(u"UTF-8"), NSString(u"top")),
+        {resourceOf("http://h/1", allBytes, u"image/png"), resourceOf("http://h/1", "again", u"text/css")},
+        {archiveFrom(resourceOf("http://h/f", "frame", u"text/html", {}, NSString(u"a")),
+                     {resourceOf("http://h/2", "in the frame")},
+                     {archiveFrom(resourceOf("http://h/g", "inner"))}),
+         archiveFrom(resourceOf("http://h/e", "second"))}));
+}
+
+TEST_P(WrittenWebArchive, LeavesOutWhatIsNil) {
+    const WebArchive archive = archiveFrom(resourceOf("", ""));
+    expectReadBack(archive);
+    const NSDictionary root =
+        as<NSDictionary>(NSPropertyListSerialization::propertyListWithData(archive.dataInFormat(GetParam())));
+    EXPECT_EQ(root.allKeys(), NSArray({NSString(u"WebMainResource")}));
+    const NSDictionary main = as<NSDictionary>(root.objectForKey(NSString(u"WebMainResource")));
+    EXPECT_EQ(main.allKeys(), NSArray({NSString(u"WebResourceData"), NSString(u"WebResourceMIMEType")}));
+}
+
+TEST_P(WrittenWebArchive, KeepsTextsOfAllKinds) {
+    expectReadBack(archiveFrom(resourceOf("http://h/\xC3\xA4?%C3%A4#\xF0\x9F\x98\x80", "", u"text/\u00E4;<&>",
+                                          NSString(u""), NSString(u"\u65E5\u672C \U0001F600"))));
+}
+
+TEST_P(WrittenWebArchive, IsNestedAsDeepAsIsRead) {
+    WebArchive archive = archiveFrom(resourceOf("http://h/65", "innermost"));
+    for (int depth = 64; depth > 0; --depth)
+        archive = archiveFrom(resourceOf("http://h/", std::to_string(depth)), {}, {archive});
+    expectReadBack(archive);
+}
+
+TEST(WebArchive, IsMadeOfItsPartsOnly) {
+    const WebResource main = resourceOf("http://h/", "page");
+    const auto archive = WebArchive::initWithMainResource_subresources_subframeArchives(main, {}, {});
+    EXPECT_FALSE(archive.subresources().isNil());
+    EXPECT_FALSE(archive.subframeArchives().isNil());
+    EXPECT_TRUE(archiveFrom({}).isNil());
+    EXPECT_TRUE(archiveFrom(main, {number}).isNil());
+    EXPECT_TRUE(archiveFrom(main, {archive}).isNil());
+    EXPECT_TRUE(archiveFrom(main, {}, {main}).isNil());
+    EXPECT_EQ(archiveFrom(main, {resourceOf("", "lost"), main}).subresources().count(), 1u);
+}
+
+TEST(WebArchive, DataIsBinaryAndNilForNil) {
+    EXPECT_TRUE(archiveFrom(resourceOf("http://h/", "page")).data().bytes().starts_with("bplist00"));
+    EXPECT_TRUE(WebArchive().data().isNil());
+}
+
+TEST(WebArchive, IsNoXMLWithATextThatXMLLacks) {
+    const WebArchive archive =
+        archiveFrom(resourceOf("http://h/", "page", u"text/html", {}, NSString(u"a\u0001")));
+    EXPECT_TRUE(archive.dataInFormat(NSPropertyListXMLFormat_v1_0).isNil());
+    expectSame(WebArchive::initWithData(archive.data()), archive);
+}
+
 // Hostile files: a small one stands for more than could ever be read.
 
 std::size_t countFrames(const WebArchive& archive) {
