@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <filesystem>
 #include <linux/landlock.h>
 #include <sys/prctl.h>
 #include <sys/stat.h>
@@ -72,6 +73,18 @@ FileRules FileRules::leavingRead() {
 
 void FileRules::allow(std::string path, Rights rights) {
     rules_.push_back({std::move(path), rights & closed_});
+}
+
+void FileRules::allowReplacing(const std::string& path) {
+    const std::filesystem::path given = path;
+    if (given.empty()) return;
+    std::error_code error;
+    if (std::filesystem::exists(given, error) && !std::filesystem::is_regular_file(given, error)) return;
+    for (const std::filesystem::path& file :
+         {given, given.lexically_normal(), std::filesystem::weakly_canonical(given, error)}) {
+        const std::filesystem::path folder = file.parent_path();
+        allow(folder.empty() ? "." : folder.string(), change);
+    }
 }
 
 bool FileRules::enforce() const {

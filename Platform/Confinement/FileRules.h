@@ -36,6 +36,10 @@ public:
     /// enforced; what is not there then is left out.
     void allow(std::string path, Rights rights);
 
+    /// Opens what it takes to replace a file by a new one: its folder, and that of what a link there leads to
+    /// now. A folder that is not there can not be changed later. Nothing for what is no file.
+    void allowReplacing(const std::string& path);
+
     /// Puts the rules around the calling thread, which loses the chance to get new privileges. Returns false
     /// and sets errno if the kernel has no Landlock or no room for more rules. Async-signal-safe.
     bool enforce() const;

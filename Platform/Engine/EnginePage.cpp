@@ -5,6 +5,7 @@
 #include "Platform/Engine/Loading/FrameTracker.h"
 #include "Platform/Engine/Loading/NetErrors.h"
 #include "Platform/Engine/Loading/RequestsUnderWay.h"
+#include "Platform/Engine/PageRecording.h"
 #include "Platform/Engine/Print/PageRenderer.h"
 #include "Platform/Engine/Print/PrintLayout.h"
 #include "Platform/Engine/Process/EngineProcess.h"
@@ -116,7 +117,12 @@ private:
     PageClient& owner_;
 };
 
-class EnginePage final : public Page {
+// A page that is recorded is at rest when it has asked for nothing for so long, and is waited for at most the
+// longer time.
+constexpr milliseconds restTime{1000};
+constexpr milliseconds restLimit{10'000};
+
+class EnginePage final : public RecordedPage {
 public:
     explicit EnginePage(PageClient& client, int paintLevel = 0);
 
@@ -132,6 +138,8 @@ public:
     NSSize documentSize() override;
     NSData screenPDF() override;
     NSData paginatedPDF(NSSize paper, double margin) override;
+    void setSource(Source source) override;
+    WebArchive recordedArchive() override;
 
 private:
     using Handler = void (EnginePage::*)(const Json&);
@@ -164,6 +172,8 @@ private:
     void queryTitle(const std::string& engineFrame, std::function<void(NSString)> answer);
     NSURL storedURL(std::string_view engineURL) const;
     std::string storedLink(const std::string& link) const;
+    bool isBusy() const;
+    void awaitRest();
 
     PageClient& client_;
     NSRunLoop& loop_;
@@ -171,6 +181,8 @@ private:
     std::unique_ptr<DevToolsClient> devTools_;
     std::optional<EnginePulse> pulse_; // none until the page is attached to
     FrameTracker frames_;
+    std::optional<PageRecorder> recorder_; // of a page that has a source
+    RequestServer::Source source_;
     std::unique_ptr<RequestServer> requests_;
     std::unique_ptr<PageWorld> world_;
     std::unique_ptr<PageRenderer> renderer_;
@@ -273,8 +285,7 @@ void EnginePage::attached(const std::string& target, const std::string& session)
     underWay_.attach(*devTools_, session_);
     world_ = std::make_unique<PageWorld>(*devTools_, session_, target, tell);
     renderer_ = std::make_unique<PageRenderer>(*devTools_, loop_, session_, *world_);
-    renderer_->readiness().setBusyCheck(
-        [this] { return !underWay_.isEmpty() || requests_->answered() < requests_->asked(); });
+    renderer_->readiness().setBusyCheck([this] { return isBusy(); });
     renderer_->readiness().setSubstitution(
         [this](const std::string& chosen, const std::vector<std::string>& candidates) {
             return requests_->substitutesFor(chosen, candidates);
@@ -355,6 +366,11 @@ void EnginePage::loadArchive(const WebArchive& archive) {
 }
 
 void EnginePage::enter() {
+    if (recorder_) {
+        recorder_->attach(*devTools_, session_);
+        requests_->setSource(source_);
+        requests_->setRecorder(&*recorder_);
+    }
     const std::string stored = archive_.mainResource().URL().absoluteString().utf8();
     enterAt(StandInAddress(stored.empty() ? "about:blank" : stored, randomToken()));
 }
@@ -536,7 +552,40 @@ NSData EnginePage::drawnWithLessPaint(const Drawing& draw) {
     return again.drawn(draw);
 }
 
+bool EnginePage::isBusy() const {
+    return !underWay_.isEmpty() || requests_->answered() < requests_->asked();
+}
+
+void EnginePage::setSource(Source source) {
+    recorder_.emplace();
+    source_ = [source = std::move(source)](const std::string& url) {
+        return source(NSURL::URLWithString(NSString::fromUTF8(url)));
+    };
+}
+
+void EnginePage::awaitRest() {
+    const auto end = std::chrono::steady_clock::now() + restLimit;
+    std::size_t asked = 0;
+    do {
+        asked = requests_->asked();
+        loop_.runUntil([this] { return !failure_.isNil(); }, std::chrono::steady_clock::now() + restTime);
+    } while (isAlive() && (isBusy() || requests_->asked() > asked) && std::chrono::steady_clock::now() < end);
+}
+
+WebArchive EnginePage::recordedArchive() {
+    if (!recorder_ || !isAlive()) return {};
+    awaitRest();
+    if (!isAlive()) return {};
+    WebArchive archive = recordPage(*world_, renderer_->readiness(), *recorder_);
+    learnOfEnd();
+    return isAlive() ? archive : WebArchive();
+}
+
 } // namespace
+
+std::unique_ptr<RecordedPage> makeRecordedPage(PageClient& client) {
+    return std::make_unique<EnginePage>(client);
+}
 
 std::unique_ptr<Page> makeEnginePage(PageClient& client) {
     return std::make_unique<EnginePage>(client);

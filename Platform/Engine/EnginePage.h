@@ -16,6 +16,25 @@ namespace qrv::engine {
 /// in the environment, in seconds, changes that).
 std::unique_ptr<Page> makeEnginePage(PageClient& client);
 
+/// A page that is loaded to be stored.
+class RecordedPage : public Page {
+public:
+    /// What else there is, by its address: asked for what the archive that is loaded lacks. nil for what is
+    /// not to be had.
+    using Source = std::function<WebResource(const NSURL& url)>;
+
+    /// To be set before the page is loaded. Addresses of web pages come in their normal form.
+    virtual void setSource(Source source) = 0;
+
+    /// Waits until the page that has loaded comes to rest, has it ask for what it shows on screens of several
+    /// widths and densities, in the dark and in print, and returns the archive of all that it was given, with
+    /// each frame's resources in the archive of that frame. nil when the page is not there any more.
+    virtual WebArchive recordedArchive() = 0;
+};
+
+/// The same as makeEnginePage.
+std::unique_ptr<RecordedPage> makeRecordedPage(PageClient& client);
+
 /// Opens what a process with these rules needs to go on making such pages. Their engines then have no mounts
 /// of their own.
 void allowEnginePages(FileRules& rules);

@@ -57,6 +57,10 @@ std::string entryFor(std::string_view type, std::string_view url) {
 
 } // namespace
 
+bool MissingResources::isOnlySent(std::string_view type) {
+    return kindOf(type).empty();
+}
+
 void MissingResources::add(std::string_view type, std::string_view url) {
     std::string entry = entryFor(type, url);
     if (entry.empty() || entries_.size() >= mostCounted || !known_.insert(entry).second) return;

@@ -12,6 +12,9 @@ namespace qrv::engine {
 
 class MissingResources {
 public:
+    /// Whether requests of this type ask for nothing.
+    static bool isOnlySent(std::string_view type);
+
     /// `type` is the engine's resource type ("Image", "Stylesheet", ...). What a page only sends (pings,
     /// reports) does not count. Adding a resource twice counts once.
     void add(std::string_view type, std::string_view url);

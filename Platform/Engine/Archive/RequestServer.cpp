@@ -128,7 +128,9 @@ void RequestServer::answerFrameDocument(const Request& request) {
     }
 }
 
-void RequestServer::answer(const Request& request, const WebResource& resource) {
+void RequestServer::answer(const Request& request, const WebResource& stored) {
+    const bool isLeftToSource = !stored && source_ && !MissingResources::isOnlySent(request.type);
+    const WebResource resource = isLeftToSource ? source_(request.url) : stored;
     if (!resource) missing_.add(request.type, request.url);
     // The engine begins a download before it refuses it, and may leave a temporary file of it when it is
     // ended.
@@ -138,6 +140,9 @@ void RequestServer::answer(const Request& request, const WebResource& resource) 
         return;
     }
     ++answered_;
+    if (recorder_) {
+        recorder_->answered({request.frame, request.engineURL, request.url, request.isDocument, resource});
+    }
     if (MIMEType(resource.MIMEType().utf8()).isImage()) {
         givenImages_.insert(resource.URL().absoluteString().utf8());
     }

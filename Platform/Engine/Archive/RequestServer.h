@@ -1,10 +1,12 @@
 #pragma once
 
-// Fulfils the engine's requests from an archive only: requests for anything else fail at once.
+// Fulfils the engine's requests from an archive, and from a source beside it where there is one: requests for
+// anything else fail at once.
 
 #include "Platform/Engine/Address/ResourceURL.h"
 #include "Platform/Engine/Archive/ArchiveIndex.h"
 #include "Platform/Engine/Archive/MissingResources.h"
+#include "Platform/Engine/Archive/PageRecorder.h"
 #include "Platform/Engine/DevTools/DevToolsClient.h"
 #include "Platform/Engine/Loading/FrameTracker.h"
 #include "Platform/Engine/Loading/PageClient.h"
@@ -31,6 +33,15 @@ public:
 
     /// Sets the archive to answer from. The main page is stored under `address`'s stored URL.
     void serve(const WebArchive& archive, const StandInAddress& address);
+
+    /// What else there is, by the archive's addresses: asked for what the archive lacks. nil for what is not
+    /// to be had, which fails.
+    using Source = std::function<WebResource(const std::string& url)>;
+
+    void setSource(Source source) { source_ = std::move(source); }
+
+    /// Is told of every answer from now on, and must outlive the server.
+    void setRecorder(PageRecorder* recorder) { recorder_ = recorder; }
 
     /// Puts the stored pages of frames without an address into the page's blank frames; calls `done` when the
     /// engine has them all.
@@ -79,7 +90,7 @@ private:
     void authenticationRequired(const std::string& session, const Json& event);
     void answerDocument(const Request& request);
     void answerFrameDocument(const Request& request);
-    void answer(const Request& request, const WebResource& resource);
+    void answer(const Request& request, const WebResource& stored);
     void fail(const Request& request);
     void refuse(const Request& request);
     NSData bodyOf(const WebResource& resource) const;
@@ -101,6 +112,8 @@ private:
     std::size_t answered_ = 0;
     MissingResources missing_;
     std::set<std::string> givenImages_; // by their stored addresses
+    Source source_;
+    PageRecorder* recorder_ = nullptr;
     std::vector<DevToolsClient::Subscription> subscriptions_;
 };
 

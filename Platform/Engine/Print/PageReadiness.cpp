@@ -109,12 +109,28 @@ std::vector<std::string> PageReadiness::missingPictures() {
     return missing;
 }
 
-/// Scripts are stopped while the view is still tall: some pages hide again what is no longer looked at.
-void PageReadiness::reveal(NSSize view, double documentHeight) {
-    world_.call(scripts::holdView);
+void PageReadiness::visit(NSSize view, double density) {
+    if (world_.isInterrupted()) return;
+    setDensity(view, density);
+    world_.callInFrames(scripts::chooseImagesAnew);
+    const PageContents contents = awaitContents();
+    if (world_.isInterrupted() || contents.documentHeight <= contents.viewHeight) return;
+    enlarge(view, contents.documentHeight);
+    if (!world_.isInterrupted()) awaitContents();
+    setViewMetrics(world_, view, density_);
+}
+
+/// Makes the view as tall as the document, and goes through it.
+void PageReadiness::enlarge(NSSize view, double documentHeight) {
     setViewMetrics(world_, {view.width, std::clamp(documentHeight, view.height, tallestView)}, density_,
                    tallScale);
     world_.await(scripts::reveal, {revealingLimit.count()});
+}
+
+/// Scripts are stopped while the view is still tall: some pages hide again what is no longer looked at.
+void PageReadiness::reveal(NSSize view, double documentHeight) {
+    world_.call(scripts::holdView);
+    enlarge(view, documentHeight);
     if (!world_.isInterrupted()) substitute(awaitContents().failedImages);
     stopScripts();
     setViewMetrics(world_, view, density_);

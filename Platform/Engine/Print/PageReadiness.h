@@ -57,6 +57,10 @@ public:
     /// settled.
     double density() const { return density_; }
 
+    /// Has the page ask for all that it shows in a view of this size and density, scrolled to its end
+    /// included, and runs the loop until that is there, some seconds at most. Its scripts go on.
+    void visit(NSSize view, double density);
+
     /// Runs the loop until the page is ready, some seconds at most. `view` is the view that the page has, and
     /// has again afterwards.
     void settle(NSSize view);
@@ -66,6 +70,7 @@ private:
     PageContents chooseDensity(NSSize view, const PageContents& contents);
     PageContents setDensity(NSSize view, double density);
     std::vector<std::string> missingPictures();
+    void enlarge(NSSize view, double documentHeight);
     void reveal(NSSize view, double documentHeight);
     void substitute(const std::vector<FailedImage>& images);
     void stopScripts();

@@ -29,6 +29,7 @@ extern const PageScript refuseSilentNavigations; ///< in the isolated world
 extern const PageScript enter;
 extern const PageScript title;
 extern const PageScript titleAndOwner;
+extern const PageScript encoding;
 
 // Readiness/
 
@@ -37,6 +38,7 @@ extern const PageScript presentMedia;
 extern const PageScript awaitFrame;
 extern const PageScript picturesInUse;
 extern const PageScript renewImageSets;
+extern const PageScript chooseImagesAnew;
 extern const PageScript substituteImages;
 extern const PageScript holdView;
 extern const PageScript reveal;

@@ -4,6 +4,7 @@
 
 #include "Source/Tools/webarchive/CatCommand.h"
 #include "Source/Tools/webarchive/CheckCommand.h"
+#include "Source/Tools/webarchive/CreateCommand.h"
 #include "Source/Tools/webarchive/ExtractCommand.h"
 #include "Source/Tools/webarchive/ListCommand.h"
 
@@ -14,6 +15,7 @@ inline void addCommands(CommandLine& commands) {
     addCatCommand(commands);
     addCheckCommand(commands);
     addExtractCommand(commands);
+    addCreateCommand(commands);
 }
 
 } // namespace qrv::webarchive

@@ -160,6 +160,44 @@ TEST_F(RequestServerTest, WhatIsMissingFailsAtOnce) {
     EXPECT_EQ(server_.answered(), 2u);
 }
 
+TEST_F(RequestServerTest, AsksTheSourceForWhatIsMissing) {
+    serve({{"odd://a/", "page"}, {{"odd://a/stored", "stored"}}});
+    std::vector<std::string> wanted;
+    server_.setSource([&](const std::string& url) {
+        wanted.push_back(url);
+        if (!url.ends_with("there")) return WebResource();
+        return WebResource::initWithData_URL_MIMEType_textEncodingName_frameName(
+            NSData(std::string("sourced")), {}, NSString(u""), {}, {});
+    });
+    ask("http://token.example/stored");
+    ask("http://token.example/there");
+    askForDocument("http://token.example/too-there");
+    ask("http://token.example/not-here");
+    ask("http://token.example/sent-there", "M", "Ping");
+    EXPECT_THAT(take(),
+                ElementsAre("http://token.example/stored -> stored", "http://token.example/there -> sourced",
+                            "http://token.example/too-there -> sourced",
+                            "http://token.example/not-here Failed",
+                            "http://token.example/sent-there Failed"));
+    EXPECT_THAT(wanted, ElementsAre("odd://a/there", "odd://a/too-there", "odd://a/not-here"));
+    EXPECT_THAT(server_.missing().description(), HasSubstr("odd://a/not-here"));
+}
+
+TEST_F(RequestServerTest, TellsTheRecorderWhatIsGiven) {
+    PageRecorder recorder;
+    server_.setRecorder(&recorder);
+    serve({{"odd://a/", "page"}, {{"odd://a/i.png", "image", "image/png"}}});
+    askForDocument("http://token.example/");
+    ask("http://token.example/i.png");
+    ask("http://token.example/missing.png");
+    const Json main = Json::object({{"id", "M"}, {"url", "http://token.example/"}});
+    const WebArchive recorded = recorder.archive(Json::object({{"frame", main}}), {});
+    EXPECT_EQ(recorded.mainResource().URL().absoluteString().utf8(), "odd://a/");
+    EXPECT_EQ(recorded.mainResource().data().bytes(), "page");
+    ASSERT_EQ(recorded.subresources().count(), 1u);
+    EXPECT_EQ(resourceAt(recorded, 0).URL().absoluteString().utf8(), "odd://a/i.png");
+}
+
 TEST_F(RequestServerTest, AllowsTheHeadersThatAreAskedFor) {
     serve({{"http://a/", "page"}, {{"http://b/d", "data"}}});
     headers_ = Json::object({{"Origin", "http://a"}, {"Access-Control-Request-Headers", "x-own"}});

@@ -1,0 +1,11 @@
+#pragma once
+
+// create PAGE ARCHIVE: an archive of a page on disk, and of what it refers to.
+
+#include "Source/Tools/webarchive/CommandLine.h"
+
+namespace qrv::webarchive {
+
+void addCreateCommand(CommandLine& commands);
+
+} // namespace qrv::webarchive
