@@ -10,7 +10,7 @@ _webarchive() {
         list) options=$'--json' ;;
         cat) options=$'--frame' ;;
         check) options=$'--json\n--strict' ;;
-        extract) options=$'--mhtml' ;;
+        extract) options=$'--force\n--mhtml' ;;
         create) options=$'--root\n--url\n--strict\n--xml' ;;
         *) return ;;
     esac

@@ -19,6 +19,7 @@ complete -c webarchive -n '__fish_seen_subcommand_from create' -F
 complete -c webarchive -n '__fish_seen_subcommand_from list check' -l json -d 'Write JSON'
 complete -c webarchive -n '__fish_seen_subcommand_from cat' -l frame -x -d 'Look only in this frame'
 complete -c webarchive -n '__fish_seen_subcommand_from check' -l strict -d 'Fail, too, if a part is left out'
+complete -c webarchive -n '__fish_seen_subcommand_from extract' -l force -d 'Replace files in the folder'
 complete -c webarchive -n '__fish_seen_subcommand_from extract' -l mhtml -d 'Write one MHTML file'
 complete -c webarchive -n '__fish_seen_subcommand_from create' -l root -x -a '(__fish_complete_directories)' -d 'Widen what the page may refer to'
 complete -c webarchive -n '__fish_seen_subcommand_from create' -l url -x -d 'The address of the page'

@@ -49,7 +49,7 @@ function(web2pdf_add_python_tests name tests)
         COMMAND /usr/bin/python3 -B -m unittest ${tests}
         WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
     set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "PYTHONPATH=${PROJECT_SOURCE_DIR}/Tests/Support;WEB2PDF_TOOL=$<TARGET_FILE:web2pdf>;WEBARCHIVE_TOOL=$<TARGET_FILE:webarchive>"
+        ENVIRONMENT "PYTHONPATH=${PROJECT_SOURCE_DIR}/Tests/Support;WEB2PDF_TOOL=$<TARGET_FILE:web2pdf>"
         TIMEOUT 600
         COST ${ARG_COST}
         LABELS "${ARG_LABELS}")

@@ -15,6 +15,7 @@ find_package(Boost 1.81 REQUIRED COMPONENTS json)
 find_package(CLI11 2.1 REQUIRED)
 pkg_check_modules(NETTLE REQUIRED IMPORTED_TARGET nettle)
 pkg_check_modules(QPDF REQUIRED IMPORTED_TARGET libqpdf)
+pkg_check_modules(GMIME REQUIRED IMPORTED_TARGET gmime-3.0)
 pkg_check_modules(SECCOMP REQUIRED IMPORTED_TARGET libseccomp)
 # The headers ask for a choice: standard smart pointers only.
 target_compile_definitions(PkgConfig::QPDF INTERFACE POINTERHOLDER_TRANSITION=4)

@@ -5,7 +5,7 @@ import subprocess
 import webarchive
 from program import BAD_USAGE, FAILURE, PROGRAM, ProgramTestCase
 
-COMMANDS = ("list", "cat", "check", "extract")
+COMMANDS = ("list", "cat", "check", "extract", "create")
 
 
 class CommandLineTests(ProgramTestCase):

@@ -141,7 +141,9 @@ void RequestServer::answer(const Request& request, const WebResource& stored) {
     }
     ++answered_;
     if (recorder_) {
-        recorder_->answered({request.frame, request.engineURL, request.url, request.isDocument, resource});
+        const NSString address = resource.URL().absoluteString();
+        recorder_->answered({request.frame, request.engineURL, address ? address.utf8() : request.url,
+                             request.isDocument, resource});
     }
     if (MIMEType(resource.MIMEType().utf8()).isImage()) {
         givenImages_.insert(resource.URL().absoluteString().utf8());

@@ -1,13 +1,14 @@
 #include "Source/Tools/webarchive/CreateCommand.h"
 
 #include "Platform/Engine/Address/ResourceURL.h"
-#include "Platform/Foundation/FileReplacement.h"
 #include "Platform/Logging/NSLog.h"
 #include "Platform/WebKit/WebRecorder.h"
 #include "Source/Tools/webarchive/Creating/FileTypes.h"
+#include "Source/Tools/webarchive/Creating/MHTMLFile.h"
 #include "Source/Tools/webarchive/Creating/PageFile.h"
 #include "Source/Tools/webarchive/Creating/PageFolder.h"
 #include "Source/Tools/webarchive/Failure.h"
+#include "Source/Tools/webarchive/Output/OutputFile.h"
 #include "Source/Tools/webarchive/Output/TerminalText.h"
 #include "Source/Tools/webarchive/Reading/ArchiveFile.h"
 
@@ -66,28 +67,16 @@ WebResource resourceOf(const NSData& bytes, const NSURL& url, std::string_view n
 
 /// The engine and what it gets are the only ones that this has to do with from here on.
 void confine(const std::string& output) {
-    FileRules rules = FileRules::leavingRead();
-    rules.allowReplacing(output);
+    FileRules rules = rulesForOutput(output);
     WebRecorder::allowRecorders(rules);
-#ifdef WEB2PDF_WRITES_REPORTS // of a sanitizer or of coverage, wherever it was told to
-    rules.allow("/", FileRules::change);
-#endif
     if (!rules.enforce()) NSLog(u"no file rules (%s)", std::strerror(errno));
-}
-
-void refuseToReplace(const std::string& page, const std::string& output) {
-    std::error_code error;
-    if (std::filesystem::equivalent(page, output, error))
-        throw Failure("the archive would take the place of the page");
-    if (const int refusal = refusalToWrite(output)) throw Failure(output + ": " + std::strerror(refusal));
 }
 
 void write(const WebArchive& archive, const Options& options) {
     const NSData data =
         archive.dataInFormat(options.xml ? NSPropertyListXMLFormat_v1_0 : NSPropertyListBinaryFormat_v1_0);
     if (!data) throw Failure("the archive has a text that XML cannot hold");
-    if (const int error = replaceFile(options.archive, data.bytes()))
-        throw Failure(options.archive + ": " + std::strerror(error));
+    writeOutput(options.archive, data);
 }
 
 WebArchive recorded(WebRecorder& recorder, const WebArchive& page, const WebRecorder::Source& source) {
@@ -100,27 +89,45 @@ WebArchive recorded(WebRecorder& recorder, const WebArchive& page, const WebReco
                   (isRefused ? "it is of a kind that is not shown" : error.localizedDescription().utf8()));
 }
 
-int create(const Options& options) {
-    const std::string page = pageFileAt(options.page);
-    const NSURL url = addressOf(page, options.url);
+/// The page, and its files as it asks for them.
+WebArchive createFromFiles(const Options& options, const std::string& page, const NSURL& url,
+                           Misses& misses) {
     const NSData bytes = readFile(page);
     const PageFolder folder(page, options.root.value_or(""), url);
-    refuseToReplace(page, options.archive);
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGCHLD, SIG_DFL);
-
     WebRecorder recorder;
     confine(options.archive);
-    Misses misses;
-    const auto source = [&](const NSURL& wanted) -> WebResource {
+    const WebArchive loaded =
+        WebArchive::initWithMainResource_subresources_subframeArchives(resourceOf(bytes, url, page), {}, {});
+    return recorded(recorder, loaded, [&](const NSURL& wanted) -> WebResource {
         const PageFolder::File file = folder.fileAt(wanted);
         if (file.bytes) return resourceOf(file.bytes, wanted, file.name);
         misses.add(wanted, file);
         return {};
-    };
-    const WebArchive loaded =
-        WebArchive::initWithMainResource_subresources_subframeArchives(resourceOf(bytes, url, page), {}, {});
-    const WebArchive archive = recorded(recorder, loaded, source);
+    });
+}
+
+/// The page shows which part belongs to which frame.
+WebArchive createFromMHTML(const Options& options, const std::string& page, const NSURL& url,
+                           Misses& misses) {
+    WebRecorder recorder;
+    confine(options.archive);
+    const WebArchive loaded = archiveOfMHTMLFile(page, url);
+    const WebArchive archive = recorded(recorder, loaded, [&](const NSURL& wanted) -> WebResource {
+        misses.add(wanted, {.name = {}, .bytes = {}, .refusal = "it is not in the file"});
+        return {};
+    });
+    return withUnusedParts(archive, loaded);
+}
+
+int create(const Options& options) {
+    const std::string page = pageFileAt(options.page);
+    const NSURL url = addressOf(page, options.url);
+    requireOutput(options.archive, page);
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGCHLD, SIG_DFL);
+    Misses misses;
+    const WebArchive archive = isMHTMLFile(page) ? createFromMHTML(options, page, url, misses)
+                                                 : createFromFiles(options, page, url, misses);
     if (options.strict && !misses.isEmpty()) throw Failure("nothing was written, since files are missing");
     write(archive, options);
     return success;
@@ -132,7 +139,8 @@ void addCreateCommand(CommandLine& commands) {
     const auto options = std::make_shared<Options>();
     auto command =
         commands.add("create", "Makes a web archive of a page on disk", [=] { return create(*options); });
-    command.positional(options->page, "PAGE", "The page's file, or the folder that it was saved in");
+    command.positional(options->page, "PAGE",
+                       "The page's file, or the folder that it was saved in, or an MHTML file");
     command.positional(options->archive, "ARCHIVE", "The web archive to write");
     command.option(options->root, "--root",
                    "The folder that the page's files are in; that of the page if not given");

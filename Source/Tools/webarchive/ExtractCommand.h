@@ -1,6 +1,6 @@
 #pragma once
 
-// extract ARCHIVE FOLDER: an archive as files that a browser opens.
+// extract ARCHIVE FOLDER: an archive as files that a browser opens, or as one MHTML file.
 
 #include "Source/Tools/webarchive/CommandLine.h"
 

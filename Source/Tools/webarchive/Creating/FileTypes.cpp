@@ -10,7 +10,7 @@ namespace qrv::webarchive {
 
 std::string typeOfFile(std::string_view name) {
     // What pages are made of. Pictures, films and sounds are told by their bytes, too, but for those in text.
-    constexpr std::array<std::pair<std::string_view, std::string_view>, 42> types{{
+    constexpr std::array<std::pair<std::string_view, std::string_view>, 44> types{{
         {"html", "text/html"},
         {"htm", "text/html"},
         {"shtml", "text/html"},
@@ -19,6 +19,8 @@ std::string typeOfFile(std::string_view name) {
         {"xml", "text/xml"},
         {"xsl", "text/xsl"},
         {"svg", "image/svg+xml"},
+        {"mhtml", "multipart/related"},
+        {"mht", "multipart/related"},
         {"css", "text/css"},
         {"js", "text/javascript"},
         {"mjs", "text/javascript"},

@@ -4,17 +4,11 @@ import os
 import plistlib
 import unittest
 
-from creation import CreationTestCase
+from creation import CreationTestCase, colours
 from images import png, svg
 from pages import BLUE, GOLD, GREEN, RED, css
 
 FONT = "/usr/share/fonts/truetype/dejavu/DejaVuSansMono.ttf"
-
-
-def colours(pdf):
-    """The colours that a page of the PDF has."""
-    drawn = pdf.picture()
-    return {tuple(drawn.rgb[at:at + 3]) for at in range(0, len(drawn.rgb), 3)}
 
 
 def picture(number):

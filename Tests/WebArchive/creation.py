@@ -15,6 +15,12 @@ from dataclasses import dataclass
 from tool import ToolTestCase
 
 
+def colours(pdf):
+    """The colours that the first page of a PDF has."""
+    drawn = pdf.picture()
+    return {tuple(drawn.rgb[at:at + 3]) for at in range(0, len(drawn.rgb), 3)}
+
+
 class StoredArchive:
     """What an archive's file says."""
 
@@ -75,7 +81,7 @@ class CreationTestCase(ToolTestCase):
 
     def program(self, *arguments, environment=None):
         """Runs webarchive in the folder of files."""
-        run = subprocess.run([os.environ["WEBARCHIVE_TOOL"], *arguments], cwd=self.disk, stdin=subprocess.DEVNULL,
+        run = subprocess.run([os.environ["WEBARCHIVE"], *arguments], cwd=self.disk, stdin=subprocess.DEVNULL,
                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=120, check=False,
                              env=environment or self.environment())
         self.assert_nothing_left()
