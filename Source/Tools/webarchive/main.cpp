@@ -32,5 +32,7 @@ int main(int argc, char** argv) {
         return fail(error.what());
     } catch (const std::bad_alloc&) {
         return fail("no memory is left");
+    } catch (const std::exception& error) { // of a library, which nothing above expects
+        return fail(error.what());
     }
 }
