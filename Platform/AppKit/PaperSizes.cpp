@@ -3,6 +3,7 @@
 #include "Platform/Foundation/ASCII.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 namespace qrv {
@@ -14,15 +15,12 @@ struct Paper {
     NSSize size;
 };
 
-constexpr double inWholePoints(double millimetres) {
-    return static_cast<int>(millimetres * 72 / 25.4 + 0.5);
-}
-
-constexpr NSSize millimetres(int width, int height) {
+NSSize millimetres(int width, int height) {
+    const auto inWholePoints = [](int length) { return std::round(length * 72 / 25.4); };
     return {inWholePoints(width), inWholePoints(height)};
 }
 
-constexpr Paper papers[] = {
+const Paper papers[] = {
     {"a4", millimetres(210, 297)},
     {"letter", {612, 792}},
     {"note", {612, 792}},

@@ -173,7 +173,7 @@ private:
     std::optional<NSArray> dictionaries(const NSDictionary& root, Place place, Loss loss) {
         const id field = root.objectForKey(NSString(place.key));
         if (field.isNil()) return NSArray::array();
-        const auto array = as<NSArray>(field);
+        auto array = as<NSArray>(field);
         if (array.isNil()) {
             report(place, "is no array", loss);
             return std::nullopt;

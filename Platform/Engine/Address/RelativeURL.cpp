@@ -26,7 +26,7 @@ std::string cleaned(std::string_view reference) {
 } // namespace
 
 std::string resolvedURL(std::string_view reference, std::string_view base) {
-    const std::string text = cleaned(reference);
+    std::string text = cleaned(reference);
     if (!splitURL(text).scheme.empty()) return text;
     const URLPieces pieces = splitURL(base);
     const bool hasPath = !pieces.scheme.empty() && (pieces.hasAuthority || pieces.path.starts_with('/'));

@@ -61,6 +61,7 @@ LossText textOf(WebArchiveProblem::Loss loss) {
 
 void writeJson(const Verdict& verdict) {
     std::vector<JsonObject> problems;
+    problems.reserve(verdict.problems.kept.size());
     for (const auto& [place, reason, loss] : verdict.problems.kept) {
         problems.push_back(
             {{{"place", place}, {"reason", reason}, {"lost", std::string(textOf(loss).name)}}});

@@ -90,8 +90,9 @@ PageFolder::PageFolder(const std::string& page, const std::string& root, const N
     if (error) throw Failure(page + ": " + error.message());
     const fs::path top = root.empty() ? folder : fs::canonical(root, error);
     if (error) throw Failure(root + ": " + error.message());
-    for (const fs::path& name : folder.lexically_relative(top)) {
-        if (name == "..") throw Failure(page + " is not below " + root);
+    const fs::path below = folder.lexically_relative(top);
+    if (*below.begin() == "..") throw Failure(page + " is not below " + root);
+    for (const fs::path& name : below) {
         if (name != ".") place_.push_back(name);
     }
     root_ = FileDescriptor(::open(top.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));

@@ -106,9 +106,8 @@ std::string plainStem(std::string_view name) {
         }
     }
     while (!stem.empty() && !isPlain(stem.back())) stem.pop_back();
-    const auto* const start = std::find_if(
-        std::as_const(stem).data(), std::as_const(stem).data() + stem.size(), isASCIIAlphanumeric<char>);
-    return {start, std::as_const(stem).data() + stem.size()};
+    stem.erase(stem.begin(), std::find_if(stem.begin(), stem.end(), &isASCIIAlphanumeric<char>));
+    return stem;
 }
 
 } // namespace
@@ -132,9 +131,11 @@ std::string FileNames::take(std::string_view address, const engine::MIMEType& ty
 }
 
 std::string FileNames::take(const std::string& stem, const std::string& suffix) {
-    std::string name = stem + "." + suffix;
+    const std::string ending = "." + suffix;
+    std::string name = stem + ending;
     std::size_t& number = numbers_.try_emplace(lowered(name), 1).first->second;
-    while (!taken_.insert(lowered(name)).second) name = stem + "-" + std::to_string(++number) + "." + suffix;
+    while (!taken_.insert(lowered(name)).second)
+        name.replace(stem.size(), std::string::npos, "-").append(std::to_string(++number)).append(ending);
     return name;
 }
 

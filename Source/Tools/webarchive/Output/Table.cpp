@@ -9,6 +9,7 @@ namespace qrv::webarchive {
 
 Table::Table(std::vector<Column> columns) : columns_(std::move(columns)), widths_(columns_.size(), 0) {
     std::vector<std::string> titles;
+    titles.reserve(columns_.size());
     for (const Column& column : columns_) titles.push_back(column.title);
     add(titles);
 }

@@ -9,7 +9,7 @@ std::string shown(std::string_view text) {
 }
 
 std::string shownWithin(std::string_view text, std::size_t columns) {
-    const std::string whole = shown(text);
+    std::string whole = shown(text);
     if (whole.size() <= columns || columnsOf(whole) <= columns) return whole;
     const std::u16string units = unicode::fromUTF8Lossy(whole);
     const std::u16string_view view(units);
