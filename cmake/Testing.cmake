@@ -42,15 +42,38 @@ endfunction()
 
 # web2pdf_add_python_tests(NAME tests [COST seconds] [LABELS label...])
 # Tests of the Python module or class named, in the current folder, with the helpers in Tests/Support and the
-# finished tool. The ones that cost most are started first, so that all processors are busy to the end.
+# finished programs. The ones that cost most are started first, so that all processors are busy to the end.
 function(web2pdf_add_python_tests name tests)
     cmake_parse_arguments(ARG "" "COST" "LABELS" ${ARGN})
     add_test(NAME ${name}
         COMMAND /usr/bin/python3 -B -m unittest ${tests}
         WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
     set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "PYTHONPATH=${PROJECT_SOURCE_DIR}/Tests/Support;WEB2PDF_TOOL=$<TARGET_FILE:web2pdf>"
+        ENVIRONMENT
+            "PYTHONPATH=${PROJECT_SOURCE_DIR}/Tests/Support;WEB2PDF_TOOL=$<TARGET_FILE:web2pdf>;WEBARCHIVE=$<TARGET_FILE:webarchive>"
         TIMEOUT 600
         COST ${ARG_COST}
         LABELS "${ARG_LABELS}")
+endfunction()
+
+# web2pdf_add_python_modules(PREFIX COST seconds ENGINE pattern)
+# Every class of tests in a file test_*.py of the current folder as an entry PREFIX.module.Class, so that they run in
+# parallel; each sees nothing of the others. A class is found by its name, which ends in "Tests" as no other's does.
+# Modules whose names match the pattern start the engine.
+function(web2pdf_add_python_modules prefix)
+    cmake_parse_arguments(ARG "" "COST;ENGINE" "" ${ARGN})
+    file(GLOB modules CONFIGURE_DEPENDS test_*.py)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${modules})
+    foreach(file IN LISTS modules)
+        get_filename_component(module ${file} NAME_WE)
+        set(label "")
+        if(module MATCHES "${ARG_ENGINE}")
+            set(label engine)
+        endif()
+        file(STRINGS ${file} classes REGEX "^class [A-Za-z0-9]+Tests[(]")
+        foreach(line IN LISTS classes)
+            string(REGEX REPLACE "^class ([A-Za-z0-9]+).*" "\\1" class "${line}")
+            web2pdf_add_python_tests(${prefix}.${module}.${class} ${module}.${class} COST ${ARG_COST} LABELS ${label})
+        endforeach()
+    endforeach()
 endfunction()
