@@ -76,20 +76,25 @@ NSData listOf(MIMEMessage message) {
 
 } // namespace
 
-MHTMLPage pageFromMHTML(const NSData& data, std::string* reason) {
-    prepareForMIMEMessages();
-    const ConfinedResult result = runConfined(
-        [&](std::string&) {
-            const auto message = readMIMEMessage(data.bytes());
-            return message ? listOf(*message) : NSData();
-        },
-        limitsForMessage(data.length()));
-    const auto list =
-        as<NSDictionary>(NSPropertyListSerialization::propertyListWithData(result.data, nullptr));
+NSData listFromMHTML(const NSData& data) {
+    const auto message = readMIMEMessage(data.bytes());
+    return message ? listOf(*message) : NSData();
+}
+
+MHTMLPage pageFromList(const NSData& data) {
+    const auto list = as<NSDictionary>(NSPropertyListSerialization::propertyListWithData(data, nullptr));
     MHTMLPage page;
     page.archive = WebArchive::initWithData(as<NSData>(list.objectForKey(NSString(u"archive"))));
     for (const auto& [identifier, address] : as<NSDictionary>(list.objectForKey(NSString(u"addresses"))))
         page.addresses[as<NSString>(identifier).utf8()] = as<NSString>(address).utf8();
+    return page;
+}
+
+MHTMLPage pageFromMHTML(const NSData& data, std::string* reason) {
+    prepareForMIMEMessages();
+    const ConfinedResult result =
+        runConfined([&](std::string&) { return listFromMHTML(data); }, limitsForMessage(data.length()));
+    MHTMLPage page = pageFromList(result.data);
     if (!page.archive && reason) *reason = result.failure.empty() ? "has no page in it" : result.failure;
     return page;
 }

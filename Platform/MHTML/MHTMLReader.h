@@ -18,6 +18,12 @@ struct MHTMLPage {
     std::map<std::string, std::string> addresses;
 };
 
+/// What the child makes of a file: a property list of the archive's bytes and the addresses; nil if it is
+/// none. Called in the process itself by tests only, where sanitizers and debuggers see it.
+/// prepareForMIMEMessages is called before.
+NSData listFromMHTML(const NSData& data);
+MHTMLPage pageFromList(const NSData& list);
+
 /// Reads a file in a confined child. A nil archive if it is none, and `reason`, unless null, says why: "has
 /// no page in it".
 MHTMLPage pageFromMHTML(const NSData& data, std::string* reason);

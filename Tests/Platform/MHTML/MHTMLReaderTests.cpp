@@ -9,8 +9,13 @@
 namespace qrv {
 namespace {
 
+NSData messageOf(std::vector<MIMEPart> parts) {
+    return NSData(writeMIMEMessage({std::move(parts), 0}));
+}
+
 MHTMLPage pageOf(std::vector<MIMEPart> parts) {
-    return pageFromMHTML(NSData(writeMIMEMessage({std::move(parts), 0})), nullptr);
+    prepareForMIMEMessages();
+    return pageFromList(listFromMHTML(messageOf(std::move(parts))));
 }
 
 std::string addressAt(const WebArchive& archive, std::size_t index) {
@@ -58,6 +63,16 @@ TEST(MHTMLReader, TheHostThatStandsForFilesIsTakenBack) {
     EXPECT_EQ(page.archive.mainResource().URL().absoluteString(), NSString(u"file:///d/page.html"));
     EXPECT_EQ(addressAt(page.archive, 0), "file:///d/f");
     EXPECT_EQ(page.addresses.at("f@x"), "file:///d/f");
+}
+
+TEST(MHTMLReader, AConfinedChildReadsAlike) {
+    const std::vector<MIMEPart> parts{{"http://h/", "", "text/html", "Shift_JIS", "page"},
+                                      {"http://h/f", "f@x", "text/html", "", "frame"}};
+    const MHTMLPage here = pageOf(parts);
+    const MHTMLPage there = pageFromMHTML(messageOf(parts), nullptr);
+    ASSERT_TRUE(there.archive);
+    EXPECT_EQ(there.archive.data(), here.archive.data());
+    EXPECT_EQ(there.addresses, here.addresses);
 }
 
 TEST(MHTMLReader, SaysWhyItIsNone) {
