@@ -6,6 +6,13 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#ifdef __SANITIZE_ADDRESS__
+// The C library loses what it makes of LOCPATH.
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:__argz_add_sep";
+}
+#endif
+
 namespace qrv {
 
 namespace {
