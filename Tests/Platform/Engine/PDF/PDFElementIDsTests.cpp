@@ -88,7 +88,7 @@ TEST(PDFElementIDs, OfPartsAreOneTree) {
 }
 
 TEST(PDFElementIDs, AreNotMissedWithoutATree) {
-    EXPECT_NE(valuesIn(makeOnePage(), "pages/1/MediaBox"), "");
+    EXPECT_EQ(valuesIn(makeOnePage(), "pages/1/Type"), "/Page\n");
 }
 
 } // namespace
