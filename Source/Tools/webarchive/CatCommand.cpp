@@ -1,7 +1,7 @@
 #include "Source/Tools/webarchive/CatCommand.h"
 
 #include "Platform/Foundation/ASCII.h"
-#include "Source/Tools/webarchive/Failure.h"
+#include "Source/Tools/Common/Failure.h"
 #include "Source/Tools/webarchive/Reading/ArchiveFile.h"
 #include "Source/Tools/webarchive/Reading/ResourceList.h"
 

@@ -2,7 +2,7 @@
 
 // cat ARCHIVE [RESOURCE]: the bytes of one resource.
 
-#include "Source/Tools/webarchive/CommandLine.h"
+#include "Source/Tools/Common/CommandLine.h"
 
 namespace qrv::webarchive {
 

@@ -1,7 +1,7 @@
 #include "Source/Tools/webarchive/CheckCommand.h"
 
-#include "Source/Tools/webarchive/Output/JsonText.h"
-#include "Source/Tools/webarchive/Output/TerminalText.h"
+#include "Source/Tools/Common/JsonText.h"
+#include "Source/Tools/Common/TerminalText.h"
 #include "Source/Tools/webarchive/Reading/ArchiveFile.h"
 #include "Source/Tools/webarchive/Reading/ResourceList.h"
 

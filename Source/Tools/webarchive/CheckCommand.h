@@ -2,7 +2,7 @@
 
 // check ARCHIVE: whether a file is a web archive, and what is wrong with it.
 
-#include "Source/Tools/webarchive/CommandLine.h"
+#include "Source/Tools/Common/CommandLine.h"
 
 namespace qrv::webarchive {
 

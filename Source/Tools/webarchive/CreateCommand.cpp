@@ -3,13 +3,13 @@
 #include "Platform/Engine/Address/ResourceURL.h"
 #include "Platform/Logging/NSLog.h"
 #include "Platform/WebKit/WebRecorder.h"
+#include "Source/Tools/Common/Failure.h"
+#include "Source/Tools/Common/TerminalText.h"
 #include "Source/Tools/webarchive/Creating/FileTypes.h"
 #include "Source/Tools/webarchive/Creating/MHTMLFile.h"
 #include "Source/Tools/webarchive/Creating/PageFile.h"
 #include "Source/Tools/webarchive/Creating/PageFolder.h"
-#include "Source/Tools/webarchive/Failure.h"
 #include "Source/Tools/webarchive/Output/OutputFile.h"
-#include "Source/Tools/webarchive/Output/TerminalText.h"
 #include "Source/Tools/webarchive/Reading/ArchiveFile.h"
 
 #include <cerrno>

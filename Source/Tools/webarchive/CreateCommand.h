@@ -2,7 +2,7 @@
 
 // create PAGE ARCHIVE: an archive of a page on disk, and of what it refers to.
 
-#include "Source/Tools/webarchive/CommandLine.h"
+#include "Source/Tools/Common/CommandLine.h"
 
 namespace qrv::webarchive {
 

@@ -1,8 +1,8 @@
 #include "Source/Tools/webarchive/ExtractCommand.h"
 
 #include "Platform/MHTML/MHTMLWriter.h"
+#include "Source/Tools/Common/Failure.h"
 #include "Source/Tools/webarchive/Extract/Extraction.h"
-#include "Source/Tools/webarchive/Failure.h"
 #include "Source/Tools/webarchive/Output/OutputFile.h"
 #include "Source/Tools/webarchive/Reading/ArchiveFile.h"
 

@@ -2,7 +2,7 @@
 
 // extract ARCHIVE FOLDER: an archive as files that a browser opens, or as one MHTML file.
 
-#include "Source/Tools/webarchive/CommandLine.h"
+#include "Source/Tools/Common/CommandLine.h"
 
 namespace qrv::webarchive {
 

@@ -1,10 +1,10 @@
 #include "Source/Tools/webarchive/ListCommand.h"
 
-#include "Source/Tools/webarchive/Output/JsonText.h"
-#include "Source/Tools/webarchive/Output/Table.h"
+#include "Source/Tools/Common/JsonText.h"
+#include "Source/Tools/Common/SHA256.h"
+#include "Source/Tools/Common/Table.h"
 #include "Source/Tools/webarchive/Reading/ArchiveFile.h"
 #include "Source/Tools/webarchive/Reading/ResourceList.h"
-#include "Source/Tools/webarchive/Reading/SHA256.h"
 
 #include <iostream>
 #include <map>

@@ -2,7 +2,7 @@
 
 // list ARCHIVE: what an archive holds, as a table or as JSON.
 
-#include "Source/Tools/webarchive/CommandLine.h"
+#include "Source/Tools/Common/CommandLine.h"
 
 namespace qrv::webarchive {
 

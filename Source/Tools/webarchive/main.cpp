@@ -1,13 +1,14 @@
 #include "Platform/Foundation/MappedFile.h"
+#include "Source/Tools/Common/Failure.h"
+#include "Source/Tools/Common/TerminalText.h"
 #include "Source/Tools/webarchive/Commands.h"
-#include "Source/Tools/webarchive/Failure.h"
-#include "Source/Tools/webarchive/Output/TerminalText.h"
 
 #include <csignal>
 #include <exception>
 #include <iostream>
 #include <new>
 
+using namespace qrv;
 using namespace qrv::webarchive;
 
 namespace {

@@ -5,7 +5,7 @@
 #include "Platform/Foundation/PercentEscapes.h"
 #include "Platform/MHTML/MHTMLReader.h"
 #include "Source/Tools/webarchive/Creating/FileTypes.h"
-#include "Source/Tools/webarchive/Failure.h"
+#include "Source/Tools/Common/Failure.h"
 #include "Source/Tools/webarchive/Reading/ArchiveFile.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "Platform/Engine/Address/ResourceURL.h"
 #include "Platform/Foundation/PercentEscapes.h"
 #include "Platform/Foundation/URLPieces.h"
-#include "Source/Tools/webarchive/Failure.h"
+#include "Source/Tools/Common/Failure.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,7 +1,7 @@
 #include "Source/Tools/webarchive/Extract/OutputFolder.h"
 
 #include "Platform/Confinement/FileRules.h"
-#include "Source/Tools/webarchive/Failure.h"
+#include "Source/Tools/Common/Failure.h"
 
 #include <cerrno>
 #include <cstring>

@@ -1,7 +1,7 @@
 #include "Source/Tools/webarchive/Output/OutputFile.h"
 
 #include "Platform/Foundation/FileReplacement.h"
-#include "Source/Tools/webarchive/Failure.h"
+#include "Source/Tools/Common/Failure.h"
 
 #include <cstring>
 #include <filesystem>

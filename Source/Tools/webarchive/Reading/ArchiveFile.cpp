@@ -2,7 +2,7 @@
 
 #include "Platform/Foundation/NSError.h"
 #include "Platform/Foundation/Unicode.h"
-#include "Source/Tools/webarchive/Failure.h"
+#include "Source/Tools/Common/Failure.h"
 
 namespace qrv::webarchive {
 

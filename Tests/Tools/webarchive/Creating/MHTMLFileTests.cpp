@@ -1,7 +1,7 @@
 #include "Source/Tools/webarchive/Creating/MHTMLFile.h"
 
 #include "Platform/MHTML/MIMEMessage.h"
-#include "Source/Tools/webarchive/Failure.h"
+#include "Source/Tools/Common/Failure.h"
 #include "Tests/Platform/WebArchive/TestArchive.h"
 #include "Tests/Support/TemporaryFolder.h"
 

@@ -1,6 +1,6 @@
 #include "Source/Tools/webarchive/Creating/PageFile.h"
 
-#include "Source/Tools/webarchive/Failure.h"
+#include "Source/Tools/Common/Failure.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

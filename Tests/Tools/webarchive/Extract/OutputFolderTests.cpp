@@ -1,6 +1,6 @@
 #include "Source/Tools/webarchive/Extract/OutputFolder.h"
 
-#include "Source/Tools/webarchive/Failure.h"
+#include "Source/Tools/Common/Failure.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 #include <filesystem>

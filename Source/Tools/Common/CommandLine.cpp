@@ -1,11 +1,11 @@
-#include "Source/Tools/webarchive/CommandLine.h"
+#include "Source/Tools/Common/CommandLine.h"
 
-#include "Source/Tools/webarchive/Output/TerminalText.h"
+#include "Source/Tools/Common/TerminalText.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
 
-namespace qrv::webarchive {
+namespace qrv {
 
 struct CommandLine::Command::Declaration : CLI::App {
     using App::App;
@@ -82,4 +82,4 @@ int CommandLine::run(int argc, const char* const* argv) {
     return parser_->chosen();
 }
 
-} // namespace qrv::webarchive
+} // namespace qrv

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace qrv::webarchive {
+namespace qrv {
 
 /// The text in UTF-8 with U+FFFD for each control or formatting character, line breaks among them, and for
 /// bytes that are no UTF-8.
@@ -19,4 +19,4 @@ std::string shownWithin(std::string_view text, std::size_t columns);
 /// The columns that a shown text takes on a terminal.
 std::size_t columnsOf(std::string_view shown);
 
-} // namespace qrv::webarchive
+} // namespace qrv

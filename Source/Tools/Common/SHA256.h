@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-namespace qrv::webarchive {
+namespace qrv {
 
 /// The SHA-256 of the bytes, in 64 small hexadecimal digits.
 std::string sha256(std::string_view bytes);
 
-} // namespace qrv::webarchive
+} // namespace qrv

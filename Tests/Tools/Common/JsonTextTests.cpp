@@ -1,8 +1,8 @@
-#include "Source/Tools/webarchive/Output/JsonText.h"
+#include "Source/Tools/Common/JsonText.h"
 
 #include <gtest/gtest.h>
 
-namespace qrv::webarchive {
+namespace qrv {
 namespace {
 
 TEST(JsonText, WritesEveryKindInOrder) {
@@ -21,4 +21,4 @@ TEST(JsonText, IsPrintableASCII) {
 }
 
 } // namespace
-} // namespace qrv::webarchive
+} // namespace qrv

@@ -1,8 +1,8 @@
-#include "Source/Tools/webarchive/Reading/SHA256.h"
+#include "Source/Tools/Common/SHA256.h"
 
 #include <gtest/gtest.h>
 
-namespace qrv::webarchive {
+namespace qrv {
 namespace {
 
 TEST(SHA256, IsThatOfTheStandard) {
@@ -13,4 +13,4 @@ TEST(SHA256, IsThatOfTheStandard) {
 }
 
 } // namespace
-} // namespace qrv::webarchive
+} // namespace qrv

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace qrv::webarchive {
+namespace qrv {
 
 /// Ends the program with the exit status of a failure. The text goes to standard error, where its controls
 /// are made harmless.
@@ -14,4 +14,4 @@ public:
     explicit Failure(const std::string& what) : std::runtime_error(what) {}
 };
 
-} // namespace qrv::webarchive
+} // namespace qrv

@@ -1,9 +1,9 @@
-#include "Source/Tools/webarchive/Output/Table.h"
+#include "Source/Tools/Common/Table.h"
 
 #include <gtest/gtest.h>
 #include <sstream>
 
-namespace qrv::webarchive {
+namespace qrv {
 namespace {
 
 std::string text(const Table& table) {
@@ -42,4 +42,4 @@ TEST(Table, CellsAreHarmlessAndCut) {
 }
 
 } // namespace
-} // namespace qrv::webarchive
+} // namespace qrv

@@ -8,7 +8,7 @@
 #include <variant>
 #include <vector>
 
-namespace qrv::webarchive {
+namespace qrv {
 
 struct JsonObject;
 
@@ -24,4 +24,4 @@ struct JsonObject {
 /// to a terminal.
 std::string jsonText(const JsonObject& object);
 
-} // namespace qrv::webarchive
+} // namespace qrv

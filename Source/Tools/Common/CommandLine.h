@@ -13,7 +13,7 @@
 #include <optional>
 #include <string>
 
-namespace qrv::webarchive {
+namespace qrv {
 
 /// How the program ends.
 enum ExitStatus : int {
@@ -67,4 +67,4 @@ private:
     std::unique_ptr<Parser> parser_;
 };
 
-} // namespace qrv::webarchive
+} // namespace qrv

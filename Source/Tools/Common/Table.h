@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace qrv::webarchive {
+namespace qrv {
 
 /// Cells may be any text. Columns are as wide as their widest cell, which is cut where it is wider than the
 /// column may be.
@@ -32,4 +32,4 @@ private:
     std::vector<std::vector<std::string>> rows_;
 };
 
-} // namespace qrv::webarchive
+} // namespace qrv

@@ -1,8 +1,8 @@
-#include "Source/Tools/webarchive/Output/TerminalText.h"
+#include "Source/Tools/Common/TerminalText.h"
 
 #include "Platform/Foundation/Unicode.h"
 
-namespace qrv::webarchive {
+namespace qrv {
 
 std::string shown(std::string_view text) {
     return unicode::toUTF8Lossy(unicode::withoutControls(unicode::fromUTF8Lossy(text)));
@@ -26,4 +26,4 @@ std::size_t columnsOf(std::string_view shown) {
     return unicode::columns(unicode::fromUTF8Lossy(shown));
 }
 
-} // namespace qrv::webarchive
+} // namespace qrv

@@ -1,11 +1,11 @@
-#include "Source/Tools/webarchive/Output/Table.h"
+#include "Source/Tools/Common/Table.h"
 
-#include "Source/Tools/webarchive/Output/TerminalText.h"
+#include "Source/Tools/Common/TerminalText.h"
 
 #include <algorithm>
 #include <ostream>
 
-namespace qrv::webarchive {
+namespace qrv {
 
 Table::Table(std::vector<Column> columns) : columns_(std::move(columns)), widths_(columns_.size(), 0) {
     std::vector<std::string> titles;
@@ -35,4 +35,4 @@ void Table::write(std::ostream& stream) const {
     }
 }
 
-} // namespace qrv::webarchive
+} // namespace qrv

@@ -1,10 +1,10 @@
-#include "Source/Tools/webarchive/Reading/SHA256.h"
+#include "Source/Tools/Common/SHA256.h"
 
 #include <array>
 #include <cstdint>
 #include <nettle/sha2.h>
 
-namespace qrv::webarchive {
+namespace qrv {
 
 std::string sha256(std::string_view bytes) {
     sha256_ctx context;
@@ -21,4 +21,4 @@ std::string sha256(std::string_view bytes) {
     return text;
 }
 
-} // namespace qrv::webarchive
+} // namespace qrv

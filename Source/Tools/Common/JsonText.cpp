@@ -1,11 +1,11 @@
-#include "Source/Tools/webarchive/Output/JsonText.h"
+#include "Source/Tools/Common/JsonText.h"
 
 #include "Platform/Foundation/Unicode.h"
 
 #include <boost/json.hpp>
 #include <cstdio>
 
-namespace qrv::webarchive {
+namespace qrv {
 
 namespace json = boost::json;
 
@@ -52,4 +52,4 @@ std::string jsonText(const JsonObject& object) {
     return text;
 }
 
-} // namespace qrv::webarchive
+} // namespace qrv

@@ -1,8 +1,8 @@
-#include "Source/Tools/webarchive/Output/TerminalText.h"
+#include "Source/Tools/Common/TerminalText.h"
 
 #include <gtest/gtest.h>
 
-namespace qrv::webarchive {
+namespace qrv {
 namespace {
 
 TEST(TerminalText, IsHarmless) {
@@ -22,4 +22,4 @@ TEST(TerminalText, IsCutAtAColumn) {
 }
 
 } // namespace
-} // namespace qrv::webarchive
+} // namespace qrv
