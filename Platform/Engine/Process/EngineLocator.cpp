@@ -35,7 +35,15 @@ std::string environmentValue(const char* name) {
     return value ? value : "";
 }
 
-std::optional<std::string> findInPath(std::string_view directories, std::string_view name) {
+} // namespace
+
+EngineSearch EngineSearch::fromEnvironment() {
+    return {.chosen = environmentValue("WEB2PDF_ENGINE"),
+            .places = {std::begin(engine::places), std::end(engine::places)},
+            .path = environmentValue("PATH")};
+}
+
+std::optional<std::string> programInPath(std::string_view directories, std::string_view name) {
     while (!directories.empty()) {
         std::size_t length = directories.find(':');
         std::string candidate(directories.substr(0, length));
@@ -48,21 +56,13 @@ std::optional<std::string> findInPath(std::string_view directories, std::string_
     return std::nullopt;
 }
 
-} // namespace
-
-EngineSearch EngineSearch::fromEnvironment() {
-    return {.chosen = environmentValue("WEB2PDF_ENGINE"),
-            .places = {std::begin(engine::places), std::end(engine::places)},
-            .path = environmentValue("PATH")};
-}
-
 std::optional<std::string> locateEngine(const EngineSearch& search) {
     if (!search.chosen.empty())
         return isExecutableFile(search.chosen) ? std::optional(search.chosen) : std::nullopt;
     for (const auto& place : search.places)
         if (isExecutableFile(place)) return place;
     for (const char* command : commands)
-        if (auto found = findInPath(search.path, command)) return found;
+        if (auto found = programInPath(search.path, command)) return found;
     return std::nullopt;
 }
 

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qrv::engine {
@@ -18,6 +19,10 @@ struct EngineSearch {
     /// start more slowly and read settings), headless shells before full browsers; and PATH.
     static EngineSearch fromEnvironment();
 };
+
+/// The executable file of this name in the first of these directories, separated by colons, that has one.
+/// Relative directories do not count.
+std::optional<std::string> programInPath(std::string_view directories, std::string_view name);
 
 /// Returns the path of the first executable file, or nothing.
 std::optional<std::string> locateEngine(const EngineSearch& search);

@@ -1,0 +1,54 @@
+#pragma once
+
+// Another program, run as a child process with limits: the tool, and the readers of PDF files. The only
+// access to the library that starts processes.
+
+#include <chrono>
+#include <cstddef>
+#include <optional>
+#include <stop_token>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace qrv::batch {
+
+struct ChildCommand {
+    /// The path of an executable file.
+    std::string program;
+    std::vector<std::string> arguments;
+    /// Variables that are set besides those of this process, or in their place.
+    std::vector<std::pair<std::string, std::string>> variables;
+    /// After this time the child is killed.
+    std::optional<std::chrono::milliseconds> timeLimit;
+    /// Bytes that each of its processes may reserve.
+    std::optional<std::size_t> memoryLimit;
+    /// Of each stream so much is kept; the rest is read and dropped.
+    std::size_t mostOutput = 1 << 20;
+};
+
+struct ChildEnd {
+    enum class Kind {
+        ended,      ///< by itself or by a signal: `status` is that of waitpid(2)
+        timedOut,   ///< killed since its time was over
+        stopped,    ///< killed since that was asked for
+        notStarted, ///< `status` is the errno value
+    };
+
+    Kind kind;
+    int status;
+    std::string output;
+    std::string errors;
+
+    bool succeeded() const { return kind == Kind::ended && status == 0; }
+
+    /// What happened, for people: "was ended by signal 9 (Killed)".
+    std::string text() const;
+};
+
+/// Runs the program to its end, with nothing to read, without descriptors of this process, and in a process
+/// group of its own, which is killed with it: by the limit, by the stop, and when this process or the calling
+/// thread ends. Any thread.
+ChildEnd runChild(const ChildCommand& command, const std::stop_token& stop = {});
+
+} // namespace qrv::batch
