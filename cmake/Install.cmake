@@ -17,7 +17,7 @@ set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 if(WEB2PDF_BUILD_TOOL)
     install(TARGETS web2pdf RUNTIME DESTINATION ${WEB2PDF_TOOL_DIR} COMPONENT tool)
     install(FILES Documentation/containers/seccomp.json DESTINATION ${CMAKE_INSTALL_DATADIR}/web2pdf COMPONENT tool)
-    install(TARGETS webarchive RUNTIME COMPONENT tools)
+    install(TARGETS webarchive web2pdf-batch RUNTIME COMPONENT tools)
 endif()
 
 install(TARGETS QRVFoundationShared EXPORT QRVFoundation-shared

@@ -50,7 +50,7 @@ function(web2pdf_add_python_tests name tests)
         WORKING_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
     set_tests_properties(${name} PROPERTIES
         ENVIRONMENT
-            "PYTHONPATH=${PROJECT_SOURCE_DIR}/Tests/Support;WEB2PDF_TOOL=$<TARGET_FILE:web2pdf>;WEBARCHIVE=$<TARGET_FILE:webarchive>"
+            "PYTHONPATH=${PROJECT_SOURCE_DIR}/Tests/Support;WEB2PDF_TOOL=$<TARGET_FILE:web2pdf>;WEBARCHIVE=$<TARGET_FILE:webarchive>;WEB2PDF_BATCH=$<TARGET_FILE:web2pdf-batch>"
         TIMEOUT 600
         COST ${ARG_COST}
         LABELS "${ARG_LABELS}")

@@ -11,6 +11,7 @@
 #include "QRVFoundation/Source/NSProcessInfo+QRV.h"
 #include "QRVFoundation/Source/NSUserDefaults+QRV.h"
 #include "QRVFoundation/Source/QRVLog.h"
+#include "Source/Tools/Common/SettingsDomain.h"
 
 #include <optional>
 

@@ -16,9 +16,6 @@
 
 namespace qrv {
 
-/// The preferences domain of the application that starts the tool; it contains all of the tool's settings.
-inline constexpr char16_t QuillvaneSettingsDomain[] = u"org.quillvane.Quillvane";
-
 class Loader : public WebFrameLoadDelegate, public WebPolicyDelegate, public WebResourceLoadDelegate {
 public:
     // - init

@@ -12,7 +12,7 @@ struct CommandLine::Command::Declaration : CLI::App {
 };
 
 struct CommandLine::Parser {
-    CLI::App app;
+    Command::Declaration app;
     std::function<int()> chosen;
 };
 
@@ -41,15 +41,36 @@ void CommandLine::Command::flag(bool& value, const std::string& name, const std:
 }
 
 void CommandLine::Command::option(std::optional<std::string>& value, const std::string& name,
-                                  const std::string& help) {
-    textOption(*declaration_, name, value, help)->type_name("TEXT");
+                                  const std::string& help, const std::string& valueName) {
+    textOption(*declaration_, name, value, help)->type_name(valueName);
+}
+
+void CommandLine::Command::positionals(std::vector<std::string>& values, const std::string& name,
+                                       const std::string& help) {
+    declaration_->add_option_function<std::vector<std::string>>(
+        name, [&values](const std::vector<std::string>& texts) { values = texts; }, help);
+}
+
+void CommandLine::Command::choice(std::string& value, const std::string& name,
+                                  const std::vector<std::string>& texts, const std::string& help) {
+    std::string names;
+    for (const std::string& text : texts) names += (names.empty() ? "" : "|") + text;
+    textOption(*declaration_, name, value, help)
+        ->type_name(names)
+        ->check(CLI::IsMember(texts).description(""));
+}
+
+void CommandLine::Command::number(std::optional<std::int64_t>& value, const std::string& name,
+                                  std::int64_t least, std::int64_t most, const std::string& help) {
+    declaration_->add_option(name, value, help)
+        ->type_name("N")
+        ->check(CLI::Range(least, most).description(""));
 }
 
 CommandLine::CommandLine(const std::string& program, const std::string& summary, const std::string& version)
     : parser_(std::make_unique<Parser>()) {
     parser_->app.name(program);
     parser_->app.description(summary);
-    parser_->app.require_subcommand(1);
     parser_->app.get_formatter()->label("SUBCOMMAND", "COMMAND");
     parser_->app.get_formatter()->label("Subcommands", "Commands");
     parser_->app.get_formatter()->label("TEXT", "");
@@ -64,8 +85,14 @@ CommandLine::Command CommandLine::add(const std::string& name, const std::string
     auto declaration = std::make_shared<Command::Declaration>(summary, name);
     declaration->set_help_flag("-h,--help", "Says how the command is used");
     declaration->callback([this, run = std::move(run)] { parser_->chosen = run; });
+    parser_->app.require_subcommand(1);
     parser_->app.add_subcommand(declaration);
     return Command(*declaration);
+}
+
+CommandLine::Command CommandLine::program(std::function<int()> run) {
+    parser_->chosen = std::move(run);
+    return Command(parser_->app);
 }
 
 int CommandLine::run(int argc, const char* const* argv) {

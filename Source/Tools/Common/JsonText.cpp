@@ -35,6 +35,39 @@ json::object objectOf(const JsonObject& object) {
     return result;
 }
 
+struct UnknownValue {};
+
+JsonObject objectFrom(const json::object& object);
+
+JsonValue valueFrom(const json::value& value) {
+    switch (value.kind()) {
+    case json::kind::null:
+        return std::monostate();
+    case json::kind::bool_:
+        return value.get_bool();
+    case json::kind::int64:
+        return value.get_int64();
+    case json::kind::string:
+        return std::string(value.get_string());
+    case json::kind::array: {
+        std::vector<JsonObject> objects;
+        for (const json::value& element : value.get_array()) {
+            if (!element.is_object()) throw UnknownValue();
+            objects.push_back(objectFrom(element.get_object()));
+        }
+        return objects;
+    }
+    default:
+        throw UnknownValue();
+    }
+}
+
+JsonObject objectFrom(const json::object& object) {
+    JsonObject result;
+    for (const auto& [key, value] : object) result.fields.emplace_back(key, valueFrom(value));
+    return result;
+}
+
 } // namespace
 
 std::string jsonText(const JsonObject& object) {
@@ -50,6 +83,17 @@ std::string jsonText(const JsonObject& object) {
         }
     }
     return text;
+}
+
+std::optional<JsonObject> objectOfJson(std::string_view text) {
+    boost::system::error_code error;
+    const json::value value = json::parse({text.data(), text.size()}, error);
+    if (error || !value.is_object()) return std::nullopt;
+    try {
+        return objectFrom(value.get_object());
+    } catch (const UnknownValue&) {
+        return std::nullopt;
+    }
 }
 
 } // namespace qrv

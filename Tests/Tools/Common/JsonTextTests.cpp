@@ -20,5 +20,24 @@ TEST(JsonText, IsPrintableASCII) {
               R"({"a":"\"\\\u001b\n\u007f\u009b\u00e4\ud83d\ude00\ufffd"})");
 }
 
+TEST(JsonText, IsReadAgain) {
+    const std::string text =
+        R"({"b":-7,"a":"\u00e4\ud83d\ude00","none":null,"yes":true,"list":[{},{"in":false}]})";
+    const std::optional<JsonObject> object = objectOfJson(text);
+    ASSERT_TRUE(object);
+    EXPECT_EQ(jsonText(*object), text);
+    EXPECT_EQ(object->value<std::int64_t>("b"), -7);
+    EXPECT_EQ(object->value<std::string>("a"), "ä😀");
+    EXPECT_EQ(object->value<std::string>("b"), std::nullopt);
+    EXPECT_EQ(object->value<std::string>("z"), std::nullopt);
+}
+
+TEST(JsonText, WhatIsNoObjectOfItsKindsIsNothing) {
+    for (const char* text : {"", "{", "[]", "1", "{} {}", R"({"a":1.5})", R"({"a":[1]})", R"({"a":{}})",
+                             R"({"a":99999999999999999999})", R"({"a":"\ud800"})", "{\"a\":\"\xff\"}"})
+        EXPECT_FALSE(objectOfJson(text)) << text;
+    EXPECT_FALSE(objectOfJson(std::string(100'000, '[')));
+}
+
 } // namespace
 } // namespace qrv

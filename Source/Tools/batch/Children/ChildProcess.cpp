@@ -77,7 +77,7 @@ private:
     pid_t parent_;
 };
 
-std::vector<std::string> environmentWith(const std::vector<std::pair<std::string, std::string>>& variables) {
+std::vector<std::string> environmentWith(const decltype(ChildCommand::variables)& variables) {
     const auto isReplaced = [&](std::string_view entry) {
         return std::any_of(variables.begin(), variables.end(),
                            [entry](const auto& variable) { return entry.starts_with(variable.first + "="); });
@@ -86,7 +86,9 @@ std::vector<std::string> environmentWith(const std::vector<std::pair<std::string
     for (char** entry = environ; *entry; ++entry) {
         if (!isReplaced(*entry)) entries.emplace_back(*entry);
     }
-    for (const auto& [name, value] : variables) entries.push_back(name + "=" + value);
+    for (const auto& [name, value] : variables) {
+        if (value) entries.push_back(std::string(name).append("=").append(*value));
+    }
     return entries;
 }
 

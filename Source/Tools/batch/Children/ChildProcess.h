@@ -17,8 +17,8 @@ struct ChildCommand {
     /// The path of an executable file.
     std::string program;
     std::vector<std::string> arguments;
-    /// Variables that are set besides those of this process, or in their place.
-    std::vector<std::pair<std::string, std::string>> variables;
+    /// Variables that are set besides those of this process, or in their place; nothing: one that is not set.
+    std::vector<std::pair<std::string, std::optional<std::string>>> variables;
     /// After this time the child is killed.
     std::optional<std::chrono::milliseconds> timeLimit;
     /// Bytes that each of its processes may reserve.

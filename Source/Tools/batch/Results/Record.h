@@ -33,12 +33,16 @@ struct Record {
     std::string sha256;
     /// "print" or "screen".
     std::string mode;
+    /// What was asked for besides the PDF, such as "xmp,attach,text".
+    std::string wishes;
     /// Nothing: it was converted.
     std::optional<ConversionError> error;
     /// The PDF's path below the output folder; there is such a file only where there was no error.
     std::string pdf;
     std::string pdfSha256;
     std::int64_t pdfSize = 0;
+    /// Path of the PDF's text below the output folder; empty where there is none.
+    std::string text;
     /// Nothing where nobody could count them.
     std::optional<std::int64_t> pages;
     std::int64_t milliseconds = 0;

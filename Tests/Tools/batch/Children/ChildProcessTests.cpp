@@ -49,9 +49,12 @@ TEST(ChildProcess, ReadsNothing) {
 }
 
 TEST(ChildProcess, HasVariablesBesidesOursOrInTheirPlace) {
-    ChildCommand command = shell("printf '%s|%s|%s' \"$HOME\" \"$OF_TEST\" \"${PATH:+has path}\"");
-    command.variables = {{"HOME", "/x=y"}, {"OF_TEST", ""}};
-    EXPECT_EQ(runChild(command).output, "/x=y||has path");
+    ChildCommand command =
+        shell("printf '%s|%s|%s|%s' \"$HOME\" \"${OF_TEST-none}\" \"${PATH:+has path}\" \"${GONE-none}\"");
+    ::setenv("GONE", "x", 1);
+    command.variables = {{"HOME", "/x=y"}, {"OF_TEST", ""}, {"GONE", std::nullopt}};
+    EXPECT_EQ(runChild(command).output, "/x=y||has path|none");
+    ::unsetenv("GONE");
 }
 
 TEST(ChildProcess, HasNoDescriptorsOfOurs) {

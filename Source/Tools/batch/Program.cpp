@@ -1,0 +1,131 @@
+#include "Source/Tools/batch/Program.h"
+
+#include "Platform/Engine/Process/EngineLocator.h"
+#include "Platform/Engine/Process/Machine.h"
+#include "Platform/Foundation/NSUserDefaults.h"
+#include "QRVFoundation/Source/NSUserDefaults+QRV.h"
+#include "Source/Tools/Common/SettingsDomain.h"
+#include "Source/Tools/Common/TerminalText.h"
+#include "Source/Tools/batch/Batch.h"
+#include "Source/Tools/batch/Interruption.h"
+#include "Source/Tools/batch/Jobs.h"
+#include "Source/Tools/batch/Results/Manifest.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+
+namespace qrv::batch {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+namespace {
+
+bool setting(const char16_t* key) {
+    return qrvBoolForKey_domain_defaultValue(NSUserDefaults::standardUserDefaults(), NSString(key),
+                                             QuillvaneSettingsDomain, false);
+}
+
+double quietPeriod() {
+    constexpr long long usual = 2;
+    return static_cast<double>(qrvIntegerForKey_domain_defaultValue(
+        NSUserDefaults::standardUserDefaults(), u"WebToolExtraLoadingTime", QuillvaneSettingsDomain, usual));
+}
+
+std::string inPath(const std::string& program, const std::string& first = "") {
+    const char* const path = std::getenv("PATH");
+    return engine::programInPath(first + ":" + (path ? path : ""), program).value_or("");
+}
+
+std::string toolFor(const Options& options) {
+    if (options.tool) return fs::absolute(*options.tool).string();
+    std::error_code unknown;
+    const std::string tool =
+        inPath("web2pdf", fs::read_symlink("/proc/self/exe", unknown).parent_path().string());
+    if (tool.empty())
+        throw UsageError("there is no web2pdf beside this program or in PATH; --tool says where it is");
+    return tool;
+}
+
+std::vector<Item> itemsFor(const Options& options, const Shard& shard) {
+    std::vector<Item> items;
+    try {
+        ArchiveList list;
+        for (const std::string& source : options.sources) {
+            if (source == "-") {
+                list.addListed(std::cin, options.isSeparatedByNul ? '\0' : '\n', options.base);
+            } else {
+                list.addSource(source);
+            }
+        }
+        items = std::move(list).items();
+    } catch (const Failure& error) {
+        throw UsageError(error.what());
+    }
+    std::erase_if(items, [&shard](const Item& item) { return !shard.holds(item.pdf); });
+    return items;
+}
+
+ConversionOptions conversionFor(const Options& options, std::size_t jobs) {
+    constexpr std::int64_t usualSeconds = 120;
+    ConversionOptions conversion;
+    conversion.tool = toolFor(options);
+    conversion.output = *options.output;
+    conversion.mode = options.mode;
+    const std::int64_t seconds = options.timeout.value_or(usualSeconds);
+    if (seconds > 0) conversion.timeLimit = std::chrono::seconds(seconds);
+    if (options.retries) conversion.retries = *options.retries;
+    conversion.isStrict = options.isStrict;
+    conversion.writesXMP = options.writesXMP || setting(u"Web2PDFWritesXMP");
+    conversion.attachesArchive = options.attachesArchive || setting(u"Web2PDFAttachesArchive");
+    conversion.writesText = options.writesText || setting(u"Web2PDFBatchWritesText");
+    if (!std::getenv("WEB2PDF_MEMORY_LIMIT"))
+        conversion.memoryLimit = memoryLimitForEach(engine::machineMemory(), jobs);
+    conversion.pdfinfo = inPath("pdfinfo");
+    conversion.pdftotext = inPath("pdftotext");
+    if (conversion.writesText && conversion.pdftotext.empty())
+        throw UsageError("there is no pdftotext for the text; it is in the package poppler-utils");
+    return conversion;
+}
+
+/// What a run would do, a line for each archive.
+int showPlan(const std::vector<Item>& items, const Options& options) {
+    for (const Item& item : items)
+        std::cout << shown(item.archive) << " -> " << shown((fs::path(*options.output) / item.pdf).string())
+                  << '\n';
+    return success;
+}
+
+int convertAll(const std::vector<Item>& items, const Options& options, const Shard& shard) {
+    const auto jobs = options.jobs ? static_cast<std::size_t>(*options.jobs)
+                                   : usualJobs(Resources::ofThisMachine(), quietPeriod());
+    const ConversionOptions conversion = conversionFor(options, jobs);
+    Interruption interruption; // before there are threads
+    ResultsFile results(*options.output, shard);
+    const History history = options.convertsAnew ? History() : History(*options.output, shard);
+    const auto progress = makeProgress(Terminal::ofStandardOutput(), options.isQuiet);
+    const BatchOptions batchOptions{jobs, options.retriesFailed};
+    Batch batch(items, batchOptions, conversion, history, results, *progress);
+    batch.start();
+    while (batch.isUnderWay()) {
+        if (interruption.waitFor(100ms)) batch.stop();
+    }
+    const Tally tally = batch.tally();
+    if (options.writesManifest || setting(u"Web2PDFBatchWritesManifest"))
+        writeManifest(*options.output, shard);
+    if (interruption.hasCome()) return interrupted;
+    return tally.allFailed() == 0 ? success : failure;
+}
+
+} // namespace
+
+int runProgram(const Options& options) {
+    checkOptions(options);
+    const Shard shard = shardOf(options);
+    const std::vector<Item> items = itemsFor(options, shard);
+    if (options.isDryRun) return showPlan(items, options);
+    return convertAll(items, options, shard);
+}
+
+} // namespace qrv::batch

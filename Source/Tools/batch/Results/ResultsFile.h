@@ -1,0 +1,37 @@
+#pragma once
+
+// The file that records are appended to, below the output folder; and those of all runs and shards there.
+
+#include "Platform/Foundation/FileDescriptor.h"
+#include "Source/Tools/batch/Results/Record.h"
+#include "Source/Tools/batch/Selection/Shard.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace qrv::batch {
+
+/// Its name: "web2pdf-batch.jsonl", or "web2pdf-batch.3-of-8.jsonl".
+std::string resultsName(const Shard& shard);
+
+/// Reads every record of every results file in the folder, files in the order of their names. Lines that are
+/// no records are passed by: the last one may have been cut off. Throws Failure where a file cannot be read.
+void readRecords(const std::string& folder, const std::function<void(Record)>& use);
+
+/// Open for appending, by one run at a time.
+class ResultsFile {
+public:
+    /// Makes the file and its folder where they are missing. Throws Failure: it cannot be written, or another
+    /// run writes it.
+    ResultsFile(const std::string& folder, const Shard& shard);
+
+    /// Writes the whole line at once. Throws Failure. One thread at a time.
+    void append(const Record& record);
+
+private:
+    std::string path_;
+    FileDescriptor file_;
+};
+
+} // namespace qrv::batch
