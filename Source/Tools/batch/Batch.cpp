@@ -1,22 +1,23 @@
 #include "Source/Tools/batch/Batch.h"
 
 #include "Platform/Engine/Process/Machine.h"
-#include "Source/Tools/batch/Conversion/BatchError.h"
+
+#include <algorithm>
 
 namespace qrv::batch {
 
 using namespace std::chrono_literals;
 
-Batch::Batch(const std::vector<Item>& items, const BatchOptions& options, const ConversionOptions& conversion,
-             const History& history, ResultsFile& results, Progress& progress)
-    : items_(items), options_(options), conversion_(conversion), history_(history), results_(results),
+Batch::Batch(const std::vector<Item>& items, std::size_t jobs, const ConversionOptions& conversion,
+             const Resumption& resumption, ResultsFile& results, Progress& progress)
+    : items_(items), jobs_(jobs), conversion_(conversion), resumption_(resumption), results_(results),
       progress_(progress) {
     tally_.total = items.size();
 }
 
 void Batch::start() {
     start_ = std::chrono::steady_clock::now();
-    const std::size_t count = std::min(options_.jobs, items_.size());
+    const std::size_t count = std::min(jobs_, items_.size());
     working_ = count;
     threads_.reserve(count);
     for (std::size_t i = 0; i < count; ++i) threads_.emplace_back([this] { work(); });
@@ -58,49 +59,16 @@ void Batch::convertOne(const Item& item) {
         progress_.started(item.archive);
     }
     const Record wanted = recordToBe(item, conversion_);
-    Outcome outcome{};
-    if (const std::optional<Record> known = knownBefore(wanted, outcome))
-        return finish(*known, outcome, false);
-    if (const std::optional<Record> copied = copyOfSameContent(wanted))
-        return finish(*copied, Outcome::convertedBefore, true);
+    if (const auto known = resumption_.known(wanted)) return finish(known->record, known->outcome, false);
+    if (const Record* const same = resumption_.sameContent(wanted)) {
+        if (const auto copied = copyConverted(*same, wanted, conversion_))
+            return finish(*copied, Outcome::convertedBefore, true);
+    }
     waitForMemory();
     ++converting_;
     const std::optional<Record> record = convert(wanted, conversion_, stop_.get_token());
     --converting_;
     if (record) finish(*record, record->isConverted() ? Outcome::converted : Outcome::failed, true);
-}
-
-std::optional<Record> Batch::knownBefore(const Record& wanted, Outcome& outcome) {
-    const Record* const before = history_.of(wanted.pdf);
-    if (!before || !History::matches(*before, wanted)) return std::nullopt;
-    outcome = before->isConverted() ? Outcome::convertedBefore : Outcome::failedBefore;
-    const bool isKnown =
-        before->isConverted() ? suffices(*before) : !options_.retriesFailed && fails(*before);
-    if (!isKnown) return std::nullopt;
-    Record record = *before;
-    record.archive = wanted.archive;
-    return record;
-}
-
-/// An archive that was moved, or is there twice, need not be converted again.
-std::optional<Record> Batch::copyOfSameContent(const Record& wanted) {
-    const Record* const same = history_.ofContent(wanted);
-    if (!same || !same->text.empty() || !suffices(*same) || !copyConverted(*same, wanted, conversion_))
-        return std::nullopt;
-    Record record = *same;
-    record.archive = wanted.archive;
-    record.pdf = wanted.pdf;
-    return record;
-}
-
-bool Batch::suffices(const Record& before) const {
-    return !(conversion_.isStrict && before.missingCount > 0) && isWhole(before, conversion_.output);
-}
-
-/// What only lacked resources fails no more where that is no failure.
-bool Batch::fails(const Record& before) const {
-    return conversion_.isStrict || before.error->domain != BatchErrorDomain ||
-           before.error->code != BatchMissingError;
 }
 
 /// One conversion at least goes on, or nothing ever would.

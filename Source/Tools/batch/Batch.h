@@ -4,8 +4,8 @@
 
 #include "Source/Tools/batch/Conversion/Conversion.h"
 #include "Source/Tools/batch/Progress/Progress.h"
-#include "Source/Tools/batch/Results/History.h"
 #include "Source/Tools/batch/Results/ResultsFile.h"
+#include "Source/Tools/batch/Resumption.h"
 #include "Source/Tools/batch/Selection/ArchiveList.h"
 
 #include <atomic>
@@ -17,18 +17,12 @@
 
 namespace qrv::batch {
 
-struct BatchOptions {
-    std::size_t jobs = 1;
-    /// What failed before is tried again.
-    bool retriesFailed = false;
-};
-
 /// Each conversion has a thread of its own, which waits for its processes.
 class Batch {
 public:
-    /// All of these have to live as long as the batch. An empty history has everything converted anew.
-    Batch(const std::vector<Item>& items, const BatchOptions& options, const ConversionOptions& conversion,
-          const History& history, ResultsFile& results, Progress& progress);
+    /// All of these have to live as long as the batch.
+    Batch(const std::vector<Item>& items, std::size_t jobs, const ConversionOptions& conversion,
+          const Resumption& resumption, ResultsFile& results, Progress& progress);
     Batch(const Batch&) = delete;
     Batch& operator=(const Batch&) = delete;
 
@@ -45,19 +39,14 @@ public:
 private:
     void work();
     void convertOne(const Item& item);
-    /// What is to be told of an archive that needs no conversion.
-    std::optional<Record> knownBefore(const Record& wanted, Outcome& outcome);
-    std::optional<Record> copyOfSameContent(const Record& wanted);
-    bool suffices(const Record& before) const;
-    bool fails(const Record& before) const;
     void waitForMemory();
     void finish(const Record& record, Outcome outcome, bool isNew);
     std::chrono::duration<double> elapsed() const;
 
     const std::vector<Item>& items_;
-    const BatchOptions& options_;
+    std::size_t jobs_;
     const ConversionOptions& conversion_;
-    const History& history_;
+    const Resumption& resumption_;
     ResultsFile& results_;
     Progress& progress_;
     std::chrono::steady_clock::time_point start_;

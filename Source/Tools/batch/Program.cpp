@@ -9,6 +9,7 @@
 #include "Source/Tools/batch/Batch.h"
 #include "Source/Tools/batch/Interruption.h"
 #include "Source/Tools/batch/Jobs.h"
+#include "Source/Tools/batch/Progress/ProgressLog.h"
 #include "Source/Tools/batch/Results/Manifest.h"
 
 #include <cstdlib>
@@ -89,24 +90,39 @@ ConversionOptions conversionFor(const Options& options, std::size_t jobs) {
     return conversion;
 }
 
+std::size_t jobsFor(const Options& options) {
+    if (options.jobs) return static_cast<std::size_t>(*options.jobs);
+    return usualJobs(Resources::ofThisMachine(), quietPeriod());
+}
+
+History historyFor(const Options& options, const Shard& shard) {
+    return options.convertsAnew ? History() : History(*options.output, shard);
+}
+
 /// What a run would do, a line for each archive.
-int showPlan(const std::vector<Item>& items, const Options& options) {
-    for (const Item& item : items)
-        std::cout << shown(item.archive) << " -> " << shown((fs::path(*options.output) / item.pdf).string())
+int showPlan(const std::vector<Item>& items, const Options& options, const Shard& shard) {
+    const ConversionOptions conversion = conversionFor(options, jobsFor(options));
+    const History history = historyFor(options, shard);
+    const Resumption resumption(history, conversion, options.retriesFailed);
+    for (const Item& item : items) {
+        const auto known = resumption.known(recordToBe(item, conversion));
+        if (options.isQuiet) continue;
+        std::cout << (known ? outcomeText(known->record, known->outcome)
+                            : "convert   " + shown(item.archive) + " -> " + shown(item.pdf))
                   << '\n';
+    }
     return success;
 }
 
 int convertAll(const std::vector<Item>& items, const Options& options, const Shard& shard) {
-    const auto jobs = options.jobs ? static_cast<std::size_t>(*options.jobs)
-                                   : usualJobs(Resources::ofThisMachine(), quietPeriod());
+    const std::size_t jobs = jobsFor(options);
     const ConversionOptions conversion = conversionFor(options, jobs);
     Interruption interruption; // before there are threads
     ResultsFile results(*options.output, shard);
-    const History history = options.convertsAnew ? History() : History(*options.output, shard);
+    const History history = historyFor(options, shard);
+    const Resumption resumption(history, conversion, options.retriesFailed);
     const auto progress = makeProgress(Terminal::ofStandardOutput(), options.isQuiet);
-    const BatchOptions batchOptions{jobs, options.retriesFailed};
-    Batch batch(items, batchOptions, conversion, history, results, *progress);
+    Batch batch(items, jobs, conversion, resumption, results, *progress);
     batch.start();
     while (batch.isUnderWay()) {
         if (interruption.waitFor(100ms)) batch.stop();
@@ -124,7 +140,7 @@ int runProgram(const Options& options) {
     checkOptions(options);
     const Shard shard = shardOf(options);
     const std::vector<Item> items = itemsFor(options, shard);
-    if (options.isDryRun) return showPlan(items, options);
+    if (options.isDryRun) return showPlan(items, options, shard);
     return convertAll(items, options, shard);
 }
 

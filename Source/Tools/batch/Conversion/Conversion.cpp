@@ -220,12 +220,17 @@ std::optional<Record> convert(Record record, const ConversionOptions& options, c
     return record;
 }
 
-bool copyConverted(const Record& from, const Record& to, const ConversionOptions& options) {
+std::optional<Record> copyConverted(const Record& from, const Record& to, const ConversionOptions& options) {
     FreshFile copy(options.output, to.pdf);
-    if (copy.prepare()) return false;
+    if (copy.prepare()) return std::nullopt;
     std::error_code error;
     fs::copy_file(fs::path(options.output) / from.pdf, copy.path(), error);
-    return !error && sha256OfFile(copy.path()) == from.pdfSha256 && !copy.moveIntoPlace();
+    if (error || sha256OfFile(copy.path()) != from.pdfSha256 || copy.moveIntoPlace()) return std::nullopt;
+    Record record = from;
+    record.archive = to.archive;
+    record.pdf = to.pdf;
+    record.finished = now();
+    return record;
 }
 
 bool isWhole(const Record& record, const std::string& output) {

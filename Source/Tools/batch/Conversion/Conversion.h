@@ -41,9 +41,9 @@ Record recordToBe(const Item& item, const ConversionOptions& options);
 /// thread.
 std::optional<Record> convert(Record record, const ConversionOptions& options, const std::stop_token& stop);
 
-/// Puts a copy of a whole PDF, which is below the output folder, in the place of the record's. False if it
-/// cannot be.
-bool copyConverted(const Record& from, const Record& to, const ConversionOptions& options);
+/// Puts a copy of a whole PDF, which is below the output folder, in the place of the other record's; its
+/// completed record, or nothing if that cannot be done. Any thread.
+std::optional<Record> copyConverted(const Record& from, const Record& to, const ConversionOptions& options);
 
 /// Whether the record's PDF is below the folder, as it was written.
 bool isWhole(const Record& record, const std::string& output);

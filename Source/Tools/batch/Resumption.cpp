@@ -1,0 +1,32 @@
+#include "Source/Tools/batch/Resumption.h"
+
+#include "Source/Tools/batch/Conversion/BatchError.h"
+
+namespace qrv::batch {
+
+std::optional<Resumption::Known> Resumption::known(const Record& wanted) const {
+    const Record* const before = history_.of(wanted.pdf);
+    if (!before || !History::matches(*before, wanted)) return std::nullopt;
+    if (!(before->isConverted() ? suffices(*before) : failsAgain(*before))) return std::nullopt;
+    Known known{*before, before->isConverted() ? Outcome::convertedBefore : Outcome::failedBefore};
+    known.record.archive = wanted.archive;
+    return known;
+}
+
+const Record* Resumption::sameContent(const Record& wanted) const {
+    const Record* const same = history_.ofContent(wanted);
+    return same && same->text.empty() && suffices(*same) ? same : nullptr;
+}
+
+bool Resumption::suffices(const Record& converted) const {
+    return !(conversion_.isStrict && converted.missingCount > 0) && isWhole(converted, conversion_.output);
+}
+
+/// What only lacked resources fails no more where that is no failure.
+bool Resumption::failsAgain(const Record& failed) const {
+    const bool onlyLacks =
+        failed.error->domain == BatchErrorDomain && failed.error->code == BatchMissingError;
+    return !retriesFailed_ && (conversion_.isStrict || !onlyLacks);
+}
+
+} // namespace qrv::batch

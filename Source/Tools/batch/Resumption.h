@@ -1,0 +1,41 @@
+#pragma once
+
+// What earlier runs save this one.
+
+#include "Source/Tools/batch/Conversion/Conversion.h"
+#include "Source/Tools/batch/Progress/Tally.h"
+#include "Source/Tools/batch/Results/History.h"
+
+#include <optional>
+
+namespace qrv::batch {
+
+class Resumption {
+public:
+    /// Both have to live as long as it does. `retriesFailed`: what failed before is tried again.
+    Resumption(const History& history, const ConversionOptions& conversion, bool retriesFailed)
+        : history_(history), conversion_(conversion), retriesFailed_(retriesFailed) {}
+
+    struct Known {
+        Record record;
+        Outcome outcome;
+    };
+
+    /// What there is to tell of an archive that need not be converted, since its PDF is there and whole, or
+    /// since it failed; nothing for one that is to be converted. Any thread.
+    std::optional<Known> known(const Record& wanted) const;
+
+    /// The record of a whole PDF of the same content, for an archive that was moved or is there twice; or
+    /// null. Any thread.
+    const Record* sameContent(const Record& wanted) const;
+
+private:
+    bool suffices(const Record& converted) const;
+    bool failsAgain(const Record& failed) const;
+
+    const History& history_;
+    const ConversionOptions& conversion_;
+    bool retriesFailed_;
+};
+
+} // namespace qrv::batch
