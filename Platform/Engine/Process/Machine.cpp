@@ -21,7 +21,7 @@ constexpr std::size_t none = std::numeric_limits<std::size_t>::max();
 template <class Number>
 std::optional<Number> numberInFile(const std::string& path) {
     std::ifstream file(path);
-    Number number;
+    Number number{};
     return file >> number ? std::optional(number) : std::nullopt;
 }
 
