@@ -51,13 +51,9 @@ std::string firstWord(const std::string& text) {
     return {begin, std::find_if(begin, text.end(), isSpace)};
 }
 
-/// The name of the paper that somebody has chosen.
-std::optional<std::string> chosenPaper() {
-    if (const char* const name = std::getenv("PAPERSIZE")) return name;
+std::string configurationFile() {
     const char* const file = variable("PAPERCONF");
-    std::string name = firstWord(beginningOf(file ? file : "/etc/papersize"));
-    if (name.empty()) return std::nullopt;
-    return name;
+    return file ? file : "/etc/papersize";
 }
 
 /// The C library's rules for which variable counts.
@@ -74,21 +70,33 @@ int millimetres(nl_item item, ::locale_t locale) {
     return static_cast<int>(reinterpret_cast<std::intptr_t>(::nl_langinfo_l(item, locale)));
 }
 
-/// All countries that have a locale use one of two papers.
-NSSize paperOfTheLocale() {
+/// All countries that have a locale use one of two papers. Nothing where there is no such locale.
+std::optional<std::string> paperOfTheLocale() {
     const ::locale_t locale = isLocaleOfACountry() ? ::newlocale(LC_PAPER_MASK, "", nullptr) : nullptr;
-    if (!locale) return usLetter;
+    if (!locale) return std::nullopt;
     const bool isA4 =
         millimetres(_NL_PAPER_WIDTH, locale) == 210 && millimetres(_NL_PAPER_HEIGHT, locale) == 297;
     ::freelocale(locale);
-    return isA4 ? *paperSizeNamed("a4") : usLetter;
+    return isA4 ? "a4" : "letter";
 }
 
 } // namespace
 
+DefaultPaper defaultPaper() {
+    const std::string file = configurationFile();
+    const auto paper = [&](const std::string& name, DefaultPaper::Source source) {
+        const std::optional<NSSize> size = paperSizeNamed(name);
+        return DefaultPaper{size.value_or(usLetter), name, size.has_value(), source, file};
+    };
+    if (const char* const name = std::getenv("PAPERSIZE")) return paper(name, DefaultPaper::Source::variable);
+    const std::string name = firstWord(beginningOf(file.c_str()));
+    if (!name.empty()) return paper(name, DefaultPaper::Source::file);
+    if (const auto ofLocale = paperOfTheLocale()) return paper(*ofLocale, DefaultPaper::Source::locale);
+    return paper("letter", DefaultPaper::Source::none);
+}
+
 NSSize defaultPaperSize() {
-    const std::optional<std::string> name = chosenPaper();
-    return name ? paperSizeNamed(*name).value_or(usLetter) : paperOfTheLocale();
+    return defaultPaper().size;
 }
 
 } // namespace qrv

@@ -4,7 +4,27 @@
 
 #include "Platform/Foundation/NSRange.h"
 
+#include <string>
+
 namespace qrv {
+
+struct DefaultPaper {
+    enum class Source {
+        variable, ///< PAPERSIZE
+        file,
+        locale,
+        none, ///< nothing tells it
+    };
+
+    NSSize size;
+    std::string name; ///< as it was chosen, whether it is known or not
+    bool isKnown;     ///< no paper has an unknown name; US Letter stands in for it
+    Source source;
+    std::string file; ///< the configuration file, whether it counts or not
+};
+
+/// What `defaultPaperSize` returns, and where it comes from.
+DefaultPaper defaultPaper();
 
 /// Returns the default paper's size in whole points. The first of these tells it:
 /// - PAPERSIZE, a paper's name;

@@ -56,6 +56,13 @@ bool LogSocket::mayHaveReader() {
     return wasThere_ || tickOfLook_ != coarseMilliseconds();
 }
 
+bool LogSocket::hasReader() {
+    const std::lock_guard lock(mutex_);
+    socket_.reset();
+    tickOfLook_ = -1;
+    return connect();
+}
+
 bool LogSocket::send(std::string_view datagram, bool mayPassMemoryFile) {
     const std::lock_guard lock(mutex_);
     if (socket_) {

@@ -21,6 +21,9 @@ public:
     /// False when nobody has ever been there to take datagrams, as far as the present tick's look said.
     bool mayHaveReader();
 
+    /// Whether somebody is there to take datagrams, looked for now.
+    bool hasReader();
+
     /// False when nobody took it. What is too long for one datagram is handed over in a sealed memory file,
     /// where the daemon knows that way.
     bool send(std::string_view datagram, bool mayPassMemoryFile);

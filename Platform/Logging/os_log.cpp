@@ -49,6 +49,10 @@ void os_log_with_type(const os_log_t& log, os_log_type_t type, std::string_view 
     journal().send(entry, true);
 }
 
+bool hasJournal() {
+    return journal().hasReader();
+}
+
 void setJournalSocketForTesting(const std::string& path) {
     journal().setPath(path);
 }

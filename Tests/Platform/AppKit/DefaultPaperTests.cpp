@@ -107,4 +107,30 @@ TEST(DefaultPaper, IsThatOfTheLocaleWithoutAnyConfiguration) {
     EXPECT_EQ(defaultPaperSize(), (NSSize{612, 792}));
 }
 
+TEST(DefaultPaper, TellsWhereItComesFrom) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("papersize", "Legal").utf8();
+    const Variable file("PAPERCONF", path.c_str());
+    {
+        const Variable name("PAPERSIZE", "papyrus");
+        const DefaultPaper paper = defaultPaper();
+        EXPECT_EQ(paper.source, DefaultPaper::Source::variable);
+        EXPECT_EQ(paper.name, "papyrus");
+        EXPECT_FALSE(paper.isKnown);
+        EXPECT_EQ(paper.size, (NSSize{612, 792}));
+    }
+    const Variable none("PAPERSIZE", nullptr);
+    {
+        const DefaultPaper paper = defaultPaper();
+        EXPECT_EQ(paper.source, DefaultPaper::Source::file);
+        EXPECT_EQ(paper.file, path);
+        EXPECT_EQ(paper.name, "Legal");
+        EXPECT_TRUE(paper.isKnown);
+    }
+    const Variable missing("PAPERCONF", folder.pathOf("missing").utf8().c_str());
+    const Variable locale("LC_ALL", "C");
+    EXPECT_EQ(defaultPaper().source, DefaultPaper::Source::none);
+    EXPECT_EQ(defaultPaper().name, "letter");
+}
+
 } // namespace qrv

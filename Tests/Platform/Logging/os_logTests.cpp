@@ -118,4 +118,10 @@ TEST_F(OSLog, EntriesOfManyThreadsArriveWhole) {
     EXPECT_EQ(received, 8u);
 }
 
+TEST_F(OSLog, TellsWhetherThereIsAJournal) {
+    EXPECT_TRUE(hasJournal());
+    setJournalSocketForTesting("/nonexistent/socket");
+    EXPECT_FALSE(hasJournal());
+}
+
 } // namespace qrv

@@ -1,0 +1,18 @@
+#pragma once
+
+// Which fonts the pages of a PDF file draw with.
+
+#include "Platform/Foundation/NSData.h"
+
+#include <string>
+#include <vector>
+
+namespace qrv {
+
+/// For each page the names of the fonts in its resources, in ascending order and each once, such as
+/// "NotoSansThai-Regular": without what marks a font of which a part is stored. A font without a name is left
+/// out. Empty for bytes that are no PDF or too much for the limits, which is logged. Read in a confined
+/// child.
+std::vector<std::vector<std::string>> fontsOfPages(const NSData& bytes);
+
+} // namespace qrv
