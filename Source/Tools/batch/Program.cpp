@@ -7,6 +7,7 @@
 #include "Source/Tools/Common/SettingsDomain.h"
 #include "Source/Tools/Common/TerminalText.h"
 #include "Source/Tools/batch/Batch.h"
+#include "Source/Tools/batch/Doctor/Doctor.h"
 #include "Source/Tools/batch/Interruption.h"
 #include "Source/Tools/batch/Jobs.h"
 #include "Source/Tools/batch/Progress/ProgressLog.h"
@@ -39,11 +40,15 @@ std::string inPath(const std::string& program, const std::string& first = "") {
     return engine::programInPath(first + ":" + (path ? path : ""), program).value_or("");
 }
 
-std::string toolFor(const Options& options) {
+/// Empty if there is none.
+std::string findTool(const Options& options) {
     if (options.tool) return fs::absolute(*options.tool).string();
     std::error_code unknown;
-    const std::string tool =
-        inPath("web2pdf", fs::read_symlink("/proc/self/exe", unknown).parent_path().string());
+    return inPath("web2pdf", fs::read_symlink("/proc/self/exe", unknown).parent_path().string());
+}
+
+std::string toolFor(const Options& options) {
+    const std::string tool = findTool(options);
     if (tool.empty())
         throw UsageError("there is no web2pdf beside this program or in PATH; --tool says where it is");
     return tool;
@@ -138,6 +143,7 @@ int convertAll(const std::vector<Item>& items, const Options& options, const Sha
 
 int runProgram(const Options& options) {
     checkOptions(options);
+    if (options.asksDoctor) return examineMachine({options.asJson, findTool(options), jobsFor(options)});
     const Shard shard = shardOf(options);
     const std::vector<Item> items = itemsFor(options, shard);
     if (options.isDryRun) return showPlan(items, options, shard);
