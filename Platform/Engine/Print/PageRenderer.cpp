@@ -2,9 +2,9 @@
 
 #include "Platform/Engine/PDF/LengthUnits.h"
 #include "Platform/Engine/PDF/PDFPageEdits.h"
-#include "Platform/Engine/PDF/SourceDate.h"
 #include "Platform/Engine/Print/PrintLayout.h"
 #include "Platform/Engine/Print/ViewMetrics.h"
+#include "Platform/Foundation/SourceDate.h"
 #include "Platform/Logging/NSLog.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "Platform/Engine/PDF/SourceDate.h"
+#include "Platform/Foundation/SourceDate.h"
 
 #include "Platform/Logging/NSLog.h"
 
@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
-namespace qrv::engine {
+namespace qrv {
 
 namespace {
 
@@ -28,4 +28,4 @@ NSDate sourceDate() {
     return {};
 }
 
-} // namespace qrv::engine
+} // namespace qrv

@@ -1,25 +1,25 @@
-#include "Platform/Engine/PDF/SourceDate.h"
+#include "Platform/Foundation/SourceDate.h"
 
-#include "Platform/PDFKit/PDFDate.h"
 #include "Tests/Support/Variable.h"
 
 #include <gmock/gmock.h>
 
-namespace qrv::engine {
+namespace qrv {
 
 namespace {
 
 std::string dateOf(const char* value) {
     const Variable variable("SOURCE_DATE_EPOCH", value);
-    return pdfTextFromDate(sourceDate());
+    const NSDate date = sourceDate();
+    return date ? date.description().utf8() : "";
 }
 
 } // namespace
 
 TEST(SourceDate, IsTheMomentOfTheEnvironment) {
-    EXPECT_EQ(dateOf("1709210096"), "D:20240229123456Z");
-    EXPECT_EQ(dateOf("0"), "D:19700101000000Z");
-    EXPECT_EQ(dateOf("253402300799"), "D:99991231235959Z");
+    EXPECT_EQ(dateOf("1709210096"), "2024-02-29 12:34:56 +0000");
+    EXPECT_EQ(dateOf("0"), "1970-01-01 00:00:00 +0000");
+    EXPECT_EQ(dateOf("253402300799"), "9999-12-31 23:59:59 +0000");
 }
 
 TEST(SourceDate, IsNilWhereNoneIsToldWhichIsNoFault) {
@@ -37,4 +37,4 @@ TEST(SourceDate, IsNilForAnythingElseWhichIsLogged) {
     }
 }
 
-} // namespace qrv::engine
+} // namespace qrv
