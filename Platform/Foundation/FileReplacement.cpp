@@ -74,12 +74,12 @@ std::optional<int> linkInPlace(const FileDescriptor& file, const std::string& pa
 }
 
 /// Returns nothing if the file cannot be written in this way.
-std::optional<int> replaceByUnnamed(const std::string& path, std::string_view bytes) {
+std::optional<int> replaceByUnnamed(const std::string& path, const FileWriting& write) {
     const std::string folder = folderOf(path);
     const FileDescriptor file(
         ::open(folder.empty() ? "." : folder.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, byTheUmask));
     if (!file) return {};
-    if (const int error = writeAll(file.get(), bytes)) return error;
+    if (const int error = write(file.get())) return error;
     // Some file systems tell write errors when a descriptor is closed, and the file's own must stay open.
     if (!FileDescriptor(::dup(file.get())).closeWritten()) return errno;
     return linkInPlace(file, path);
@@ -92,11 +92,11 @@ FileDescriptor openTemporary(const std::string& name) {
     return file;
 }
 
-int replaceByNamed(const std::string& path, std::string_view bytes) {
+int replaceByNamed(const std::string& path, const FileWriting& write) {
     const std::string temporary = nameBeside(path);
     FileDescriptor file = openTemporary(temporary);
     if (!file) return errno;
-    int error = writeAll(file.get(), bytes);
+    int error = write(file.get());
     if (!file.closeWritten() && !error) error = errno;
     const SignalsBlocked untilRenamed;
     const std::lock_guard lock(naming);
@@ -128,10 +128,14 @@ int refusalToWrite(const std::string& path) {
 }
 
 int replaceFile(const std::string& path, std::string_view bytes) {
+    return replaceFile(path, [bytes](int descriptor) { return writeAll(descriptor, bytes); });
+}
+
+int replaceFile(const std::string& path, const FileWriting& write) {
     if (const int refusal = refusalToWrite(path)) return refusal;
     const std::string file = followed(path);
-    const std::optional<int> error = replaceByUnnamed(file, bytes);
-    return error ? *error : replaceByNamed(file, bytes);
+    const std::optional<int> error = replaceByUnnamed(file, write);
+    return error ? *error : replaceByNamed(file, write);
 }
 
 void abandonReplacements() {

@@ -2,6 +2,7 @@
 
 // Replaces the contents of files in one step, and leaves nothing behind wherever a write ends.
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,13 @@ namespace qrv {
 /// is removed on failure. Returns 0 or an errno value: EISDIR for a folder, ENOTSUP for a pipe, socket or
 /// device, which is not opened. Any thread.
 int replaceFile(const std::string& path, std::string_view bytes);
+
+/// Writes contents to the descriptor of a new file, which may be asked of it twice. Returns 0 or an errno
+/// value.
+using FileWriting = std::function<int(int descriptor)>;
+
+/// The same for contents that are made while they are written; those that fail replace nothing.
+int replaceFile(const std::string& path, const FileWriting& write);
 
 /// For the thread that is about to end the process with _exit: removes the temporary names of other threads'
 /// new files, and lets them make no more. Waits 0.2 seconds at most for a thread that is about to rename one.

@@ -81,6 +81,29 @@ TEST_F(FileReplacement, WorksWithoutUnnamedFilesToo) {
     EXPECT_THAT(names(), testing::UnorderedElementsAre("old", "new"));
 }
 
+TEST_F(FileReplacement, TakesContentsThatAreMadeWhileTheyAreWritten) {
+    const FileWriting inPieces = [](int descriptor) {
+        const int error = writeAll(descriptor, "first ");
+        return error ? error : writeAll(descriptor, "second");
+    };
+    const FileWriting failing = [](int descriptor) {
+        writeAll(descriptor, "half");
+        return EIO;
+    };
+    EXPECT_EQ(replaceFile(at("new"), failing), EIO);
+    EXPECT_THAT(names(), testing::IsEmpty());
+    EXPECT_EQ(replaceFile(at("new"), inPieces), 0);
+    EXPECT_EQ(replaceFile(at("new"), failing), EIO);
+    EXPECT_EQ(folder.read("new"), "first second");
+    inOwnMounts([&] {
+        hideProcesses();
+        EXPECT_EQ(replaceFile(at("other"), failing), EIO);
+        EXPECT_EQ(replaceFile(at("other"), inPieces), 0);
+    });
+    EXPECT_EQ(folder.read("other"), "first second");
+    EXPECT_THAT(names(), testing::UnorderedElementsAre("new", "other"));
+}
+
 /// The tables' lines name what is at the path, and must leave it as it is.
 struct Refused {
     const char* name;
