@@ -1,13 +1,16 @@
 #include "Platform/PDFKit/PDFDocument.h"
 
+#include "Platform/Foundation/FileReplacement.h"
 #include "Platform/PDFKit/ConfinedPDF.h"
 #include "Platform/PDFKit/PDFUpdate.h"
+
+#include <cerrno>
 
 namespace qrv {
 
 PDFDocument::PDFDocument(NSData bytes, PDFEnding ending)
     : bytes_(std::move(bytes)), ending_(std::make_unique<PDFEnding>(std::move(ending))),
-      attributes_(ending_->attributes) {}
+      attributes_(ending_->attributes), additions_(std::make_unique<PDFAdditions>()) {}
 
 PDFDocument::~PDFDocument() = default;
 
@@ -24,14 +27,40 @@ void PDFDocument::setDocumentAttributes(const NSDictionary& attributes) {
     attributes_ = attributes;
 }
 
+void PDFDocument::setMetadata(const NSData& packet) {
+    additions_->metadata = packet;
+}
+
+void PDFDocument::setAttachment(PDFAttachment file) {
+    additions_->attachment = std::move(file);
+}
+
 bool PDFDocument::writeToFile(const NSString& path) const {
     if (path.isNil()) return false;
+    if (!additions_->isEmpty()) return writeWithAdditions(path);
     const std::string update =
         updateOfPDF(*ending_, bytes_.length(), changesOfAttributes(ending_->attributes, attributes_));
     std::string file;
     file.reserve(bytes_.length() + update.size());
     file.append(bytes_.bytes()).append(update);
     return NSData(std::move(file)).writeToFile_atomically(path, true);
+}
+
+/// Never has the whole file in memory: what is attached may be large.
+bool PDFDocument::writeWithAdditions(const NSString& path) const {
+    const auto catalog = catalogOfPDF(bytes_);
+    if (!catalog) return false;
+    const auto changes = changesOfAttributes(ending_->attributes, attributes_);
+    const auto write = [&](int descriptor) {
+        int error = writeAll(descriptor, bytes_.bytes());
+        writeUpdateOfPDF(*ending_, *catalog, bytes_.length(), changes, *additions_,
+                         [&](std::string_view bytes) {
+                             if (!error) error = writeAll(descriptor, bytes);
+                         });
+        const bool isComplete = !additions_->attachment || !additions_->attachment->contents.isCutOff();
+        return !error && !isComplete ? EIO : error;
+    };
+    return replaceFile(path.fileSystemRepresentation(), write) == 0;
 }
 
 } // namespace qrv

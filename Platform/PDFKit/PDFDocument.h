@@ -20,6 +20,8 @@
 
 namespace qrv {
 
+struct PDFAdditions;
+struct PDFAttachment;
 struct PDFEnding;
 
 // Keys of documentAttributes. Both dates are NSDate, everything else is NSString.
@@ -54,17 +56,28 @@ public:
     /// and keys other than NSString raise NSInvalidArgumentException and change nothing.
     void setDocumentAttributes(const NSDictionary& attributes);
 
+    /// Makes an XMP packet the metadata stream; nil makes none. Whoever sets it says in it what the
+    /// attributes say.
+    void setMetadata(const NSData& packet);
+
+    /// Embeds a file, beside those that are embedded already.
+    void setAttachment(PDFAttachment file);
+
     // - writeToFile:
     /// Replaces the file in one step; what has changed is appended to the bytes that were read, which stay as
-    /// they are. Returns false, and leaves an existing file untouched, if it cannot be written.
+    /// they are. Returns false, and leaves an existing file untouched, if it cannot be written, or if the
+    /// attachment's contents could not be read to their end.
     bool writeToFile(const NSString& path) const;
 
 private:
+    bool writeWithAdditions(const NSString& path) const;
+
     PDFDocument(NSData bytes, PDFEnding ending);
 
     NSData bytes_;
     std::unique_ptr<PDFEnding> ending_; // of the file
     NSDictionary attributes_;
+    std::unique_ptr<PDFAdditions> additions_;
 };
 
 } // namespace qrv

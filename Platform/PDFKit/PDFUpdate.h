@@ -1,9 +1,13 @@
 #pragma once
 
-// Changes of a PDF's document information that are appended to the file, whose own bytes stay as they are.
+// Changes of a PDF that are appended to the file, whose own bytes stay as they are.
 
+#include "Platform/PDFKit/PDFAttachment.h"
 #include "Platform/PDFKit/PDFAttributes.h"
+#include "Platform/PDFKit/PDFCatalog.h"
 #include "Platform/PDFKit/PDFEnding.h"
+
+#include <optional>
 
 namespace qrv {
 
@@ -12,5 +16,21 @@ namespace qrv {
 /// has. Empty without changes.
 std::string updateOfPDF(const PDFEnding& ending, std::size_t length,
                         const std::vector<PDFAttributeChange>& changes);
+
+/// What a file gets beside changed attributes.
+struct PDFAdditions {
+    /// An XMP packet, which takes the place of the metadata stream; nil for none.
+    NSData metadata;
+    std::optional<PDFAttachment> attachment;
+
+    bool isEmpty() const { return !metadata && !attachment; }
+};
+
+/// The same with additions, handed out in pieces: the attachment is compressed on the way, and never in
+/// memory as a whole. Files that are embedded or associated stay so; of two with one name, the new one gets a
+/// number.
+void writeUpdateOfPDF(const PDFEnding& ending, const PDFCatalog& catalog, std::size_t length,
+                      const std::vector<PDFAttributeChange>& changes, const PDFAdditions& additions,
+                      const ByteSink& sink);
 
 } // namespace qrv

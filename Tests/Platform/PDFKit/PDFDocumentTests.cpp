@@ -1,11 +1,14 @@
 #include "Platform/PDFKit/PDFDocument.h"
 
+#include "Platform/Foundation/MappedFile.h"
 #include "Platform/Foundation/NSDate.h"
 #include "Platform/Foundation/NSException.h"
 #include "Platform/Foundation/NSNumber.h"
+#include "Platform/PDFKit/PDFAttachment.h"
 #include "Tests/Platform/PDFKit/SamplePDF.h"
 #include "Tests/Support/TemporaryFolder.h"
 
+#include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -14,6 +17,7 @@ namespace qrv {
 
 namespace {
 
+using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
@@ -164,6 +168,42 @@ TEST_F(PDFDocumentTest, DropsTheMetadataStreamThatWouldContradict) {
     document->setDocumentAttributes({{NSString(u"Title"), NSString(u"New")}});
     ASSERT_TRUE(document->writeToFile(folder_.pathOf("out.pdf")));
     EXPECT_THAT(inspect("pdfinfo"), HasSubstr("Metadata Stream: no"));
+}
+
+TEST_F(PDFDocumentTest, WritesAttributesMetadataAndAnAttachmentInOneGo) {
+    const NSString path = folder_.write("in.pdf", usual);
+    const auto document = PDFDocument::initWithURL(NSURL::fileURLWithPath(path));
+    document->setDocumentAttributes({{NSString(PDFDocumentTitleAttribute), NSString(u"New")}});
+    document->setMetadata(NSData("<x:xmpmeta/>"));
+    document->setAttachment({u"a.txt", u"Text", "text/plain", {}, NSData("contents")});
+    ASSERT_TRUE(document->writeToFile(folder_.pathOf("out.pdf")));
+    EXPECT_THAT(folder_.read("out.pdf"), StartsWith(usual));
+    EXPECT_EQ(text(reopened(), PDFDocumentTitleAttribute), NSString(u"New"));
+    EXPECT_THAT(inspect("pdfinfo"),
+                AllOf(HasSubstr("Title:           New"), HasSubstr("Metadata Stream: yes")));
+    EXPECT_EQ(inspect("pdfdetach -save 1 -o /dev/stdout"), "contents");
+    EXPECT_EQ(inspect("pdfinfo -meta"), "<x:xmpmeta/>\n");
+    EXPECT_FALSE(document->writeToFile(folder_.pathOf("missing/out.pdf")));
+    EXPECT_EQ(folder_.count(), 2u);
+}
+
+TEST_F(PDFDocumentTest, AnAttachmentThatIsCutShortReplacesNothing) {
+    const NSString path = folder_.write("large", std::string(4'000'000, 'x'));
+    EXPECT_EXIT(
+        {
+            allowMappedFiles();
+            const auto document = open(usual);
+            const NSData contents = NSData::initWithContentsOfFile_options_error(path, 0, nullptr);
+            document->setAttachment({u"large", u"", "text/plain", {}, contents});
+            const bool isWritten = document->writeToFile(folder_.pathOf("whole.pdf"));
+            std::filesystem::resize_file(folder_.path() / "large", 100'000);
+            contents.forgetPages();
+            const bool isRefused = !document->writeToFile(folder_.pathOf("cut.pdf"));
+            std::_Exit(isWritten && isRefused ? 7 : 1);
+        },
+        testing::ExitedWithCode(7), "");
+    EXPECT_TRUE(std::filesystem::exists(folder_.path() / "whole.pdf"));
+    EXPECT_FALSE(std::filesystem::exists(folder_.path() / "cut.pdf"));
 }
 
 TEST_F(PDFDocumentTest, WritesTheSameBytesForTheSameDocument) {

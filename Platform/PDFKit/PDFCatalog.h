@@ -1,0 +1,35 @@
+#pragma once
+
+// What the root of a PDF's objects says. Only who adds a file or metadata to a PDF needs all of it: it is not
+// kept with the file's ending, since a large document has many named destinations in it.
+
+#include "Platform/Foundation/NSData.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+class QPDF;
+
+namespace qrv {
+
+struct PDFCatalog {
+    /// The entries, in PDF syntax.
+    std::map<std::string, std::string> entries;
+    /// The entries of its name dictionary, in PDF syntax, but for that of the files.
+    std::map<std::string, std::string> names;
+    /// The specifications of the files that are embedded, in PDF syntax, by name: bytes, in the order of a
+    /// name tree. What is damaged in their tree is left out.
+    std::map<std::string, std::string> files;
+    /// The specifications of the files that are associated with the document.
+    std::vector<std::string> associatedFiles;
+};
+
+/// Throws what the PDF library throws.
+PDFCatalog catalogOf(QPDF& document);
+
+/// Reads it in a confined child; nothing where `openPDF` refuses the file, or it is too much for the child.
+std::optional<PDFCatalog> catalogOfPDF(const NSData& bytes);
+
+} // namespace qrv
