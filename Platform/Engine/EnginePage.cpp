@@ -134,6 +134,7 @@ public:
     void setPrintsBackgrounds(bool prints) override;
     void setUnrollsScrollers(bool unrolls) override;
     void waitForLoad() override;
+    NSString engineVersion() override;
     NSString ownerElementName(const FrameID& frame) override;
     NSSize documentSize() override;
     NSData screenPDF() override;
@@ -461,6 +462,12 @@ void EnginePage::setUnrollsScrollers(bool unrolls) {
 void EnginePage::waitForLoad() {
     const auto done = [this] { return failure_ || (!session_.empty() && !frames_.isMainFrameLoading()); };
     if (archive_) loop_.runUntil(done, std::chrono::steady_clock::now() + loadLimit);
+}
+
+NSString EnginePage::engineVersion() {
+    if (!isAlive()) return {};
+    const DevToolsReply reply = devTools_->call({}, "Browser.getVersion", {}, answerLimit);
+    return reply.ok() ? NSString::fromUTF8(reply.result["product"].stringView()) : NSString();
 }
 
 NSString EnginePage::ownerElementName(const FrameID& frame) {

@@ -41,6 +41,10 @@ public:
     /// those of "about" addresses, may still be under way when the page is to be drawn.
     virtual void waitForLoad() {}
 
+    /// The name and the version of the engine, such as "HeadlessChrome/140.0.7339.80"; nil for a page that
+    /// needs none, and when it does not answer.
+    virtual NSString engineVersion() { return {}; }
+
     /// The node name of the element that holds the frame ("FRAME", "IFRAME", ...); nil when there is none.
     virtual NSString ownerElementName(const FrameID& frame) = 0;
     /// The laid-out document's size in CSS pixels, at least the view's; zero when no document answers.

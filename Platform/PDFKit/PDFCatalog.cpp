@@ -25,10 +25,10 @@ Entries entriesOf(QPDFObjectHandle dictionary) {
 }
 
 /// Nodes wait in a list, since a tree may be as deep as somebody likes, and a circle.
-Entries filesIn(QPDFObjectHandle tree) {
+Entries filesIn(const QPDFObjectHandle& tree) {
     Entries files;
     std::set<QPDFObjGen> met;
-    std::vector<QPDFObjectHandle> waiting{std::move(tree)};
+    std::vector<QPDFObjectHandle> waiting{tree};
     while (!waiting.empty()) {
         QPDFObjectHandle node = waiting.back();
         waiting.pop_back();
@@ -70,6 +70,7 @@ Entries entriesIn(const NSArray& list) {
 
 NSData listFrom(const PDFCatalog& catalog) {
     std::vector<id> associated;
+    associated.reserve(catalog.associatedFiles.size());
     for (const std::string& file : catalog.associatedFiles) associated.emplace_back(NSData(file));
     const NSArray list({listOf(catalog.entries), listOf(catalog.names), listOf(catalog.files),
                         NSArray(std::move(associated))});

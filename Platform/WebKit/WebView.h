@@ -55,6 +55,10 @@ public:
     void prepareForPDF(NSSize paper);
     void prepareForPrinting(NSSize paper, double margin);
 
+    /// The name and the version of the engine that draws the page; nil for a page that needs none. Runs the
+    /// run loop.
+    NSString engineVersion() { return page_->engineVersion(); }
+
     // - setFrame:
     /// Lays the page out anew in the new size.
     void setFrame(NSRect frame) override;

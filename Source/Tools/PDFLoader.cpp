@@ -7,6 +7,7 @@
 #include "Platform/PDFKit/PDFDocument.h"
 #include "QRVFoundation/Source/NSError+QRV.h"
 #include "QRVFoundation/Source/NSString+QRVBasics/NSString+QRVFilesBasics.h"
+#include "Source/Tools/Archiving/ConvertedArchive.h"
 #include "Source/Tools/web2pdf.h"
 
 #include <algorithm>
@@ -102,6 +103,7 @@ bool PDFLoader::createScreenPDFs() const {
 void PDFLoader::savePDF(const NSString& path) {
     checkArchiveFile();
     setupWindow();
+    if (writesXMP()) _engine = _view->engineVersion();
     _view->setMediaStyle(u"screen"); // in both modes
     _view->preferences().setShouldPrintBackgrounds(true);
     _view->preferences().setUnrollsScrollers(unrollsScrollers());
@@ -148,7 +150,8 @@ void PDFLoader::printToFile(NSView* documentView, const NSString& path) const {
     operation.runOperation();
 }
 
-/// Leaves a file untouched that is no readable PDF, and says so: somebody may look for its attributes.
+/// Leaves a file untouched that is no readable PDF, and says so: somebody may look for its attributes. Who
+/// wishes for more relies on it: then a file that could not be written is an error.
 void PDFLoader::setAttributesOfPDF(const NSString& path) const {
     const auto document = PDFDocument::initWithURL(NSURL::fileURLWithPath(path));
     if (document) {
@@ -157,10 +160,26 @@ void PDFLoader::setAttributesOfPDF(const NSString& path) const {
         attributes.setObject_forKey(orEmpty(pageTitle()), NSString(PDFDocumentTitleAttribute));
         attributes.setObject_forKey(orEmpty(_url.description()), NSString(PDFDocumentSubjectAttribute));
         attributes.setObject_forKey(author(), NSString(PDFDocumentAuthorAttribute));
-        document->setDocumentAttributes(attributes);
+        document->setDocumentAttributes(attributes.copy());
+        addWishes(*document);
+        if (document->writeToFile(path)) return;
     }
-    if (!document || !document->writeToFile(path))
-        NSLog(u"the PDF stays as it is, without the page's attributes: it cannot be read, or not be written");
+    NSLog(u"the PDF stays as it is, without the page's attributes: it cannot be read, or not be written");
+    if (!writesXMP() && !attachesArchive()) return;
+    NSLog(u"nor does it have the metadata or the attachment that were wished for");
+    checkArchiveFile();
+    if (document) finishWithError(makePrintFailedError(path));
+}
+
+/// The attributes are those that the document is going to have. Ends the process where the archive could not
+/// be read to its end: the hash is of another file then.
+void PDFLoader::addWishes(PDFDocument& document) const {
+    const ConvertedArchive archive{_archiveFile, _archivePath, orEmpty(_url.description()), _engine};
+    if (writesXMP()) {
+        document.setMetadata(metadataOf(archive, document.documentAttributes()));
+        checkArchiveFile();
+    }
+    if (attachesArchive()) document.setAttachment(attachmentOf(archive));
 }
 
 NSString PDFLoader::author() const {

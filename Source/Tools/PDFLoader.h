@@ -13,6 +13,8 @@
 
 namespace qrv {
 
+class PDFDocument;
+
 class PDFLoader : public Loader {
 public:
     // - dealloc
@@ -40,8 +42,9 @@ public:
     bool createScreenPDFs() const;
 
     // - savePDF:
-    /// Renders into the file, sets its document attributes and ends the process: with success, or with the
-    /// print-failed error if there is no file.
+    /// Renders into the file, sets its document attributes, adds the metadata and the attachment that are
+    /// wished for, and ends the process: with success, or with the print-failed error if there is no file, or
+    /// what is wished for could not be written.
     [[noreturn]] void savePDF(const NSString& path);
 
 protected:
@@ -62,7 +65,10 @@ private:
     void checkArchiveFile() const;
     void prepareView();
     void setAttributesOfPDF(const NSString& path) const;
+    void addWishes(PDFDocument& document) const;
     NSString author() const;
+
+    NSString _engine; // nil unless the metadata are to name it
 };
 
 } // namespace qrv

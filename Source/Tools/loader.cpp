@@ -13,7 +13,9 @@
 #include "QRVFoundation/Source/QRVLog.h"
 #include "Source/Tools/Common/SettingsDomain.h"
 
+#include <cstdlib>
 #include <optional>
+#include <string_view>
 
 namespace qrv {
 
@@ -49,6 +51,11 @@ bool boolSetting(const NSString& key, bool defaultValue) {
 long long integerSetting(const NSString& key, long long defaultValue) {
     return qrvIntegerForKey_domain_defaultValue(NSUserDefaults::standardUserDefaults(), key,
                                                 QuillvaneSettingsDomain, defaultValue);
+}
+
+bool isWishedByEnvironment(const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value && std::string_view(value) == "1";
 }
 
 } // namespace
@@ -193,6 +200,14 @@ long long Loader::webToolExtraLoadingTime() const {
 
 double Loader::margin() const {
     return static_cast<double>(integerSetting(u"Web2PDFPageMargin", 36));
+}
+
+bool Loader::writesXMP() const {
+    return isWishedByEnvironment("WEB2PDF_XMP") || boolSetting(u"Web2PDFWritesXMP", false);
+}
+
+bool Loader::attachesArchive() const {
+    return isWishedByEnvironment("WEB2PDF_ATTACH_ARCHIVE") || boolSetting(u"Web2PDFAttachesArchive", false);
 }
 
 /// A frame is in the list once for each of its starts.

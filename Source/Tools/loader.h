@@ -92,6 +92,15 @@ public:
     /// Web2PDFPageMargin, in points; 36 if unset.
     double margin() const;
 
+    // - writesXMP
+    /// Web2PDFWritesXMP, or WEB2PDF_XMP=1 in the environment: whether the PDF gets XMP metadata; false if
+    /// unset.
+    bool writesXMP() const;
+    // - attachesArchive
+    /// Web2PDFAttachesArchive, or WEB2PDF_ATTACH_ARCHIVE=1 in the environment: whether the archive is
+    /// attached to the PDF; false if unset.
+    bool attachesArchive() const;
+
     void webView_didStartProvisionalLoadForFrame(WebView& sender, const WebFramePtr& frame) override;
     void webView_didFinishLoadForFrame(WebView& sender, const WebFramePtr& frame) override;
     void webView_didFailProvisionalLoadWithError_forFrame(WebView& sender, const NSError& error,

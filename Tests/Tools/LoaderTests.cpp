@@ -2,6 +2,7 @@
 
 #include "Platform/Foundation/NSException.h"
 #include "Platform/Foundation/NSURLCache.h"
+#include "Tests/Support/Variable.h"
 #include "Tests/Tools/LoaderTest.h"
 
 #include <gmock/gmock.h>
@@ -376,6 +377,25 @@ TEST_F(LoaderTest, UnsetSettingsHaveTheirDefaults) {
     EXPECT_EQ(loader.webToolExtraLoadingTime(), 2);
     EXPECT_EQ(loader.margin(), 36.0);
     EXPECT_TRUE(loader.unrollsScrollers());
+    EXPECT_FALSE(loader.writesXMP());
+    EXPECT_FALSE(loader.attachesArchive());
+}
+
+TEST_F(LoaderTest, TheEnvironmentCanWishForWhatSettingsDoNot) {
+    for (const char* value : {"0", "", "yes", " 1", "11"}) {
+        const Variable metadata("WEB2PDF_XMP", value);
+        const Variable archive("WEB2PDF_ATTACH_ARCHIVE", value);
+        EXPECT_FALSE(loader.writesXMP()) << value;
+        EXPECT_FALSE(loader.attachesArchive()) << value;
+    }
+    {
+        const Variable variable("WEB2PDF_XMP", "1");
+        EXPECT_TRUE(loader.writesXMP());
+        EXPECT_FALSE(loader.attachesArchive());
+    }
+    const Variable variable("WEB2PDF_ATTACH_ARCHIVE", "1");
+    EXPECT_FALSE(loader.writesXMP());
+    EXPECT_TRUE(loader.attachesArchive());
 }
 
 TEST_F(LoaderTest, SettingsAreReadAtEachCall) {
@@ -383,13 +403,16 @@ TEST_F(LoaderTest, SettingsAreReadAtEachCall) {
                 "<key>WebToolMaxTriesBeforeTimeout</key><integer>4</integer>"
                 "<key>WebToolExtraLoadingTime</key><integer>7</integer>"
                 "<key>Web2PDFPageMargin</key><integer>-3</integer>"
-                "<key>Web2PDFUnrollScrollers</key><false/>");
+                "<key>Web2PDFUnrollScrollers</key><false/>"
+                "<key>Web2PDFWritesXMP</key><true/><key>Web2PDFAttachesArchive</key><true/>");
     EXPECT_EQ(loader.webToolTimeout(), 11);
     EXPECT_TRUE(loader.shouldEnablePlugIns());
     EXPECT_EQ(loader.maxTriesBeforeTimeout(), 4U);
     EXPECT_EQ(loader.webToolExtraLoadingTime(), 7);
     EXPECT_EQ(loader.margin(), -3.0);
     EXPECT_FALSE(loader.unrollsScrollers());
+    EXPECT_TRUE(loader.writesXMP());
+    EXPECT_TRUE(loader.attachesArchive());
     setSettings("<key>WebToolTimeout</key><integer>12</integer>");
     EXPECT_EQ(loader.webToolTimeout(), 12);
     EXPECT_EQ(loader.margin(), 36.0);
@@ -397,10 +420,13 @@ TEST_F(LoaderTest, SettingsAreReadAtEachCall) {
 
 TEST_F(LoaderTest, UnusableSettingsYieldTheDefaults) {
     setSettings("<key>WebToolTimeout</key><array/><key>WebToolEnableWebPlugIns</"
-                "key><date>2001-01-01T00:00:00Z</date><key>Web2PDFUnrollScrollers</key><array/>");
+                "key><date>2001-01-01T00:00:00Z</date><key>Web2PDFUnrollScrollers</key><array/>"
+                "<key>Web2PDFWritesXMP</key><array/><key>Web2PDFAttachesArchive</key><dict/>");
     EXPECT_EQ(loader.webToolTimeout(), 10);
     EXPECT_FALSE(loader.shouldEnablePlugIns());
     EXPECT_TRUE(loader.unrollsScrollers());
+    EXPECT_FALSE(loader.writesXMP());
+    EXPECT_FALSE(loader.attachesArchive());
 }
 
 } // namespace

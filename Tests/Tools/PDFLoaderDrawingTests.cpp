@@ -1,8 +1,12 @@
 // What the loader of archives writes: how it has the page drawn, and the file's attributes.
 
+#include "Platform/Foundation/MappedFile.h"
+#include "Tests/Support/Variable.h"
 #include "Tests/Tools/PDFLoaderTest.h"
 
+#include <csignal>
 #include <gmock/gmock.h>
+#include <sys/resource.h>
 
 namespace qrv {
 namespace {
@@ -11,6 +15,7 @@ using testing::AllOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 using PDFLoaderDrawingTest = PDFLoaderTest;
 
@@ -166,6 +171,89 @@ TEST_F(PDFLoaderDrawingTest, APrefixInTheMiddleStays) {
 TEST_F(PDFLoaderDrawingTest, AFileURLHasNoAuthor) {
     EXPECT_EQ(authorFor(u"file:///tmp/page.html"), "");
     EXPECT_EQ(attribute(PDFDocumentSubjectAttribute), "file:///tmp/page.html");
+}
+
+// Wishes
+
+TEST_F(PDFLoaderDrawingTest, NobodyGetsMetadataOrAnAttachmentUnasked) {
+    load(u"https://a.example/");
+    EXPECT_EQ(save(), 0);
+    EXPECT_EQ(page().versionsAsked, 0);
+    const std::string file = folder.read("page.pdf");
+    for (const char* word : {"/Metadata", "/EmbeddedFile", "/AF"}) EXPECT_THAT(file, Not(HasSubstr(word)));
+}
+
+TEST_F(PDFLoaderDrawingTest, MetadataSayWhatTheAttributesSay) {
+    const Variable wish("WEB2PDF_XMP", "1");
+    load(u"https://www.a.example/path?q=1&r=2", u"Tïtle <1>");
+    EXPECT_EQ(save(), 0);
+    expectSuccess();
+    EXPECT_EQ(attribute(PDFDocumentTitleAttribute), "Tïtle <1>");
+    EXPECT_THAT(inspect(folder.read("page.pdf"), "pdfinfo -meta @"),
+                AllOf(HasSubstr(">Tïtle &lt;1&gt;<"), HasSubstr(">a.example<"),
+                      HasSubstr("<dc:source>https://www.a.example/path?q=1&amp;r=2</dc:source>"),
+                      HasSubstr("<web2pdf:Engine>Renderer/1.2.3</web2pdf:Engine>"),
+                      HasSubstr("<xmp:CreatorTool>Quillvane</xmp:CreatorTool>")));
+    EXPECT_THAT(folder.read("page.pdf"), Not(HasSubstr("/EmbeddedFile")));
+}
+
+TEST_F(PDFLoaderDrawingTest, TheAttachmentIsTheArchive) {
+    const Variable wish("WEB2PDF_ATTACH_ARCHIVE", "1");
+    load(u"https://a.example/");
+    EXPECT_EQ(save(), 0);
+    expectSuccess();
+    EXPECT_EQ(inspect(folder.read("page.pdf"), "pdfdetach -savefile page.webarchive -o /dev/stdout @"),
+              folder.read("page.webarchive"));
+    EXPECT_EQ(page().versionsAsked, 0);
+    EXPECT_THAT(folder.read("page.pdf"), Not(HasSubstr("/Metadata")));
+}
+
+TEST_F(PDFLoaderDrawingTest, WishesForAFileThatStaysAsItIsAreNoErrorButLogged) {
+    const Variable wish("WEB2PDF_XMP", "1");
+    load(u"https://a.example/");
+    page().pdfToAnswer = NSData("no PDF");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(save(), 0);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("nor does it have the metadata"));
+    expectSuccess();
+    EXPECT_EQ(folder.read("page.pdf"), "no PDF");
+}
+
+TEST_F(PDFLoaderDrawingTest, ThereIsNoHashOfAnArchiveThatIsCutShort) {
+    const Variable wish("WEB2PDF_XMP", "1");
+    EXPECT_EXIT(
+        {
+            allowMappedFiles();
+            const NSString path = archive(u"https://a.example/" + std::u16string(2'000'000, u'x'));
+            time.inNextSlice([] { page().loadPage(u"https://a.example/"); });
+            loader.loadWebArchivePath_uid(path, u"uid");
+            page().pdfToAnswer = smallPDF();
+            std::filesystem::resize_file(folder.path() / "page.webarchive", 100'000);
+            save();
+            std::_Exit(resultError().code() == NSFileReadUnknownError ? 7 : 1);
+        },
+        testing::ExitedWithCode(7), "");
+    EXPECT_EQ(folder.read("page.pdf"), smallPDF().bytes());
+}
+
+/// From here on, files can be as large as the PDF and the result, but not with metadata.
+void limitFiles() {
+    std::signal(SIGXFSZ, SIG_IGN);
+    const struct rlimit limit = {2500, 2500};
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+}
+
+TEST_F(PDFLoaderDrawingTest, WishesThatCannotBeWrittenAreAnError) {
+    const Variable wish("WEB2PDF_XMP", "1");
+    load(u"https://a.example/");
+    EXPECT_EXIT(
+        {
+            limitFiles();
+            save();
+            std::_Exit(resultError().code() == NSFileWriteUnknownError ? 7 : 1);
+        },
+        testing::ExitedWithCode(7), "nor does it have the metadata");
+    EXPECT_EQ(folder.read("page.pdf"), smallPDF().bytes());
 }
 
 } // namespace

@@ -40,6 +40,11 @@ public:
 
     void setUnrollsScrollers(bool unrolls) override { unrollsScrollers = unrolls; }
 
+    NSString engineVersion() override {
+        ++versionsAsked;
+        return u"Renderer/1.2.3";
+    }
+
     NSString ownerElementName(const engine::FrameID& frame) override { return ownerElements[frame]; }
 
     NSSize documentSize() override { return documentSizeToAnswer; }
@@ -81,6 +86,7 @@ public:
     std::map<engine::FrameID, NSString> ownerElements;
     NSSize documentSizeToAnswer{612, 792};
     NSData pdfToAnswer;
+    int versionsAsked = 0;
     int screenPDFs = 0;
     int paginatedPDFs = 0;
     NSSize paper;

@@ -170,6 +170,15 @@ TEST_F(EnginePageTest, MediaTypeAndBackgroundsAreAsAsked) {
     EXPECT_THAT(textOf(without), Not(HasSubstr("Screen")));
 }
 
+TEST_F(EnginePageTest, TellsTheEnginesVersionWhileThereIsOne) {
+    load("<p>x");
+    EXPECT_THAT(page_->engineVersion().utf8(), ::testing::MatchesRegex("[A-Za-z]*Chrome/[0-9]+\\.[0-9.]+"));
+    page_.reset();
+    useEngine("/nonexistent");
+    open();
+    EXPECT_TRUE(page_->engineVersion().isNil());
+}
+
 // Frames
 
 TEST_F(EnginePageTest, FramesAreLoadedWithTheirArchives) {

@@ -50,6 +50,12 @@ TEST_F(StoredPDFPageTest, ALoadThatIsWaitedForFinishesOnce) {
     EXPECT_THAT(owner_.calls, IsEmpty());
 }
 
+TEST_F(StoredPDFPageTest, NoEngineHasDrawnIt) {
+    load(onePage());
+    page_->waitForLoad();
+    EXPECT_TRUE(page_->engineVersion().isNil());
+}
+
 TEST_F(StoredPDFPageTest, NothingIsToldBeforeALoadAndAfterTheEnd) {
     page_->waitForLoad();
     load(onePage());
