@@ -46,6 +46,26 @@ void requireUpdate(QPDF& document, const NSData& file) {
         endingOf(*reopened, updated).attributes.objectForKey(NSString(u"Title")).isEqual(NSString(u"New")));
 }
 
+/// With metadata and an attachment, too, and it keeps what is attached already.
+void requireAdditions(QPDF& document, const NSData& file) {
+    const PDFEnding ending = endingOf(document, file);
+    const auto before = catalogOf(document);
+    if (!before) return;
+    const PDFAdditions additions{NSData("<x:xmpmeta/>"),
+                                 PDFAttachment{u"a", u"b", "text/plain", {}, NSData("contents")}};
+    std::string updated(file.bytes());
+    writeUpdateOfPDF(ending, *before, file.length(), {}, additions,
+                     [&](std::string_view piece) { updated += piece; });
+    const auto reopened = openPDF(NSData(updated));
+    require(reopened != nullptr);
+    const auto after = catalogOf(*reopened);
+    require(after.has_value());
+    require(after->entries.contains("/Metadata"));
+    require(after->files.size() == before->files.size() + 1);
+    for (const auto& [name, value] : before->files) require(after->files.contains(name));
+    require(after->associatedFiles.size() == before->associatedFiles.size() + 1);
+}
+
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
@@ -53,6 +73,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const bool isReadable = isReadablePDF(data);
     if (const auto document = openPDF(data)) {
         requireUpdate(*document, data);
+        requireAdditions(*document, data);
         if (const NSData written = serializePDF(*document)) require(openPDF(written) != nullptr);
     }
     const NSData edited = pdfByApplying(everyEdit(), data);

@@ -6,6 +6,7 @@
 #include "Platform/Foundation/NSDate.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,13 @@ struct PDFAttachment {
     std::string type;     ///< MIME type
     NSDate modified;      ///< nil where nobody knows
     NSData contents;
+};
+
+/// What a PDF gets beside changed attributes.
+struct PDFAdditions {
+    /// An XMP packet, which takes the place of the metadata stream; nil for none.
+    NSData metadata;
+    std::optional<PDFAttachment> attachment;
 };
 
 /// Takes a file's bytes piece by piece.

@@ -89,8 +89,9 @@ std::optional<PDFCatalog> catalogFromList(const NSData& data) {
 
 } // namespace
 
-PDFCatalog catalogOf(QPDF& document) {
+std::optional<PDFCatalog> catalogOf(QPDF& document) {
     QPDFObjectHandle root = document.getRoot();
+    if (!root.isIndirect()) return std::nullopt;
     PDFCatalog catalog;
     catalog.entries = entriesOf(root);
     QPDFObjectHandle names = root.getKey("/Names");
@@ -107,13 +108,15 @@ PDFCatalog catalogOf(QPDF& document) {
     } else if (associated.isDictionary()) {
         catalog.associatedFiles.push_back(associated.unparse());
     }
-    return catalog;
+    // What was damaged would be written where every reader comes by.
+    return document.anyWarnings() ? std::nullopt : std::make_optional(catalog);
 }
 
 std::optional<PDFCatalog> catalogOfPDF(const NSData& bytes) {
     const auto list = workOnPDF("reading a PDF's catalog", bytes.length(), [&](std::string&) {
         const auto document = openPDF(bytes);
-        return document ? listFrom(catalogOf(*document)) : NSData();
+        const auto catalog = document ? catalogOf(*document) : std::nullopt;
+        return catalog ? listFrom(*catalog) : NSData();
     });
     return list ? catalogFromList(*list) : std::nullopt;
 }

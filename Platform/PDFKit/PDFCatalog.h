@@ -26,10 +26,12 @@ struct PDFCatalog {
     std::vector<std::string> associatedFiles;
 };
 
-/// Throws what the PDF library throws.
-PDFCatalog catalogOf(QPDF& document);
+/// Nothing for a catalog that cannot be replaced: it is no object of its own, or damage shows when it is read
+/// with what belongs to it. Throws what the PDF library throws.
+std::optional<PDFCatalog> catalogOf(QPDF& document);
 
-/// Reads it in a confined child; nothing where `openPDF` refuses the file, or it is too much for the child.
+/// Reads it in a confined child; nothing also where `openPDF` refuses the file, or it is too much for the
+/// child.
 std::optional<PDFCatalog> catalogOfPDF(const NSData& bytes);
 
 } // namespace qrv

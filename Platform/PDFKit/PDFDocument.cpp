@@ -10,7 +10,7 @@ namespace qrv {
 
 PDFDocument::PDFDocument(NSData bytes, PDFEnding ending)
     : bytes_(std::move(bytes)), ending_(std::make_unique<PDFEnding>(std::move(ending))),
-      attributes_(ending_->attributes), additions_(std::make_unique<PDFAdditions>()) {}
+      attributes_(ending_->attributes) {}
 
 PDFDocument::~PDFDocument() = default;
 
@@ -27,17 +27,17 @@ void PDFDocument::setDocumentAttributes(const NSDictionary& attributes) {
     attributes_ = attributes;
 }
 
-void PDFDocument::setMetadata(const NSData& packet) {
-    additions_->metadata = packet;
-}
-
-void PDFDocument::setAttachment(PDFAttachment file) {
-    additions_->attachment = std::move(file);
+bool PDFDocument::setAdditions(PDFAdditions additions) {
+    auto catalog = catalogOfPDF(bytes_);
+    if (!catalog) return false;
+    catalog_ = std::make_unique<PDFCatalog>(std::move(*catalog));
+    additions_ = std::make_unique<PDFAdditions>(std::move(additions));
+    return true;
 }
 
 bool PDFDocument::writeToFile(const NSString& path) const {
     if (path.isNil()) return false;
-    if (!additions_->isEmpty()) return writeWithAdditions(path);
+    if (additions_) return writeWithAdditions(path);
     const std::string update =
         updateOfPDF(*ending_, bytes_.length(), changesOfAttributes(ending_->attributes, attributes_));
     std::string file;
@@ -48,12 +48,10 @@ bool PDFDocument::writeToFile(const NSString& path) const {
 
 /// Never has the whole file in memory: what is attached may be large.
 bool PDFDocument::writeWithAdditions(const NSString& path) const {
-    const auto catalog = catalogOfPDF(bytes_);
-    if (!catalog) return false;
     const auto changes = changesOfAttributes(ending_->attributes, attributes_);
     const auto write = [&](int descriptor) {
         int error = writeAll(descriptor, bytes_.bytes());
-        writeUpdateOfPDF(*ending_, *catalog, bytes_.length(), changes, *additions_,
+        writeUpdateOfPDF(*ending_, *catalog_, bytes_.length(), changes, *additions_,
                          [&](std::string_view bytes) {
                              if (!error) error = writeAll(descriptor, bytes);
                          });

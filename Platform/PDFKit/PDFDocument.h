@@ -21,7 +21,7 @@
 namespace qrv {
 
 struct PDFAdditions;
-struct PDFAttachment;
+struct PDFCatalog;
 struct PDFEnding;
 
 // Keys of documentAttributes. Both dates are NSDate, everything else is NSString.
@@ -56,12 +56,9 @@ public:
     /// and keys other than NSString raise NSInvalidArgumentException and change nothing.
     void setDocumentAttributes(const NSDictionary& attributes);
 
-    /// Makes an XMP packet the metadata stream; nil makes none. Whoever sets it says in it what the
-    /// attributes say.
-    void setMetadata(const NSData& packet);
-
-    /// Embeds a file, beside those that are embedded already.
-    void setAttachment(PDFAttachment file);
+    /// Has the file get metadata, which have to say what the attributes say, and an attachment beside what is
+    /// embedded already. False, and it gets nothing, where its catalog cannot be replaced.
+    bool setAdditions(PDFAdditions additions);
 
     // - writeToFile:
     /// Replaces the file in one step; what has changed is appended to the bytes that were read, which stay as
@@ -77,7 +74,8 @@ private:
     NSData bytes_;
     std::unique_ptr<PDFEnding> ending_; // of the file
     NSDictionary attributes_;
-    std::unique_ptr<PDFAdditions> additions_;
+    std::unique_ptr<PDFAdditions> additions_; // null for none
+    std::unique_ptr<PDFCatalog> catalog_;     // with additions
 };
 
 } // namespace qrv

@@ -7,8 +7,6 @@
 #include "Platform/PDFKit/PDFCatalog.h"
 #include "Platform/PDFKit/PDFEnding.h"
 
-#include <optional>
-
 namespace qrv {
 
 /// What makes these changes when it follows a file of this length: the new document information, the catalog
@@ -16,15 +14,6 @@ namespace qrv {
 /// has. Empty without changes.
 std::string updateOfPDF(const PDFEnding& ending, std::size_t length,
                         const std::vector<PDFAttributeChange>& changes);
-
-/// What a file gets beside changed attributes.
-struct PDFAdditions {
-    /// An XMP packet, which takes the place of the metadata stream; nil for none.
-    NSData metadata;
-    std::optional<PDFAttachment> attachment;
-
-    bool isEmpty() const { return !metadata && !attachment; }
-};
 
 /// The same with additions, handed out in pieces: the attachment is compressed on the way, and never in
 /// memory as a whole. Files that are embedded or associated stay so; of two with one name, the new one gets a

@@ -154,6 +154,7 @@ void PDFLoader::printToFile(NSView* documentView, const NSString& path) const {
 /// wishes for more relies on it: then a file that could not be written is an error.
 void PDFLoader::setAttributesOfPDF(const NSString& path) const {
     const auto document = PDFDocument::initWithURL(NSURL::fileURLWithPath(path));
+    bool isSound = false;
     if (document) {
         NSMutableDictionary attributes = document->documentAttributes().mutableCopy();
         attributes.setObject_forKey(NSString(u"Quillvane"), NSString(PDFDocumentCreatorAttribute));
@@ -161,25 +162,31 @@ void PDFLoader::setAttributesOfPDF(const NSString& path) const {
         attributes.setObject_forKey(orEmpty(_url.description()), NSString(PDFDocumentSubjectAttribute));
         attributes.setObject_forKey(author(), NSString(PDFDocumentAuthorAttribute));
         document->setDocumentAttributes(attributes.copy());
-        addWishes(*document);
-        if (document->writeToFile(path)) return;
+        isSound = !hasWishes() || addWishes(*document);
+        if (isSound && document->writeToFile(path)) return;
     }
     NSLog(u"the PDF stays as it is, without the page's attributes: it cannot be read, or not be written");
-    if (!writesXMP() && !attachesArchive()) return;
+    if (!hasWishes()) return;
     NSLog(u"nor does it have the metadata or the attachment that were wished for");
     checkArchiveFile();
-    if (document) finishWithError(makePrintFailedError(path));
+    if (isSound) finishWithError(makePrintFailedError(path));
 }
 
-/// The attributes are those that the document is going to have. Ends the process where the archive could not
-/// be read to its end: the hash is of another file then.
-void PDFLoader::addWishes(PDFDocument& document) const {
+bool PDFLoader::hasWishes() const {
+    return writesXMP() || attachesArchive();
+}
+
+/// False for a PDF that is damaged where they belong. The attributes are those that it is going to have. Ends
+/// the process where the archive could not be read to its end: the hash is of another file then.
+bool PDFLoader::addWishes(PDFDocument& document) const {
     const ConvertedArchive archive{_archiveFile, _archivePath, orEmpty(_url.description()), _engine};
+    PDFAdditions additions;
     if (writesXMP()) {
-        document.setMetadata(metadataOf(archive, document.documentAttributes()));
+        additions.metadata = metadataOf(archive, document.documentAttributes());
         checkArchiveFile();
     }
-    if (attachesArchive()) document.setAttachment(attachmentOf(archive));
+    if (attachesArchive()) additions.attachment = attachmentOf(archive);
+    return document.setAdditions(std::move(additions));
 }
 
 NSString PDFLoader::author() const {

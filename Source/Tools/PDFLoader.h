@@ -65,7 +65,8 @@ private:
     void checkArchiveFile() const;
     void prepareView();
     void setAttributesOfPDF(const NSString& path) const;
-    void addWishes(PDFDocument& document) const;
+    bool hasWishes() const;
+    bool addWishes(PDFDocument& document) const;
     NSString author() const;
 
     NSString _engine; // nil unless the metadata are to name it

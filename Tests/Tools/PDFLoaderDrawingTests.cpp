@@ -210,13 +210,19 @@ TEST_F(PDFLoaderDrawingTest, TheAttachmentIsTheArchive) {
 
 TEST_F(PDFLoaderDrawingTest, WishesForAFileThatStaysAsItIsAreNoErrorButLogged) {
     const Variable wish("WEB2PDF_XMP", "1");
-    load(u"https://a.example/");
-    page().pdfToAnswer = NSData("no PDF");
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(save(), 0);
-    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("nor does it have the metadata"));
-    expectSuccess();
-    EXPECT_EQ(folder.read("page.pdf"), "no PDF");
+    const std::string damaged = makePDF({"<</Type /Catalog /Pages 2 0 R /Names <</EmbeddedFiles 4 0 R>>>>",
+                                         "<</Type /Pages /Kids [3 0 R] /Count 1>>",
+                                         "<</Type /Page /Parent 2 0 R /MediaBox [0 0 9 9]>>",
+                                         "<</Names [(b) <</#ype /Filespec>>]>>"});
+    for (const std::string& contents : {std::string("no PDF"), damaged}) {
+        load(u"https://a.example/");
+        page().pdfToAnswer = NSData(contents);
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(save(), 0);
+        EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("nor does it have the metadata"));
+        expectSuccess();
+        EXPECT_EQ(folder.read("page.pdf"), contents);
+    }
 }
 
 TEST_F(PDFLoaderDrawingTest, ThereIsNoHashOfAnArchiveThatIsCutShort) {

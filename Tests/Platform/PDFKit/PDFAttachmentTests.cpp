@@ -48,7 +48,9 @@ std::string withAdditions(const std::string& file, const PDFAdditions& additions
     const auto document = openPDF(bytes);
     if (!document) return "no document";
     std::string result = file;
-    writeUpdateOfPDF(endingOf(*document, bytes), catalogOf(*document), file.size(), changes, additions,
+    const auto catalog = catalogOf(*document);
+    if (!catalog) return "no catalog";
+    writeUpdateOfPDF(endingOf(*document, bytes), *catalog, file.size(), changes, additions,
                      [&](std::string_view piece) { result += piece; });
     return result;
 }

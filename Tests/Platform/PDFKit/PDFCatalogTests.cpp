@@ -89,5 +89,12 @@ TEST(PDFCatalog, IsNothingForWhatCannotBeOpened) {
     EXPECT_FALSE(catalogOfPDF(NSData("%PDF-1.4\n")));
 }
 
+TEST(PDFCatalog, IsNothingWhereItIsNoObjectOfItsOwn) {
+    std::string file = withEntries("");
+    file.replace(file.find("/Root 1 0 R"), 11, "/Root <</Type /Catalog /Pages 2 0 R>>");
+    ASSERT_TRUE(openPDF(NSData(file)));
+    EXPECT_FALSE(catalogOfPDF(NSData(file)));
+}
+
 } // namespace
 } // namespace qrv

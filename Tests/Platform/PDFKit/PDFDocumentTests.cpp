@@ -174,8 +174,8 @@ TEST_F(PDFDocumentTest, WritesAttributesMetadataAndAnAttachmentInOneGo) {
     const NSString path = folder_.write("in.pdf", usual);
     const auto document = PDFDocument::initWithURL(NSURL::fileURLWithPath(path));
     document->setDocumentAttributes({{NSString(PDFDocumentTitleAttribute), NSString(u"New")}});
-    document->setMetadata(NSData("<x:xmpmeta/>"));
-    document->setAttachment({u"a.txt", u"Text", "text/plain", {}, NSData("contents")});
+    const PDFAttachment file{u"a.txt", u"Text", "text/plain", {}, NSData("contents")};
+    ASSERT_TRUE(document->setAdditions({NSData("<x:xmpmeta/>"), file}));
     ASSERT_TRUE(document->writeToFile(folder_.pathOf("out.pdf")));
     EXPECT_THAT(folder_.read("out.pdf"), StartsWith(usual));
     EXPECT_EQ(text(reopened(), PDFDocumentTitleAttribute), NSString(u"New"));
@@ -187,6 +187,16 @@ TEST_F(PDFDocumentTest, WritesAttributesMetadataAndAnAttachmentInOneGo) {
     EXPECT_EQ(folder_.count(), 2u);
 }
 
+TEST_F(PDFDocumentTest, ADamagedTreeOfFilesTakesNoAdditions) {
+    const std::string file = makePDF({"<</Type /Catalog /Pages 2 0 R /Names <</EmbeddedFiles 4 0 R>>>>",
+                                      pageTree, page, "<</Names [(b) <</#ype /Filespec>>]>>"});
+    const auto document = open(file);
+    ASSERT_TRUE(document);
+    EXPECT_FALSE(document->setAdditions({NSData("<x:xmpmeta/>"), {}}));
+    ASSERT_TRUE(document->writeToFile(folder_.pathOf("out.pdf")));
+    EXPECT_EQ(folder_.read("out.pdf"), file);
+}
+
 TEST_F(PDFDocumentTest, AnAttachmentThatIsCutShortReplacesNothing) {
     const NSString path = folder_.write("large", std::string(4'000'000, 'x'));
     EXPECT_EXIT(
@@ -194,7 +204,7 @@ TEST_F(PDFDocumentTest, AnAttachmentThatIsCutShortReplacesNothing) {
             allowMappedFiles();
             const auto document = open(usual);
             const NSData contents = NSData::initWithContentsOfFile_options_error(path, 0, nullptr);
-            document->setAttachment({u"large", u"", "text/plain", {}, contents});
+            document->setAdditions({{}, PDFAttachment{u"large", u"", "text/plain", {}, contents}});
             const bool isWritten = document->writeToFile(folder_.pathOf("whole.pdf"));
             std::filesystem::resize_file(folder_.path() / "large", 100'000);
             contents.forgetPages();
