@@ -1,6 +1,6 @@
 #include "Platform/Engine/PDF/PDFPageEdits.h"
 
-#include "Tests/Platform/PDFKit/DrawnPage.h"
+#include "Tests/Platform/Engine/PDF/DrawnPage.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 #include "Platform/Engine/PDF/PDFPageEdits.h"
-#include "Tests/Platform/PDFKit/DrawnPage.h"
+#include "Tests/Platform/Engine/PDF/DrawnPage.h"
 #include "Tests/Support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
