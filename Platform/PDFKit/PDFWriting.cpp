@@ -53,8 +53,9 @@ public:
     std::set<QPDFObjGen> objects;
 
 private:
+    /// Nothing has a number below 1, but there may be references to one.
     void meet(const QPDFObjGen& object) {
-        if (objects.insert(object).second) waiting_.push_back(object);
+        if (object.getObj() > 0 && objects.insert(object).second) waiting_.push_back(object);
     }
 
     void visit(const QPDFObjectHandle& object) {
@@ -116,6 +117,8 @@ private:
         const std::string_view text = object.getGen() == 0 ? unread_.text(object.getObj()) : "";
         if (!text.empty()) return addToObjectStream(object.getObj(), text);
         QPDFObjectHandle handle = document_.getObject(object);
+        // A reference to a generation that does not exist, which is null: the number is that of another object.
+        if (handle.isNull() && places_.contains(object.getObj())) return;
         if (handle.isStream()) {
             writeStream(object, handle);
         } else if (object.getGen() == 0) {

@@ -71,6 +71,13 @@ TEST(SerializePDF, KeepsNumbersAndGenerations) {
     EXPECT_EQ(inspect(written, "qpdf --show-object=5 @"), "(second)\n");
 }
 
+TEST(SerializePDF, ReferencesToNothingTakeNoPlace) {
+    const auto document = openPDF(NSData(makeOnePage()));
+    ASSERT_TRUE(document);
+    document->getRoot().replaceKey("/Dangling", QPDFObjectHandle::parse(document.get(), "[1 1 R 2 3 R -5 0 R 0 0 R 99 0 R]"));
+    EXPECT_TRUE(openPDF(serializePDF(*document)));
+}
+
 TEST(SerializePDF, LeavesOutWhatNothingRefersTo) {
     const std::string file = rewritten(makeOnePage({"<</Next 7 0 R>>", "(5)", "(6)", "(7)"}));
     EXPECT_EQ(inspect(file, "qpdf --show-object=6 @"), "null\n");
