@@ -64,6 +64,16 @@ class Page:
     def colour(self, selector, name="color", frame=None):
         return self.evaluate(f"getComputedStyle(document.querySelector({json.dumps(selector)})).{name}", frame)
 
+    def told(self, method):
+        """What the browser has told of the page by these events, since the last one was opened."""
+        return [event["params"] for event in self._browser.events
+                if event.get("method") == method and event.get("sessionId") == self._session]
+
+    def complaints(self):
+        """What stands in the page's console, whoever has written it."""
+        return [self.told(method) for method in ("Runtime.exceptionThrown", "Runtime.consoleAPICalled", "Log.entryAdded")
+                if self.told(method)]
+
     def picture(self):
         """The page as it looks, a PNG file."""
         return base64.b64decode(self.call("Page.captureScreenshot")["data"])
@@ -84,7 +94,7 @@ class Browser:
         os.close(to_browser[0])
         os.close(from_browser[1])
         self._to, self._from = to_browser[1], from_browser[0]
-        self._unread, self._number, self._events = b"", 0, []
+        self._unread, self._number, self.events = b"", 0, []
         return self
 
     def __exit__(self, *_):
@@ -111,7 +121,7 @@ class Browser:
                 if "error" in answer:
                     raise AssertionError(f"{method}: {answer['error']}")
                 return answer["result"]
-            self._events.append(answer)
+            self.events.append(answer)
 
     def _receive(self):
         until = time.monotonic() + _SECONDS
@@ -129,14 +139,14 @@ class Browser:
         target = self.call("Target.createTarget", url="about:blank")["targetId"]
         session = self.call("Target.attachToTarget", targetId=target, flatten=True)["sessionId"]
         page = Page(self, session)
-        for domain in ("Page", "Network", "Runtime"):
+        for domain in ("Page", "Network", "Runtime", "Log"):
             page.call(f"{domain}.enable")
         page.call("Page.setLifecycleEventsEnabled", enabled=True)
-        self._events.clear()
+        self.events.clear()
         page.call("Page.navigate", url=path.absolute().as_uri())
         while not any(event.get("method") == "Page.lifecycleEvent" and event["params"]["name"] == "networkIdle" and
-                      event["params"]["frameId"] == target for event in self._events):
-            self._events.append(self._receive())
-        page.addresses = [event["params"]["request"]["url"] for event in self._events
+                      event["params"]["frameId"] == target for event in self.events):
+            self.events.append(self._receive())
+        page.addresses = [event["params"]["request"]["url"] for event in self.events
                           if event.get("method") == "Network.requestWillBeSent"]
         return page

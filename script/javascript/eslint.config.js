@@ -1,5 +1,6 @@
-// The rules for the page scripts. Each is a classic script: one function expression that the engine is handed, but
-// for shared.js, whose functions all others use.
+// The rules for scripts. Those that the engine runs in the pages of archives are classic scripts: each is one function
+// expression that the engine is handed, but for shared.js, whose functions all others use. Those of pages of our own
+// know what their document is.
 
 import js from '@eslint/js';
 import globals from 'globals';

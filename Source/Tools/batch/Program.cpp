@@ -11,6 +11,7 @@
 #include "Source/Tools/batch/Interruption.h"
 #include "Source/Tools/batch/Jobs.h"
 #include "Source/Tools/batch/Progress/ProgressLog.h"
+#include "Source/Tools/batch/ReportRun.h"
 #include "Source/Tools/batch/Results/Manifest.h"
 
 #include <cstdlib>
@@ -135,6 +136,7 @@ int convertAll(const std::vector<Item>& items, const Options& options, const Sha
     const Tally tally = batch.tally();
     if (options.writesManifest || setting(u"Web2PDFBatchWritesManifest"))
         writeManifest(*options.output, shard);
+    if (options.report && !interruption.hasCome()) reportOn(items, options, jobs, interruption);
     if (interruption.hasCome()) return interrupted;
     return tally.allFailed() == 0 ? success : failure;
 }
@@ -144,9 +146,11 @@ int convertAll(const std::vector<Item>& items, const Options& options, const Sha
 int runProgram(const Options& options) {
     checkOptions(options);
     if (options.asksDoctor) return examineMachine({options.asJson, findTool(options), jobsFor(options)});
+    requireReport(options);
     const Shard shard = shardOf(options);
     const std::vector<Item> items = itemsFor(options, shard);
     if (options.isDryRun) return showPlan(items, options, shard);
+    if (options.sources.empty()) return reportOnFolder(options, jobsFor(options));
     return convertAll(items, options, shard);
 }
 

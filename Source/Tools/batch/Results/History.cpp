@@ -4,10 +4,10 @@
 
 namespace qrv::batch {
 
-History::History(const std::string& folder, const Shard& shard) {
+History::History(const std::string& folder, const Shard& shard, Keeps keeps) {
     readRecords(folder, [&](Record record) {
         if (!shard.holds(record.pdf)) return;
-        record.missing.clear();
+        if (keeps == Keeps::counts) record.missing.clear();
         Record& last = records_[record.pdf];
         // Two files may tell of one PDF, when the number of shards has changed; their times can be compared
         // as texts.

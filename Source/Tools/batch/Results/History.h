@@ -17,11 +17,16 @@ class History {
 public:
     History() = default;
 
+    enum class Keeps {
+        counts, ///< of what is missing only how much
+        everything,
+    };
+
     /// Reads the results of the folder, of all shards, as far as they are about PDFs of this shard. Throws
     /// Failure.
-    History(const std::string& folder, const Shard& shard);
+    History(const std::string& folder, const Shard& shard, Keeps keeps = Keeps::counts);
 
-    /// The last record of this PDF, or null. What is missing is not kept, only how much.
+    /// The last record of this PDF, or null.
     const Record* of(const std::string& pdf) const;
 
     /// All of them, by their PDFs' paths.

@@ -1,0 +1,60 @@
+#include "Source/Tools/batch/ReportRun.h"
+
+#include "Platform/Foundation/FileReplacement.h"
+#include "Source/Tools/batch/Program.h"
+#include "Source/Tools/batch/Report/Report.h"
+#include "Source/Tools/batch/Results/History.h"
+
+#include <cstring>
+#include <future>
+
+namespace qrv::batch {
+
+using namespace std::chrono_literals;
+
+namespace {
+
+void makeReport(std::vector<Record> records, const Options& options, std::size_t jobs,
+                Interruption& interruption) {
+    std::stop_source stop;
+    std::future<void> made = std::async(std::launch::async, [&] {
+        writeReport(*options.report, {std::move(records), *options.output, jobs}, stop.get_token());
+    });
+    while (made.wait_for(100ms) != std::future_status::ready) {
+        if (interruption.waitFor(0ms)) stop.request_stop();
+    }
+    made.get();
+}
+
+} // namespace
+
+void requireReport(const Options& options) {
+    if (!options.report) return;
+    if (const int refusal = refusalToWrite(*options.report))
+        throw UsageError(*options.report + ": " + std::strerror(refusal));
+}
+
+void reportOn(const std::vector<Item>& items, const Options& options, std::size_t jobs,
+              Interruption& interruption) {
+    const History history(*options.output, {}, History::Keeps::everything);
+    std::vector<Record> records;
+    for (const Item& item : items) {
+        const Record* const record = history.of(item.pdf);
+        if (!record) continue;
+        records.push_back(*record);
+        records.back().archive = item.archive;
+    }
+    makeReport(std::move(records), options, jobs, interruption);
+}
+
+int reportOnFolder(const Options& options, std::size_t jobs) {
+    Interruption interruption; // before there are threads
+    const History history(*options.output, {}, History::Keeps::everything);
+    if (history.records().empty()) throw Failure("there are no results in " + *options.output);
+    std::vector<Record> records;
+    for (const auto& [pdf, record] : history.records()) records.push_back(record);
+    makeReport(std::move(records), options, jobs, interruption);
+    return interruption.hasCome() ? static_cast<int>(interrupted) : success;
+}
+
+} // namespace qrv::batch
