@@ -35,10 +35,11 @@ def manual_table(heading):
     return {name for cell in cells for name in re.findall("`([^`]*)`", cell)}
 
 
-def options_of(*command):
+def options_of(*command, program="webarchive"):
     """Those that the program's own help lists."""
-    program = pathlib.Path(tool_path()).with_name("webarchive")
-    return set(re.findall(r"(--[a-z]+)", run(program, *command, "--help").stdout.partition("Options:")[2]))
+    path = pathlib.Path(tool_path()).with_name(program)
+    told = run(path, *command, "--help").stdout.partition("Options:")[2]
+    return set(re.findall(r"^ +(?:-\w,)?(--[a-z-]+)", told, re.MULTILINE))
 
 
 class PageTests(unittest.TestCase):
@@ -85,6 +86,15 @@ class PageTests(unittest.TestCase):
                 usage = re.search(rf"^ +webarchive {command} .*$", text, re.MULTILINE).group()
                 self.assertEqual(set(re.findall("--[a-z]+", usage)), options_of(command) - {"--help"})
 
+    def test_have_every_option_of_the_batch(self):
+        program = pathlib.Path(tool_path()).with_name("web2pdf-batch")
+        told = run(program, "--help").stdout.partition("Options:")[2]
+        names = set(re.findall(r"^ +((?:-\w,)?--[a-z-]+)", told, re.MULTILINE))
+        self.assertGreater(len(names), 20)
+        options = page_text("web2pdf-batch.1").partition("\nOPTIONS\n")[2].partition("\nEXIT STATUS\n")[0]
+        shown = re.findall(r"^ +((?:-\w, )?--[a-z-]+)", options, re.MULTILINE)
+        self.assertEqual({name.replace(" ", "") for name in shown}, names)
+
 
 class CompletionTests(unittest.TestCase):
     def setUp(self):
@@ -109,7 +119,7 @@ class CompletionTests(unittest.TestCase):
         return {row.partition("\t")[0] for row in done.stdout.splitlines()}
 
     def test_are_well_formed(self):
-        for program in ("web2pdf", "webarchive"):
+        for program in ("web2pdf", "web2pdf-batch", "webarchive"):
             run("bash", "-n", COMPLETIONS / f"{program}.bash")
             run("zsh", "-n", COMPLETIONS / f"_{program}")
             run("fish", "-n", COMPLETIONS / f"{program}.fish")
@@ -138,6 +148,25 @@ class CompletionTests(unittest.TestCase):
                 zsh = (COMPLETIONS / "_webarchive").read_text(encoding="utf-8")
                 part = re.search(rf"^        {command}\) (.*?);;", zsh, re.MULTILINE | re.DOTALL).group(1)
                 self.assertEqual(set(re.findall(r"['\"](--[a-z]+)\[", part)), options_of(command))
+
+    def test_options_of_the_batch(self):
+        options = options_of(program="web2pdf-batch")
+        self.assertEqual(self.in_bash("web2pdf-batch", "--"), options)
+        self.assertEqual(self.in_bash("web2pdf-batch", "x", "--re"), {"--report", "--retries", "--retry-failed"})
+        self.assertEqual(self.in_fish("web2pdf-batch", "--"), options)
+        zsh = (COMPLETIONS / "_web2pdf-batch").read_text(encoding="utf-8")
+        self.assertEqual(set(re.findall(r"^    '(?:\(.*\)'\{-\w,)?(--[a-z-]+)", zsh, re.MULTILINE)), options)
+
+    def test_values_of_the_batch(self):
+        self.assertEqual(self.in_bash("web2pdf-batch", "-m", ""), {"print", "screen"})
+        self.assertEqual(self.in_bash("web2pdf-batch", "-o", ""), {"folder"})
+        self.assertEqual(self.in_bash("web2pdf-batch", "--jobs", ""), set())
+        self.assertEqual(self.in_bash("web2pdf-batch", "--report", "c"), {"c.txt"})
+        self.assertEqual(self.in_bash("web2pdf-batch", "-q", ""), {"a page.webarchive", "folder"})
+        # This shell makes folders of its own there.
+        self.assertEqual(self.in_fish("web2pdf-batch", "--mode", "s"), {"screen"})
+        self.assertEqual(self.in_fish("web2pdf-batch", "-o", "f"), {"folder/"})
+        self.assertIn("a page.webarchive", self.in_fish("web2pdf-batch", "a"))
 
     def test_archives(self):
         self.assertEqual(self.in_bash("webarchive", "list", ""), {"a page.webarchive", "folder"})
