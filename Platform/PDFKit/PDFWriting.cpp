@@ -117,7 +117,8 @@ private:
         const std::string_view text = object.getGen() == 0 ? unread_.text(object.getObj()) : "";
         if (!text.empty()) return addToObjectStream(object.getObj(), text);
         QPDFObjectHandle handle = document_.getObject(object);
-        // A reference to a generation that does not exist, which is null: the number is that of another object.
+        // A reference to a generation that does not exist, which is null: the number is that of another
+        // object.
         if (handle.isNull() && places_.contains(object.getObj())) return;
         if (handle.isStream()) {
             writeStream(object, handle);

@@ -74,7 +74,8 @@ TEST(SerializePDF, KeepsNumbersAndGenerations) {
 TEST(SerializePDF, ReferencesToNothingTakeNoPlace) {
     const auto document = openPDF(NSData(makeOnePage()));
     ASSERT_TRUE(document);
-    document->getRoot().replaceKey("/Dangling", QPDFObjectHandle::parse(document.get(), "[1 1 R 2 3 R -5 0 R 0 0 R 99 0 R]"));
+    document->getRoot().replaceKey(
+        "/Dangling", QPDFObjectHandle::parse(document.get(), "[1 1 R 2 3 R -5 0 R 0 0 R 99 0 R]"));
     EXPECT_TRUE(openPDF(serializePDF(*document)));
 }
 

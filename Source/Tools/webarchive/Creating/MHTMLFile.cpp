@@ -4,8 +4,8 @@
 #include "Platform/Engine/Address/ResourceURL.h"
 #include "Platform/Foundation/PercentEscapes.h"
 #include "Platform/MHTML/MHTMLReader.h"
-#include "Source/Tools/webarchive/Creating/FileTypes.h"
 #include "Source/Tools/Common/Failure.h"
+#include "Source/Tools/webarchive/Creating/FileTypes.h"
 #include "Source/Tools/webarchive/Reading/ArchiveFile.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "Source/Tools/webarchive/Creating/PageFile.h"
 
-#include "Source/Tools/webarchive/Creating/FileTypes.h"
 #include "Source/Tools/Common/Failure.h"
+#include "Source/Tools/webarchive/Creating/FileTypes.h"
 
 #include <algorithm>
 #include <filesystem>
