@@ -255,9 +255,12 @@ class ToolTestCase(unittest.TestCase):
         processes.reap()
         for name in ("tmp", "home"):
             self.assertEqual(sorted(os.listdir(self.folder / name)), [], f"files left in {name}")
-        strays = [entry for entry in os.listdir(self.folder / "out")
-                  if entry.startswith(".") or not entry.endswith((".pdf", ".plist"))]
-        self.assertEqual(strays, [], "files left beside the output")
+        self.assertEqual(self.strays(), [], "files left beside the output")
+
+    def strays(self):
+        """What is among the output and is none."""
+        return [entry for entry in os.listdir(self.folder / "out")
+                if entry.startswith(".") or not entry.endswith((".pdf", ".plist"))]
 
     def assert_no_reports(self):
         reports = [path.read_text(encoding="utf-8", errors="replace")

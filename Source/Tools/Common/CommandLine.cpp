@@ -18,11 +18,25 @@ struct CommandLine::Parser {
 
 namespace {
 
+/// No argument has it.
+constexpr char guard = '\0';
+
+/// Where there may be several texts the library would read "[a,b]" as a list of them.
+std::string guarded(std::string text) {
+    if (text.starts_with('[') && text.ends_with(']')) text += guard;
+    return text;
+}
+
+std::string unguarded(std::string text) {
+    if (text.ends_with(guard)) text.pop_back();
+    return text;
+}
+
 /// The library would read "[a,b]" and "{a}" as lists, were they not for a single text.
 template <class Value>
 CLI::Option* textOption(CLI::App& app, const std::string& name, Value& value, const std::string& help) {
     return app.add_option_function<std::string>(
-        name, [&value](const std::string& text) { value = text; }, help);
+        name, [&value](const std::string& text) { value = unguarded(text); }, help);
 }
 
 } // namespace
@@ -48,7 +62,11 @@ void CommandLine::Command::option(std::optional<std::string>& value, const std::
 void CommandLine::Command::positionals(std::vector<std::string>& values, const std::string& name,
                                        const std::string& help) {
     declaration_->add_option_function<std::vector<std::string>>(
-        name, [&values](const std::vector<std::string>& texts) { values = texts; }, help);
+        name,
+        [&values](const std::vector<std::string>& texts) {
+            for (const std::string& text : texts) values.push_back(unguarded(text));
+        },
+        help);
 }
 
 void CommandLine::Command::choice(std::string& value, const std::string& name,
@@ -98,7 +116,9 @@ CommandLine::Command CommandLine::program(std::function<int()> run) {
 int CommandLine::run(int argc, const char* const* argv) {
     CLI::App& app = parser_->app;
     try {
-        app.parse(argc, argv);
+        std::vector<std::string> texts; // the last one first, as the library wants them
+        for (int i = argc - 1; i > 0; --i) texts.push_back(guarded(argv[i]));
+        app.parse(std::move(texts));
     } catch (const CLI::Success& asked) {
         app.exit(asked, std::cout);
         return success;

@@ -46,6 +46,11 @@ bool isFolder(const std::string& path) {
     return fs::is_directory(path, unknown);
 }
 
+/// The last name of the way to a folder, also where that ends with "/" or "..".
+std::string nameOf(const fs::path& folder) {
+    return fs::absolute(folder / "").lexically_normal().parent_path().filename().string();
+}
+
 std::string joined(const std::string& folder, const std::string& name) {
     return folder.empty() ? name : (fs::path(folder) / name).string();
 }
@@ -66,6 +71,8 @@ void ArchiveList::addSource(const std::string& path) {
 void ArchiveList::addListed(std::istream& list, char end, const std::optional<std::string>& base) {
     for (std::string path; std::getline(list, path, end);) {
         if (path.empty()) continue;
+        if (path.find('\0') != std::string::npos)
+            throw Failure("the list holds NUL characters; --null is for a list whose paths end with them");
         const std::string place = base ? placeBelow(*base, path) : placeOf(path);
         if (isFolder(path)) {
             addFolder(path, place == "." ? "" : place);
@@ -73,6 +80,7 @@ void ArchiveList::addListed(std::istream& list, char end, const std::optional<st
             items_.push_back({path, pdfOf(place)});
         }
     }
+    if (list.bad()) throw Failure("the list cannot be read");
 }
 
 void ArchiveList::addFolder(const std::string& folder, const std::string& place) {
@@ -88,7 +96,7 @@ void ArchiveList::addFolder(const std::string& folder, const std::string& place)
         }
     }
     if (error)
-        items_.push_back({folder, pdfOf(place.empty() ? fs::path(folder).filename().string() : place)});
+        items_.push_back({folder, joined(place.empty() ? nameOf(folder) : place, ".pdf")});
 }
 
 std::vector<Item> ArchiveList::items() && {

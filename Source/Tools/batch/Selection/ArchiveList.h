@@ -19,8 +19,8 @@ struct Item {
 };
 
 /// Collects archives. Folders are searched whole for files named "*.webarchive" in any case; links to folders
-/// are not followed, and a folder that cannot be read is listed like an archive, so that its conversion
-/// fails.
+/// are not followed, and a folder that cannot be read is listed like an archive without a name in it, so that
+/// its conversion fails.
 class ArchiveList {
 public:
     /// An argument: a folder, whose tree the PDFs get, or a file, whose name its PDF gets. Throws Failure if
@@ -29,7 +29,7 @@ public:
 
     /// Paths, each ended by this character. The PDF has the path as it is listed, from its first folder on,
     /// or its way from `base`. What is listed and is not there will fail. Throws Failure for a path that is
-    /// not below `base`.
+    /// not below `base` or holds NUL, and for a list that cannot be read.
     void addListed(std::istream& list, char end, const std::optional<std::string>& base);
 
     /// In the order of the PDFs' paths, each once. Throws Failure if two archives would become the same PDF.
