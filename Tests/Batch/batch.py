@@ -17,6 +17,7 @@ import json
 import os
 import pathlib
 import shutil
+import signal
 import subprocess
 
 import fake_tool
@@ -71,8 +72,16 @@ class BatchTestCase(ToolTestCase):
         self.output = self.folder / "out"
         self.calls = self.folder / "calls"
         self.fake = self.script("fake-web2pdf", fake_tool.SCRIPT)
+        self.addCleanup(self._end_what_is_left)
         if self.real:
             self.set_preferences({"WebToolExtraLoadingTime": 0})
+
+    @staticmethod
+    def _end_what_is_left():
+        """So that one failure is not that of all tests behind it."""
+        for number in processes.descendants():
+            os.kill(number, signal.SIGKILL)
+        processes.wait_until_none(5)
 
     def environment(self, **more):
         return super().environment(**{"CALLS": self.calls, **more})
@@ -198,13 +207,14 @@ class BatchTestCase(ToolTestCase):
     def records(self):
         """The last record of each PDF, by its path; lines that are none are passed by."""
         found = {}
-        for path in sorted(self.output.glob("web2pdf-batch*.jsonl")):
+        for path in sorted(filter(pathlib.Path.is_file, self.output.glob("web2pdf-batch*.jsonl"))):
             for line in path.read_text(encoding="ascii", errors="replace").splitlines():
                 try:
                     record = json.loads(line)
-                except ValueError:
+                except (ValueError, RecursionError):
                     continue
-                found[self.path_in(record, "pdf")] = record
+                if isinstance(record, dict) and "outcome" in record:
+                    found[self.path_in(record, "pdf")] = record
         return found
 
     @staticmethod

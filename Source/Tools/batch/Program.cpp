@@ -7,6 +7,7 @@
 #include "Source/Tools/Common/SettingsDomain.h"
 #include "Source/Tools/Common/TerminalText.h"
 #include "Source/Tools/batch/Batch.h"
+#include "Source/Tools/batch/Children/ChildProcess.h"
 #include "Source/Tools/batch/Doctor/Doctor.h"
 #include "Source/Tools/batch/Interruption.h"
 #include "Source/Tools/batch/Jobs.h"
@@ -17,6 +18,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+
+#include <unistd.h>
 
 namespace qrv::batch {
 
@@ -43,13 +46,19 @@ std::string inPath(const std::string& program, const std::string& first = "") {
 
 /// Empty if there is none.
 std::string findTool(const Options& options) {
-    if (options.tool) return fs::absolute(*options.tool).string();
     std::error_code unknown;
+    if (options.tool) return fs::absolute(*options.tool, unknown).string();
     return inPath("web2pdf", fs::read_symlink("/proc/self/exe", unknown).parent_path().string());
+}
+
+bool isProgram(const std::string& path) {
+    std::error_code unknown;
+    return fs::is_regular_file(path, unknown) && ::access(path.c_str(), X_OK) == 0;
 }
 
 std::string toolFor(const Options& options) {
     const std::string tool = findTool(options);
+    if (options.tool && !isProgram(tool)) throw UsageError("--tool: " + *options.tool + " is no program");
     if (tool.empty())
         throw UsageError("there is no web2pdf beside this program or in PATH; --tool says where it is");
     return tool;
@@ -117,13 +126,15 @@ int showPlan(const std::vector<Item>& items, const Options& options, const Shard
                             : "convert   " + shown(item.archive) + " -> " + shown(item.pdf))
                   << '\n';
     }
+    if (!std::cout.flush()) throw Failure("standard output cannot be written");
     return success;
 }
 
 int convertAll(const std::vector<Item>& items, const Options& options, const Shard& shard) {
     const std::size_t jobs = jobsFor(options);
     const ConversionOptions conversion = conversionFor(options, jobs);
-    Interruption interruption; // before there are threads
+    Interruption interruption; // before there are threads, like the next
+    allowManyChildren();
     ResultsFile results(*options.output, shard);
     const History history = historyFor(options, shard);
     const Resumption resumption(history, conversion, options.retriesFailed);

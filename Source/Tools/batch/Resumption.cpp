@@ -22,11 +22,13 @@ bool Resumption::suffices(const Record& converted) const {
     return !(conversion_.isStrict && converted.missingCount > 0) && isWhole(converted, conversion_.output);
 }
 
-/// What only lacked resources fails no more where that is no failure.
+/// What only lacked resources fails no more where that is no failure, and a tool that could not be started has
+/// not failed with the archive.
 bool Resumption::failsAgain(const Record& failed) const {
-    const bool onlyLacks =
-        failed.error->domain == BatchErrorDomain && failed.error->code == BatchMissingError;
-    return !retriesFailed_ && (conversion_.isStrict || !onlyLacks);
+    if (retriesFailed_) return false;
+    if (failed.error->domain != BatchErrorDomain) return true;
+    if (failed.error->code == BatchMissingError) return conversion_.isStrict;
+    return failed.error->code != BatchNotStartedError;
 }
 
 } // namespace qrv::batch

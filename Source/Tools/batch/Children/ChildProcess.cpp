@@ -32,6 +32,9 @@ namespace {
 /// What outlives its parent, and holds its pipes open, is not waited for.
 constexpr std::chrono::seconds mostSilence{2};
 
+/// How many files a child may have open, where this process may have more.
+std::optional<rlimit> openFilesOfChildren;
+
 /// Called by the library in the child, before and instead of the program. Async-signal-safe.
 class ChildSetup {
 public:
@@ -58,6 +61,7 @@ public:
         resetSignals();
         // The library closes only what is above the last descriptor that it needs.
         close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+        if (openFilesOfChildren) setrlimit(RLIMIT_NOFILE, &*openFilesOfChildren);
         if (memoryLimit_) {
             const rlimit limit{*memoryLimit_, *memoryLimit_};
             setrlimit(RLIMIT_AS, &limit);
@@ -175,6 +179,8 @@ private:
         hasEnded_ = true;
         end_.kind = reason_.value_or(ChildEnd::Kind::ended);
         end_.status = child_.native_exit_code();
+        // What the child has left behind in its group, whose number is nobody else's while it has a member.
+        ::kill(-child_.id(), SIGKILL);
         timer_.expires_after(mostSilence);
         timer_.async_wait([this](const boost::system::error_code& error) {
             if (!error) context_.stop();
@@ -212,6 +218,13 @@ std::string ChildEnd::text() const {
         break;
     }
     return std::string("could not be started: ") + std::strerror(status);
+}
+
+void allowManyChildren() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
+    const rlimit most{limit.rlim_max, limit.rlim_max};
+    if (setrlimit(RLIMIT_NOFILE, &most) == 0) openFilesOfChildren = limit;
 }
 
 ChildEnd runChild(const ChildCommand& command, const std::stop_token& stop) {

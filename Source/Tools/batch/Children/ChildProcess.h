@@ -46,9 +46,13 @@ struct ChildEnd {
     std::string text() const;
 };
 
+/// Lets this process have as many files open as it may at most: each child takes about ten, and gets the limit
+/// of before. Before there are threads.
+void allowManyChildren();
+
 /// Runs the program to its end, with nothing to read, without descriptors of this process, and in a process
-/// group of its own, which is killed with it: by the limit, by the stop, and when this process or the calling
-/// thread ends. Any thread.
+/// group of its own. The limit and the stop kill the whole group; what is left of it when the program has
+/// ended is killed, too. When this process or the calling thread ends, the program is. Any thread.
 ChildEnd runChild(const ChildCommand& command, const std::stop_token& stop = {});
 
 } // namespace qrv::batch
