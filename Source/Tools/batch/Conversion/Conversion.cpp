@@ -96,7 +96,8 @@ std::optional<std::int64_t> pagesOf(const std::string& pdf, const ConversionOpti
     if (options.pdfinfo.empty()) return std::nullopt;
     const std::string output = "\n" + runReader(options.pdfinfo, {pdf}, stop).output;
     constexpr std::string_view label = "\nPages:";
-    const std::size_t found = output.find(label);
+    // The last one: texts of the file's own stand before it.
+    const std::size_t found = output.rfind(label);
     if (found == std::string::npos) return std::nullopt;
     const std::size_t start = output.find_first_not_of(' ', found + label.size());
     std::int64_t pages = 0;
@@ -159,13 +160,14 @@ private:
     std::optional<ConversionError> complete() {
         if (options_.isStrict && record_.missingCount > 0)
             return batchError(BatchMissingError, missingText());
-        record_.pages = pagesOf(pdf_.path(), options_, stop_);
+        const std::optional<std::int64_t> pages = pagesOf(pdf_.path(), options_, stop_);
         if (options_.writesText) {
             if (auto error = writeText()) return error;
         }
         const std::optional<std::string> hash = sha256OfFile(pdf_.path());
         if (!hash) return batchError(BatchFileError, record_.pdf + ": " + std::strerror(errno));
         if (auto error = pdf_.moveIntoPlace()) return error;
+        record_.pages = pages;
         record_.pdfSha256 = *hash;
         std::error_code unknown;
         record_.pdfSize = static_cast<std::int64_t>(fs::file_size(pdf_.place(), unknown));
@@ -179,12 +181,15 @@ private:
         return text;
     }
 
-    /// A PDF that nobody may read without its password has none.
+    /// A PDF that nobody may read without its password has none, not even that of an earlier one.
     std::optional<ConversionError> writeText() {
         FreshFile text(options_.output, fs::path(record_.pdf).replace_extension(".txt").string());
         if (auto error = text.prepare()) return error;
-        if (!runReader(options_.pdftotext, {"-enc", "UTF-8", pdf_.path(), text.path()}, stop_).succeeded())
+        if (!runReader(options_.pdftotext, {"-enc", "UTF-8", pdf_.path(), text.path()}, stop_).succeeded()) {
+            std::error_code ignored;
+            fs::remove(text.place(), ignored);
             return std::nullopt;
+        }
         if (auto error = text.moveIntoPlace()) return error;
         record_.text = fs::path(record_.pdf).replace_extension(".txt").string();
         return std::nullopt;
