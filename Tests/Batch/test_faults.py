@@ -179,6 +179,16 @@ class TimeTests(BatchTestCase):
         for name in ("hanging", "with children", "without pipes", "stopped", "deaf"):
             self.assert_failed(name + ".pdf", TIMED_OUT)
 
+    def test_program_that_is_stopped_for_a_while_takes_what_was_done_meanwhile(self):
+        self.archive("a", "/bin/sleep 0.5; convert")
+        child = self.start_batch("in", "--timeout", 1)
+        self.wait_for(self.calls.exists)
+        child.send_signal(signal.SIGSTOP)
+        time.sleep(12)
+        child.send_signal(signal.SIGCONT)
+        self.end_of(child)
+        self.assert_converted("a.pdf")
+
     def test_without_a_limit_there_is_none(self):
         self.archive("a", "/bin/sleep 2; convert")
         self.run_batch("in", "--timeout", 0)
