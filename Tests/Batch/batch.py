@@ -44,7 +44,7 @@ class Run:
 
     @property
     def lines(self):
-        return self.output.splitlines()
+        return self.output.split("\n")[:-1]
 
     @property
     def summary(self):
@@ -67,12 +67,12 @@ class BatchTestCase(ToolTestCase):
 
     def setUp(self):
         super().setUp()
+        self.addCleanup(self._end_what_is_left)
         self.sources = self.folder / "in"
         self.sources.mkdir()
         self.output = self.folder / "out"
         self.calls = self.folder / "calls"
         self.fake = self.script("fake-web2pdf", fake_tool.SCRIPT)
-        self.addCleanup(self._end_what_is_left)
         if self.real:
             self.set_preferences({"WebToolExtraLoadingTime": 0})
 
@@ -159,7 +159,7 @@ class BatchTestCase(ToolTestCase):
         return Run(child.returncode, output, errors)
 
     def assert_harmless(self, text):
-        for line in text.splitlines():
+        for line in text.split("\n"):
             self.assertNotRegex(line, HARMFUL)
 
     def assert_nothing_left(self, fresh_files=False):   # pylint: disable=arguments-differ

@@ -14,7 +14,9 @@ from xml.sax.saxutils import escape
 SCRIPT = r'''#!/bin/sh
 MODE=$1 ARCHIVE=$2 PDF=$3 ID=$4
 printf '%s %s\n' "$ID" "$MODE" >>"$CALLS"
-answer() { printf '%s\n' '<?xml version="1.0" encoding="UTF-8"?>' '<plist version="1.0"><dict>' "$1" '</dict></plist>'; }
+answer() {
+    printf '%s\n' '<?xml version="1.0" encoding="UTF-8"?>' '<plist version="1.0"><dict>' "$1" '</dict></plist>'
+}
 succeed() { answer "<key>succeeded</key><true/><key>path</key><string>out.pdf</string>"; }
 write() { printf '%%PDF-1.4\n%s %s\n' "$ID" "$MODE" >"$PDF"; }
 convert() { write; succeed; }

@@ -121,8 +121,9 @@ class ConversionTests(BatchTestCase):
         self.assertIn("Open", (self.output / "a.txt").read_text())
         plain = self.folder / "plain.pdf"
         plain.write_bytes((self.output / "a.pdf").read_bytes())
-        subprocess.run(["qpdf", "--encrypt", "user", "owner", "256", "--", plain, self.folder / "closed.pdf"], check=True)
-        closed = (self.folder / "closed.pdf").read_bytes()
+        encrypted = self.folder / "closed.pdf"
+        subprocess.run(["qpdf", "--encrypt", "user", "owner", "256", "--", plain, encrypted], check=True)
+        closed = encrypted.read_bytes()
         self.archive("a", stored_pdf(closed))
         self.run_batch("in", "--text")
         record = self.records()["a.pdf"]

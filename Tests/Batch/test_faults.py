@@ -1,5 +1,6 @@
 """Tools that do not keep to what they should: what they leave is never taken for a PDF, and the rest goes on."""
 
+import re
 import resource
 import signal
 import time
@@ -15,7 +16,8 @@ FAULTS = {
     "ended": (fake_tool.EXITS, ENDED, 3),
     "mute": (fake_tool.WRITES_NO_ANSWER, ENDED, 3),
     "garbage": (fake_tool.ANSWERS_GARBAGE, ENDED, 3),
-    "cut off": ("write; printf '<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>succeeded</key><tr'", ENDED, 3),
+    "cut off": ("write; printf '<?xml version=\"1.0\"?><plist version=\"1.0\"><dict><key>succeeded</key><tr'",
+                ENDED, 3),
     "without the word": ("write; answer '<key>path</key><string>x</string>'", ENDED, 3),
     "no dictionary": ("write; printf '<?xml version=\"1.0\"?><plist version=\"1.0\"><true/></plist>'", ENDED, 3),
     "no PDF": (fake_tool.WRITES_NO_PDF, NO_PDF, 1),
@@ -72,10 +74,15 @@ class FaultTests(BatchTestCase):
         self.assert_converted("in/a.pdf", "in/b.pdf")
 
     def test_tool_has_no_file_of_the_batch_open(self):
-        self.archive("a", 'for FILE in /proc/self/fd/*; do case ${FILE##*/} in [012]) ;; *) OPEN="$OPEN $FILE" ;; esac;'
-                          ' done; if [ -e /proc/$$/fd/3 ]; then exit 1; fi; convert')
-        self.run_batch("in", "--retries", 0)
-        self.assert_converted("a.pdf")
+        for number in range(16):
+            self.archive(str(number), '/bin/sleep 0.1; /bin/ls -l /proc/self/fd >"$CALLS.$ID"; convert')
+        self.run_batch("in", "-j", 8)
+        listed = [path.read_text() for path in self.folder.glob("calls.*")]
+        self.assertEqual(len(listed), 16)
+        for text in listed:
+            # The standard streams, and the folder that is listed.
+            self.assertEqual(re.findall(r" (\d+) -> ", text), ["0", "1", "2", "3"], text)
+            self.assertRegex(text, r" 0 -> /dev/null\n(.*\n)+.* 2 -> pipe:.*\n.* 3 -> /proc/")
 
     def test_limits_of_the_caller_are_those_of_the_tool(self):
         self.archive("a", '[ "$(ulimit -n) $(ulimit -Hn)" = "256 512" ] && convert')
@@ -133,6 +140,11 @@ class RetryTests(BatchTestCase):
             self.assertEqual(self.called(), 1 + retries)
             self.assert_failed("a.pdf", -1005, URLS, attempts=1 + retries)
             self.assertIn("failed    in/a.webarchive: Lost. (NSURLErrorDomain -1005)", run.output)
+
+    def test_pdf_of_an_attempt_that_failed_is_not_that_of_the_next(self):
+        self.archive("a", 'count; if [ $ATTEMPT = 1 ]; then write; exit; fi; succeed')
+        self.run_batch("in", status=FAILURE)
+        self.assert_failed("a.pdf", NO_PDF, attempts=2)
 
     def test_what_stays_is_tried_once(self):
         staying = {"format": (COCOA, 259), "nothing": (COCOA, 260), "frames": (TOOL, 3), "other": ("Other", 1),

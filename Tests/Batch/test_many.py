@@ -35,6 +35,7 @@ class ManyTests(BatchTestCase):
             self.archive(name, contents)
             self.expected[name + ".pdf"] = error
         self.failing = sum(error is not None for error in self.expected.values())
+        self.summary = {"total": COUNT, "converted": COUNT - self.failing, "failed": self.failing}
         self.calling = COUNT + each * sum(calls - 1 for _, _, calls in KINDS.values())
 
     def test_numbers_agree_however_many_run_at_once(self):
@@ -46,7 +47,7 @@ class ManyTests(BatchTestCase):
                 for path in self.folder.glob("calls.*"):
                     path.unlink()
                 run = self.run_batch("in", "-j", jobs, output=f"out{jobs}", environment=environment, status=FAILURE)
-                self.assertEqual(run.summary, {"total": COUNT, "converted": COUNT - self.failing, "failed": self.failing})
+                self.assertEqual(run.summary, self.summary)
                 self.assertEqual(self.called(), self.calling)
                 words = collections.Counter(line.split("] ")[1].split()[0] for line in run.lines[:-1])
                 self.assertEqual(words, {"converted": COUNT - self.failing, "failed": self.failing})
@@ -61,7 +62,7 @@ class ManyTests(BatchTestCase):
             resource.setrlimit(resource.RLIMIT_NOFILE, (256, 4096))
         run = self.run_batch("in", "-j", 64, environment=self.environment(PATH="/nowhere"), status=FAILURE,
                              preexec_fn=limit)
-        self.assertEqual(run.summary, {"total": COUNT, "converted": COUNT - self.failing, "failed": self.failing})
+        self.assertEqual(run.summary, self.summary)
 
 
 class MemoryTests(BatchTestCase):

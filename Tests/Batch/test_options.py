@@ -1,21 +1,22 @@
 """Arguments; runs that do nothing, say nothing, or that nobody listens to; the manifest; settings."""
 
 import os
+import shutil
 import subprocess
 
 import fake_tool
 from batch import BAD_USAGE, FAILURE, PROGRAM, BatchTestCase
-from test_sources import NAMES, pdf_of
+from test_sources import NAMES
 
-OPTIONS = ("--output", "--mode", "--jobs", "--null", "--base", "--timeout", "--retries", "--retry-failed", "--no-resume",
-           "--strict", "--shard", "--dry-run", "--quiet", "--xmp", "--attach", "--text", "--manifest", "--tool", "--help",
-           "--version")
+OPTIONS = ("--output", "--mode", "--jobs", "--null", "--base", "--timeout", "--retries", "--retry-failed",
+           "--no-resume", "--strict", "--shard", "--dry-run", "--quiet", "--xmp", "--attach", "--text", "--manifest",
+           "--tool", "--help", "--version")
 
 
 class ArgumentTests(BatchTestCase):
     def alone(self, *arguments):
-        done = subprocess.run([PROGRAM, *arguments], stdin=subprocess.DEVNULL, capture_output=True, check=False, timeout=60,
-                              cwd=self.folder, env=self.environment())
+        done = subprocess.run([PROGRAM, *arguments], stdin=subprocess.DEVNULL, capture_output=True, check=False,
+                              timeout=60, cwd=self.folder, env=self.environment())
         self.assert_harmless(done.stderr.decode())
         return done
 
@@ -33,11 +34,12 @@ class ArgumentTests(BatchTestCase):
 
     def test_wrong_arguments_are_told_and_nothing_is_done(self):
         self.archive("a")
-        for arguments in ((), ("in",), ("-o", "out"), ("-o",), ("-o", "out", "in", "--unknown"), ("-o", "out", "in", "-m", "both"),
-                          ("-o", "out", "in", "-j", "0"), ("-o", "out", "in", "-j", "1025"), ("-o", "out", "in", "-j", "x"),
-                          ("-o", "out", "in", "--timeout", "-1"), ("-o", "out", "in", "--retries", "101"),
-                          ("-o", "out", "in", "--json"), ("-o", "out", "in", "--\x1b[31m"), ("-o", "out", "\x1b[31m"),
-                          ("-o", "out", b"\x9b31m\xff"), ("-o", "out", "in", "-j", "99999999999999999999")):
+        whole = ("-o", "out", "in")
+        for arguments in ((), ("in",), ("-o", "out"), ("-o",), (*whole, "--unknown"), (*whole, "-m", "both"),
+                          (*whole, "-j", "0"), (*whole, "-j", "1025"), (*whole, "-j", "x"),
+                          (*whole, "-j", "99999999999999999999"), (*whole, "--timeout", "-1"),
+                          (*whole, "--retries", "101"), (*whole, "--json"), (*whole, "--\x1b[31m"),
+                          ("-o", "out", "\x1b[31m"), ("-o", "out", b"\x9b31m\xff")):
             with self.subTest(arguments):
                 done = self.alone(*arguments)
                 self.assertEqual((done.returncode, done.stdout), (BAD_USAGE, b""))
@@ -50,27 +52,29 @@ class ArgumentTests(BatchTestCase):
         for place in places.values():
             place.mkdir()
         program = places["beside"] / "web2pdf-batch"
-        os.link(PROGRAM, program) if os.stat(PROGRAM).st_dev == os.stat(self.folder).st_dev else \
-            program.write_bytes(open(PROGRAM, "rb").read())
-        program.chmod(0o755)
-        call = lambda: subprocess.run([program, "--no-resume", "-o", "out", "in"], capture_output=True, check=False,
-                                      cwd=self.folder, env=self.environment(PATH=f"relative:{places['path']}"))
+        shutil.copy(PROGRAM, program)
+        environment = self.environment(PATH=f"relative:{places['path']}")
+
+        def call():
+            return subprocess.run([program, "--no-resume", "-o", "out", "in"], capture_output=True, check=False,
+                                  cwd=self.folder, env=environment, timeout=60)
         done = call()
         self.assertEqual(done.returncode, BAD_USAGE)
         self.assertIn(b"there is no web2pdf beside this program or in PATH", done.stderr)
-        for place, mode in (("path", "path"), ("beside", "beside")):
-            tool = places[place] / "web2pdf"
-            tool.write_text(fake_tool.SCRIPT.replace("%PDF", f"%PDF-{mode}"))
+        for name, place in reversed(places.items()):
+            tool = place / "web2pdf"
+            tool.write_text(fake_tool.SCRIPT.replace("%PDF", f"%PDF-{name}"))
             tool.chmod(0o755)
             self.assertEqual(call().returncode, 0)
-            self.assertIn(mode, (self.output / "a.pdf").read_text())
+            self.assertIn(name, (self.output / "a.pdf").read_text())
 
 
 class DryRunTests(BatchTestCase):
     def test_nothing_is_done(self):
         self.archives("a", "b/c", "\x1b[31m")
         run = self.run_batch("in", "-n", output="new/folder")
-        self.assertEqual(sorted(run.lines), ["convert   in/a.webarchive -> a.pdf", "convert   in/b/c.webarchive -> b/c.pdf",
+        self.assertEqual(sorted(run.lines), ["convert   in/a.webarchive -> a.pdf",
+                                             "convert   in/b/c.webarchive -> b/c.pdf",
                                              "convert   in/\ufffd[31m.webarchive -> \ufffd[31m.pdf"])
         self.assertEqual(self.called(), 0)
         self.assertFalse((self.folder / "new").exists())
@@ -133,8 +137,8 @@ class SilenceTests(BatchTestCase):
 
 class ManifestTests(BatchTestCase):
     def check(self, name="manifest-sha256.txt"):
-        done = subprocess.run(["sha256sum", "--check", "--strict", name], cwd=self.output, capture_output=True, check=False,
-                              env=self.environment())
+        done = subprocess.run(["sha256sum", "--check", "--strict", name], cwd=self.output, capture_output=True,
+                              check=False, env=self.environment())
         return done.returncode, done.stdout.count(b": OK\n"), done.stderr.decode(errors="replace")
 
     def test_sha256sum_checks_it(self):
@@ -174,9 +178,13 @@ class ManifestTests(BatchTestCase):
 class SettingsTests(BatchTestCase):
     def test_wishes_may_be_settings(self):
         self.archive("a", '[ "$WEB2PDF_XMP$WEB2PDF_ATTACH_ARCHIVE" = 11 ] && convert')
-        self.set_preferences({"Web2PDFWritesXMP": True, "Web2PDFAttachesArchive": True, "Web2PDFBatchWritesManifest": True})
+        self.set_preferences({"Web2PDFWritesXMP": True, "Web2PDFAttachesArchive": True,
+                              "Web2PDFBatchWritesManifest": True})
         self.run_batch("in", "--retries", 0)
         self.assertEqual(self.records()["a.pdf"]["wishes"], "xmp,attach")
         self.assertTrue((self.output / "manifest-sha256.txt").is_file())
-        self.set_preferences({"Web2PDFWritesXMP": "nonsense", "Web2PDFAttachesArchive": 7.5})
-        self.run_batch("in", "-n")
+        self.archive("a")
+        self.set_preferences({"Web2PDFWritesXMP": "nonsense", "Web2PDFAttachesArchive": [True]})
+        self.run_batch("in")
+        self.assertEqual(self.records()["a.pdf"]["wishes"], "")
+        self.assertEqual(self.pdfs(), ["a.pdf"])

@@ -3,7 +3,7 @@
 import os
 
 import fake_tool
-from batch import ENDED, FAILURE, FILE, BatchTestCase, sha256
+from batch import FAILURE, FILE, BatchTestCase, sha256
 from mounts import OwnMounts
 
 FAILS = fake_tool.fails("NSCocoaErrorDomain", 259)
@@ -108,7 +108,6 @@ class OutputFolderTests(BatchTestCase):
         self.assert_fails("file", "in", output="file")
         self.assert_fails("dangling", "in", output="dangling")
         self.assert_fails("too long", "in", output="x" * 300)
-        self.folder.chmod(0o755)
         self.assert_fails("Permission denied", "in", output="closed", **self.as_nobody())
         self.assertFalse((self.folder / "closed").exists())
 
@@ -161,7 +160,8 @@ class FullDiskTests(BatchTestCase):
         os.chdir(self.folder)
 
     def test_pdf_that_does_not_fit_fails(self):
-        self.archive("a", "/usr/bin/head -c 200000 /dev/zero >\"$PDF\" || { " + fake_tool.fails("NSCocoaErrorDomain", 640) + "; exit; }; succeed")
+        refusal = fake_tool.fails("NSCocoaErrorDomain", 640)
+        self.archive("a", f'/usr/bin/head -c 200000 /dev/zero >"$PDF" || {{ {refusal}; exit; }}; succeed')
         self.archive("b")
         (self.output / "a.pdf").write_text("old")
         self.run_batch("in", "-j", 1, preexec_fn=self.join, status=FAILURE)
@@ -172,11 +172,13 @@ class FullDiskTests(BatchTestCase):
     def test_results_that_do_not_fit_end_the_run(self):
         for number in range(40):
             self.archive(f"{number:02}")
-        run = self.run_batch("in", "-j", 2, preexec_fn=self.join, status=FAILURE)
+        self.archive("00", fake_tool.HANGS)
+        run = self.run_batch("in", "-j", 2, preexec_fn=self.join, status=FAILURE, timeout=60)
         self.assertIn("web2pdf-batch.jsonl: No space left on device", run.errors)
         self.assertLess(self.called(), 40)
         known = {pdf for pdf, record in self.records().items() if record["outcome"] == "converted"}
         self.assertGreater(len(known), 1)
+        self.archive("00")
         for number in range(8, 40):
             (self.sources / f"{number:02}.webarchive").unlink()
             (self.output / f"{number:02}.pdf").unlink(missing_ok=True)

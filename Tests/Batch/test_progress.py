@@ -20,7 +20,9 @@ SLOW = "/bin/sleep 0.4; convert"
 
 def columns(text):
     """As many as a terminal gives to a text."""
-    return sum(0 if unicodedata.combining(sign) else 2 if unicodedata.east_asian_width(sign) in "WF" else 1 for sign in text)
+    def of(sign):
+        return 0 if unicodedata.combining(sign) else 2 if unicodedata.east_asian_width(sign) in "WF" else 1
+    return sum(map(of, text))
 
 
 class Terminal:
@@ -192,7 +194,7 @@ class LogTests(BatchTestCase):
         run = self.run_batch("in", "-j", 3, status=FAILURE)
         self.assertEqual(len(run.lines), 12)
         for number, line in enumerate(run.lines[:-1], 1):
-            self.assertRegex(line, rf"^\[{number:2}/11\] (converted|failed   ) in/(page\d|bad|poor)\.webarchive(: | \()")
+            self.assertRegex(line, rf"^\[{number:2}/11\] (converted|failed   ) in/(page\d|bad|poor)\.webarchive[: ]")
         self.assertIn(", 3 missing)", run.output)
         again = self.run_batch("in", status=FAILURE)
         self.assertIn("skipped   in/page0.webarchive (converted before)", again.output)

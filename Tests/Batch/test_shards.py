@@ -1,10 +1,8 @@
 """Parts of a batch: together they convert everything once."""
 
-import collections
-
+import fake_tool
 from batch import FAILURE, BatchTestCase
 from test_sources import NAMES, pdf_of
-import fake_tool
 
 
 class ShardTests(BatchTestCase):
@@ -58,8 +56,6 @@ class ShardTests(BatchTestCase):
         self.assertEqual({pdf for pdf in whole if not pdf.startswith("one/")}, share("in") - {"a new one.pdf"})
 
     def test_more_shards_than_archives(self):
-        counts = collections.Counter(self.run_batch("in", "--shard", f"{index}/1000000", "-n").output for index in (0, 1))
-        self.assertEqual(sum(len(output.splitlines()) for output in counts), 0)
         run = self.run_batch("in", "--shard", "1/1000000")
         self.assertEqual(run.summary, {"total": 0, "converted": 0})
 

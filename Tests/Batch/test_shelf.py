@@ -4,7 +4,7 @@ import os
 import subprocess
 
 import pages
-from batch import ENDED, FAILURE, FILE, INTERRUPTED, MISSING, BatchTestCase
+from batch import BATCH_DOMAIN, ENDED, FAILURE, FILE, INTERRUPTED, MISSING, BatchTestCase
 from pdf import PDF
 from webarchive import Archive, Resource, malformed
 
@@ -47,17 +47,18 @@ class ShelfTests(BatchTestCase):
         self.bad["endless.pdf"] = (URLS, -1001)
         self.archive("place", pages.page("<p>Place</p>"))
         (self.output / "place.pdf").mkdir()
-        self.bad["place.pdf"] = (None, FILE)
+        self.bad["place.pdf"] = (BATCH_DOMAIN, FILE)
         for number in range(2):
             self.archive(f"lacking{number}", pages.page(f'<img src="gone{number}.png">'))
-            self.bad[f"lacking{number}.pdf"] = (None, MISSING)
+            self.bad[f"lacking{number}.pdf"] = (BATCH_DOMAIN, MISSING)
 
     def add_stored_pdfs(self):
         self.run_batch("in/shelf0/page00.webarchive", output="first")
         plain, closed = self.folder / "first" / "page00.pdf", self.folder / "closed.pdf"
         subprocess.run(["qpdf", "--encrypt", "user", "owner", "256", "--", plain, closed], check=True)
         for name, path in (("plain", plain), ("closed", closed)):
-            self.archive(name, Archive(Resource(f"http://site.example/{name}.pdf", path.read_bytes(), "application/pdf", None)))
+            self.archive(name, Archive(Resource(f"http://site.example/{name}.pdf", path.read_bytes(), "application/pdf",
+                                                None)))
         return closed.read_bytes()
 
     def test_shelf(self):
@@ -89,7 +90,7 @@ class ShelfTests(BatchTestCase):
         self.assertEqual({pdf for pdf, record in records.items() if record["outcome"] == "failed"}, set(self.bad))
         for pdf, (domain, code) in self.bad.items():
             record = records[pdf]
-            self.assertEqual((record["error_domain"], record["error_code"]), (domain or record["error_domain"], code), pdf)
+            self.assertEqual((record["error_domain"], record["error_code"]), (domain, code), pdf)
             self.assertFalse((self.output / pdf).is_file())
         for pdf, word in self.good.items():
             path = self.output / pdf

@@ -8,8 +8,8 @@ from batch import ENDED, FAILURE, BatchTestCase
 
 LONG = "l" * 244    # 255 bytes with ".webarchive"
 NAMES = ["with space", "line\nbreak", "'quotes' \"all\" `of` them", "-leading", "--help", "back\\slash", "a\x1b[31mred",
-         "\u202eturned", "größe 日本", b"no\xff\xfeutf8", "[a,b]", "{}", "%s%%", "*", "$HOME", "@x", "~", "a=b", ".hidden",
-         "tab\tbed", "bell\x07", "c1\x9b1m", LONG, "dots..", "new.web2pdf-batch-"]
+         "\u202eturned", "größe 日本", b"no\xff\xfeutf8", "[a,b]", "{}", "%s%%", "*", "$HOME", "@x", "~", "a=b",
+         ".hidden", "tab\tbed", "bell\x07", "c1\x9b1m", LONG, "dots..", "new.web2pdf-batch-"]
 
 
 def pdf_of(name):
@@ -218,7 +218,8 @@ class ListTests(BatchTestCase):
     def test_names_by_lines(self):
         names = [name for name in NAMES if b"\n" not in os.fsencode(name)]
         self.archives(*names)
-        self.run_batch("-", "--base", "in", given=b"".join(b"in/" + os.fsencode(name) + b".webarchive\n" for name in names))
+        self.run_batch("-", "--base", "in",
+                       given=b"".join(b"in/" + os.fsencode(name) + b".webarchive\n" for name in names))
         self.assert_converted(*map(pdf_of, names))
 
     def test_names_that_end_with_nul(self):
@@ -277,8 +278,8 @@ class ListTests(BatchTestCase):
 
     def test_path_that_is_too_long_fails_alone(self):
         self.archive("a")
-        run = self.run_batch("-", "--retries", 0, given="in/a.webarchive\nin/" + "x" * 300 + ".webarchive\n" + "y" * 252 + "\n",
-                             status=FAILURE)
+        given = "in/a.webarchive\nin/" + "x" * 300 + ".webarchive\n" + "y" * 252 + "\n"
+        run = self.run_batch("-", "--retries", 0, given=given, status=FAILURE)
         self.assert_converted("in/a.pdf")
         self.assertEqual(run.summary, {"total": 3, "converted": 1, "failed": 2})
 
