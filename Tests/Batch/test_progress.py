@@ -139,7 +139,8 @@ class BarTests(TerminalTestCase):
         for name in NAMES:
             self.archive(name, "/bin/sleep 0.12; convert")
             self.archive(b"bad " + os.fsencode(name)[:200], fake_tool.fails("D\x9bm", 1, "\u202e\x9b31m\u2066"))
-        terminal = self.run_in_terminal("-j", 1, status=FAILURE)
+        terminal = self.run_in_terminal("-j", 1, width=200, status=FAILURE)
+        self.assertIn(" · in/\ufffdturned.webarchive", terminal.text.decode())
         rest = ESCAPES.sub("", terminal.text.decode())
         for line in re.split("[\r\n]", rest):
             self.assertNotRegex(line, HARMFUL)

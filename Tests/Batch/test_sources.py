@@ -7,7 +7,7 @@ import fake_tool
 from batch import ENDED, FAILURE, BatchTestCase
 
 LONG = "l" * 244    # 255 bytes with ".webarchive"
-NAMES = ["with space", "line\nbreak", "'quotes' \"all\" `of` them", "-leading", "--help", "back\\slash", "a\x1b[31mred",
+NAMES = ["with space", "line\nbreak", "'quotes' \"all\" `of` them", "-leading", "--help", "back\\slash", "a\x1b[41mred",
          "\u202eturned", "größe 日本", b"no\xff\xfeutf8", "[a,b]", "{}", "%s%%", "*", "$HOME", "@x", "~", "a=b",
          ".hidden", "tab\tbed", "bell\x07", "c1\x9b1m", LONG, "dots..", "new.web2pdf-batch-"]
 

@@ -52,8 +52,7 @@ void declareOptions(CommandLine::Command program, Options& options) {
 void checkOptions(const Options& options) {
     if (options.asJson && !options.asksDoctor) throw UsageError("--json goes with --doctor");
     if (options.asksDoctor) return;
-    if (!options.output || options.output->empty())
-        throw UsageError("-o says which folder the PDFs go to");
+    if (!options.output || options.output->empty()) throw UsageError("-o says which folder the PDFs go to");
     if (options.base && options.base->empty()) throw UsageError("--base is the name of a folder");
     if (options.sources.empty() && !options.report) throw UsageError("SOURCE says what is converted");
 }

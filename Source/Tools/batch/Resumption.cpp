@@ -22,8 +22,8 @@ bool Resumption::suffices(const Record& converted) const {
     return !(conversion_.isStrict && converted.missingCount > 0) && isWhole(converted, conversion_.output);
 }
 
-/// What only lacked resources fails no more where that is no failure, and a tool that could not be started has
-/// not failed with the archive.
+/// What only lacked resources fails no more where that is no failure, and a tool that could not be started
+/// has not failed with the archive.
 bool Resumption::failsAgain(const Record& failed) const {
     if (retriesFailed_) return false;
     if (failed.error->domain != BatchErrorDomain) return true;

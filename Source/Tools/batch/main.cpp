@@ -19,9 +19,9 @@ int fail(const std::string& why, int status) {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::signal(SIGXFSZ, SIG_IGN); // so that writing beyond the limit for files fails, and is told
-    std::signal(SIGPIPE, SIG_IGN); // nobody reads the log any more: conversions go on
-    std::signal(SIGCHLD, SIG_DFL); // a caller that ignores how its children end hands that on
+    std::signal(SIGXFSZ, SIG_IGN);    // so that writing beyond the limit for files fails, and is told
+    std::signal(SIGPIPE, SIG_IGN);    // nobody reads the log any more: conversions go on
+    std::signal(SIGCHLD, SIG_DFL);    // a caller that ignores how its children end hands that on
     std::ios::sync_with_stdio(false); // so that a list that cannot be read is told from its end
     try {
         Options options;

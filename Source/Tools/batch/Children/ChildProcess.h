@@ -46,8 +46,8 @@ struct ChildEnd {
     std::string text() const;
 };
 
-/// Lets this process have as many files open as it may at most: each child takes about ten, and gets the limit
-/// of before. Before there are threads.
+/// Lets this process have as many files open as it may at most: each child takes about ten, and gets the
+/// limit of before. Before there are threads.
 void allowManyChildren();
 
 /// Runs the program to its end, with nothing to read, without descriptors of this process, and in a process

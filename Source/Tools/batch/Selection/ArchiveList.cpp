@@ -95,8 +95,7 @@ void ArchiveList::addFolder(const std::string& folder, const std::string& place)
             items_.push_back({entries->path().string(), pdfOf(joined(place, name))});
         }
     }
-    if (error)
-        items_.push_back({folder, joined(place.empty() ? nameOf(folder) : place, ".pdf")});
+    if (error) items_.push_back({folder, joined(place.empty() ? nameOf(folder) : place, ".pdf")});
 }
 
 std::vector<Item> ArchiveList::items() && {
