@@ -1,13 +1,11 @@
 #include "Source/Tools/batch/Options.h"
 
-#include <limits>
-
 namespace qrv::batch {
 
 namespace {
 
 constexpr std::int64_t mostJobs = 1024;
-constexpr std::int64_t mostSeconds = 7 * 24 * 60 * 60;
+constexpr std::int64_t mostSeconds = std::int64_t{7} * 24 * 60 * 60;
 constexpr std::int64_t mostRetries = 100;
 
 } // namespace
