@@ -1,3 +1,4 @@
+#include "Source/Tools/Common/StandardStreams.h"
 #include "Source/Tools/ToolConfinement.h"
 #include "Source/Tools/web2pdf.h"
 
@@ -9,17 +10,7 @@
 #include <csignal>
 #include <cstring>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 namespace {
-
-/// Opens closed standard streams, so that no file gets their descriptor.
-void openStandardStreams() {
-    int descriptor = STDIN_FILENO;
-    while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = ::open("/dev/null", O_RDWR);
-    if (descriptor > STDERR_FILENO) ::close(descriptor);
-}
 
 /// From here on the tool has to do with the archive. A kernel that refuses is no reason not to convert.
 void confine(const qrv::NSString& pdfPath) {
@@ -34,7 +25,7 @@ void confine(const qrv::NSString& pdfPath) {
 } // namespace
 
 int main(int argc, char** argv) {
-    openStandardStreams();
+    qrv::openStandardStreams();
     // The run must reach its end even if nobody reads its output any more, or it outgrows the limit for
     // files: such writes fail.
     std::signal(SIGPIPE, SIG_IGN);

@@ -11,6 +11,7 @@ import time
 import urllib.parse
 
 import hostile_pdfs
+import processes
 from pdf import PDF
 from reports import CONTRASTS, HEADINGS, ReportTestCase, choice, converted, failed, heading
 from webarchive import html_archive
@@ -366,16 +367,15 @@ class FolderTests(ReportTestCase):
         (self.folder / "out" / "web2pdf-batch.jsonl").write_text(json.dumps(converted("a", "a.pdf")) + "\n")
         stand_in = self.folder / "bin" / "pdftoppm"
         stand_in.parent.mkdir()
-        stand_in.write_text(f"#!/bin/sh\necho $$ > {self.folder}/started\nmv {self.folder}/started {self.folder}/process\n"
-                            "exec sleep 600\n")
+        stand_in.write_text("#!/bin/sh\nexec sleep 600\n")
         stand_in.chmod(0o755)
         run = subprocess.Popen([os.environ["WEB2PDF_BATCH"], "-o", self.folder / "out", "--report", self.report],
-                               env={**os.environ, "PATH": f"{stand_in.parent}:{os.environ['PATH']}"})
-        process = self.folder / "process"
-        while not process.exists():
+                               env={**os.environ, "PATH": f"{stand_in.parent}:{os.environ['PATH']}",
+                                    "OF_THIS_TEST": str(self.folder)})
+        while "sleep" not in processes.descendants(run.pid).values():
             self.assertIsNone(run.poll())
             time.sleep(0.01)
         run.send_signal(signal.SIGTERM)
         self.assertEqual(run.wait(60), 130)
         self.assertFalse(self.report.exists())
-        self.assertFalse(pathlib.Path(f"/proc/{process.read_text().strip()}").exists())
+        self.assertEqual(processes.carrying("OF_THIS_TEST", str(self.folder)), {})

@@ -33,6 +33,12 @@ bool setting(const char16_t* key) {
                                              QuillvaneSettingsDomain, false);
 }
 
+/// Whoever starts the tool may wish for it in the environment, and it would hear of that from here, too.
+bool isWished(bool option, const char16_t* key, const char* variable) {
+    const char* const value = std::getenv(variable);
+    return option || setting(key) || (value && std::string_view(value) == "1");
+}
+
 double quietPeriod() {
     constexpr long long usual = 2;
     return static_cast<double>(qrvIntegerForKey_domain_defaultValue(
@@ -93,8 +99,9 @@ ConversionOptions conversionFor(const Options& options, std::size_t jobs) {
     if (seconds > 0) conversion.timeLimit = std::chrono::seconds(seconds);
     if (options.retries) conversion.retries = *options.retries;
     conversion.isStrict = options.isStrict;
-    conversion.writesXMP = options.writesXMP || setting(u"Web2PDFWritesXMP");
-    conversion.attachesArchive = options.attachesArchive || setting(u"Web2PDFAttachesArchive");
+    conversion.writesXMP = isWished(options.writesXMP, u"Web2PDFWritesXMP", "WEB2PDF_XMP");
+    conversion.attachesArchive =
+        isWished(options.attachesArchive, u"Web2PDFAttachesArchive", "WEB2PDF_ATTACH_ARCHIVE");
     conversion.writesText = options.writesText || setting(u"Web2PDFBatchWritesText");
     if (!std::getenv("WEB2PDF_MEMORY_LIMIT"))
         conversion.memoryLimit = memoryLimitForEach(engine::machineMemory(), jobs);

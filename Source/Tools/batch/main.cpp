@@ -1,3 +1,4 @@
+#include "Source/Tools/Common/StandardStreams.h"
 #include "Source/Tools/Common/TerminalText.h"
 #include "Source/Tools/batch/Program.h"
 
@@ -19,6 +20,7 @@ int fail(const std::string& why, int status) {
 } // namespace
 
 int main(int argc, char** argv) {
+    openStandardStreams();
     std::signal(SIGXFSZ, SIG_IGN);    // so that writing beyond the limit for files fails, and is told
     std::signal(SIGPIPE, SIG_IGN);    // nobody reads the log any more: conversions go on
     std::signal(SIGCHLD, SIG_DFL);    // a caller that ignores how its children end hands that on

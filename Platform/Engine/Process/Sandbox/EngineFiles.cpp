@@ -100,12 +100,17 @@ void allowEngine(FileRules& rules, const std::string& program) {
     allowWriting(rules, callersTemporaryFolder());
 }
 
-FileRules engineFiles(const std::string& program, const std::vector<std::string>& environment,
-                      const std::string& temporaryFolder) {
+FileRules filesToStart(const std::string& program, const std::vector<std::string>& environment) {
     FileRules rules = FileRules::closingAll();
     allowPrograms(rules, program);
     for (const char* place : readable) rules.allow(place, FileRules::read);
     allowFonts(rules, environment);
+    return rules;
+}
+
+FileRules engineFiles(const std::string& program, const std::vector<std::string>& environment,
+                      const std::string& temporaryFolder) {
+    FileRules rules = filesToStart(program, environment);
     allowWriting(rules, temporaryFolder);
     return rules;
 }

@@ -38,8 +38,8 @@ std::optional<rlimit> openFilesOfChildren;
 /// Called by the library in the child, before and instead of the program. Async-signal-safe.
 class ChildSetup {
 public:
-    ChildSetup(const std::vector<std::string>& environment, std::optional<std::size_t> memoryLimit)
-        : memoryLimit_(memoryLimit), parent_(getpid()) {
+    ChildSetup(const std::vector<std::string>& environment, const ChildCommand& command)
+        : command_(command), parent_(getpid()) {
         for (const std::string& entry : environment) environment_.push_back(entry.c_str());
         environment_.push_back(nullptr);
     }
@@ -62,10 +62,12 @@ public:
         // The library closes only what is above the last descriptor that it needs.
         close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
         if (openFilesOfChildren) setrlimit(RLIMIT_NOFILE, &*openFilesOfChildren);
-        if (memoryLimit_) {
-            const rlimit limit{*memoryLimit_, *memoryLimit_};
+        if (command_.memoryLimit) {
+            const rlimit limit{*command_.memoryLimit, *command_.memoryLimit};
             setrlimit(RLIMIT_AS, &limit);
         }
+        if (command_.files) command_.files->enforce();
+        if (command_.calls && !command_.calls->install()) return {errno, boost::system::system_category()};
         return {};
     }
 
@@ -77,7 +79,7 @@ public:
 
 private:
     std::vector<const char*> environment_;
-    std::optional<std::size_t> memoryLimit_;
+    const ChildCommand& command_;
     pid_t parent_;
 };
 
@@ -156,8 +158,7 @@ private:
         boost::system::error_code error;
         child_ = process::default_process_launcher()(
             context_.get_executor(), error, command_.program, command_.arguments,
-            process::process_stdio{nullptr, output_.pipe, errors_.pipe},
-            ChildSetup(environment, command_.memoryLimit));
+            process::process_stdio{nullptr, output_.pipe, errors_.pipe}, ChildSetup(environment, command_));
         return error ? error.value() : 0;
     }
 

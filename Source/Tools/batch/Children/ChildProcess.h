@@ -3,6 +3,9 @@
 // Another program, run as a child process with limits: the tool, and the readers of PDF files. The only
 // access to the library that starts processes.
 
+#include "Platform/Confinement/FileRules.h"
+#include "Platform/Confinement/SystemCallFilter.h"
+
 #include <chrono>
 #include <cstddef>
 #include <optional>
@@ -23,6 +26,10 @@ struct ChildCommand {
     std::optional<std::chrono::milliseconds> timeLimit;
     /// Bytes that each of its processes may reserve.
     std::optional<std::size_t> memoryLimit;
+    /// The files that it may use and the system calls that it may make; null for no rules. Without Landlock
+    /// in the kernel there are none for files.
+    const FileRules* files = nullptr;
+    const SystemCallFilter* calls = nullptr;
     /// Of each stream so much is kept; the rest is read and dropped.
     std::size_t mostOutput = 1 << 20;
 };

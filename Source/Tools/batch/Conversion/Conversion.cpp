@@ -1,7 +1,9 @@
 #include "Source/Tools/batch/Conversion/Conversion.h"
 
+#include "Platform/Foundation/FileReplacement.h"
 #include "Source/Tools/Common/SHA256.h"
 #include "Source/Tools/batch/Children/ChildProcess.h"
+#include "Source/Tools/batch/Children/PDFReader.h"
 #include "Source/Tools/batch/Conversion/BatchError.h"
 #include "Source/Tools/batch/Conversion/FreshFile.h"
 #include "Source/Tools/batch/Conversion/ToolAnswer.h"
@@ -22,9 +24,6 @@ using Clock = std::chrono::steady_clock;
 
 /// The tool keeps its deadline within a second; after this one it is killed.
 constexpr auto graceAfterDeadline = 10s;
-/// For the small programs that read PDFs, which are not to be trusted.
-constexpr auto readerTimeLimit = 60s;
-constexpr std::size_t readerMemoryLimit = std::size_t{2} << 30;
 
 constexpr std::size_t mostLog = std::size_t{16} << 20;
 
@@ -57,14 +56,10 @@ ChildCommand toolCommand(const Record& record, const std::string& pdf, const Con
     return command;
 }
 
-ChildEnd runReader(const std::string& program, std::vector<std::string> arguments,
-                   const std::stop_token& stop) {
-    ChildCommand command;
-    command.program = program;
-    command.arguments = std::move(arguments);
-    command.timeLimit = readerTimeLimit;
-    command.memoryLimit = readerMemoryLimit;
-    ChildEnd end = runChild(command, stop);
+/// What the program says of the new PDF.
+ChildEnd readPDF(const std::string& program, std::vector<std::string> arguments, const std::string& pdf,
+                 const std::stop_token& stop) {
+    ChildEnd end = runPDFReader(program, std::move(arguments), pdf, stop);
     if (end.kind == ChildEnd::Kind::stopped) throw Stopped();
     return end;
 }
@@ -94,7 +89,7 @@ bool isFileWithContents(const std::string& path) {
 std::optional<std::int64_t> pagesOf(const std::string& pdf, const ConversionOptions& options,
                                     const std::stop_token& stop) {
     if (options.pdfinfo.empty()) return std::nullopt;
-    const std::string output = "\n" + runReader(options.pdfinfo, {pdf}, stop).output;
+    const std::string output = "\n" + readPDF(options.pdfinfo, {pdf}, pdf, stop).output;
     constexpr std::string_view label = "\nPages:";
     // The last one: texts of the file's own stand before it.
     const std::size_t found = output.rfind(label);
@@ -185,11 +180,15 @@ private:
     std::optional<ConversionError> writeText() {
         FreshFile text(options_.output, fs::path(record_.pdf).replace_extension(".txt").string());
         if (auto error = text.prepare()) return error;
-        if (!runReader(options_.pdftotext, {"-enc", "UTF-8", pdf_.path(), text.path()}, stop_).succeeded()) {
+        const ChildEnd end =
+            readPDF(options_.pdftotext, {"-enc", "UTF-8", pdf_.path(), "-"}, pdf_.path(), stop_);
+        if (!end.succeeded()) {
             std::error_code ignored;
             fs::remove(text.place(), ignored);
             return std::nullopt;
         }
+        if (const int error = replaceFile(text.path(), end.output))
+            return batchError(BatchFileError, text.place() + ": " + std::strerror(error));
         if (auto error = text.moveIntoPlace()) return error;
         record_.text = fs::path(record_.pdf).replace_extension(".txt").string();
         return std::nullopt;

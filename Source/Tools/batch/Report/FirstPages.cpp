@@ -1,7 +1,7 @@
 #include "Source/Tools/batch/Report/FirstPages.h"
 
 #include "Platform/Engine/Process/EngineLocator.h"
-#include "Source/Tools/batch/Children/ChildProcess.h"
+#include "Source/Tools/batch/Children/PDFReader.h"
 
 #include <algorithm>
 #include <atomic>
@@ -16,23 +16,16 @@ namespace {
 constexpr const char* width = "192";
 constexpr const char* mostHeight = "256";
 
-constexpr std::chrono::seconds timeLimit{10};
-constexpr std::size_t memoryLimit = std::size_t{1} << 30;
-
 std::string pictureOf(const std::string& program, const std::string& path, const std::stop_token& stop) {
-    ChildCommand command;
-    command.program = program;
-    command.arguments = {"-q",          "-f",       "1",
-                         "-l",          "1",        "-singlefile",
-                         "-jpeg",       "-jpegopt", "quality=60,optimize=y",
-                         "-scale-to-x", width,      "-scale-to-y",
-                         "-1",          "-x",       "0",
-                         "-y",          "0",        "-W",
-                         width,         "-H",       mostHeight,
-                         path};
-    command.timeLimit = timeLimit;
-    command.memoryLimit = memoryLimit;
-    ChildEnd end = runChild(command, stop);
+    std::vector<std::string> arguments = {"-q",          "-f",       "1",
+                                          "-l",          "1",        "-singlefile",
+                                          "-jpeg",       "-jpegopt", "quality=60,optimize=y",
+                                          "-scale-to-x", width,      "-scale-to-y",
+                                          "-1",          "-x",       "0",
+                                          "-y",          "0",        "-W",
+                                          width,         "-H",       mostHeight,
+                                          path};
+    ChildEnd end = runPDFReader(program, std::move(arguments), path, stop);
     const bool isWhole = end.output.starts_with("\xFF\xD8") && end.output.ends_with("\xFF\xD9");
     return end.succeeded() && isWhole ? std::move(end.output) : std::string();
 }

@@ -5,13 +5,17 @@
 namespace qrv::batch {
 
 History::History(const std::string& folder, const Shard& shard, Keeps keeps) {
-    readRecords(folder, [&](Record record) {
+    std::unordered_map<std::string, std::size_t> files; // that the records are of
+    readRecords(folder, [&](Record record, std::size_t file) {
         if (!shard.holds(record.pdf)) return;
         if (keeps == Keeps::counts) record.missing.clear();
         Record& last = records_[record.pdf];
         // Two files may tell of one PDF, when the number of shards has changed; their times can be compared
-        // as texts.
-        if (record.finished >= last.finished) last = std::move(record);
+        // as texts. Within a file the later one counts, also if the clock was put back.
+        std::size_t& fileOfLast = files[record.pdf];
+        if (file != fileOfLast && record.finished < last.finished) return;
+        fileOfLast = file;
+        last = std::move(record);
     });
     for (const auto& [pdf, record] : records_) {
         if (record.isConverted()) byContent_.emplace(record.sha256, &record);

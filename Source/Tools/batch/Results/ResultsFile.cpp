@@ -55,14 +55,16 @@ std::string resultsName(const Shard& shard) {
     return prefix + shard.suffix() + suffix;
 }
 
-void readRecords(const std::string& folder, const std::function<void(Record)>& use) {
+void readRecords(const std::string& folder, const std::function<void(Record, std::size_t)>& use) {
+    std::size_t number = 0;
     for (const std::string& path : resultsIn(folder)) {
         std::ifstream file(path, std::ios::binary);
         if (!file) fail(path, errno);
         for (std::string line; std::getline(file, line);) {
-            if (std::optional<Record> record = recordOfLine(line)) use(std::move(*record));
+            if (std::optional<Record> record = recordOfLine(line)) use(std::move(*record), number);
         }
         if (file.bad()) fail(path, EIO);
+        ++number;
     }
 }
 

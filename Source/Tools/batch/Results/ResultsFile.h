@@ -17,7 +17,8 @@ std::string resultsName(const Shard& shard);
 
 /// Reads every record of every results file in the folder, files in the order of their names. Lines that are
 /// no records are passed by: the last one may have been cut off. Throws Failure where a file cannot be read.
-void readRecords(const std::string& folder, const std::function<void(Record)>& use);
+/// `use` gets the file's number, too.
+void readRecords(const std::string& folder, const std::function<void(Record, std::size_t)>& use);
 
 /// Open for appending, by one run at a time.
 class ResultsFile {

@@ -102,7 +102,11 @@ std::vector<Item> ArchiveList::items() && {
     std::sort(items_.begin(), items_.end(), [](const Item& one, const Item& other) {
         return std::tie(one.pdf, one.archive) < std::tie(other.pdf, other.archive);
     });
-    items_.erase(std::unique(items_.begin(), items_.end()), items_.end());
+    const auto isSame = [](const Item& one, const Item& other) {
+        return one.pdf == other.pdf &&
+               fs::path(one.archive).lexically_normal() == fs::path(other.archive).lexically_normal();
+    };
+    items_.erase(std::unique(items_.begin(), items_.end(), isSame), items_.end());
     const auto same =
         std::adjacent_find(items_.begin(), items_.end(),
                            [](const Item& one, const Item& other) { return one.pdf == other.pdf; });

@@ -31,7 +31,7 @@ protected:
 
     std::vector<std::string> read() const {
         std::vector<std::string> pdfs;
-        readRecords(folder(), [&pdfs](const Record& record) { pdfs.push_back(record.pdf); });
+        readRecords(folder(), [&pdfs](const Record& record, std::size_t) { pdfs.push_back(record.pdf); });
         return pdfs;
     }
 
@@ -98,12 +98,15 @@ TEST_F(ResultsFileTest, TheLastRecordOfAPDFCounts) {
         file.append(failed);
         file.append(recordOf("a", "2", "2")); // in the same second
         file.append(recordOf("b", "3", "5"));
+        file.append(recordOf("d", "5", "9"));
+        file.append(recordOf("d", "6", "8")); // the clock was put back
     }
     ResultsFile(folder(), {0, 2}).append(recordOf("b", "4", "4")); // of a file that is read before, and older
     const History history(folder(), {});
     EXPECT_EQ(history.of("a")->sha256, "2");
     EXPECT_EQ(history.of("b")->sha256, "3");
     EXPECT_EQ(history.of("c"), nullptr);
+    EXPECT_EQ(history.of("d")->sha256, "6");
 }
 
 TEST_F(ResultsFileTest, HistoryKnowsItsShardOnly) {

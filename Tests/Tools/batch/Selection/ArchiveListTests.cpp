@@ -115,6 +115,7 @@ TEST_F(ArchiveListTest, AListedFolderIsSearched) {
 
 TEST_F(ArchiveListTest, WhatIsListedTwiceIsOne) {
     EXPECT_EQ(listed("a.webarchive\na.webarchive\n").size(), 1u);
+    EXPECT_EQ(listed("a.webarchive\n./a.webarchive\nb/../a.webarchive\n").size(), 1u);
 }
 
 TEST_F(ArchiveListTest, TwoArchivesAreNotOnePDF) {
