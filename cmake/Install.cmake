@@ -18,6 +18,9 @@ if(WEB2PDF_BUILD_TOOL)
     install(TARGETS web2pdf RUNTIME DESTINATION ${WEB2PDF_TOOL_DIR} COMPONENT tool)
     install(FILES Documentation/containers/seccomp.json DESTINATION ${CMAKE_INSTALL_DATADIR}/web2pdf COMPONENT tool)
     install(TARGETS webarchive web2pdf-batch RUNTIME COMPONENT tools)
+    set(scaling_dir ${CMAKE_INSTALL_DATADIR}/web2pdf/scaling)
+    install(PROGRAMS Documentation/scaling/parallel.sh
+        DESTINATION ${scaling_dir} COMPONENT tools)
 endif()
 
 install(TARGETS QRVFoundationShared EXPORT QRVFoundation-shared

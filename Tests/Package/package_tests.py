@@ -167,6 +167,8 @@ class ComponentTests(PackageTestCase):
             found[name] = files_in(self.folder / name)
         self.assertIn("bin/web2pdf", found["tool"])
         self.assertIn("share/web2pdf/seccomp.json", found["tool"])
+        self.assertLessEqual({f"share/web2pdf/scaling/{path.name}" for path in (ROOT / "Documentation" / "scaling").iterdir()},
+                             found["tools"])
         self.assertEqual({path for path in found["tool"] | found["tools"] if "QRVFoundation" in path}, set())
         libraries = self.library_folder().relative_to(self.prefix)
         self.assertEqual(found["library"], {f"{libraries}/{name}" for name in (SONAME, f"libQRVFoundation.so.{VERSION}")})
