@@ -19,7 +19,7 @@ if(WEB2PDF_BUILD_TOOL)
     install(FILES Documentation/containers/seccomp.json DESTINATION ${CMAKE_INSTALL_DATADIR}/web2pdf COMPONENT tool)
     install(TARGETS webarchive web2pdf-batch RUNTIME COMPONENT tools)
     set(scaling_dir ${CMAKE_INSTALL_DATADIR}/web2pdf/scaling)
-    install(PROGRAMS Documentation/scaling/parallel.sh
+    install(PROGRAMS Documentation/scaling/parallel.sh Documentation/scaling/slurm.sh
         DESTINATION ${scaling_dir} COMPONENT tools)
 endif()
 
