@@ -21,6 +21,8 @@ if(WEB2PDF_BUILD_TOOL)
     set(scaling_dir ${CMAKE_INSTALL_DATADIR}/web2pdf/scaling)
     install(PROGRAMS Documentation/scaling/parallel.sh Documentation/scaling/slurm.sh
         DESTINATION ${scaling_dir} COMPONENT tools)
+    install(FILES Documentation/scaling/kubernetes.yaml Documentation/scaling/Containerfile
+        DESTINATION ${scaling_dir} COMPONENT tools)
 endif()
 
 install(TARGETS QRVFoundationShared EXPORT QRVFoundation-shared
