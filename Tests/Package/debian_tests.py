@@ -42,9 +42,10 @@ def make_packages(folder):
     source = folder / "source"
     source.mkdir()
     shutil.copytree(ROOT / "debian", source / "debian")
-    for name in (source / "debian" / "web2pdf.docs").read_text(encoding="utf-8").split():
-        (source / name).parent.mkdir(exist_ok=True)
-        shutil.copy(ROOT / name, source / name)
+    for listing in (source / "debian").glob("*.docs"):
+        for name in listing.read_text(encoding="utf-8").split():
+            (source / name).parent.mkdir(exist_ok=True)
+            shutil.copy(ROOT / name, source / name)
     run("dpkg-buildpackage", "-b", "-us", "-uc", "-d", cwd=source,
         env={**os.environ, "WEB2PDF_BUILD": os.environ["BUILD"], "DEB_BUILD_OPTIONS": "nocheck noautodbgsym"})
 
