@@ -72,6 +72,11 @@ class ShelfTestCase(unittest.TestCase):
     def written(self):
         return {path.stem for path in self.pdfs.rglob("*.pdf")}
 
+    def assert_report_names(self, count):
+        """So many archives, of whatever shards."""
+        report = (self.pdfs / "report.html").read_text(encoding="utf-8")
+        self.assertEqual(len({name for name in self.written() if f"{name}.pdf" in report}), count)
+
     def attempts(self):
         """How often each archive was tried, by what the shards have written down."""
         counts = {}

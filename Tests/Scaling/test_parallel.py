@@ -84,6 +84,7 @@ class ParallelTests(ShelfTestCase):
         self.assertEqual(self.written(), self.attempts().keys())
         self.assertEqual(set(self.hosts_of_shards().values()), {"one", "two", "three"})
         self.assertEqual(self.hosts_of_shards().keys(), set(range(6)))
+        self.assert_report_names(16)
 
     def test_what_fails_is_tried_by_one_host_only(self):
         self.tool_takes(0)

@@ -52,6 +52,7 @@ class SlurmTestCase(ShelfTestCase):
         self.assertEqual(set(states.values()), {("COMPLETED", "0:0")}, self.log())
         self.assertEqual(report, "COMPLETED", self.log())
         self.assertEqual(len(self.written()), count)
+        self.assert_report_names(count)
 
 
 class SlurmTests(SlurmTestCase):
