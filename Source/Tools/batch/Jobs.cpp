@@ -10,7 +10,7 @@ namespace qrv::batch {
 namespace {
 
 /// Of a usual page, measured: see Documentation/scaling.md.
-constexpr double processorSeconds = 0.6;
+constexpr double processorSeconds = 0.25;
 constexpr std::size_t memoryOfAConversion = std::size_t{200} << 20;
 
 } // namespace
