@@ -77,27 +77,7 @@ private:
         if (!std::all_of(text.view().begin(), text.view().end(), canStandInXML)) {
             throw PropertyListFailure("text with a character that XML cannot hold");
         }
-        std::string result;
-        result.reserve(bytes->size());
-        for (const char c : *bytes) {
-            switch (c) {
-            case '&':
-                result += "&amp;";
-                break;
-            case '<':
-                result += "&lt;";
-                break;
-            case '>':
-                result += "&gt;";
-                break;
-            case '\r':
-                result += "&#13;";
-                break; // a bare one would read back as a line feed
-            default:
-                result.push_back(c);
-            }
-        }
-        return result;
+        return escapedForXML(*bytes);
     }
 
     void writeNumber(const NSNumber& number, std::size_t depth) {

@@ -60,28 +60,8 @@ NSString withCharactersOfXML(const NSString& text) {
     return NSString(std::move(units));
 }
 
-/// A reader takes a carriage return that is not escaped for a line feed.
 std::string escaped(const NSString& text) {
-    std::string result;
-    for (const char character : withCharactersOfXML(text).utf8()) {
-        switch (character) {
-        case '&':
-            result += "&amp;";
-            break;
-        case '<':
-            result += "&lt;";
-            break;
-        case '>':
-            result += "&gt;";
-            break;
-        case '\r':
-            result += "&#13;";
-            break;
-        default:
-            result += character;
-        }
-    }
-    return result;
+    return escapedForXML(withCharactersOfXML(text).utf8());
 }
 
 class Packet {

@@ -1,5 +1,6 @@
 #include "Source/Tools/batch/Report/Template.h"
 
+#include "Platform/Foundation/PropertyList/XMLCharacters.h"
 #include "Source/Tools/Common/TerminalText.h"
 
 #include <stdexcept>
@@ -59,29 +60,7 @@ std::string filled(std::string_view text, const TemplateScope& scope) {
 }
 
 std::string htmlText(std::string_view text) {
-    std::string result;
-    for (const char letter : shown(text)) {
-        switch (letter) {
-        case '&':
-            result += "&amp;";
-            break;
-        case '<':
-            result += "&lt;";
-            break;
-        case '>':
-            result += "&gt;";
-            break;
-        case '"':
-            result += "&quot;";
-            break;
-        case '\'':
-            result += "&#39;";
-            break;
-        default:
-            result += letter;
-        }
-    }
-    return result;
+    return escapedForXML(shown(text), true);
 }
 
 } // namespace qrv::batch

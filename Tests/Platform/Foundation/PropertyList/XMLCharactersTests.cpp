@@ -18,5 +18,11 @@ TEST(XMLCharacters, AreAllButControlsAndTheTwoLast) {
     EXPECT_EQ(found, refused + u"\xFFFE\xFFFF");
 }
 
+TEST(XMLCharacters, AreEscaped) {
+    EXPECT_EQ(escapedForXML("a<b>&amp;\r\n\"'ä"), "a&lt;b&gt;&amp;amp;&#13;\n\"'ä");
+    EXPECT_EQ(escapedForXML("\"'<", true), "&quot;&#39;&lt;");
+    EXPECT_EQ(escapedForXML(""), "");
+}
+
 } // namespace
 } // namespace qrv
