@@ -37,7 +37,7 @@ QRV_EXPORT os_log_t os_log_create(std::string_view subsystem, std::string_view c
 QRV_EXPORT void os_log_with_type(const os_log_t& log, os_log_type_t type, std::string_view text);
 
 /// Whether there is a journal that takes entries now.
-bool hasJournal();
+QRV_EXPORT bool hasJournal();
 
 /// Replaces the journal's socket for the following entries.
 void setJournalSocketForTesting(const std::string& path);

@@ -21,8 +21,8 @@ Resources Resources::ofThisMachine() {
 
 std::size_t usualJobs(const Resources& resources, double quietPeriod) {
     const double busy = resources.processors * (1 + quietPeriod / processorSeconds);
-    const auto fitting = static_cast<double>(resources.memory / memoryOfAConversion);
-    return static_cast<std::size_t>(std::max(1.0, std::ceil(std::min(busy, fitting))));
+    const std::size_t fitting = resources.memory / memoryOfAConversion;
+    return static_cast<std::size_t>(std::max(1.0, std::ceil(std::min(busy, static_cast<double>(fitting)))));
 }
 
 std::size_t memoryLimitForEach(std::size_t machineMemory, std::size_t jobs) {

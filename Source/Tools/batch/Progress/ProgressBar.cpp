@@ -108,7 +108,7 @@ void ProgressBar::passed(const Tally& tally, std::chrono::duration<double> elaps
 }
 
 void ProgressBar::ended(const std::string& summary) {
-    stream_ << clearLine << shown(summary) << std::endl;
+    stream_ << clearLine << shown(summary) << '\n' << std::flush;
 }
 
 } // namespace qrv::batch

@@ -40,13 +40,14 @@ void ProgressLog::started(const std::string&) {}
 void ProgressLog::finished(const Record& record, Outcome outcome, const Tally& tally) {
     const std::string total = std::to_string(tally.total);
     stream_ << '[' << std::setw(static_cast<int>(total.size())) << tally.done() << '/' << total << "] "
-            << outcomeText(record, outcome) << std::endl; // whoever follows the log sees it now
+            << outcomeText(record, outcome) << '\n'
+            << std::flush; // whoever follows the log sees it now
 }
 
 void ProgressLog::passed(const Tally&, std::chrono::duration<double>) {}
 
 void ProgressLog::ended(const std::string& summary) {
-    stream_ << shown(summary) << std::endl;
+    stream_ << shown(summary) << '\n' << std::flush;
 }
 
 } // namespace qrv::batch
