@@ -66,27 +66,6 @@ Entries entriesIn(const NSArray& list) {
     return entries;
 }
 
-// For the way out of a child: a property list, and what was made into one.
-
-NSData listFrom(const PDFCatalog& catalog) {
-    std::vector<id> associated;
-    associated.reserve(catalog.associatedFiles.size());
-    for (const std::string& file : catalog.associatedFiles) associated.emplace_back(NSData(file));
-    const NSArray list({listOf(catalog.entries), listOf(catalog.names), listOf(catalog.files),
-                        NSArray(std::move(associated))});
-    return NSPropertyListSerialization::dataFromPropertyList_format_errorDescription(
-        list, NSPropertyListBinaryFormat_v1_0, nullptr);
-}
-
-std::optional<PDFCatalog> catalogFromList(const NSData& data) {
-    const auto list = as<NSArray>(NSPropertyListSerialization::propertyListWithData(data));
-    if (list.count() != 4) return std::nullopt;
-    const auto part = [&](std::size_t index) { return as<NSArray>(list.objectAtIndex(index)); };
-    PDFCatalog catalog{entriesIn(part(0)), entriesIn(part(1)), entriesIn(part(2)), {}};
-    for (std::size_t i = 0; i < part(3).count(); ++i) catalog.associatedFiles.push_back(textAt(part(3), i));
-    return catalog;
-}
-
 } // namespace
 
 std::optional<PDFCatalog> catalogOf(QPDF& document) {
@@ -112,11 +91,30 @@ std::optional<PDFCatalog> catalogOf(QPDF& document) {
     return document.anyWarnings() ? std::nullopt : std::make_optional(catalog);
 }
 
+NSData listFromCatalog(const PDFCatalog& catalog) {
+    std::vector<id> associated;
+    associated.reserve(catalog.associatedFiles.size());
+    for (const std::string& file : catalog.associatedFiles) associated.emplace_back(NSData(file));
+    const NSArray list({listOf(catalog.entries), listOf(catalog.names), listOf(catalog.files),
+                        NSArray(std::move(associated))});
+    return NSPropertyListSerialization::dataFromPropertyList_format_errorDescription(
+        list, NSPropertyListBinaryFormat_v1_0, nullptr);
+}
+
+std::optional<PDFCatalog> catalogFromList(const NSData& data) {
+    const auto list = as<NSArray>(NSPropertyListSerialization::propertyListWithData(data));
+    if (list.count() != 4) return std::nullopt;
+    const auto part = [&](std::size_t index) { return as<NSArray>(list.objectAtIndex(index)); };
+    PDFCatalog catalog{entriesIn(part(0)), entriesIn(part(1)), entriesIn(part(2)), {}};
+    for (std::size_t i = 0; i < part(3).count(); ++i) catalog.associatedFiles.push_back(textAt(part(3), i));
+    return catalog;
+}
+
 std::optional<PDFCatalog> catalogOfPDF(const NSData& bytes) {
     const auto list = workOnPDF("reading a PDF's catalog", bytes.length(), [&](std::string&) {
         const auto document = openPDF(bytes);
         const auto catalog = document ? catalogOf(*document) : std::nullopt;
-        return catalog ? listFrom(*catalog) : NSData();
+        return catalog ? listFromCatalog(*catalog) : NSData();
     });
     return list ? catalogFromList(*list) : std::nullopt;
 }

@@ -24,11 +24,17 @@ struct PDFCatalog {
     std::map<std::string, std::string> files;
     /// The specifications of the files that are associated with the document.
     std::vector<std::string> associatedFiles;
+
+    bool operator==(const PDFCatalog&) const = default;
 };
 
 /// Nothing for a catalog that cannot be replaced: it is no object of its own, or damage shows when it is read
 /// with what belongs to it. Throws what the PDF library throws.
 std::optional<PDFCatalog> catalogOf(QPDF& document);
+
+/// For the way out of a child: a property list, and what was made into one; nothing for other bytes.
+NSData listFromCatalog(const PDFCatalog& catalog);
+std::optional<PDFCatalog> catalogFromList(const NSData& data);
 
 /// Reads it in a confined child; nothing also where `openPDF` refuses the file, or it is too much for the
 /// child.

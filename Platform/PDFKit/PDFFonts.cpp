@@ -46,22 +46,19 @@ std::set<std::string> fontsOf(const QPDFObjectHandle& page) {
     return names;
 }
 
-} // namespace
+/// For the way out of a child: a line for each name, and an empty one at the end of each page.
+std::string textOf(const std::vector<std::vector<std::string>>& pages) {
+    std::string lines;
+    for (const std::vector<std::string>& names : pages) {
+        for (const std::string& name : names) lines += name + "\n";
+        lines += "\n";
+    }
+    return lines;
+}
 
-std::vector<std::vector<std::string>> fontsOfPages(const NSData& bytes) {
-    const auto told = workOnPDF("reading the fonts of a PDF", bytes.length(), [&](std::string&) {
-        std::string lines;
-        const auto document = openPDF(bytes);
-        if (!document) return NSData();
-        for (const QPDFObjectHandle& page : document->getAllPages()) {
-            for (const std::string& name : fontsOf(page)) lines += name + "\n";
-            lines += "\n";
-        }
-        return NSData(std::move(lines));
-    });
+std::vector<std::vector<std::string>> fontsInText(const std::string& text) {
     std::vector<std::vector<std::string>> pages;
-    if (!told || !*told) return pages;
-    std::istringstream lines{std::string(told->bytes())};
+    std::istringstream lines{text};
     std::vector<std::string> names;
     for (std::string line; std::getline(lines, line);) {
         if (!line.empty()) {
@@ -72,6 +69,25 @@ std::vector<std::vector<std::string>> fontsOfPages(const NSData& bytes) {
         }
     }
     return pages;
+}
+
+} // namespace
+
+std::vector<std::vector<std::string>> fontsIn(QPDF& document) {
+    std::vector<std::vector<std::string>> pages;
+    for (const QPDFObjectHandle& page : document.getAllPages()) {
+        const std::set<std::string> names = fontsOf(page);
+        pages.emplace_back(names.begin(), names.end());
+    }
+    return pages;
+}
+
+std::vector<std::vector<std::string>> fontsOfPages(const NSData& bytes) {
+    const auto told = workOnPDF("reading the fonts of a PDF", bytes.length(), [&](std::string&) {
+        const auto document = openPDF(bytes);
+        return document ? NSData(textOf(fontsIn(*document))) : NSData();
+    });
+    return told && *told ? fontsInText(std::string(told->bytes())) : std::vector<std::vector<std::string>>();
 }
 
 } // namespace qrv

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+class QPDF;
+
 namespace qrv {
 
 /// For each page the names of the fonts in its resources, in ascending order and each once, such as
@@ -14,5 +16,8 @@ namespace qrv {
 /// out. Empty for bytes that are no PDF or too much for the limits, which is logged. Read in a confined
 /// child.
 std::vector<std::vector<std::string>> fontsOfPages(const NSData& bytes);
+
+/// The same of a document that is open. Throws what the PDF library throws.
+std::vector<std::vector<std::string>> fontsIn(QPDF& document);
 
 } // namespace qrv

@@ -22,11 +22,15 @@ std::string withEntries(const std::string& entries, const std::vector<std::strin
     return makePDF(objects);
 }
 
-/// By way of a child.
+/// In this process and in a confined child.
 PDFCatalog catalogOf(const std::string& file) {
-    const auto catalog = catalogOfPDF(NSData(file));
+    const auto document = openPDF(NSData(file));
+    const auto catalog = document ? qrv::catalogOf(*document) : std::nullopt;
     EXPECT_TRUE(catalog);
-    return catalog.value_or(PDFCatalog());
+    EXPECT_EQ(catalogOfPDF(NSData(file)), catalog);
+    if (!catalog) return {};
+    EXPECT_EQ(catalogFromList(listFromCatalog(*catalog)), catalog);
+    return *catalog;
 }
 
 TEST(PDFCatalog, HasAllEntriesInTheirForm) {

@@ -1,14 +1,25 @@
 #include "Platform/PDFKit/PDFFonts.h"
 
+#include "Platform/PDFKit/PDFFile.h"
 #include "Tests/Platform/PDFKit/SamplePDF.h"
 
 #include <gmock/gmock.h>
+#include <qpdf/QPDF.hh>
 
 namespace qrv {
 namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+
+/// In this process and in a confined child.
+std::vector<std::vector<std::string>> fontsOf(const std::string& file) {
+    const auto document = openPDF(NSData(file));
+    if (!document) return {{"not opened"}};
+    const auto fonts = fontsIn(*document);
+    EXPECT_EQ(fontsOfPages(NSData(file)), fonts);
+    return fonts;
+}
 
 TEST(FontsOfPages, AreNamedForEachPageOnceAndInOrder) {
     const std::string file = makePDF({
@@ -20,7 +31,7 @@ TEST(FontsOfPages, AreNamedForEachPageOnceAndInOrder) {
         "<</Type/Font/Subtype/TrueType/BaseFont/ABCDEF+SomeSerif>>",
         "<</Type/Font/Subtype/Type1/BaseFont/Helvetica>>",
     });
-    EXPECT_THAT(fontsOfPages(NSData(file)),
+    EXPECT_THAT(fontsOf(file),
                 ElementsAre(ElementsAre("Helvetica", "SomeSerif"), IsEmpty(), ElementsAre("SomeSerif")));
 }
 
@@ -32,7 +43,7 @@ TEST(FontsOfPages, FontsOfDrawingsAreNamedByTheirDescriptor) {
         "<</Type/Font/Subtype/Type3/FontDescriptor<</FontName/GHIJKL+Emoji>>>>",
         "<</Type/Font/Subtype/Type3>>",
     });
-    EXPECT_THAT(fontsOfPages(NSData(file)), ElementsAre(ElementsAre("Emoji")));
+    EXPECT_THAT(fontsOf(file), ElementsAre(ElementsAre("Emoji")));
 }
 
 TEST(FontsOfPages, WhatIsNoPDFHasNone) {
