@@ -46,19 +46,29 @@ std::set<std::string> fontsOf(const QPDFObjectHandle& page) {
     return names;
 }
 
-/// For the way out of a child: a line for each name, and an empty one at the end of each page.
-std::string textOf(const std::vector<std::vector<std::string>>& pages) {
+} // namespace
+
+std::vector<std::vector<std::string>> fontsIn(QPDF& document) {
+    std::vector<std::vector<std::string>> pages;
+    for (const QPDFObjectHandle& page : document.getAllPages()) {
+        const std::set<std::string> names = fontsOf(page);
+        pages.emplace_back(names.begin(), names.end());
+    }
+    return pages;
+}
+
+NSData listFromFonts(const std::vector<std::vector<std::string>>& pages) {
     std::string lines;
     for (const std::vector<std::string>& names : pages) {
         for (const std::string& name : names) lines += name + "\n";
         lines += "\n";
     }
-    return lines;
+    return NSData(std::move(lines));
 }
 
-std::vector<std::vector<std::string>> fontsInText(const std::string& text) {
+std::vector<std::vector<std::string>> fontsFromList(const NSData& list) {
     std::vector<std::vector<std::string>> pages;
-    std::istringstream lines{text};
+    std::istringstream lines{std::string(list.bytes())};
     std::vector<std::string> names;
     for (std::string line; std::getline(lines, line);) {
         if (!line.empty()) {
@@ -71,23 +81,12 @@ std::vector<std::vector<std::string>> fontsInText(const std::string& text) {
     return pages;
 }
 
-} // namespace
-
-std::vector<std::vector<std::string>> fontsIn(QPDF& document) {
-    std::vector<std::vector<std::string>> pages;
-    for (const QPDFObjectHandle& page : document.getAllPages()) {
-        const std::set<std::string> names = fontsOf(page);
-        pages.emplace_back(names.begin(), names.end());
-    }
-    return pages;
-}
-
 std::vector<std::vector<std::string>> fontsOfPages(const NSData& bytes) {
-    const auto told = workOnPDF("reading the fonts of a PDF", bytes.length(), [&](std::string&) {
+    const auto list = workOnPDF("reading the fonts of a PDF", bytes.length(), [&](std::string&) {
         const auto document = openPDF(bytes);
-        return document ? NSData(textOf(fontsIn(*document))) : NSData();
+        return document ? listFromFonts(fontsIn(*document)) : NSData();
     });
-    return told && *told ? fontsInText(std::string(told->bytes())) : std::vector<std::vector<std::string>>();
+    return list && *list ? fontsFromList(*list) : std::vector<std::vector<std::string>>();
 }
 
 } // namespace qrv

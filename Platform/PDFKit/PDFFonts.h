@@ -20,4 +20,9 @@ std::vector<std::vector<std::string>> fontsOfPages(const NSData& bytes);
 /// The same of a document that is open. Throws what the PDF library throws.
 std::vector<std::vector<std::string>> fontsIn(QPDF& document);
 
+/// For the way out of a child: a line for each name and an empty one at the end of each page; and what was
+/// made into that.
+NSData listFromFonts(const std::vector<std::vector<std::string>>& pages);
+std::vector<std::vector<std::string>> fontsFromList(const NSData& list);
+
 } // namespace qrv

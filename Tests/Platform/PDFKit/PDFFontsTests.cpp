@@ -17,6 +17,7 @@ std::vector<std::vector<std::string>> fontsOf(const std::string& file) {
     const auto document = openPDF(NSData(file));
     if (!document) return {{"not opened"}};
     const auto fonts = fontsIn(*document);
+    EXPECT_EQ(fontsFromList(listFromFonts(fonts)), fonts);
     EXPECT_EQ(fontsOfPages(NSData(file)), fonts);
     return fonts;
 }
