@@ -86,6 +86,14 @@ std::optional<NSData> workOnPDF(const char* purpose, std::size_t length, const C
     return std::nullopt;
 }
 
+std::optional<NSData> workOnDocument(const char* purpose, const NSData& bytes,
+                                     const std::function<NSData(QPDF&)>& work) {
+    return workOnPDF(purpose, bytes.length(), [&](std::string&) {
+        const auto document = openPDF(bytes);
+        return document ? work(*document) : NSData();
+    });
+}
+
 NSData makeFromPDF(const char* purpose, std::size_t length, const PDFMaking& making) {
     const auto made = workOnPDF(purpose, length, [&](std::string& notes) {
         PDFEnding ending;
@@ -111,10 +119,8 @@ bool mayBeReadablePDF(const NSData& bytes) {
 
 std::optional<PDFEnding> endingOfPDF(const NSData& bytes) {
     if (const auto known = lastFile().endingOf(bytes)) return *known;
-    const auto list = workOnPDF("reading a PDF", bytes.length(), [&](std::string&) {
-        const auto document = openPDF(bytes);
-        return document ? listFromEnding(endingOf(*document, bytes)) : NSData();
-    });
+    const auto list = workOnDocument(
+        "reading a PDF", bytes, [&](QPDF& document) { return listFromEnding(endingOf(document, bytes)); });
     return list ? endingFromList(*list) : std::nullopt;
 }
 

@@ -6,6 +6,7 @@
 #include "Platform/Confinement/ConfinedWork.h"
 #include "Platform/PDFKit/PDFEnding.h"
 
+#include <functional>
 #include <optional>
 
 namespace qrv {
@@ -18,6 +19,10 @@ ConfinedLimits limitsForPDF(std::size_t length);
 /// when it failed, which is logged: "PURPOSE was ended by signal 11 (Segmentation fault)". Each line of the
 /// work's notes is logged.
 std::optional<NSData> workOnPDF(const char* purpose, std::size_t length, const ConfinedWork& work);
+
+/// The same for work on the document that `openPDF` makes of these bytes; nil where it refuses them.
+std::optional<NSData> workOnDocument(const char* purpose, const NSData& bytes,
+                                     const std::function<NSData(QPDF&)>& work);
 
 /// What makes another PDF of files: returns its bytes, or nil, and tells their ending.
 using PDFMaking = std::function<NSData(std::string& notes, PDFEnding& ending)>;

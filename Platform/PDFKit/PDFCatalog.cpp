@@ -3,7 +3,6 @@
 #include "Platform/Foundation/NSArray.h"
 #include "Platform/Foundation/NSPropertyListSerialization.h"
 #include "Platform/PDFKit/ConfinedPDF.h"
-#include "Platform/PDFKit/PDFFile.h"
 
 #include <qpdf/QPDF.hh>
 #include <set>
@@ -111,9 +110,8 @@ std::optional<PDFCatalog> catalogFromList(const NSData& data) {
 }
 
 std::optional<PDFCatalog> catalogOfPDF(const NSData& bytes) {
-    const auto list = workOnPDF("reading a PDF's catalog", bytes.length(), [&](std::string&) {
-        const auto document = openPDF(bytes);
-        const auto catalog = document ? catalogOf(*document) : std::nullopt;
+    const auto list = workOnDocument("reading a PDF's catalog", bytes, [](QPDF& document) {
+        const auto catalog = catalogOf(document);
         return catalog ? listFromCatalog(*catalog) : NSData();
     });
     return list ? catalogFromList(*list) : std::nullopt;

@@ -1,7 +1,6 @@
 #include "Platform/PDFKit/PDFFonts.h"
 
 #include "Platform/PDFKit/ConfinedPDF.h"
-#include "Platform/PDFKit/PDFFile.h"
 
 #include <qpdf/QPDF.hh>
 #include <qpdf/QPDFObjectHandle.hh>
@@ -82,10 +81,8 @@ std::vector<std::vector<std::string>> fontsFromList(const NSData& list) {
 }
 
 std::vector<std::vector<std::string>> fontsOfPages(const NSData& bytes) {
-    const auto list = workOnPDF("reading the fonts of a PDF", bytes.length(), [&](std::string&) {
-        const auto document = openPDF(bytes);
-        return document ? listFromFonts(fontsIn(*document)) : NSData();
-    });
+    const auto list = workOnDocument("reading the fonts of a PDF", bytes,
+                                     [](QPDF& document) { return listFromFonts(fontsIn(document)); });
     return list && *list ? fontsFromList(*list) : std::vector<std::vector<std::string>>();
 }
 
