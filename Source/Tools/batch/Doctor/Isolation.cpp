@@ -126,12 +126,24 @@ Finding privilegesOf(const Processes& processes) {
             "Convert nothing here before this is understood, and report it."};
 }
 
+/// Processes of pages; without those that were seen for a moment only, and may not have got to their sandbox.
+Processes renderersOf(const SampleRun& run) {
+    int most = 0;
+    Processes renderers;
+    for (const EngineProcess& process : run.processes) {
+        if (process.type != "renderer") continue;
+        most = std::max(most, process.looks);
+        renderers.push_back(process);
+    }
+    std::erase_if(renderers, [most](const EngineProcess& process) { return 2 * process.looks < most; });
+    return renderers;
+}
+
 /// The engine's own sandbox gives its page processes namespaces of their own, and more filters.
 Finding sandboxOf(const SampleRun& run, const EngineProcess& engine) {
     Finding finding{area, "engine's own sandbox", Mark::note, {}, {}, {}};
     std::optional<bool> isInside;
-    for (const EngineProcess& process : run.processes) {
-        if (process.type != "renderer") continue;
+    for (const EngineProcess& process : renderersOf(run)) {
         const auto differs = [&](const char* name) {
             const auto own = process.namespaces.find(name);
             const auto outer = engine.namespaces.find(name);

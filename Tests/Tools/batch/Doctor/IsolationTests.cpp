@@ -39,6 +39,18 @@ Finding found(const SampleRun& run, const std::string& check) {
     return findingOf(examineIsolation(run), check);
 }
 
+TEST(Isolation, AProcessOfAMomentHasNotGotToItsSandbox) {
+    SampleRun run = confinedRun();
+    run.processes[1].looks = 40;
+    EngineProcess other = run.processes[0];
+    other.type = "renderer";
+    other.looks = 1;
+    run.processes.push_back(other);
+    EXPECT_EQ(found(run, "engine's own sandbox").mark, Mark::ok);
+    run.processes[2].looks = 39;
+    EXPECT_EQ(found(run, "engine's own sandbox").mark, Mark::note);
+}
+
 TEST(Isolation, IsFineWhereEveryProtectionIsThere) {
     for (const char* check :
          {"network", "interfaces", "namespaces", "system calls", "privileges", "engine's own sandbox"})

@@ -122,7 +122,9 @@ void EngineWatching::look() {
         if (state.user < 0) continue; // it is gone
         // What ends meanwhile loses its network first; it has been seen before.
         EngineProcess& known = seen_[process.pid];
+        const int looks = known.looks + 1;
         if (state.interfacesAreKnown || !known.interfacesAreKnown) known = std::move(state);
+        known.looks = looks;
     }
 }
 

@@ -31,6 +31,7 @@ struct EngineProcess {
     /// The network's interfaces but for "lo"; nothing can be reached without any.
     std::set<std::string> interfaces;
     bool interfacesAreKnown = false;
+    int looks = 0; ///< how often it was seen
 };
 
 /// From its making on a thread looks at the engine below this process, every few milliseconds.
