@@ -29,7 +29,7 @@ std::string syntaxOfString(const std::string& bytes) {
     return QPDFObjectHandle::newString(bytes).unparse();
 }
 
-std::string specificationOf(const PDFAttachment& file, const std::string& embedded) {
+std::string fileDictionaryOf(const PDFAttachment& file, const std::string& embedded) {
     const std::string name = syntaxOfText(file.name);
     return "<< /Type /Filespec /F " + name + " /UF " + name + " /Desc " + syntaxOfText(file.description) +
            " /AFRelationship /Source /EF << /F " + embedded + " R /UF " + embedded + " R >> >>";

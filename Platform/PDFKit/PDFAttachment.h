@@ -37,8 +37,8 @@ std::string nameInTree(const NSString& name);
 /// The bytes of a string in PDF syntax.
 std::string syntaxOfString(const std::string& bytes);
 
-/// The file specification, in PDF syntax, of what is embedded as this object ("7 0").
-std::string specificationOf(const PDFAttachment& file, const std::string& embedded);
+/// The dictionary, in PDF syntax, of the file that is embedded as this object ("7 0").
+std::string fileDictionaryOf(const PDFAttachment& file, const std::string& embedded);
 
 /// The entries of the embedded file's dictionary, in PDF syntax, but for those that compression brings: type,
 /// length, date and MD5 of the contents, which are read for it once.

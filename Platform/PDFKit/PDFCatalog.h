@@ -19,10 +19,10 @@ struct PDFCatalog {
     std::map<std::string, std::string> entries;
     /// The entries of its name dictionary, in PDF syntax, but for that of the files.
     std::map<std::string, std::string> names;
-    /// The specifications of the files that are embedded, in PDF syntax, by name: bytes, in the order of a
+    /// The dictionaries of the files that are embedded, in PDF syntax, by name: bytes, in the order of a
     /// name tree. What is damaged in their tree is left out.
     std::map<std::string, std::string> files;
-    /// The specifications of the files that are associated with the document.
+    /// The dictionaries of the files that are associated with the document.
     std::vector<std::string> associatedFiles;
 
     bool operator==(const PDFCatalog&) const = default;

@@ -84,16 +84,16 @@ private:
     void addAttachment(PDFAttachment file, PDFCatalog& catalog) {
         file.name = freeName(catalog, file.name);
         const std::string embedded = addEmbedded(file);
-        const std::string specification = newObject();
-        add(specification, specificationOf(file, embedded));
-        catalog.files[nameInTree(file.name)] = specification + " R";
+        const std::string dictionary = newObject();
+        add(dictionary, fileDictionaryOf(file, embedded));
+        catalog.files[nameInTree(file.name)] = dictionary + " R";
         std::string tree = "<< /Names [ ";
         for (const auto& [name, value] : catalog.files) tree += syntaxOfString(name) + " " + value + " ";
         catalog.names["/EmbeddedFiles"] = tree + "] >>";
         catalog.entries["/Names"] = dictionaryOf(catalog.names);
         std::string associated = "[ ";
         for (const std::string& other : catalog.associatedFiles) associated += other + " ";
-        catalog.entries["/AF"] = associated + specification + " R ]";
+        catalog.entries["/AF"] = associated + dictionary + " R ]";
     }
 
     /// Nobody knows how long it will be before it is written: its length is an object behind it.
