@@ -56,6 +56,10 @@ std::optional<std::string> programInPath(std::string_view directories, std::stri
     return std::nullopt;
 }
 
+std::optional<std::string> programInPath(std::string_view name) {
+    return programInPath(environmentValue("PATH"), name);
+}
+
 std::optional<std::string> locateEngine(const EngineSearch& search) {
     if (!search.chosen.empty())
         return isExecutableFile(search.chosen) ? std::optional(search.chosen) : std::nullopt;

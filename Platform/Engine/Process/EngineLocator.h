@@ -24,6 +24,9 @@ struct EngineSearch {
 /// Relative directories do not count.
 std::optional<std::string> programInPath(std::string_view directories, std::string_view name);
 
+/// The same for the directories of PATH.
+std::optional<std::string> programInPath(std::string_view name);
+
 /// Returns the path of the first executable file, or nothing.
 std::optional<std::string> locateEngine(const EngineSearch& search);
 

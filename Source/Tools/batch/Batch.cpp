@@ -15,6 +15,10 @@ Batch::Batch(const std::vector<Item>& items, std::size_t jobs, const ConversionO
     tally_.total = items.size();
 }
 
+Batch::~Batch() {
+    stop();
+}
+
 void Batch::start() {
     start_ = std::chrono::steady_clock::now();
     const std::size_t count = std::min(jobs_, items_.size());

@@ -25,6 +25,8 @@ public:
           const Resumption& resumption, ResultsFile& results, Progress& progress);
     Batch(const Batch&) = delete;
     Batch& operator=(const Batch&) = delete;
+    /// Stops what is under way.
+    ~Batch();
 
     /// Begins; returns at once.
     void start();

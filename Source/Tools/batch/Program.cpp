@@ -45,16 +45,13 @@ double quietPeriod() {
         NSUserDefaults::standardUserDefaults(), u"WebToolExtraLoadingTime", QuillvaneSettingsDomain, usual));
 }
 
-std::string inPath(const std::string& program, const std::string& first = "") {
-    const char* const path = std::getenv("PATH");
-    return engine::programInPath(first + ":" + (path ? path : ""), program).value_or("");
-}
-
 /// Empty if there is none.
 std::string findTool(const Options& options) {
     std::error_code unknown;
     if (options.tool) return fs::absolute(*options.tool, unknown).string();
-    return inPath("web2pdf", fs::read_symlink("/proc/self/exe", unknown).parent_path().string());
+    const fs::path own = fs::read_symlink("/proc/self/exe", unknown).parent_path();
+    const auto beside = engine::programInPath(own.string(), "web2pdf");
+    return beside ? *beside : engine::programInPath("web2pdf").value_or("");
 }
 
 bool isProgram(const std::string& path) {
@@ -105,8 +102,8 @@ ConversionOptions conversionFor(const Options& options, std::size_t jobs) {
     conversion.writesText = options.writesText || setting(u"Web2PDFBatchWritesText");
     if (!std::getenv("WEB2PDF_MEMORY_LIMIT"))
         conversion.memoryLimit = memoryLimitForEach(engine::machineMemory(), jobs);
-    conversion.pdfinfo = inPath("pdfinfo");
-    conversion.pdftotext = inPath("pdftotext");
+    conversion.pdfinfo = engine::programInPath("pdfinfo").value_or("");
+    conversion.pdftotext = engine::programInPath("pdftotext").value_or("");
     if (conversion.writesText && conversion.pdftotext.empty())
         throw UsageError("there is no pdftotext for the text; it is in the package poppler-utils");
     return conversion;

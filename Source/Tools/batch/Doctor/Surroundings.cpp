@@ -51,7 +51,7 @@ Finding journal() {
 }
 
 Finding reader(const std::string& name, const std::string& purpose) {
-    const auto path = engine::programInPath(variable("PATH"), name);
+    const auto path = engine::programInPath(name);
     if (path) return {"programs", name, Mark::ok, *path + ", which " + purpose, {}, {{"path", *path}}};
     return {"programs",
             name,

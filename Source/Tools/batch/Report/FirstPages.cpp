@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstdlib>
 #include <thread>
 
 namespace qrv::batch {
@@ -33,8 +32,7 @@ std::string pictureOf(const std::string& program, const std::string& path, const
 } // namespace
 
 std::optional<std::string> pictureProgram() {
-    const char* path = std::getenv("PATH");
-    return engine::programInPath(path ? path : "", "pdftoppm");
+    return engine::programInPath("pdftoppm");
 }
 
 std::vector<std::string> picturesOfFirstPages(const std::string& program,
