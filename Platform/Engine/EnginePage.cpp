@@ -398,7 +398,8 @@ std::string EnginePage::storedLink(const std::string& link) const {
     return address_ ? address_->storedURL(link) : link;
 }
 
-/// Makes a function that hands on what it is called with first: the answer or, after answerLimit, nil.
+/// Makes a function that hands on what it is called with first: the answer or, after answerLimit, nil. What
+/// an engine that has ended did not answer is not handed on: the load has failed, which is told next.
 std::function<void(NSString)> EnginePage::onceInTime(std::function<void(NSString)> answer) {
     const auto once = std::make_shared<std::function<void(NSString)>>(std::move(answer));
     const auto timer = answerTimers_.emplace(answerTimers_.end());
@@ -406,7 +407,7 @@ std::function<void(NSString)> EnginePage::onceInTime(std::function<void(NSString
         const auto waiting = std::exchange(*once, nullptr);
         if (!waiting) return;
         answerTimers_.erase(timer);
-        waiting(text);
+        if (!devTools_->isClosed()) waiting(text);
     };
     *timer = loop_.scheduleTimer(answerLimit, [reply] { reply({}); });
     return reply;

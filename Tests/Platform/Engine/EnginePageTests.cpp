@@ -509,6 +509,17 @@ TEST_F(EnginePageTest, AnEngineThatDiesFailsThePage) {
     EXPECT_THAT(owner_.lastError.localizedDescription().utf8(), HasSubstr("web engine ended"));
 }
 
+TEST_F(EnginePageTest, AnEngineThatDiesWhileThePageIsAskedForItsTitleDoesNotFinishTheLoad) {
+    open();
+    const std::string loops = "<p>Text<script>onload = () => setTimeout(() => { for (;;); })</script>";
+    page_->loadArchive(makeArchive({{"http://a.example/", "<!DOCTYPE html>" + loops}}));
+    ASSERT_TRUE(waitFor("committed main http://a.example/ text/html"));
+    linger(); // the load has ended and the question waits
+    for (const pid_t pid : processesOf("--remote-debugging-pipe")) ::kill(pid, SIGKILL);
+    EXPECT_TRUE(waitFor("failed main -1005"));
+    EXPECT_THAT(owner_.calls, Not(Contains("finished main")));
+}
+
 TEST_F(EnginePageTest, AnEngineThatIsNotInstalledFailsThePage) {
     useEngine(directory_.path() / "nothing");
     open();
