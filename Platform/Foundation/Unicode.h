@@ -64,7 +64,7 @@ std::size_t decomposedLength(std::u16string_view text);
 std::u16string compatibilityForm(std::u16string_view text);
 
 /// The text with U+FFFD for every character that is not seen but does something, to a terminal or to the text
-/// around it: controls, line breaks, directions, unpaired surrogates.
+/// around it: controls, line breaks, directions, unpaired surrogates. What joins and parts letters stays.
 std::u16string withoutControls(std::u16string_view text);
 /// The columns that the text takes on a terminal: two for each wide character of East Asia, none for marks.
 std::size_t columns(std::u16string_view text);

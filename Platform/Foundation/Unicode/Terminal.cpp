@@ -18,14 +18,19 @@ void visitCharacters(std::u16string_view text, Visit visit) {
     }
 }
 
+/// Persian, the scripts of India and families of emoji are not spelt without them.
+bool isJoiner(UChar32 character) {
+    return character == 0x200C || character == 0x200D;
+}
+
 } // namespace
 
 std::u16string withoutControls(std::u16string_view text) {
     constexpr uint32_t controls = U_GC_CC_MASK | U_GC_CF_MASK | U_GC_ZL_MASK | U_GC_ZP_MASK | U_GC_CS_MASK;
     std::u16string result;
     visitCharacters(text, [&](UChar32 character, std::size_t start, std::size_t end) {
-        const bool isSeen = (U_GET_GC_MASK(character) & controls) == 0;
-        result += isSeen ? text.substr(start, end - start) : u"\uFFFD";
+        const bool isHarmless = (U_GET_GC_MASK(character) & controls) == 0 || isJoiner(character);
+        result += isHarmless ? text.substr(start, end - start) : u"\uFFFD";
     });
     return result;
 }

@@ -10,7 +10,7 @@
 namespace qrv {
 
 /// The text in UTF-8 with U+FFFD for each control or formatting character, line breaks among them, and for
-/// bytes that are no UTF-8.
+/// bytes that are no UTF-8. Zero-width joiners and non-joiners stay.
 std::string shown(std::string_view text);
 
 /// The same, cut to these columns: what is longer ends in "…".

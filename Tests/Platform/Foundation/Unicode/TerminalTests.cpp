@@ -6,7 +6,9 @@ namespace qrv::unicode {
 namespace {
 
 TEST(UnicodeWithoutControls, KeepsWhatIsSeen) {
-    for (const char16_t* text : {u"", u"plain text", u"Größe", u"日本語", u"\U0001F600", u"a\u0301"}) {
+    for (const char16_t* text :
+         {u"", u"plain text", u"Größe", u"日本語", u"\U0001F600", u"a\u0301",
+          u"\u0645\u06CC\u200C\u062E\u0648\u0627\u0647\u0645", u"\U0001F469\u200D\U0001F467"}) {
         EXPECT_EQ(withoutControls(text), text);
     }
 }
