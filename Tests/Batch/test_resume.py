@@ -59,6 +59,16 @@ class ResumeTests(BatchTestCase):
         self.run_batch("in")
         self.assertEqual(self.called(), 0)
 
+    def test_copy_tells_what_is_missing(self):
+        self.archive("a", fake_tool.lacks(3, ["image http://site.example/a.png", "style sheet http://site.example/b"]))
+        self.resume(calls=1)
+        (self.sources / "a.webarchive").rename(self.sources / "new.webarchive")
+        self.run_batch("in")
+        self.assertEqual(self.called(), 0)
+        before, after = (self.records()[name] for name in ("a.pdf", "new.pdf"))
+        self.assertEqual((after["missing_count"], after["missing"]), (3, before["missing"]))
+        self.assertEqual(len(after["missing"]), 2)
+
     def test_renamed_archive_whose_pdf_is_not_whole_is_converted(self):
         (self.sources / "b").rename(self.sources / "new")
         (self.output / "b" / "c.pdf").write_text("something else")

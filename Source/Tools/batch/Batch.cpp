@@ -64,7 +64,7 @@ void Batch::convertOne(const Item& item) {
     }
     const Record wanted = recordToBe(item, conversion_);
     if (const auto known = resumption_.known(wanted)) return finish(known->record, known->outcome, false);
-    if (const Record* const same = resumption_.sameContent(wanted)) {
+    if (const auto same = resumption_.sameContent(wanted)) {
         if (const auto copied = copyConverted(*same, wanted, conversion_))
             return finish(*copied, Outcome::convertedBefore, true);
     }

@@ -114,15 +114,16 @@ std::size_t jobsFor(const Options& options) {
     return usualJobs(Resources::ofThisMachine(), quietPeriod());
 }
 
-History historyFor(const Options& options, const Shard& shard) {
-    return options.convertsAnew ? History() : History(*options.output, shard);
+Repeats repeatsFor(const Options& options) {
+    if (options.convertsAnew) return Repeats::everything;
+    return options.retriesFailed ? Repeats::failures : Repeats::nothing;
 }
 
 /// What a run would do, a line for each archive.
 int showPlan(const std::vector<Item>& items, const Options& options, const Shard& shard) {
     const ConversionOptions conversion = conversionFor(options, jobsFor(options));
-    const History history = historyFor(options, shard);
-    const Resumption resumption(history, conversion, options.retriesFailed);
+    const History history(*options.output, shard);
+    const Resumption resumption(history, conversion, repeatsFor(options));
     for (const Item& item : items) {
         const auto known = resumption.known(recordToBe(item, conversion));
         if (options.isQuiet) continue;
@@ -140,8 +141,8 @@ int convertAll(const std::vector<Item>& items, const Options& options, const Sha
     Interruption interruption; // before there are threads, like the next
     allowManyChildren();
     ResultsFile results(*options.output, shard);
-    const History history = historyFor(options, shard);
-    const Resumption resumption(history, conversion, options.retriesFailed);
+    const History history(*options.output, shard);
+    const Resumption resumption(history, conversion, repeatsFor(options));
     const auto progress = makeProgress(Terminal::ofStandardOutput(), options.isQuiet);
     Batch batch(items, jobs, conversion, resumption, results, *progress);
     batch.start();

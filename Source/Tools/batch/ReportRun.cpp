@@ -14,11 +14,12 @@ using namespace std::chrono_literals;
 
 namespace {
 
-void makeReport(std::vector<Record> records, const Options& options, std::size_t jobs,
-                Interruption& interruption) {
+void makeReport(std::vector<ReportItem> items, const History& history, const Options& options,
+                std::size_t jobs, Interruption& interruption) {
     std::stop_source stop;
     std::future<void> made = std::async(std::launch::async, [&] {
-        writeReport(*options.report, {std::move(records), *options.output, jobs}, stop.get_token());
+        const auto whole = [&history](const Record& record) { return history.whole(record); };
+        writeReport(*options.report, {std::move(items), whole, *options.output, jobs}, stop.get_token());
     });
     while (made.wait_for(100ms) != std::future_status::ready) {
         if (interruption.waitFor(0ms)) stop.request_stop();
@@ -36,24 +37,21 @@ void requireReport(const Options& options) {
 
 void reportOn(const std::vector<Item>& items, const Options& options, std::size_t jobs,
               Interruption& interruption) {
-    const History history(*options.output, {}, History::Keeps::everything);
-    std::vector<Record> records;
+    const History history(*options.output, {});
+    std::vector<ReportItem> reported;
     for (const Item& item : items) {
-        const Record* const record = history.of(item.pdf);
-        if (!record) continue;
-        records.push_back(*record);
-        records.back().archive = item.archive;
+        if (const Record* const record = history.of(item.pdf)) reported.push_back({item.archive, record});
     }
-    makeReport(std::move(records), options, jobs, interruption);
+    makeReport(std::move(reported), history, options, jobs, interruption);
 }
 
 int reportOnFolder(const Options& options, std::size_t jobs) {
     Interruption interruption; // before there are threads
-    const History history(*options.output, {}, History::Keeps::everything);
-    if (history.records().empty()) throw Failure("there are no results in " + *options.output);
-    std::vector<Record> records;
-    for (const auto& [pdf, record] : history.records()) records.push_back(record);
-    makeReport(std::move(records), options, jobs, interruption);
+    const History history(*options.output, {});
+    std::vector<ReportItem> items;
+    for (const Record* record : history.all()) items.push_back({record->archive, record});
+    if (items.empty()) throw Failure("there are no results in " + *options.output);
+    makeReport(std::move(items), history, options, jobs, interruption);
     return interruption.hasCome() ? static_cast<int>(interrupted) : success;
 }
 

@@ -5,6 +5,7 @@
 namespace qrv::batch {
 
 std::optional<Resumption::Known> Resumption::known(const Record& wanted) const {
+    if (repeats_ == Repeats::everything) return std::nullopt;
     const Record* const before = history_.of(wanted.pdf);
     if (!before || !History::matches(*before, wanted)) return std::nullopt;
     if (!(before->isConverted() ? suffices(*before) : failsAgain(*before))) return std::nullopt;
@@ -13,9 +14,11 @@ std::optional<Resumption::Known> Resumption::known(const Record& wanted) const {
     return known;
 }
 
-const Record* Resumption::sameContent(const Record& wanted) const {
+std::optional<Record> Resumption::sameContent(const Record& wanted) const {
+    if (repeats_ == Repeats::everything) return std::nullopt;
     const Record* const same = history_.ofContent(wanted);
-    return same && same->text.empty() && suffices(*same) ? same : nullptr;
+    if (!same || !same->text.empty() || !suffices(*same)) return std::nullopt;
+    return history_.whole(*same);
 }
 
 bool Resumption::suffices(const Record& converted) const {
@@ -25,7 +28,7 @@ bool Resumption::suffices(const Record& converted) const {
 /// What only lacked resources fails no more where that is no failure, and a tool that could not be started
 /// has not failed with the archive.
 bool Resumption::failsAgain(const Record& failed) const {
-    if (retriesFailed_) return false;
+    if (repeats_ == Repeats::failures) return false;
     if (failed.error->domain != BatchErrorDomain) return true;
     if (failed.error->code == BatchMissingError) return conversion_.isStrict;
     return failed.error->code != BatchNotStartedError;

@@ -10,11 +10,14 @@
 
 namespace qrv::batch {
 
+/// What is done again, though an earlier run has done it.
+enum class Repeats { nothing, failures, everything };
+
 class Resumption {
 public:
-    /// Both have to live as long as it does. `retriesFailed`: what failed before is tried again.
-    Resumption(const History& history, const ConversionOptions& conversion, bool retriesFailed)
-        : history_(history), conversion_(conversion), retriesFailed_(retriesFailed) {}
+    /// Both have to live as long as it does.
+    Resumption(const History& history, const ConversionOptions& conversion, Repeats repeats)
+        : history_(history), conversion_(conversion), repeats_(repeats) {}
 
     struct Known {
         Record record;
@@ -25,9 +28,9 @@ public:
     /// since it failed; nothing for one that is to be converted. Any thread.
     std::optional<Known> known(const Record& wanted) const;
 
-    /// The record of a whole PDF of the same content, for an archive that was moved or is there twice; or
-    /// null. Any thread.
-    const Record* sameContent(const Record& wanted) const;
+    /// The record of a whole PDF of the same content, for an archive that was moved or is there twice. Any
+    /// thread.
+    std::optional<Record> sameContent(const Record& wanted) const;
 
 private:
     bool suffices(const Record& converted) const;
@@ -35,7 +38,7 @@ private:
 
     const History& history_;
     const ConversionOptions& conversion_;
-    bool retriesFailed_;
+    Repeats repeats_;
 };
 
 } // namespace qrv::batch

@@ -18,7 +18,7 @@ TEST(Batch, StopsWhenItIsDestroyed) {
     conversion.tool = tool;
     conversion.output = (folder.path() / "out").string();
     const History history;
-    const Resumption resumption(history, conversion, false);
+    const Resumption resumption(history, conversion, Repeats::nothing);
     ResultsFile results(conversion.output, {});
     const auto progress = makeProgress({}, true);
     {

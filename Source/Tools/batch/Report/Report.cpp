@@ -19,6 +19,7 @@ namespace fs = std::filesystem;
 
 /// With more of them, the page would take long to make and to open.
 constexpr std::size_t mostPictures = 1000;
+constexpr std::size_t mostRows = 20'000;
 
 bool isFile(const std::string& path) {
     std::error_code ignored;
@@ -31,8 +32,10 @@ struct Entry {
     std::string pdf;
 };
 
-Entry entryOf(Record record, const std::string& folder, const std::string& report) {
-    Entry entry{{std::move(record), {}, {}, {}}, {}};
+Entry entryOf(const ReportItem& item, const ReportContents& contents, const std::string& report) {
+    const std::string& folder = contents.folder;
+    Entry entry{{contents.whole(*item.record), {}, {}, {}}, {}};
+    entry.row.record.archive = item.archive;
     if (!entry.row.record.isConverted()) return entry;
     const std::optional<std::string> pdf = pathBelow(folder, entry.row.record.pdf);
     if (!pdf || !isFile(*pdf)) return entry;
@@ -65,21 +68,41 @@ std::string addPictures(std::vector<ReportRow>& rows, std::vector<std::string> p
     return "Only the first " + countText(mostPictures) + " PDFs have a picture here.";
 }
 
+/// Keeps as many items as can be listed, those before all others that have failed, and then those that lack
+/// something. What the reader has to know of the others; may be empty.
+std::string chooseItems(std::vector<ReportItem>& items) {
+    if (items.size() <= mostRows) return {};
+    const auto rank = [](const ReportItem& item) {
+        return std::pair(-static_cast<int>(verdictOf(*item.record)), item.archive);
+    };
+    std::nth_element(items.begin(), items.begin() + mostRows, items.end(),
+                     [&](const ReportItem& a, const ReportItem& b) { return rank(a) < rank(b); });
+    const std::string all = countText(static_cast<std::int64_t>(items.size()));
+    items.resize(mostRows);
+    return "Of " + all + " archives, " + countText(mostRows) +
+           " are listed here: those that failed before all others, then those that lack "
+           "resources. The results beside the PDFs, web2pdf-batch*.jsonl, have every one.";
+}
+
 } // namespace
 
 void writeReport(const std::string& path, ReportContents contents, const std::stop_token& stop) {
-    std::sort(contents.records.begin(), contents.records.end(),
-              [](const Record& a, const Record& b) { return a.archive < b.archive; });
+    Totals totals;
+    for (const ReportItem& item : contents.items) totals.add(*item.record);
+    std::vector<std::string> notes{chooseItems(contents.items)};
+    std::sort(contents.items.begin(), contents.items.end(),
+              [](const ReportItem& a, const ReportItem& b) { return a.archive < b.archive; });
     std::vector<ReportRow> rows;
     std::vector<std::string> paths;
-    for (Record& record : contents.records) {
-        Entry entry = entryOf(std::move(record), contents.folder, path);
+    for (const ReportItem& item : contents.items) {
+        Entry entry = entryOf(item, contents, path);
         rows.push_back(std::move(entry.row));
         paths.push_back(std::move(entry.pdf));
     }
-    const std::string note = addPictures(rows, std::move(paths), contents.jobs, stop);
+    notes.push_back(addPictures(rows, std::move(paths), contents.jobs, stop));
+    std::erase(notes, "");
     if (stop.stop_requested()) return;
-    if (const int error = replaceFile(path, reportPage(rows, note)))
+    if (const int error = replaceFile(path, reportPage(totals, rows, notes)))
         throw Failure(path + ": " + std::strerror(error));
 }
 

@@ -7,7 +7,6 @@
 #include "Source/Tools/batch/Report/Quantities.h"
 #include "Source/Tools/batch/Report/ReportFiles.h"
 #include "Source/Tools/batch/Report/Template.h"
-#include "Source/Tools/batch/Report/Totals.h"
 
 #include <algorithm>
 #include <charconv>
@@ -139,9 +138,10 @@ std::string summaryOf(const Totals& totals) {
 
 } // namespace
 
-std::string reportPage(const std::vector<ReportRow>& rows, const std::string& note) {
-    Totals totals;
-    for (const ReportRow& row : rows) totals.add(row.record);
+std::string reportPage(const Totals& totals, const std::vector<ReportRow>& rows,
+                       const std::vector<std::string>& notes) {
+    Totals listed;
+    for (const ReportRow& row : rows) listed.add(row.record);
     const std::string style = std::string(reportFiles::report_css).append(reportFiles::table_css);
     TemplateScope page = withTexts({
         {"style", style},
@@ -151,9 +151,11 @@ std::string reportPage(const std::vector<ReportRow>& rows, const std::string& no
         {"summary", summaryOf(totals)},
         {"archives", countText(totals.archives)},
         {"converted", countText(totals.complete + totals.incomplete)},
-        {"complete", countText(totals.complete)},
-        {"incomplete", countText(totals.incomplete)},
         {"failed", countText(totals.failed)},
+        {"listed", countText(listed.archives)},
+        {"listedComplete", countText(listed.complete)},
+        {"listedIncomplete", countText(listed.incomplete)},
+        {"listedFailed", countText(listed.failed)},
         {"missing", countText(totals.missing)},
         {"pages", countText(totals.pages)},
         {"size", sizeText(totals.size)},
@@ -164,7 +166,7 @@ std::string reportPage(const std::vector<ReportRow>& rows, const std::string& no
     if (totals.failed > 0) page.texts["failedTone"] = "failed";
     if (totals.missing > 0) page.texts["missingTone"] = "incomplete";
     page.parts["shares"] = sharesOf(totals);
-    if (!note.empty()) page.parts["notes"] = {withTexts({{"note", note}})};
+    for (const std::string& note : notes) page.parts["notes"].push_back(withTexts({{"note", note}}));
     for (const ReportRow& row : rows) page.parts["rows"].push_back(scopeOfRow(row));
     return filled(reportFiles::report_html, page);
 }

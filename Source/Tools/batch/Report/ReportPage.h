@@ -2,7 +2,11 @@
 
 // The text of the report.
 
+#include "Source/Tools/batch/Report/Totals.h"
 #include "Source/Tools/batch/Results/Record.h"
+
+#include <string>
+#include <vector>
 
 namespace qrv::batch {
 
@@ -15,7 +19,8 @@ struct ReportRow {
     std::string textAddress;
 };
 
-/// In the order of the rows. The note is for the reader; it may be empty.
-std::string reportPage(const std::vector<ReportRow>& rows, const std::string& note = {});
+/// Lists the rows in their order. The totals may be of more archives; the notes are for the reader.
+std::string reportPage(const Totals& totals, const std::vector<ReportRow>& rows,
+                       const std::vector<std::string>& notes = {});
 
 } // namespace qrv::batch

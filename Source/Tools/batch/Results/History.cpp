@@ -1,30 +1,43 @@
 #include "Source/Tools/batch/Results/History.h"
 
-#include "Source/Tools/batch/Results/ResultsFile.h"
-
 namespace qrv::batch {
 
-History::History(const std::string& folder, const Shard& shard, Keeps keeps) {
-    std::unordered_map<std::string, std::size_t> files; // that the records are of
-    readRecords(folder, [&](Record record, std::size_t file) {
+History::History(const std::string& folder, const Shard& shard) {
+    files_ = readRecords(folder, [&](Record record, RecordPlace place) {
         if (!shard.holds(record.pdf)) return;
-        if (keeps == Keeps::counts) record.missing.clear();
-        Record& last = records_[record.pdf];
+        record.missing.clear();
+        Entry& last = entries_[record.pdf];
         // Two files may tell of one PDF, when the number of shards has changed; their times can be compared
         // as texts. Within a file the later one counts, also if the clock was put back.
-        std::size_t& fileOfLast = files[record.pdf];
-        if (file != fileOfLast && record.finished < last.finished) return;
-        fileOfLast = file;
-        last = std::move(record);
+        if (place.file != last.place.file && record.finished < last.record.finished) return;
+        last = {std::move(record), place};
     });
-    for (const auto& [pdf, record] : records_) {
-        if (record.isConverted()) byContent_.emplace(record.sha256, &record);
+    for (const auto& [pdf, entry] : entries_) {
+        if (entry.record.isConverted()) byContent_.emplace(entry.record.sha256, &entry.record);
     }
 }
 
 const Record* History::of(const std::string& pdf) const {
-    const auto found = records_.find(pdf);
-    return found == records_.end() ? nullptr : &found->second;
+    const auto found = entries_.find(pdf);
+    return found == entries_.end() ? nullptr : &found->second.record;
+}
+
+std::vector<const Record*> History::all() const {
+    std::vector<const Record*> records;
+    records.reserve(entries_.size());
+    for (const auto& [pdf, entry] : entries_) records.push_back(&entry.record);
+    return records;
+}
+
+Record History::whole(const Record& record) const {
+    const auto found = entries_.find(record.pdf);
+    if (record.missingCount == 0 || found == entries_.end()) return record;
+    const RecordPlace& place = found->second.place;
+    std::optional<Record> again = readRecordAt(files_[place.file], place.offset);
+    Record result = record;
+    if (again && again->pdf == record.pdf && again->missingCount == record.missingCount)
+        result.missing = std::move(again->missing);
+    return result;
 }
 
 const Record* History::ofContent(const Record& wanted) const {

@@ -32,8 +32,8 @@ std::string manifestLine(const std::string& hash, const std::string& path) {
 void writeManifest(const std::string& folder, const Shard& shard) {
     std::map<std::string, std::string> hashes;
     const History history(folder, shard);
-    for (const auto& [pdf, record] : history.records()) {
-        if (record.isConverted()) hashes.emplace(pdf, record.pdfSha256);
+    for (const Record* record : history.all()) {
+        if (record->isConverted()) hashes.emplace(record->pdf, record->pdfSha256);
     }
     std::string text;
     for (const auto& [pdf, hash] : hashes) text += manifestLine(hash, pdf);

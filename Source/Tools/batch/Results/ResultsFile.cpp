@@ -55,17 +55,27 @@ std::string resultsName(const Shard& shard) {
     return prefix + shard.suffix() + suffix;
 }
 
-void readRecords(const std::string& folder, const std::function<void(Record, std::size_t)>& use) {
-    std::size_t number = 0;
-    for (const std::string& path : resultsIn(folder)) {
-        std::ifstream file(path, std::ios::binary);
-        if (!file) fail(path, errno);
+std::vector<std::string> readRecords(const std::string& folder,
+                                     const std::function<void(Record, RecordPlace)>& use) {
+    std::vector<std::string> paths = resultsIn(folder);
+    for (std::size_t number = 0; number < paths.size(); ++number) {
+        std::ifstream file(paths[number], std::ios::binary);
+        if (!file) fail(paths[number], errno);
+        std::streamoff offset = 0;
         for (std::string line; std::getline(file, line);) {
-            if (std::optional<Record> record = recordOfLine(line)) use(std::move(*record), number);
+            if (std::optional<Record> record = recordOfLine(line)) use(std::move(*record), {number, offset});
+            offset += static_cast<std::streamoff>(line.size()) + 1;
         }
-        if (file.bad()) fail(path, EIO);
-        ++number;
+        if (file.bad()) fail(paths[number], EIO);
     }
+    return paths;
+}
+
+std::optional<Record> readRecordAt(const std::string& path, std::streamoff offset) {
+    std::ifstream file(path, std::ios::binary);
+    std::string line;
+    if (!file.seekg(offset) || !std::getline(file, line)) return std::nullopt;
+    return recordOfLine(line);
 }
 
 ResultsFile::ResultsFile(const std::string& folder, const Shard& shard)

@@ -7,6 +7,8 @@
 #include "Source/Tools/batch/Selection/Shard.h"
 
 #include <functional>
+#include <ios>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,10 +17,20 @@ namespace qrv::batch {
 /// Its name: "web2pdf-batch.jsonl", or "web2pdf-batch.3-of-8.jsonl".
 std::string resultsName(const Shard& shard);
 
-/// Reads every record of every results file in the folder, files in the order of their names. Lines that are
-/// no records are passed by: the last one may have been cut off. Throws Failure where a file cannot be read.
-/// `use` gets the file's number, too.
-void readRecords(const std::string& folder, const std::function<void(Record, std::size_t)>& use);
+/// Where the line of a record begins.
+struct RecordPlace {
+    std::size_t file = 0; ///< a number of a path
+    std::streamoff offset = 0;
+};
+
+/// Reads every record of every results file in the folder, files in the order of their names, whose paths it
+/// gives. Lines that are no records are passed by: the last one may have been cut off. Throws Failure where a
+/// file cannot be read.
+std::vector<std::string> readRecords(const std::string& folder,
+                                     const std::function<void(Record, RecordPlace)>& use);
+
+/// Reads one record again; nothing where none begins there.
+std::optional<Record> readRecordAt(const std::string& path, std::streamoff offset);
 
 /// Open for appending, by one run at a time.
 class ResultsFile {

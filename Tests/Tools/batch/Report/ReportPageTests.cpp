@@ -29,9 +29,15 @@ ReportRow failed(const std::string& archive, const ConversionError& error) {
     return row;
 }
 
+std::string pageOf(const std::vector<ReportRow>& rows, const std::vector<std::string>& notes = {}) {
+    Totals totals;
+    for (const ReportRow& row : rows) totals.add(row.record);
+    return reportPage(totals, rows, notes);
+}
+
 /// What stands in the first row of the table.
 std::string rowOf(const ReportRow& row) {
-    const std::string page = reportPage({row});
+    const std::string page = pageOf({row});
     const std::size_t start = page.find("<tbody");
     return page.substr(start, page.find("</tbody>") - start);
 }
@@ -97,7 +103,7 @@ TEST(ReportPage, NothingOfARecordIsMarkup) {
     row.record.finished = evil;
     row.record.missingCount = 1;
     row.record.missing = {{evil, evil}};
-    const std::string page = reportPage({row}, evil);
+    const std::string page = pageOf({row}, {evil});
     EXPECT_THAT(page, Not(HasSubstr("<script>evil")));
     EXPECT_THAT(page, Not(HasSubstr("<img")));
     EXPECT_THAT(page, Not(HasSubstr("\u202E")));
@@ -109,7 +115,7 @@ TEST(ReportPage, NothingOfARecordIsMarkup) {
 TEST(ReportPage, TotalsAreOfAllRows) {
     ReportRow incomplete = converted("b");
     incomplete.record.missingCount = 2;
-    const std::string page = reportPage({converted("a"), incomplete, failed("c", {"D", 1, "T"})});
+    const std::string page = pageOf({converted("a"), incomplete, failed("c", {"D", 1, "T"})});
     EXPECT_THAT(page, HasSubstr("<title>2 of 3 converted"));
     EXPECT_THAT(page, HasSubstr("<dt>Converted</dt><dd>2</dd>"));
     EXPECT_THAT(page, HasSubstr("<dt>Failed</dt><dd>1</dd>"));
@@ -124,15 +130,28 @@ TEST(ReportPage, TotalsAreOfAllRows) {
 }
 
 TEST(ReportPage, OfNothingIsAPage) {
-    const std::string page = reportPage({});
+    const std::string page = pageOf({});
     EXPECT_THAT(page, HasSubstr("0 archives</p>"));
     EXPECT_THAT(page, Not(HasSubstr("<rect")));
     EXPECT_TRUE(page.ends_with("</html>\n"));
 }
 
-TEST(ReportPage, TheNoteIsShown) {
-    EXPECT_THAT(reportPage({}, "Some note."), HasSubstr("<p class=\"note\">Some note.</p>"));
-    EXPECT_THAT(reportPage({}), Not(HasSubstr("class=\"note\"")));
+TEST(ReportPage, OfMoreArchivesThanAreListedHasAllTotals) {
+    Totals totals;
+    totals.archives = 5000;
+    totals.complete = 4900;
+    totals.failed = 100;
+    const std::string page = reportPage(totals, {converted("a"), failed("c", {"D", 1, "T"})});
+    EXPECT_THAT(page, HasSubstr("<title>4,900 of 5,000 converted"));
+    EXPECT_THAT(page, HasSubstr("<dt>Failed</dt><dd>100</dd>"));
+    for (const char* choice : {"All <b>2</b>", "Complete <b>1</b>", "Incomplete <b>0</b>", "Failed <b>1</b>"})
+        EXPECT_THAT(page, HasSubstr(choice));
+}
+
+TEST(ReportPage, NotesAreShown) {
+    const std::string page = pageOf({}, {"Some note.", "Another."});
+    EXPECT_THAT(page, HasSubstr("<p class=\"note\">Some note.</p>\n<p class=\"note\">Another.</p>"));
+    EXPECT_THAT(pageOf({}), Not(HasSubstr("class=\"note\"")));
 }
 
 } // namespace

@@ -27,9 +27,19 @@ Record converted(const std::string& archive, const std::string& pdf) {
 
 class Report : public testing::Test {
 protected:
-    std::string report(std::vector<Record> records) {
-        writeReport(path(), {std::move(records), (folder.path() / "out").string(), 2});
+    std::string report(const std::vector<Record>& records) {
+        writeReport(path(), contentsOf(records));
         return folder.read("report.html");
+    }
+
+    ReportContents contentsOf(const std::vector<Record>& records) const {
+        std::vector<ReportItem> items;
+        for (const Record& record : records) items.push_back({record.archive, &record});
+        const auto whole = [](Record record) {
+            if (record.missingCount > 0) record.missing = {{"image", "http://site.example/gone.png"}};
+            return record;
+        };
+        return {std::move(items), whole, (folder.path() / "out").string(), 2};
     }
 
     std::string path() const { return (folder.path() / "report.html").string(); }
@@ -79,6 +89,37 @@ TEST_F(Report, IsInTheOrderOfTheArchivesPaths) {
     EXPECT_LT(page.find("a.webarchive"), page.find("b.webarchive"));
 }
 
+TEST_F(Report, NamesArchivesAsTheyAreNow) {
+    const Record record = converted("earlier.webarchive", "a");
+    ReportContents contents = contentsOf({});
+    contents.items = {{"now.webarchive", &record}};
+    writeReport(path(), contents);
+    EXPECT_THAT(folder.read("report.html"), HasSubstr("<b>now.webarchive</b>"));
+    EXPECT_THAT(folder.read("report.html"), Not(HasSubstr("earlier.webarchive")));
+}
+
+TEST_F(Report, OfVeryManyListsThoseWithTheMostToTell) {
+    std::vector<Record> records;
+    for (int number = 0; number < 30'000; ++number)
+        records.push_back(converted("archive" + std::to_string(number), "none.pdf"));
+    for (const int number : {7, 20'007, 29'999}) records[number].error = ConversionError{"D", 1, "T"};
+    for (const int number : {9, 29'009}) records[number].missingCount = 1;
+    const std::string page = report(records);
+    std::size_t rows = 0;
+    for (std::size_t at = 0; (at = page.find("<tr role=\"row\" class=", at)) != std::string::npos; ++at)
+        ++rows;
+    EXPECT_EQ(rows, 20'000u);
+    for (const char* archive : {"archive7<", "archive20007<", "archive29999<", "archive9<", "archive29009<"})
+        EXPECT_THAT(page, HasSubstr(archive));
+    EXPECT_THAT(page, HasSubstr("gone.png"));
+    EXPECT_THAT(page, HasSubstr("Of 30,000 archives, 20,000 are listed here: "));
+    EXPECT_THAT(page, HasSubstr("<title>29,997 of 30,000 converted"));
+    EXPECT_THAT(page, HasSubstr("All <b>20,000</b>"));
+    EXPECT_LT(page.find("archive20007<"), page.find("archive29009<"));
+    EXPECT_THAT(report(std::vector<Record>(20'000, converted("a", "none.pdf"))),
+                Not(HasSubstr("are listed here")));
+}
+
 TEST_F(Report, TellsThatThereCanBeNoPictures) {
     folder.write("out/a.pdf", aPDF);
     const Variable noPrograms("PATH", "/nonexistent");
@@ -103,14 +144,14 @@ TEST_F(Report, IsNotWrittenAfterAStop) {
     folder.write("report.html", "earlier");
     std::stop_source source;
     source.request_stop();
-    writeReport(path(), {{converted("a", "a.pdf")}, folder.path().string(), 1}, source.get_token());
+    writeReport(path(), contentsOf({}), source.get_token());
     EXPECT_EQ(folder.read("report.html"), "earlier");
 }
 
 TEST_F(Report, TellsWhyItCannotBeWritten) {
     const std::string nowhere = (folder.path() / "none/report.html").string();
     try {
-        writeReport(nowhere, {{}, folder.path().string(), 1});
+        writeReport(nowhere, contentsOf({}));
         FAIL();
     } catch (const Failure& failure) {
         EXPECT_EQ(failure.what(), nowhere + ": No such file or directory");

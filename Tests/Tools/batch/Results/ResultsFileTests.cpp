@@ -31,7 +31,7 @@ protected:
 
     std::vector<std::string> read() const {
         std::vector<std::string> pdfs;
-        readRecords(folder(), [&pdfs](const Record& record, std::size_t) { pdfs.push_back(record.pdf); });
+        readRecords(folder(), [&pdfs](const Record& record, RecordPlace) { pdfs.push_back(record.pdf); });
         return pdfs;
     }
 
@@ -113,9 +113,26 @@ TEST_F(ResultsFileTest, HistoryKnowsItsShardOnly) {
     ResultsFile file(folder(), {});
     for (int i = 0; i < 40; ++i) file.append(recordOf(std::to_string(i)));
     std::size_t known = 0;
-    for (std::uint64_t index = 0; index < 4; ++index) known += History(folder(), {index, 4}).records().size();
+    for (std::uint64_t index = 0; index < 4; ++index) known += History(folder(), {index, 4}).all().size();
     EXPECT_EQ(known, 40u);
-    EXPECT_LT(History(folder(), {0, 4}).records().size(), 40u);
+    EXPECT_LT(History(folder(), {0, 4}).all().size(), 40u);
+}
+
+TEST_F(ResultsFileTest, HistoryReadsWhatIsMissingAgain) {
+    Record lacking = recordOf("b");
+    lacking.missingCount = 2;
+    lacking.missing = {{"image", "http://site.example/a.png"}, {"font", "http://site.example/b"}};
+    folder_.write("out/web2pdf-batch.0-of-2.jsonl", lineOf(recordOf("b")));
+    folder_.write("out/web2pdf-batch.jsonl", "no record\n" + lineOf(recordOf("a")) + lineOf(lacking));
+    const History history(folder(), {});
+    EXPECT_TRUE(history.of("b")->missing.empty());
+    EXPECT_EQ(history.whole(*history.of("b")), lacking);
+    EXPECT_EQ(history.whole(*history.of("a")), recordOf("a"));
+    // What is not there any more is not made up.
+    folder_.write("out/web2pdf-batch.jsonl", lineOf(lacking) + lineOf(recordOf("a")));
+    EXPECT_EQ(history.whole(*history.of("b")), *history.of("b"));
+    std::filesystem::remove(folder() + "/web2pdf-batch.jsonl");
+    EXPECT_EQ(history.whole(*history.of("b")), *history.of("b"));
 }
 
 TEST_F(ResultsFileTest, HistoryFindsTheSameContent) {
