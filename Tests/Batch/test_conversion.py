@@ -132,6 +132,27 @@ class ConversionTests(BatchTestCase):
         self.assertFalse((self.output / "a.txt").exists(), "the text of another PDF is left")
         self.assertEqual(self.run_batch("in", "--text").summary, {"total": 1, "converted": 0, "converted before": 1})
 
+    def test_text_of_a_pdf_that_is_replaced(self):
+        for again in ([], ["--no-resume"]):
+            with self.subTest(again):
+                self.archive("a", pages.page("<p>Before</p>"))
+                self.archive("b", pages.page("<p>Before, too</p>"))
+                self.run_batch("in", "--text", *again)
+                own = self.output / "own.txt"
+                own.write_text("somebody's")
+                (self.sources / "b.webarchive").write_bytes(b"none")
+                self.archive("own", pages.page("<p>Own</p>"))
+                self.archive("a", pages.page("<p>After</p>"))
+                self.run_batch("in", *again, status=FAILURE)
+                self.assertEqual(self.pdfs(), ["a.pdf", "b.pdf", "b.txt", "own.pdf", "own.txt"])
+                self.assertEqual(own.read_text(), "somebody's")
+                # The other one's PDF is still the one of its text, until it is replaced.
+                self.archive("b", pages.page("<p>After</p>"))
+                self.run_batch("in", *again)
+                self.assertEqual(self.pdfs(), ["a.pdf", "b.pdf", "own.pdf", "own.txt"])
+                own.unlink()
+                (self.sources / "own.webarchive").unlink()
+
     def test_pages_are_counted_by_the_pdf_and_not_by_its_title(self):
         self.archive("a", stored_pdf(hostile_pdfs.with_information(
             b"<</Keywords (x\\nPages:          77\\n)/Subject (x\\nPages:          78\\n)>>")))

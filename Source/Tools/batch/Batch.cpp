@@ -83,6 +83,7 @@ void Batch::waitForMemory() {
 }
 
 void Batch::finish(const Record& record, Outcome outcome, bool isNew) {
+    if (isNew && record.isConverted()) resumption_.removeEarlierText(record);
     const std::lock_guard lock(mutex_);
     if (isNew) results_.append(record);
     tally_.add(outcome);

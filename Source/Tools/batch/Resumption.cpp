@@ -21,6 +21,11 @@ std::optional<Record> Resumption::sameContent(const Record& wanted) const {
     return history_.whole(*same);
 }
 
+void Resumption::removeEarlierText(const Record& converted) const {
+    if (converted.text.empty() && history_.hadText(converted.pdf))
+        removeText(conversion_.output, converted.pdf);
+}
+
 bool Resumption::suffices(const Record& converted) const {
     return !(conversion_.isStrict && converted.missingCount > 0) && isWhole(converted, conversion_.output);
 }

@@ -32,6 +32,10 @@ public:
     /// thread.
     std::optional<Record> sameContent(const Record& wanted) const;
 
+    /// Removes the text that an earlier run has written beside the PDF that this one replaces, if it has none
+    /// of its own: it would be another PDF's. Any thread.
+    void removeEarlierText(const Record& converted) const;
+
 private:
     bool suffices(const Record& converted) const;
     bool failsAgain(const Record& failed) const;

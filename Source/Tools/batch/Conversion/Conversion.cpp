@@ -102,6 +102,11 @@ std::optional<std::int64_t> pagesOf(const std::string& pdf, const ConversionOpti
     return pages;
 }
 
+/// Where the text of a PDF's pages goes.
+std::string textPathOf(const std::string& pdf) {
+    return fs::path(pdf).replace_extension(".txt").string();
+}
+
 std::string now() {
     const std::time_t time = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
     std::tm utc{};
@@ -178,19 +183,18 @@ private:
 
     /// A PDF that nobody may read without its password has none, not even that of an earlier one.
     std::optional<ConversionError> writeText() {
-        FreshFile text(options_.output, fs::path(record_.pdf).replace_extension(".txt").string());
+        FreshFile text(options_.output, textPathOf(record_.pdf));
         if (auto error = text.prepare()) return error;
         const ChildEnd end =
             readPDF(options_.pdftotext, {"-enc", "UTF-8", pdf_.path(), "-"}, pdf_.path(), stop_);
         if (!end.succeeded()) {
-            std::error_code ignored;
-            fs::remove(text.place(), ignored);
+            removeText(options_.output, record_.pdf);
             return std::nullopt;
         }
         if (const int error = replaceFile(text.path(), end.output))
             return batchError(BatchFileError, text.place() + ": " + std::strerror(error));
         if (auto error = text.moveIntoPlace()) return error;
-        record_.text = fs::path(record_.pdf).replace_extension(".txt").string();
+        record_.text = textPathOf(record_.pdf);
         return std::nullopt;
     }
 
@@ -235,6 +239,11 @@ std::optional<Record> copyConverted(const Record& from, const Record& to, const 
     record.pdf = to.pdf;
     record.finished = now();
     return record;
+}
+
+void removeText(const std::string& output, const std::string& pdf) {
+    std::error_code ignored;
+    fs::remove(fs::path(output) / textPathOf(pdf), ignored);
 }
 
 bool isWhole(const Record& record, const std::string& output) {

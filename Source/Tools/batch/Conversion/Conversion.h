@@ -45,6 +45,9 @@ std::optional<Record> convert(Record record, const ConversionOptions& options, c
 /// completed record, or nothing if that cannot be done. Any thread.
 std::optional<Record> copyConverted(const Record& from, const Record& to, const ConversionOptions& options);
 
+/// Removes the text beside a PDF, if there is one.
+void removeText(const std::string& output, const std::string& pdf);
+
 /// Whether the record's PDF is below the folder, as it was written.
 bool isWhole(const Record& record, const std::string& output);
 

@@ -5,6 +5,7 @@ namespace qrv::batch {
 History::History(const std::string& folder, const Shard& shard) {
     files_ = readRecords(folder, [&](Record record, RecordPlace place) {
         if (!shard.holds(record.pdf)) return;
+        if (!record.text.empty()) withText_.insert(record.pdf);
         record.missing.clear();
         Entry& last = entries_[record.pdf];
         // Two files may tell of one PDF, when the number of shards has changed; their times can be compared

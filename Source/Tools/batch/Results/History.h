@@ -8,6 +8,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 namespace qrv::batch {
@@ -35,6 +36,9 @@ public:
     /// A record of the same content, converted in the same way, whose PDF is somewhere else; or null.
     const Record* ofContent(const Record& wanted) const;
 
+    /// Whether an earlier run has written a text beside the PDF.
+    bool hadText(const std::string& pdf) const { return withText_.contains(pdf); }
+
     /// Whether a record is that of an archive with this content, converted in this way.
     static bool matches(const Record& record, const Record& wanted);
 
@@ -46,6 +50,7 @@ private:
 
     std::unordered_map<std::string, Entry> entries_;                // by the PDFs' paths
     std::unordered_multimap<std::string, const Record*> byContent_; // by the archives' hashes
+    std::unordered_set<std::string> withText_;                      // paths of PDFs
     std::vector<std::string> files_;
 };
 

@@ -135,6 +135,22 @@ TEST_F(ResultsFileTest, HistoryReadsWhatIsMissingAgain) {
     EXPECT_EQ(history.whole(*history.of("b")), *history.of("b"));
 }
 
+TEST_F(ResultsFileTest, HistoryRemembersTexts) {
+    {
+        ResultsFile file(folder(), {});
+        Record written = recordOf("a");
+        written.text = "a.txt";
+        file.append(written);
+        Record failed = recordOf("a");
+        failed.error = {"d", 1, "t"};
+        file.append(failed);
+        file.append(recordOf("b"));
+    }
+    const History history(folder(), {});
+    EXPECT_TRUE(history.hadText("a"));
+    EXPECT_FALSE(history.hadText("b"));
+}
+
 TEST_F(ResultsFileTest, HistoryFindsTheSameContent) {
     {
         ResultsFile file(folder(), {});
