@@ -2,7 +2,7 @@
 
 import unittest
 
-from pages import SITE, document, frame_archive, page
+from pages import SITE, frame_archive, page
 from tool import ToolTestCase
 from webarchive import Archive, Resource, html_archive
 

@@ -6,7 +6,6 @@ import time
 import unittest
 
 import engine
-import processes
 from pages import acting, page
 from test_stored_pdf import stored
 from tool import TOOL_DOMAIN, ToolTestCase, read_result

@@ -7,10 +7,9 @@ import pathlib
 import shutil
 import signal
 import subprocess
-import tempfile
-import unittest
 
 import processes
+from folders import FolderTestCase
 from webarchive import Archive, Resource
 
 SCRIPTS = pathlib.Path(__file__).resolve().parent.parent.parent / "Documentation" / "scaling"
@@ -32,18 +31,11 @@ esac
 """
 
 
-class ShelfTestCase(unittest.TestCase):
+class ShelfTestCase(FolderTestCase):
     """Each test has a folder with a shelf and a place for PDFs, and programs beside each other in a folder of its own."""
 
-    @classmethod
-    def setUpClass(cls):
-        processes.adopt_orphans()
-        os.umask(0o022)
-
     def setUp(self):
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="web2pdf-test-"))
-        self.folder.chmod(0o755)
-        self.addCleanup(shutil.rmtree, self.folder)
+        super().setUp()
         # A shell would stumble over these names, if they got to one without being quoted.
         self.shelf = self.folder / "it's a shelf"
         self.pdfs = self.folder / "the $(PDFs)"

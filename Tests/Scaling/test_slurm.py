@@ -1,10 +1,8 @@
 """The script for Slurm, on a cluster of one machine that the tests start. Slurm's servers run as root only."""
 
 import os
-import pathlib
 import unittest
 
-import processes
 from shelf import SCRIPTS, ShelfTestCase, kill
 from slurm import Cluster
 

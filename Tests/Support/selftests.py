@@ -392,9 +392,6 @@ class SourceCheckTests(unittest.TestCase):
         self.assertEqual(self.found("Tests/EndToEnd/test_x.py", text.format("SomeTests")), [])
         self.assert_found("ends in Tests", "Tests/EndToEnd/test_x.py", text.format("SomeTestCase"))
 
-    def test_python_that_does_not_compile(self):
-        self.assert_found("Tests/Support/x.py:2", "Tests/Support/x.py", "x = 1\ndef\n")
-
 
 class ProcessTests(unittest.TestCase):
     def test_orphan_of_a_dead_child_is_found(self):

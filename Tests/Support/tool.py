@@ -12,19 +12,17 @@ writes their reports into a folder of the test, which must be empty at its end.
 
 import functools
 import os
-import pathlib
 import plistlib
 import re
 import shutil
 import signal
 import subprocess
-import tempfile
-import unittest
 import uuid
 
 import confinement
 import engine
 import processes
+from folders import FolderTestCase
 from keyedarchive import read_error
 from pdf import PDF
 
@@ -104,20 +102,13 @@ def read_result(data):
     return plistlib.loads(data, fmt=plistlib.FMT_XML)
 
 
-class ToolTestCase(unittest.TestCase):
+class ToolTestCase(FolderTestCase):
     longMessage = True
     maxDiff = None
     helpers = ()    # processes of the tests' own, which may run on
 
-    @classmethod
-    def setUpClass(cls):
-        processes.adopt_orphans()
-        os.umask(0o022)
-
     def setUp(self):
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="web2pdf-test-"))
-        self.folder.chmod(0o755)
-        self.addCleanup(shutil.rmtree, self.folder)
+        super().setUp()
         self.marker = str(uuid.uuid4())
         for name, mode in (("home", 0o755), ("tmp", 0o1777), ("config", 0o755), ("out", 0o755),
                            ("reports", 0o1777)):

@@ -53,7 +53,7 @@ class EveryReferenceTests(CreationTestCase):
         self.add("frames/one.html", "<!DOCTYPE html><p>FrameOne<img src=../inner.png><iframe src=two.html name=two></iframe>")
         self.add("frames/two.html", "<!DOCTYPE html><p>FrameTwo")
         self.add("object.html", "<!DOCTYPE html><p>ObjectText<img src=object.png>")
-        self.add("page.html", f"""<!DOCTYPE html><title>All</title><link rel=stylesheet href=styles/page.css>
+        self.add("page.html", """<!DOCTYPE html><title>All</title><link rel=stylesheet href=styles/page.css>
             <link rel=stylesheet href=styles/paper.css media=print>
             <body background=background.png><p id=p>Text</p><p id=i>More</p>
             <img src=img.png><img src=one.png srcset="one.png 1x, two.png 2x">

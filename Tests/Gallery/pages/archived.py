@@ -1,6 +1,6 @@
 """Everything that the archive holds is shown."""
 
-from entry import SITE, blocks, document, page, paragraphs
+from entry import SITE, document, page, paragraphs
 from images import gif, png, svg
 from webarchive import Archive, HTML, Resource, labelled
 

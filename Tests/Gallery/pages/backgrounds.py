@@ -38,7 +38,7 @@ PAGES = [
              style="body{width:300px;margin:50px auto;border:5px solid #c33}"),
     page("fixed-in-sections", "Sections with windows on a fixed picture",
          "".join(f"<section>window{n}</section><p>between{n}</p>" for n in range(4)),
-         style=f"section{{height:300px;background:linear-gradient(#f88,#88f) fixed}}",
+         style="section{height:300px;background:linear-gradient(#f88,#88f) fixed}",
          pictures_differ="on a page that does not scroll each element has a fixed picture of its own"),
     page("clipped-root", "A clip path on the root", SHORT, style="html{clip-path:inset(40px);background:#eef}",
          words=["p1w2", "p2w3"], pictures_differ="a clip path on a root lower than the view is taken from the view's box"),

@@ -2,7 +2,7 @@
 
 from entry import MARKER, SITE, Page, document, page, typed
 from images import png
-from webarchive import HTML, Archive, Resource, dump, html_archive, labelled
+from webarchive import HTML, Archive, Resource, html_archive, labelled
 
 TEXT = document("x")
 REFUSED = "nothing that can be shown"

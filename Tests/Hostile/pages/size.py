@@ -1,6 +1,6 @@
 """Pages that are too large for anybody."""
 
-from entry import BOMB, LONG_LINE, MARKER, Page, SITE, acting, document, html, page
+from entry import BOMB, LONG_LINE, Page, acting, document, html, page
 from webarchive import html_archive
 
 LARGE = "the page takes more memory than the engine gives it"
