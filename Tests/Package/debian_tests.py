@@ -19,6 +19,8 @@ VERSION = re.search(r"^project\(web2pdf VERSION (\S+)", (ROOT / "CMakeLists.txt"
 MINOR = VERSION.rpartition(".")[0]
 LIBRARY = f"libqrvfoundation{MINOR}"
 NAMES = {"web2pdf", "web2pdf-tools", LIBRARY, "libqrvfoundation-dev"}
+# It waits to be chosen.
+NO_LICENCE = {"W: web2pdf source: no-debian-copyright-in-source"}
 # What lintian says of a build whose prefix is not /usr.
 OTHER_PREFIX = {
     f"E: {LIBRARY}: arch-dependent-file-not-in-arch-specific-directory",
@@ -50,6 +52,12 @@ def make_packages(folder):
         env={**os.environ, "WEB2PDF_BUILD": os.environ["BUILD"], "DEB_BUILD_OPTIONS": "nocheck noautodbgsym"})
 
 
+def lintian_on(file):
+    """What it says, without the files that it says it of."""
+    said = run("lintian", "--fail-on", "none", file).splitlines()
+    return {match.group() for line in said if (match := re.match(r"[EW]: [^:]+: \S+", line))}
+
+
 def field(package, name):
     return run("dpkg-deb", "--field", package, name).strip()
 
@@ -57,6 +65,16 @@ def field(package, name):
 def words(text):
     """The entries of a list of packages, with their versions."""
     return [entry.strip() for entry in text.split(",") if entry.strip()]
+
+
+class SourceTests(unittest.TestCase):
+    def test_lintian_finds_nothing_but_that_there_is_no_licence(self):
+        folder = pathlib.Path(self.enterContext(tempfile.TemporaryDirectory(prefix="debian-source-")))
+        shutil.copytree(ROOT, folder / "source", symlinks=True,
+                        ignore=shutil.ignore_patterns(".git", "build", "node_modules", "__pycache__"))
+        run("dpkg-source", "--build", "source", cwd=folder)
+        source, = folder.glob("*.dsc")
+        self.assertEqual(lintian_on(source), NO_LICENCE)
 
 
 class PackagesTests(unittest.TestCase):
@@ -83,13 +101,11 @@ class PackagesTests(unittest.TestCase):
             self.assertEqual(field(package, "Version"), VERSION)
 
     def test_lintian_misses_the_copyright_file_only(self):
-        """Which waits for the choice of a licence."""
         changes, = self.packages_folder.glob("*.changes")
-        said = run("lintian", "--fail-on", "none", changes).splitlines()
-        found = {match.group() for line in said if (match := re.match(r"[EW]: [^:]+: \S+", line))}
+        found = lintian_on(changes)
         expected = {f"E: {name}: no-copyright-file" for name in NAMES}
         if "PACKAGES" in os.environ:
-            expected.add("W: web2pdf source: no-debian-copyright-in-source")
+            expected |= NO_LICENCE
         else:
             found -= OTHER_PREFIX
         self.assertEqual(found, expected)
