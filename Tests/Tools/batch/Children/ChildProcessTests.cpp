@@ -4,6 +4,8 @@
 #include <thread>
 
 #include <csignal>
+#include <sys/prctl.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace qrv::batch {
@@ -18,14 +20,24 @@ ChildCommand shell(const std::string& script) {
     return command;
 }
 
-/// Waits for it: the kernel ends the processes of a group one after the other.
-bool ends(pid_t process) {
-    for (int look = 0; look < 1000; ++look) {
-        if (::kill(process, 0) != 0) return true;
-        std::this_thread::sleep_for(10ms);
+/// While there is one, orphans below this process are its children: nobody knows when another would reap
+/// them.
+class Orphanage {
+public:
+    Orphanage() { ::prctl(PR_SET_CHILD_SUBREAPER, 1); }
+
+    Orphanage(const Orphanage&) = delete;
+    Orphanage& operator=(const Orphanage&) = delete;
+
+    ~Orphanage() { ::prctl(PR_SET_CHILD_SUBREAPER, 0); }
+
+    /// Waits for an orphan's end. One that is gone already was reaped by its parent.
+    static bool endsBy(int signal, pid_t orphan) {
+        int status = 0;
+        if (::waitpid(orphan, &status, 0) != orphan) return ::kill(orphan, 0) != 0;
+        return WIFSIGNALED(status) && WTERMSIG(status) == signal;
     }
-    return false;
-}
+};
 
 TEST(ChildProcess, TellsWhatItWroteAndHowItEnded) {
     const ChildEnd end = runChild(shell("echo out; echo err >&2; exit 3"));
@@ -80,11 +92,12 @@ TEST(ChildProcess, OutputBeyondTheLimitIsDropped) {
 }
 
 TEST(ChildProcess, IsKilledWithItsGroupWhenItsTimeIsOver) {
+    const Orphanage orphanage;
     ChildCommand command = shell("sleep 600 & echo $!; sleep 600");
     command.timeLimit = 300ms;
     const ChildEnd end = runChild(command);
     EXPECT_EQ(end.kind, ChildEnd::Kind::timedOut);
-    EXPECT_TRUE(ends(std::stoi(end.output)));
+    EXPECT_TRUE(orphanage.endsBy(SIGKILL, std::stoi(end.output)));
 }
 
 TEST(ChildProcess, IsKilledWhenThatIsAskedFor) {
@@ -98,12 +111,23 @@ TEST(ChildProcess, IsKilledWhenThatIsAskedFor) {
     EXPECT_EQ(runChild(shell("sleep 600"), source.get_token()).kind, ChildEnd::Kind::stopped);
 }
 
-TEST(ChildProcess, WhatOutlivesItIsNotWaitedFor) {
+TEST(ChildProcess, WhatIsLeftOfItsGroupIsKilled) {
+    const Orphanage orphanage;
     const ChildEnd end = runChild(shell("sleep 600 & echo $!"));
     EXPECT_TRUE(end.succeeded());
+    EXPECT_TRUE(orphanage.endsBy(SIGKILL, std::stoi(end.output)));
+}
+
+TEST(ChildProcess, WhatLeavesItsGroupIsNotWaitedFor) {
+    const Orphanage orphanage;
+    // It ends when the other one says that it has left.
+    const ChildEnd end =
+        runChild(shell("trap 'exit 0' USR1; "
+                       "setsid sh -c \"echo \\$\\$; kill -USR1 $$; exec sleep 600\" & wait"));
+    EXPECT_TRUE(end.succeeded());
     const pid_t left = std::stoi(end.output);
-    EXPECT_EQ(::kill(left, SIGKILL), 0);
-    EXPECT_TRUE(ends(left));
+    EXPECT_EQ(::kill(left, SIGTERM), 0);
+    EXPECT_TRUE(orphanage.endsBy(SIGTERM, left));
 }
 
 TEST(ChildProcess, MemoryHasALimit) {
