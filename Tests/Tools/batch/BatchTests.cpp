@@ -17,7 +17,7 @@ TEST(Batch, StopsWhenItIsDestroyed) {
     ConversionOptions conversion;
     conversion.tool = tool;
     conversion.output = (folder.path() / "out").string();
-    const History history;
+    const History history(conversion.output, {});
     const Resumption resumption(history, conversion, Repeats::nothing);
     ResultsFile results(conversion.output, {});
     const auto progress = makeProgress({}, true);

@@ -2,20 +2,23 @@
 
 namespace qrv::batch {
 
-History::History(const std::string& folder, const Shard& shard) {
-    files_ = readRecords(folder, [&](Record record, RecordPlace place) {
-        if (!shard.holds(record.pdf)) return;
-        if (!record.text.empty()) withText_.insert(record.pdf);
-        record.missing.clear();
-        Entry& last = entries_[record.pdf];
-        // Two files may tell of one PDF, when the number of shards has changed; their times can be compared
-        // as texts. Within a file the later one counts, also if the clock was put back.
-        if (place.file != last.place.file && record.finished < last.record.finished) return;
-        last = {std::move(record), place};
-    });
+History::History(const std::string& folder, const Shard& shard)
+    : files_(readRecords(folder, [&](Record record, RecordPlace place) {
+          if (shard.holds(record.pdf)) add(std::move(record), place);
+      })) {
     for (const auto& [pdf, entry] : entries_) {
         if (entry.record.isConverted()) byContent_.emplace(entry.record.sha256, &entry.record);
     }
+}
+
+void History::add(Record record, const RecordPlace& place) {
+    if (!record.text.empty()) withText_.insert(record.pdf);
+    record.missing.clear();
+    Entry& last = entries_[record.pdf];
+    // Two files may tell of one PDF, when the number of shards has changed; their times can be compared as
+    // texts. Within a file the later one counts, also if the clock was put back.
+    if (place.file != last.place.file && record.finished < last.record.finished) return;
+    last = {std::move(record), place};
 }
 
 const Record* History::of(const std::string& pdf) const {

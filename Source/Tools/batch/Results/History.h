@@ -17,8 +17,6 @@ namespace qrv::batch {
 /// them. Any thread may ask.
 class History {
 public:
-    History() = default;
-
     /// Reads the results of the folder, of all shards, as far as they are about PDFs of this shard. Throws
     /// Failure.
     History(const std::string& folder, const Shard& shard);
@@ -48,10 +46,12 @@ private:
         RecordPlace place;
     };
 
+    void add(Record record, const RecordPlace& place);
+
     std::unordered_map<std::string, Entry> entries_;                // by the PDFs' paths
     std::unordered_multimap<std::string, const Record*> byContent_; // by the archives' hashes
     std::unordered_set<std::string> withText_;                      // paths of PDFs
-    std::vector<std::string> files_;
+    std::vector<std::string> files_; // the last member: the others are filled while these are read
 };
 
 } // namespace qrv::batch
