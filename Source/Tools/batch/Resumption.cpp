@@ -22,7 +22,8 @@ std::optional<Record> Resumption::sameContent(const Record& wanted) const {
 }
 
 void Resumption::removeEarlierText(const Record& converted) const {
-    if (converted.text.empty() && history_.hadText(converted.pdf))
+    const Record* const before = history_.of(converted.pdf);
+    if (converted.text.empty() && before && !before->text.empty())
         removeText(conversion_.output, converted.pdf);
 }
 

@@ -181,16 +181,13 @@ private:
         return text;
     }
 
-    /// A PDF that nobody may read without its password has none, not even that of an earlier one.
+    /// A PDF that nobody may read without its password has none.
     std::optional<ConversionError> writeText() {
         FreshFile text(options_.output, textPathOf(record_.pdf));
         if (auto error = text.prepare()) return error;
         const ChildEnd end =
             readPDF(options_.pdftotext, {"-enc", "UTF-8", pdf_.path(), "-"}, pdf_.path(), stop_);
-        if (!end.succeeded()) {
-            removeText(options_.output, record_.pdf);
-            return std::nullopt;
-        }
+        if (!end.succeeded()) return std::nullopt;
         if (const int error = replaceFile(text.path(), end.output))
             return batchError(BatchFileError, text.place() + ": " + std::strerror(error));
         if (auto error = text.moveIntoPlace()) return error;

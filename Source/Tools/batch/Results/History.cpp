@@ -12,12 +12,12 @@ History::History(const std::string& folder, const Shard& shard)
 }
 
 void History::add(Record record, const RecordPlace& place) {
-    if (!record.text.empty()) withText_.insert(record.pdf);
     record.missing.clear();
     Entry& last = entries_[record.pdf];
     // Two files may tell of one PDF, when the number of shards has changed; their times can be compared as
     // texts. Within a file the later one counts, also if the clock was put back.
     if (place.file != last.place.file && record.finished < last.record.finished) return;
+    if (!record.isConverted()) record.text = last.record.text;
     last = {std::move(record), place};
 }
 

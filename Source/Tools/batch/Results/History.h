@@ -8,7 +8,6 @@
 
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace qrv::batch {
@@ -21,7 +20,8 @@ public:
     /// Failure.
     History(const std::string& folder, const Shard& shard);
 
-    /// The last record of this PDF, or null.
+    /// The last record of this PDF, or null. That of a failure has the text of an earlier PDF, which stays
+    /// with it.
     const Record* of(const std::string& pdf) const;
 
     /// All of them, in no order.
@@ -33,9 +33,6 @@ public:
 
     /// A record of the same content, converted in the same way, whose PDF is somewhere else; or null.
     const Record* ofContent(const Record& wanted) const;
-
-    /// Whether an earlier run has written a text beside the PDF.
-    bool hadText(const std::string& pdf) const { return withText_.contains(pdf); }
 
     /// Whether a record is that of an archive with this content, converted in this way.
     static bool matches(const Record& record, const Record& wanted);
@@ -50,7 +47,6 @@ private:
 
     std::unordered_map<std::string, Entry> entries_;                // by the PDFs' paths
     std::unordered_multimap<std::string, const Record*> byContent_; // by the archives' hashes
-    std::unordered_set<std::string> withText_;                      // paths of PDFs
     std::vector<std::string> files_; // the last member: the others are filled while these are read
 };
 

@@ -145,10 +145,14 @@ TEST_F(ResultsFileTest, HistoryRemembersTexts) {
         failed.error = {"d", 1, "t"};
         file.append(failed);
         file.append(recordOf("b"));
+        written.pdf = "c";
+        file.append(written);
+        file.append(recordOf("c")); // with which the text has gone
     }
     const History history(folder(), {});
-    EXPECT_TRUE(history.hadText("a"));
-    EXPECT_FALSE(history.hadText("b"));
+    EXPECT_EQ(history.of("a")->text, "a.txt");
+    EXPECT_EQ(history.of("b")->text, "");
+    EXPECT_EQ(history.of("c")->text, "");
 }
 
 TEST_F(ResultsFileTest, HistoryFindsTheSameContent) {
